@@ -1,0 +1,193 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/ref.h"
+#include "core/valeur.h"
+#include "platform/plateforme.h"
+
+namespace zuma {
+
+/// Comparison of collection keys: letter case is ignored, accents are not.
+[[nodiscard]] bool MêmeClé(std::string_view a, std::string_view b) noexcept;
+
+/// What the operations of a collection do with their failures.
+enum class EchecsCollection {
+  VersAppelant,  ///< all go to the caller
+  TousAttrapés,  ///< all end with an empty result, nothing recorded
+  ItemAttrapé    ///< `Item` ends with an empty result, the others go to the caller
+};
+
+/// Differences between the seven collections.
+struct RèglesCollection {
+  bool accepteObjet = false;     ///< `Add` takes an existing object
+  bool cléFacultative = false;   ///< an empty key stores without key
+  bool cléNullePermise = false;  ///< `Item` of a null key gives Nothing
+  bool itemIndex = false;        ///< has `ItemIndex`
+  bool modeEdition = false;      ///< has `ModeEdition`
+  EchecsCollection échecs = EchecsCollection::VersAppelant;
+};
+
+/// Ordered keyed collection of the objects of one class. It owns counted references; an object
+/// may stand in several collections. Enumeration is in insertion order, which is refresh order.
+template <class T, RèglesCollection kRègles>
+class Collection {
+ public:
+  explicit Collection(Plateforme& plateforme) : plateforme_(plateforme) {}
+
+  /// Makes a member, writes `sKey` to its `Key` and stores it under that key. A key already
+  /// there fails with 457.
+  Ref<T> Add(std::string_view sKey) {
+    return Protège(kToutAttrapé, [&] {
+      Ref<T> objet = Crée<T>(plateforme_);
+      objet->Key(std::string(sKey));
+      return Range(std::move(objet), sKey);
+    });
+  }
+
+  /// Stores an existing object; its `Key` is left alone.
+  Ref<T> Add(std::string_view sKey, Ref<T> monObjet)
+    requires(kRègles.accepteObjet)
+  {
+    if (!monObjet) return Add(sKey);
+    return Range(std::move(monObjet), sKey);
+  }
+
+  /// Stores an existing object under `sKey`, its `Key` left alone.
+  Ref<T> Référence(Ref<T> objet, std::string_view sKey) {
+    return Protège(kToutAttrapé, [&] {
+      // A member is built and dropped on each call: construction has effects that are relied on.
+      (void)Crée<T>(plateforme_);
+      return Range(std::move(objet), sKey);
+    });
+  }
+
+  /// The object of that key. An absent key fails with 5; a null key gives Nothing where the
+  /// collection tests for it and fails like an absent one elsewhere.
+  [[nodiscard]] Ref<T> Item(std::optional<std::string_view> vntIndexKey) const {
+    return Protège(kItemAttrapé, [&]() -> Ref<T> {
+      if (!vntIndexKey && kRègles.cléNullePermise) return {};
+      return objets_[Rang(vntIndexKey)];
+    });
+  }
+
+  /// The first object whose `Key` equals the argument exactly, or Nothing.
+  [[nodiscard]] Ref<T> ItemIndex(const Valeur& vntIndexKey) const
+    requires(kRègles.itemIndex)
+  {
+    if (EstNul(vntIndexKey)) return {};
+    const std::string clé = VersTexte(vntIndexKey);
+    for (const Ref<T>& objet : objets_) {
+      if (objet->Key() == clé) return objet;
+    }
+    return {};
+  }
+
+  [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(objets_.size()); }
+
+  /// Removes the item of that key; an absent key fails with 5.
+  void Remove(std::string_view vntIndexKey) {
+    Protège(kToutAttrapé, [&] {
+      const auto rang = static_cast<std::ptrdiff_t>(Rang(vntIndexKey));
+      objets_.erase(objets_.begin() + rang);
+      clés_.erase(clés_.begin() + rang);
+    });
+  }
+
+  /// True at the first item in edition.
+  [[nodiscard]] bool ModeEdition() const
+    requires(kRègles.modeEdition)
+  {
+    for (const Ref<T>& objet : objets_) {
+      if (objet->ModeEdition()) return true;
+    }
+    return false;
+  }
+
+  // Enumerator (`NewEnum`): for (const Ref<T>& objet : collection).
+  [[nodiscard]] auto begin() const { return objets_.begin(); }
+  [[nodiscard]] auto end() const { return objets_.end(); }
+
+ private:
+  static constexpr bool kToutAttrapé = kRègles.échecs == EchecsCollection::TousAttrapés;
+  static constexpr bool kItemAttrapé =
+      kToutAttrapé || kRègles.échecs == EchecsCollection::ItemAttrapé;
+
+  // Runs an operation; where the collection swallows failures, one ends with an empty result.
+  template <class Travail>
+  static auto Protège(bool attrape, Travail&& travail) -> decltype(travail()) {
+    if (!attrape) return travail();
+    try {
+      return travail();
+    } catch (const Echec&) {
+      return decltype(travail())();
+    }
+  }
+
+  [[nodiscard]] std::optional<std::size_t> Cherche(std::string_view clé) const {
+    for (std::size_t i = 0; i < clés_.size(); ++i) {
+      if (clés_[i] && MêmeClé(*clés_[i], clé)) return i;
+    }
+    return {};
+  }
+
+  [[nodiscard]] std::size_t Rang(std::optional<std::string_view> clé) const {
+    const auto rang = clé ? Cherche(*clé) : std::nullopt;
+    if (!rang) {
+      throw Echec(Numéro::AppelIncorrect, DescriptionDEchec(Numéro::ElémentAbsent) + " : '" +
+                                              std::string(clé.value_or("")) + "'");
+    }
+    return *rang;
+  }
+
+  Ref<T> Range(Ref<T> objet, std::string_view clé) {
+    const bool sansClé = kRègles.cléFacultative && clé.empty();
+    if (!sansClé && Cherche(clé)) {
+      throw Echec(Numéro::CléDéjàPrésente,
+                  DescriptionDEchec(Numéro::CléDéjàPrésente) + " : '" + std::string(clé) + "'");
+    }
+    clés_.push_back(sansClé ? std::nullopt : std::optional<std::string>(clé));
+    objets_.push_back(objet);
+    return objet;
+  }
+
+  Plateforme& plateforme_;
+  std::vector<Ref<T>> objets_;
+  std::vector<std::optional<std::string>> clés_;
+};
+
+class Canal;
+class Capteur;
+class Carte;
+class Commande;
+class EntréeLogique;
+class Fonction;
+class SortieLogique;
+
+using Canals = Collection<Canal, RèglesCollection{.échecs = EchecsCollection::TousAttrapés}>;
+using Fonctions = Collection<Fonction, RèglesCollection{}>;
+using Cartes = Collection<Carte, RèglesCollection{}>;
+using Capteurs = Collection<Capteur, RèglesCollection{.accepteObjet = true,
+                                                      .cléFacultative = true,
+                                                      .cléNullePermise = true,
+                                                      .itemIndex = true,
+                                                      .modeEdition = true}>;
+using Commandes = Collection<Commande, RèglesCollection{.accepteObjet = true,
+                                                        .cléFacultative = true,
+                                                        .cléNullePermise = true,
+                                                        .itemIndex = true,
+                                                        .modeEdition = true}>;
+using EntréeLogiques =
+    Collection<EntréeLogique, RèglesCollection{.accepteObjet = true,
+                                               .cléFacultative = true,
+                                               .cléNullePermise = true,
+                                               .itemIndex = true,
+                                               .échecs = EchecsCollection::ItemAttrapé}>;
+using SortieLogiques = Collection<SortieLogique, RèglesCollection{.cléFacultative = true,
+                                                                  .cléNullePermise = true,
+                                                                  .itemIndex = true}>;
+
+}  // namespace zuma

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <source_location>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "core/ref.h"
+#include "core/valeur.h"
+
+namespace zuma {
+
+/// One field of the current record.
+struct Champ {
+  std::string Name;
+  Valeur Value;
+};
+
+/// Rows of a statement, walked from the first to the end (`EOF` of the interface is `FinDeTable`
+/// here: the C library owns the other name as a macro).
+class Recordset {
+ public:
+  virtual ~Recordset() = default;
+
+  [[nodiscard]] virtual std::int32_t RecordCount() const = 0;
+  /// Fails with 3021 on an empty recordset.
+  virtual void MoveFirst() = 0;
+  virtual void MoveNext() = 0;
+  [[nodiscard]] virtual bool FinDeTable() const = 0;
+  /// Fields of the current record in column order; fails with 3021 when there is none.
+  [[nodiscard]] virtual std::span<const Champ> Fields() const = 0;
+
+  /// Opens the current record for writing.
+  virtual void Edit() = 0;
+  /// Sets a field of the record opened by `Edit`; a missing column fails with 3265.
+  virtual void Ecrit(std::string_view colonne, Valeur valeur) = 0;
+  /// Saves the record in one transaction, to the row of its "Index". A failure leaves the old row.
+  virtual void Update() = 0;
+};
+
+/// The host's database.
+class BaseDeDonnées {
+ public:
+  /// The only kind of recordset that the library opens.
+  static constexpr int kDynaset = 2;
+
+  virtual ~BaseDeDonnées() = default;
+  [[nodiscard]] virtual Ref<Recordset> OpenRecordset(std::string_view instruction,
+                                                     int type = kDynaset) = 0;
+};
+
+/// Direct read: the field of that name; a missing column fails with 3265.
+[[nodiscard]] const Valeur& LitChamp(const Recordset& lignes, std::string_view colonne,
+                                     std::source_location où = std::source_location::current());
+
+/// Walk: the value of the field whose name is exactly `colonne`, or none when the column is
+/// missing. The pointer holds until the recordset moves.
+[[nodiscard]] const Valeur* ChercheChamp(const Recordset& lignes, std::string_view colonne);
+
+}  // namespace zuma

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/ref.h"
+#include "platform/liaison_serie.h"
+#include "platform/reglages.h"
+#include "platform/services.h"
+
+namespace zuma {
+
+/// The services of the machine below the library, grouped once and handed to `Chassis`. They
+/// belong to the host and outlive the frame. A service left out is Nothing: an operation that
+/// needs it fails with 91 in the error record, everything else works.
+struct Plateforme {
+  Pointeur<BoîteDeMessage> messages;
+  Pointeur<PortsES> ports;
+  Pointeur<CompteursFins> compteurs;
+  Pointeur<FabriqueLiaisons> liaisons;
+  Pointeur<Horloge> horloge;
+  Pointeur<Fichiers> fichiers;
+  Réglages réglages;
+};
+
+}  // namespace zuma

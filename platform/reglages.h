@@ -1,0 +1,13 @@
+#pragma once
+
+namespace zuma {
+
+/// Settings of the installation, given once with the platform.
+struct Réglages {
+  /// Between units and decimals in numbers shown to people.
+  char séparateurDécimal = ',';
+  /// Settling delay of the ACL 8316 around each step of a conversion, in microseconds.
+  double stabilisationACL8316 = 10;
+};
+
+}  // namespace zuma

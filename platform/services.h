@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zuma {
+
+/// The object on whose behalf a message is shown.
+struct ObjetConcerné {
+  std::string_view classe;  ///< class word, as in error messages
+  std::string_view clé;     ///< `Index` of its row, as text
+  std::string_view nom;
+};
+
+/// Modal notice to the integrator or the operator.
+class BoîteDeMessage {
+ public:
+  virtual ~BoîteDeMessage() = default;
+  /// Shows the text and returns once it has been answered.
+  virtual void Montre(std::string_view texte, const ObjetConcerné& objet) = 0;
+};
+
+/// Access to the I/O ports of the machine. Nothing here reports a failure: an absent board reads
+/// as whatever the bus gives.
+class PortsES {
+ public:
+  virtual ~PortsES() = default;
+  [[nodiscard]] virtual std::uint8_t Inp(std::uint16_t port) = 0;
+  [[nodiscard]] virtual std::uint16_t Inpw(std::uint16_t port) = 0;
+  [[nodiscard]] virtual std::uint32_t Inpd(std::uint16_t port) = 0;
+  virtual void Outp(std::uint16_t port, std::uint8_t octet) = 0;
+  virtual void Outpw(std::uint16_t port, std::uint16_t mot) = 0;
+  virtual void Outpd(std::uint16_t port, std::uint32_t mot) = 0;
+};
+
+/// Library of high-resolution event counters, named and read by handle.
+class CompteursFins {
+ public:
+  virtual ~CompteursFins() = default;
+  /// Opens a counter that starts at 0 and counts microseconds.
+  [[nodiscard]] virtual std::int16_t Ouvre(std::string_view nom) = 0;
+  [[nodiscard]] virtual std::int32_t Lit(std::int16_t poignée) = 0;
+  virtual void Ferme(std::int16_t poignée) noexcept = 0;
+};
+
+/// Clock of the day and sleep of the process.
+class Horloge {
+ public:
+  virtual ~Horloge() = default;
+  /// Seconds since local midnight.
+  [[nodiscard]] virtual double HeureDuJour() const = 0;
+  /// Local time as "hh:mm:ss".
+  [[nodiscard]] virtual std::string TexteHeure() const = 0;
+  virtual void Dort(double secondes) = 0;
+};
+
+/// Small text files written line by line, under paths of the installation.
+class Fichiers {
+ public:
+  virtual ~Fichiers() = default;
+  /// Opens for appending, writes one line and closes. Fails when the folder is not there.
+  virtual void AjouteLigne(std::string_view chemin, std::string_view ligne) = 0;
+  /// Deletes the file if it exists; never fails.
+  virtual void Supprime(std::string_view chemin) noexcept = 0;
+};
+
+}  // namespace zuma
