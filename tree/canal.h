@@ -1,0 +1,152 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/objet.h"
+#include "platform/base_de_donnees.h"
+#include "tree/driver_table.h"
+
+namespace zuma {
+
+/// Full scale of every analog reading, in points, whatever the board's resolution.
+inline constexpr double kPleineEchelle = 65536;
+
+/// One hardware channel of a block. `ValeurCanal` is the meeting point of the program: the
+/// hardware side fills or empties it, sensors, commands and logic objects read or write it.
+class Canal : public Objet {
+ public:
+  explicit Canal(Plateforme& plateforme) : Objet(plateforme, "Canal") {}
+
+  using Objet::ChargeErreur;
+  using Objet::TimerExact;
+
+  void DéclencheAU() {}  ///< an input or an output alone has nothing to cut
+  void Lien() {}
+
+  /// Reads the channel's row, at the recordset's current record.
+  void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
+
+  /// Gain code of the channel; boards with automatic range write the code found here.
+  void Gain(const Valeur& gain);
+  [[nodiscard]] std::int16_t Gain() const { return mintGain; }
+
+  [[nodiscard]] const std::string& Nom() const { return Nom_; }
+
+  /// Starts the channel on its board.
+  void Initialise();
+  /// Exchanges the value with the board; nothing on a channel out of service. Holds the caller
+  /// for as long as the board's conversions take.
+  void MetàJour();
+
+  /// Value in points: 65536 for the full scale of an analog channel, -1 or 0 for a logic one.
+  [[nodiscard]] double ValeurCanal() const { return mdblValeurCanal; }
+  /// Stores the value for the next `MetàJour`; touches no hardware.
+  void ValeurCanal(double points) {
+    mdblValeurCanal = points;
+    CanalRafraichit_ = true;
+  }
+
+  [[nodiscard]] Fonction* Parent() const { return Parent_.Brut(); }
+  void Parent(Fonction* parent);
+
+  /// Conversions averaged by one channel read.
+  void NbLecture(std::int16_t nombre) { mintNbLecture = nombre; }
+  [[nodiscard]] std::int16_t NbLecture() const { return mintNbLecture; }
+
+  /// Identifier of a ruler's position message.
+  [[nodiscard]] std::int16_t PositionID() const { return PositionID_; }
+
+  void Adresse(std::int32_t adresse) { mlngAdresse = adresse; }
+  [[nodiscard]] std::int32_t Adresse() const { return mlngAdresse; }
+
+  void HandlePort(std::int32_t poignée) { HandlePort_ = poignée; }
+  [[nodiscard]] std::int32_t HandlePort() const { return HandlePort_; }
+
+  [[nodiscard]] ENUM_DRIVER Driver() const { return musrDriver; }
+  void Driver(ENUM_DRIVER driver);
+
+  void TypeCanal(ENUM_TYPE_FONCTION type);
+  [[nodiscard]] ENUM_TYPE_FONCTION TypeCanal() const { return musrTypeCanal; }
+
+  /// Place of the channel on its board; -1 is the link's error indicator on Modbus blocks.
+  [[nodiscard]] std::int16_t NuméroCanal() const { return NuméroCanal_; }
+
+  /// True once a value was written or read.
+  [[nodiscard]] bool CanalRafraichit() const { return CanalRafraichit_; }
+
+  [[nodiscard]] std::string_view NomPourErreur() const override { return Nom_; }
+
+  // For the drivers.
+
+  /// Hexadecimal serial number of the device behind the channel.
+  [[nodiscard]] const std::string& NuméroDeSérie() const { return mstrNuméroDeSérie; }
+  [[nodiscard]] std::int16_t NuméroDeNoeud() const { return mintNode; }
+  void NuméroDeNoeud(std::int16_t noeud) { mintNode = noeud; }
+  [[nodiscard]] std::int16_t ModeOpératoire() const { return mintMode; }
+  [[nodiscard]] std::int16_t NombreDAimants() const { return mintNombreAimants; }
+  [[nodiscard]] std::int16_t PositionDeLAimant() const { return mintPositionAimant; }
+  [[nodiscard]] std::int16_t StatusID() const { return StatusID_; }
+  /// This analog output is a frequency output.
+  [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
+  /// False makes `MetàJour` do nothing; the value stays.
+  void EnService(bool enService) { mblnEnService = enService; }
+  [[nodiscard]] bool EnService() const { return mblnEnService; }
+  /// Base address as the drivers take it: the low 16 bits.
+  [[nodiscard]] std::uint16_t Base() const { return static_cast<std::uint16_t>(mlngAdresse); }
+  /// Driver object of the channel's board, of the class that the channel's driver row opens.
+  template <class T>
+  [[nodiscard]] T& PiloteDe() const {
+    return static_cast<T&>(*pilote_);
+  }
+  /// Reads `NbLecture` conversions and sets the value to their mean, brought from the board's
+  /// full scale to the common one. `NbLecture` of 0 fails with 11.
+  template <class Lecture>
+  void LitMoyenne(Lecture&& conversion, double pleineEchelleCarte) {
+    SommeTemp = 0;
+    for (IndexLecture = 1; IndexLecture <= mintNbLecture; ++IndexLecture) {
+      SommeTemp += static_cast<double>(conversion(mintGain));
+    }
+    mdblValeurCanal = Divise(SommeTemp, mintNbLecture) * kPleineEchelle / pleineEchelleCarte;
+  }
+  /// Forgets the block, which is going away while a sensor still holds the channel.
+  void Détache() noexcept;
+  /// Forgets the driver object: the board is going away.
+  void OublieLePilote() noexcept { pilote_ = nullptr; }
+
+ private:
+  void LitLigne(const Recordset& ligne, Valeur& vData);
+  void LitDriver(const Recordset& ligne, Valeur& vData);
+  void Résout();
+
+  std::int16_t mintGain = 0;
+  std::int16_t mintNbLecture = 1;
+  double mdblValeurCanal = 0;
+  std::string Nom_;
+  std::int16_t NuméroCanal_ = 0;
+  std::int32_t mlngAdresse = 0;
+  std::string mstrNuméroDeSérie;
+  bool mblnCanalEnFréquence = false;
+  ENUM_TYPE_FONCTION musrTypeCanal = ENUM_TYPE_FONCTION::FctAucune;
+  ENUM_DRIVER musrDriver = ENUM_DRIVER::DrvAucun;
+  std::int16_t mintNode = 0;
+  std::int16_t mintMode = 0;
+  std::int16_t PositionID_ = 0;
+  std::int16_t StatusID_ = 0;
+  std::int32_t HandlePort_ = 0;
+  std::int16_t mintNombreAimants = 0;
+  std::int16_t mintPositionAimant = 0;
+  bool mblnEnService = true;
+  bool CanalRafraichit_ = false;
+  std::int32_t IndexLecture = 0;
+  double SommeTemp = 0;
+  Pointeur<Fonction> Parent_;
+
+  // Resolved when driver or type change, so that the pass looks nothing up.
+  const OpérationsPilote* opérations_ = nullptr;
+  Pointeur<Pilote> pilote_;
+};
+
+using CanalRef = Ref<Canal>;
+
+}  // namespace zuma

@@ -1,0 +1,104 @@
+#include "tree/carte.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/garde.h"
+#include "core/requetes.h"
+#include "tree/journal_modbus.h"
+
+namespace zuma {
+
+Carte::Carte(Plateforme& plateforme)
+    : Objet(plateforme, "Carte"), ligne_(&LigneDuDriver(ENUM_DRIVER::DrvAucun)) {
+  if (plateforme.fichiers) plateforme.fichiers->Supprime(kJournalModbus);
+}
+
+Carte::~Carte() {
+  if (!Fonctions_) return;
+  for (const FonctionRef& fonction : *Fonctions_) fonction->Détache();
+}
+
+void Carte::Lien(ParamètresPartagés MesParametres_obj) {
+  Garde(*this, Forme::Méthode, "Lien", [&] {
+    if (!MesParametres_obj.empty()) MesParametres_ = std::move(MesParametres_obj);
+  });
+}
+
+void Carte::ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase,
+                               std::int32_t lngIndexDeLaCarte) {
+  Garde(*this, Forme::Méthode, "ChargeLesFonctions", [&] {
+    const auto liste = dtbMaBase->OpenRecordset(requêtes::FonctionsDe(lngIndexDeLaCarte));
+    if (liste->RecordCount() == 0) return;
+    for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
+      const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
+      const FonctionRef fonction = Fonctions()->Add(std::to_string(index));
+      fonction->TimerExact(Timer());
+      fonction->ChargeErreur(Erreur());
+      fonction->ChargeLesCanaux(dtbMaBase, index);
+      fonction->ParamètresDepuisBD(dtbMaBase->OpenRecordset(requêtes::LigneDeLaFonction(index)));
+      fonction->Parent(this);
+    }
+  });
+}
+
+void Carte::Adresse(std::int32_t adresse) {
+  Garde(*this, Forme::Ecriture, "Adresse", [&] {
+    Adresse_ = adresse;
+    for (const FonctionRef& fonction : LesFonctions()) fonction->Adresse(adresse);
+  });
+}
+
+FonctionsRef Carte::Fonctions() {
+  if (!Fonctions_) Fonctions_ = Crée<zuma::Fonctions>(LaPlateforme());
+  return Fonctions_;
+}
+
+const zuma::Fonctions& Carte::LesFonctions() {
+  if (!Fonctions_) Fonctions_ = Crée<zuma::Fonctions>(LaPlateforme());
+  return *Fonctions_;
+}
+
+LiaisonSérieRef Carte::RS() {
+  if (!RS_) RS_ = LaPlateforme().liaisons->CréeLiaison();
+  return RS_;
+}
+
+void Carte::OuvreLigneSérie() {
+  const LiaisonSérieRef liaison = RS();
+  liaison->VitesseSérie(mlngVitesse);
+  liaison->ParitéSérie(mlngParité);
+  liaison->BitsDeDonnées(mlngBitsDonnées);
+  liaison->BitsDeStop(mlngBitsStop);
+  liaison->PortSérie(mlngPort);
+  liaison->OuvrePort();
+}
+
+void Carte::Initialise() {
+  Garde(*this, Forme::Méthode, "Initialise", [&] {
+    ligne_->ExigeConstruit();
+    if (ligne_->carte != nullptr && ligne_->carte->démarre != nullptr) {
+      ligne_->carte->démarre(*this);
+    }
+    for (const FonctionRef& fonction : LesFonctions()) fonction->Initialise();
+  });
+}
+
+void Carte::MetàJour() {
+  Garde(*this, Forme::Méthode, "MetàJour", [&] {
+    if (ligne_->service == ServiceCarte::BusSimple ||
+        ligne_->service == ServiceCarte::BusAvecSuivante) {
+      const Fonction* enMain = nullptr;
+      SertLeBus(enMain);
+      return;
+    }
+    if (ligne_->carte != nullptr && ligne_->carte->rafraîchit != nullptr) {
+      ligne_->carte->rafraîchit(*this);
+      return;
+    }
+    if (!ligne_->construit) return;
+    for (const FonctionRef& fonction : LesFonctions()) fonction->MetàJour();
+  });
+}
+
+}  // namespace zuma

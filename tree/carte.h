@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/collections.h"
+#include "core/objet.h"
+#include "platform/base_de_donnees.h"
+#include "tree/driver_table.h"
+#include "tree/fonction.h"
+#include "tree/materiel.h"
+
+namespace zuma {
+
+using FonctionsRef = Ref<Fonctions>;
+
+/// One I/O board, bus or instrument: everything reached through one address or one line.
+class Carte : public Objet {
+ public:
+  /// Starts a fresh journal of Modbus errors.
+  explicit Carte(Plateforme& plateforme);
+  ~Carte() override;
+
+  using Objet::ChargeErreur;
+  using Objet::TimerExact;
+
+  /// Walks the blocks and does nothing: outputs are cut by their commands and logic outputs.
+  void DéclencheAU() {}
+  [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }
+  /// Keeps the shared parameters. The host calls it, on boards whose instrument needs one.
+  void Lien(ParamètresPartagés MesParametres_obj);
+  /// Makes and reads the blocks of the board, each after its channels.
+  void ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaCarte);
+  void NomDeLaCarte(std::string nom) { NomDeLaCarte_ = std::move(nom); }
+  [[nodiscard]] const std::string& NomDeLaCarte() const { return NomDeLaCarte_; }
+  /// Reads the board's row, at the first record, and keeps the recordset.
+  void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
+  /// Port address, or the handle that the board's library returned.
+  [[nodiscard]] std::int32_t Adresse() const { return Adresse_; }
+  /// Also writes the address to each block.
+  void Adresse(std::int32_t adresse);
+  /// Blocks of the board; an empty collection is made on first access.
+  [[nodiscard]] FonctionsRef Fonctions();
+  void Fonctions(FonctionsRef fonctions) { Fonctions_ = std::move(fonctions); }
+  /// Turn mark of a bus board; Nothing at start.
+  [[nodiscard]] FonctionRef FonctionSuivante() const { return FonctionSuivante_; }
+  void FonctionSuivante(FonctionRef fonction) { FonctionSuivante_ = std::move(fonction); }
+  /// Exchanges with the board or instrument at once, whatever the rates.
+  void MetàJour();
+  /// Opens the board's link, then starts each block.
+  void Initialise();
+
+  [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeLaCarte_; }
+
+  // For the pass and the drivers.
+
+  [[nodiscard]] ServiceCarte Service() const { return ligne_->service; }
+  /// One step of a bus board: keeps one exchange going. `enMain` follows the block in hand, for
+  /// the error table. Failures go to the caller.
+  void SertLeBus(const Fonction*& enMain);
+  /// The blocks, without the cost of a new reference.
+  [[nodiscard]] const zuma::Fonctions& LesFonctions();
+  /// Driver object of class `T` for the board at `base`, made on first use.
+  template <class T>
+  [[nodiscard]] T& PiloteDe(std::uint16_t base);
+  [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
+  /// Serial link of the board, made on first access.
+  [[nodiscard]] LiaisonSérieRef RS();
+  /// Writes the line settings in their order and opens the board's serial link.
+  void OuvreLigneSérie();
+  [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
+
+ private:
+  struct PiloteOuvert {
+    std::uint16_t base;
+    std::unique_ptr<Pilote> pilote;
+  };
+
+  void DécodeConfiguration();
+  void PoursuitLeBus(const Fonction*& enMain);
+  void AvanceFonctionSuivante();
+
+  std::int32_t Adresse_ = 0;
+  std::string NomDeLaCarte_;
+  FonctionsRef Fonctions_;
+  ENUM_DRIVER Driver_enm_ = ENUM_DRIVER::DrvAucun;
+  FonctionRef FonctionSuivante_;
+  LiaisonSérieRef RS_;
+  std::string Configuration_;
+  std::int32_t mlngPort = 0;
+  std::int32_t mlngVitesse = 0;
+  std::int32_t mlngParité = 0;
+  std::int32_t mlngBitsDonnées = 0;
+  std::int32_t mlngBitsStop = 0;
+  std::int32_t mintConsigneRampe = 5;
+  std::string mstrConfigEIR;
+  ParamètresPartagés MesParametres_;
+  Ref<ZED_Parametre> mobjParamEIR_;
+  Ref<Recordset> LeRecordset_;
+  std::vector<PiloteOuvert> pilotes_;
+  const LigneDriver* ligne_;
+};
+
+using CarteRef = Ref<Carte>;
+
+template <class T>
+T& Carte::PiloteDe(std::uint16_t base) {
+  for (const PiloteOuvert& ouvert : pilotes_) {
+    auto* pilote = ouvert.base == base ? dynamic_cast<T*>(ouvert.pilote.get()) : nullptr;
+    if (pilote != nullptr) return *pilote;
+  }
+  auto nouveau = std::make_unique<T>(Matériel{LaPlateforme(), Timer()}, base);
+  T& pilote = *nouveau;
+  pilotes_.push_back({base, std::move(nouveau)});
+  return pilote;
+}
+
+}  // namespace zuma

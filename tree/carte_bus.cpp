@@ -1,0 +1,62 @@
+// Scheduling of a bus board: one exchange at a time, over several passes.
+#include "tree/carte.h"
+
+namespace zuma {
+
+void Carte::SertLeBus(const Fonction*& enMain) {
+  const zuma::Fonctions& fonctions = LesFonctions();
+  bool enCours = false;
+  for (const FonctionRef& fonction : fonctions) {
+    enMain = fonction.Brut();
+    enCours = enCours || fonction->RafraichissementEnCours();
+  }
+  if (!enCours) {
+    for (const FonctionRef& fonction : fonctions) {
+      enMain = fonction.Brut();
+      if (!fonction->Enabled()) continue;
+      fonction->MetàJour();
+      break;
+    }
+  } else {
+    PoursuitLeBus(enMain);
+  }
+  enMain = nullptr;
+}
+
+// The exchange in progress gets its turn; once it has ended, the walk goes on to the first block
+// in service after it, and only there is a next exchange started.
+void Carte::PoursuitLeBus(const Fonction*& enMain) {
+  bool suivant = false;
+  for (const FonctionRef& fonction : LesFonctions()) {
+    enMain = fonction.Brut();
+    if (!suivant) {
+      if (!fonction->RafraichissementEnCours()) continue;
+      fonction->MetàJour();
+      if (fonction->RafraichissementEnCours()) continue;
+      suivant = true;
+      if (Service() == ServiceCarte::BusAvecSuivante) AvanceFonctionSuivante();
+      continue;
+    }
+    if (!fonction->Enabled()) continue;
+    if (Service() == ServiceCarte::BusSimple) {
+      fonction->MetàJour();
+    } else if (FonctionSuivante_) {
+      FonctionSuivante_->MetàJour();
+    }
+    return;
+  }
+}
+
+void Carte::AvanceFonctionSuivante() {
+  const std::string clé = FonctionSuivante_ ? FonctionSuivante_->Key() : std::string();
+  FonctionRef cible;
+  bool vue = false;
+  for (const FonctionRef& fonction : LesFonctions()) {
+    if (!cible || vue) cible = fonction;
+    if (vue) break;
+    vue = FonctionSuivante_ && fonction->Key() == clé;
+  }
+  FonctionSuivante_ = cible;
+}
+
+}  // namespace zuma

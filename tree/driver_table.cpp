@@ -1,0 +1,237 @@
+#include "tree/driver_table.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "boards/operations.h"
+#include "core/echec.h"
+#include "tree/operations_arbre.h"
+
+namespace zuma {
+namespace {
+
+using enum ENUM_DRIVER;
+
+constexpr TypesServis kEL = TypeServi(ENUM_TYPE_FONCTION::FctEntréesLogiques);
+constexpr TypesServis kSL = TypeServi(ENUM_TYPE_FONCTION::FctSortiesLogiques);
+constexpr TypesServis kEA = TypeServi(ENUM_TYPE_FONCTION::FctEntréesAnalogiques);
+constexpr TypesServis kSA = TypeServi(ENUM_TYPE_FONCTION::FctSortiesAnalogiques);
+constexpr TypesServis kTous = kEL | kSL | kEA | kSA;
+
+constexpr LigneDriver Bloc(ENUM_DRIVER valeur, std::string_view nom, std::string_view affichage,
+                           std::string_view texte, TypesServis types,
+                           const OpérationsPilote* pilote) {
+  return {.valeur = valeur,
+          .nom = nom,
+          .affichage = affichage,
+          .texteCarte = {},
+          .texteFonction = texte,
+          .texteCanal = {},
+          .types = types,
+          .construit = pilote != nullptr,
+          .pilote = pilote};
+}
+
+constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte) {
+  return {.valeur = valeur,
+          .nom = nom,
+          .affichage = {},
+          .texteCarte = {},
+          .texteFonction = {},
+          .texteCanal = texte,
+          .types = kEA,
+          .construit = false};
+}
+
+constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte,
+                               ServiceCarte service) {
+  return {.valeur = valeur,
+          .nom = nom,
+          .affichage = {},
+          .texteCarte = texte,
+          .texteFonction = {},
+          .texteCanal = {},
+          .service = service,
+          .construit = false};
+}
+
+constexpr OpérationsPilote kModBus{.rafraîchitBloc = &echange_modbus::Rafraîchit};
+
+constexpr auto kParFonction = ServiceCarte::ParFonction;
+constexpr auto kCarteEntière = ServiceCarte::CarteEntière;
+
+// In the order of the values. A driver that is not part of this version has no operations.
+const std::array<LigneDriver, 56> kTable{{
+    {.valeur = DrvAucun,
+     .nom = "DrvAucun",
+     .affichage = {},
+     .texteCarte = {},
+     .texteFonction = {},
+     .texteCanal = {}},
+    Bloc(DrvPCL731_PCLD782B, "DrvPCL731_PCLD782B", "PCL 731 - PCLD 782 B", "DrvPCL731_PCLD782B",
+         kEL, &pilotes::kPCL731Entrées),
+    Bloc(DrvPET48DIO_TB24P, "DrvPET48DIO_TB24P", "PET 48 DIO - TB 24 P", "DrvPET48DIO_TB24P", kEL,
+         &pilotes::kPET48EntréesTB24),
+    Bloc(DrvACL8316_ACLD9182, "DrvACL8316_ACLD9182", "ACL 8316 - ACLD 9182", "DrvACL8316_ACLD9182",
+         kEL, &pilotes::kACL8316Entrées),
+    Bloc(DrvA826PG_DB16B, "DrvA826PG_DB16B", "A 826 PG - DB 16 P", "DrvA826PG_DB16P", kEL,
+         &pilotes::kA826Entrées),
+    Bloc(DrvACL6126_ACLD9182, "DrvACL6126_ACLD9182", "ACL 6126 - ACLD 9182", "DrvACL6126_ACLD9182",
+         kEL, &pilotes::kACL6126Entrées),
+    Bloc(DrvPET48DIO_PCLD782B, "DrvPET48DIO_PCLD782B", "PET 48 DIO - PCLD 782 B",
+         "DrvPET48DIO_PCLD782B", kEL, &pilotes::kPET48EntréesPCLD),
+    Bloc(drvPCI9111HR_Vorlanex_EL, "drvPCI9111HR_Vorlanex_EL", "PCI 9111 HR - Vorlanex EL",
+         "DrvPCI9111HR/Vorlanex EL", kEL, nullptr),
+    Bloc(DrvPCL731_PCLD7225, "DrvPCL731_PCLD7225", "PCL 731 - PCLD 7225", "DrvPCL731_PCLD7225", kSL,
+         &pilotes::kPCL731Sorties),
+    Bloc(DrvPET48DIO_TB24R, "DrvPET48DIO_TB24R", "PET 48 DIO - TB 24 R", "DrvPET48DIO_TB24R", kSL,
+         &pilotes::kPET48SortiesTB24),
+    Bloc(DrvACL8316_ACLD9185, "DrvACL8316_ACLD9185", "ACL 8316 - ACLD 9185", "DrvACL8316_ACLD9185",
+         kSL, &pilotes::kACL8316Sorties),
+    Bloc(DrvA826PG_DB16R, "DrvA826PG_DB16R", "A 826 PG - DB 16 R", "DrvA826PG_DB16R", kSL,
+         &pilotes::kA826Sorties),
+    Bloc(DrvACL6126_ACLD9185, "DrvACL6126_ACLD9185", "ACL 6126 - ACLD 9185", "DrvACL6126_ACLD9185",
+         kSL, &pilotes::kACL6126Sorties),
+    Bloc(DrvPET48DIO_PCLD7225, "DrvPET48DIO_PCLD7225", "PET 48 DIO - PCLD 7225",
+         "DrvPET48DIO_PCLD7225", kSL, &pilotes::kPET48SortiesPCLD),
+    Bloc(drvPCI9111HR_Vorlanex_SL, "drvPCI9111HR_Vorlanex_SL", "PCI 9111 HR - Vorlanex SL",
+         "DrvPCI9111HR/Vorlanex SL", kSL, nullptr),
+    Bloc(DrvPCL813_PCLD881, "DrvPCL813_PCLD881", "PCL 813 - PCLD 881", "DrvPCL813_PCLD881", kEA,
+         &pilotes::kPCL813Analogique),
+    Bloc(DrvACL8113, "DrvACL8113", "ACL 8113", "DrvACL8113", kEA, &pilotes::kACL8113Analogique),
+    Bloc(DrvACL8316_ACLD8125, "DrvACL8316_ACLD8125", "ACL 8316 - ACLD 8125", "DrvACL8316_ACLD8125",
+         kEA, &pilotes::kACL8316Analogique),
+    Bloc(DrvIK121, "DrvIK121", "IK 121", "DrvIK121", kEA, nullptr),
+    Bloc(DrvA826PG_DB8225, "DrvA826PG_DB8225", "A 826 PG - DB 8225", "DrvA826PG_DB8225", kEA,
+         &pilotes::kA826Analogique),
+    Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, nullptr),
+    Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA, nullptr),
+    Bloc(drvPCI9111HR_Vorlanex_EA, "drvPCI9111HR_Vorlanex_EA", "PCI 9111 HR - Vorlanex EA",
+         "DrvPCI9111HR/Vorlanex EA", kEA, nullptr),
+    Bloc(DrvPCL728, "DrvPCL728", "PCL 728", "DrvPCL728", kSA, &pilotes::kPCL728Sorties),
+    Bloc(DrvACL6128, "DrvACL6128", "ACL 6128", "DrvACL6128", kSA, &pilotes::kACL6128Sorties),
+    Bloc(DrvACL8316, "DrvACL8316", "ACL 8316", "DrvACL8316", kSA,
+         &pilotes::kACL8316SortiesAnalogiques),
+    Bloc(DrvA826PG, "DrvA826PG", "A 826 PG", "DrvA826PG", kSA, &pilotes::kA826SortiesAnalogiques),
+    Bloc(DrvACL6126, "DrvACL6126", "ACL 6126", "DrvACL6126", kSA,
+         &pilotes::kACL6126SortiesAnalogiques),
+    Bloc(drvPCI9111HR_Vorlanex_SA, "drvPCI9111HR_Vorlanex_SA", "PCI 9111 HR - Vorlanex SA",
+         "DrvPCI9111HR/Vorlanex SA", kSA, nullptr),
+    Bloc(drvPCI6208V_Vorlanex_SA, "drvPCI6208V_Vorlanex_SA", "PCI 6208 V - Vorlanex SA",
+         "DrvPCI6208V/Vorlanex SA", kSA, nullptr),
+    // The watchdog board is driven by `Watchdog`, not through blocks.
+    {.valeur = DrvWDT01,
+     .nom = "DrvWDT01",
+     .affichage = "WDT 01",
+     .texteCarte = {},
+     .texteFonction = "DrvWDT01",
+     .texteCanal = {}},
+    AuCanal(DrvRègleMTS1Aimant, "DrvRègleMTS1Aimant", "Règle MTS 1 aimant"),
+    AuCanal(DrvRègleMTS3Aimants3, "DrvRègleMTS3Aimants3", "Règle MTS 3 aimants (lecture 3)"),
+    AuCanal(DrvRègleMTS3Aimants2_1, "DrvRègleMTS3Aimants2_1", "Règle MTS 3 aimants (lecture 2-1)"),
+    AuCanal(DrvRègleMTSMultiMagnet, "DrvRègleMTSMultiMagnet", "Règle MTS Multimagnet"),
+    {.valeur = DrvModBus,
+     .nom = "DrvModBus",
+     .affichage = {},
+     .texteCarte = "DrvModBus",
+     .texteFonction = "DrvModBus",
+     .texteCanal = {},
+     .types = kTous,
+     .service = ServiceCarte::BusAvecSuivante,
+     .pilote = &kModBus,
+     .carte = &opérations_arbre::kLigneSérie},
+    {.valeur = DrvLvdtSolartron,
+     .nom = "DrvLvdtSolartron",
+     .affichage = {},
+     .texteCarte = "Drv SOLARTRON LVDT",
+     .texteFonction = "Drv SOLARTRON LVDT",
+     .texteCanal = {},
+     .types = kEA,
+     .construit = false},
+    {.valeur = DrvRS232,
+     .nom = "DrvRS232",
+     .affichage = {},
+     .texteCarte = "Drv RS 232",
+     .texteFonction = "Drv RS 232",
+     .texteCanal = {},
+     .types = kEA,
+     .construit = false},
+    {.valeur = drvPET48DIO,
+     .nom = "drvPET48DIO",
+     .affichage = {},
+     .texteCarte = "DrvPET48DIO",
+     .texteFonction = {},
+     .texteCanal = {},
+     .carte = &pilotes::kPET48Carte},
+    ALaCarte(DrvPCI9111HR, "DrvPCI9111HR", "DrvPCI9111HR", kParFonction),
+    ALaCarte(DrvPCI_6208_V, "DrvPCI_6208_V", "DrvPCI 6208 V", kParFonction),
+    {.valeur = Drv_UMV4301_Modbus,
+     .nom = "Drv_UMV4301_Modbus",
+     .affichage = {},
+     .texteCarte = "Drv_UMV4301_Modbus",
+     .texteFonction = "Drv_UMV4301_Modbus",
+     .texteCanal = {},
+     .service = ServiceCarte::BusSimple,
+     .carte = &opérations_arbre::kLigneSérie},
+    {.valeur = Drv_VarioLS_K9_Modbus,
+     .nom = "Drv_VarioLS_K9_Modbus",
+     .affichage = {},
+     .texteCarte = "Variateur LS Modbus et soft K9",
+     .texteFonction = "Variateur LS Modbus et soft K9",
+     .texteCanal = {},
+     .service = kCarteEntière,
+     .construit = false},
+    ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière),
+    ALaCarte(Drv_EIR_LASER, "Drv_EIR_LASER", "Extensometre EIR LASER", kCarteEntière),
+    ALaCarte(Drv_UTS_0107, "Drv_UTS_0107", "UTS-0107", kCarteEntière),
+    ALaCarte(Drv_Balance_GRAM, "Drv_Balance_GRAM", "Balance GRAM", kCarteEntière),
+    ALaCarte(DrvSpiderV1, "DrvSpiderV1", "Spider V1", kParFonction),
+    ALaCarte(DrvConditionneurNumeriqueK9, "DrvConditionneurNumeriqueK9",
+             "Conditionneur numerique K9", kParFonction),
+    ALaCarte(DrvConditionneurNumeriqueK9_V1_00, "DrvConditionneurNumeriqueK9_V1_00",
+             "Conditionneur numerique K9 V1.00", kCarteEntière),
+    AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31", "RS232 - Balance LRPC 31"),
+    AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL", "RS232 - Indicateur DEXAL"),
+    AuCanal(DrvRS232_Balance_JADEVER, "DrvRS232_Balance_JADEVER", "RS232 - Balance JADEVER"),
+    Bloc(DrvSpider8, "DrvSpider8", {}, "Drv RS232 - SPIDER", kEA, nullptr),
+    Bloc(DrvRS232METRO, "DrvRS232METRO", {}, "Drv METRO RS232", kEA, nullptr),
+    Bloc(DrvRS232METRO_MUX, "DrvRS232METRO_MUX", {}, "Drv METRO RS232 MUX 2/4/8", kEA, nullptr),
+}};
+
+ENUM_DRIVER DuTexte(const Valeur& valeur, std::string_view LigneDriver::* colonne) noexcept {
+  const auto* texte = std::get_if<std::string>(&valeur);
+  if (texte == nullptr || texte->empty()) return DrvAucun;
+  const auto ligne = std::ranges::find(kTable, std::string_view(*texte), colonne);
+  return ligne == kTable.end() ? DrvAucun : ligne->valeur;
+}
+
+}  // namespace
+
+void LigneDriver::ExigeConstruit() const {
+  if (construit) return;
+  throw Echec(Numéro::PasConstruit,
+              "Driver " + std::string(nom) + " (" + std::to_string(static_cast<int>(valeur)) +
+                  ") non disponible dans cette version : ses canaux ne sont ni lus ni écrits");
+}
+
+std::span<const LigneDriver> TableDesDrivers() noexcept {
+  return kTable;
+}
+
+const LigneDriver& LigneDuDriver(ENUM_DRIVER valeur) noexcept {
+  const auto ligne = std::ranges::find(kTable, valeur, &LigneDriver::valeur);
+  return ligne == kTable.end() ? kTable.front() : *ligne;
+}
+
+ENUM_DRIVER DriverDeCarte(const Valeur& texte) noexcept {
+  return DuTexte(texte, &LigneDriver::texteCarte);
+}
+ENUM_DRIVER DriverDeFonction(const Valeur& texte) noexcept {
+  return DuTexte(texte, &LigneDriver::texteFonction);
+}
+ENUM_DRIVER DriverDeCanal(const Valeur& texte) noexcept {
+  return DuTexte(texte, &LigneDriver::texteCanal);
+}
+
+}  // namespace zuma

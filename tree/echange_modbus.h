@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/valeur.h"
+
+namespace zuma {
+
+class Fonction;
+
+/// State of one block's Modbus exchange, kept from pass to pass.
+struct EchangeModbus {
+  Octets question;
+  Octets réponse;
+  double heureDEnvoi = 0;            ///< microseconds
+  std::int32_t compteurErreurs = 0;  ///< failed exchanges in a row
+};
+
+namespace echange_modbus {
+
+/// One step of the exchange of a `DrvModBus` block: sends a request, or looks for the answer of
+/// the one that is on the wire. Never waits.
+void Rafraîchit(Fonction& bloc);
+
+}  // namespace echange_modbus
+}  // namespace zuma

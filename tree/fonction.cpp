@@ -1,0 +1,101 @@
+#include "tree/fonction.h"
+
+#include <algorithm>
+
+#include "core/garde.h"
+#include "core/requetes.h"
+#include "tree/carte.h"
+
+namespace zuma {
+namespace {
+
+constexpr std::int16_t kCanalErreur = -1;
+
+}  // namespace
+
+Fonction::~Fonction() {
+  if (Canals_) {
+    for (const CanalRef& canal : *Canals_) canal->Détache();
+  }
+  CanalErreurModbus_ = nullptr;
+  Canals_ = nullptr;
+  if (RS_ && RS_->EtatPort() == 1) RS_->FermePort();
+}
+
+void Fonction::Détache() noexcept {
+  Parent_ = nullptr;
+  pilote_ = nullptr;
+  if (!Canals_) return;
+  for (const CanalRef& canal : *Canals_) canal->OublieLePilote();
+}
+
+void Fonction::DéclencheAU() {
+  Garde(*this, Forme::Méthode, "DéclencheAU", [&] {
+    for (const CanalRef& canal : *Canals()) canal->DéclencheAU();
+  });
+}
+
+CanalsRef Fonction::Canals() {
+  if (!Canals_) Canals_ = Crée<zuma::Canals>(LaPlateforme());
+  return Canals_;
+}
+
+void Fonction::ChargeLesCanaux(const Ref<BaseDeDonnées>& dtbMaBase,
+                               std::int32_t lngIndexDeLaFonction) {
+  Garde(*this, Forme::Méthode, "ChargeLesCanaux", [&] {
+    const auto liste = dtbMaBase->OpenRecordset(requêtes::CanauxDe(lngIndexDeLaFonction));
+    if (liste->RecordCount() == 0) return;
+    for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
+      const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
+      const CanalRef canal = Canals()->Add(std::to_string(index));
+      canal->TimerExact(Timer());
+      canal->ChargeErreur(Erreur());
+      canal->ParamètresDepuisBD(dtbMaBase->OpenRecordset(requêtes::LigneDuCanalDeBloc(index)));
+      canal->Parent(this);
+      if (canal->NuméroCanal() == kCanalErreur) CanalErreurModbus_ = canal;
+    }
+  });
+}
+
+void Fonction::Adresse(std::int32_t adresse) {
+  Garde(*this, Forme::Ecriture, "Adresse", [&] {
+    mlngAdresse = adresse;
+    for (const CanalRef& canal : *Canals()) canal->Adresse(adresse);
+  });
+}
+
+Carte* Fonction::LaCarte() const {
+  return &*Parent_;
+}
+
+void Fonction::Initialise() {
+  Garde(*this, Forme::Méthode, "Initialise", [&] {
+    LigneDuDriver(musrDriver).ExigeConstruit();
+    if (opérations_ != nullptr) {
+      if (opérations_->ouvre != nullptr) pilote_ = &opérations_->ouvre(*Parent_, Base());
+      if (opérations_->démarreBloc != nullptr) opérations_->démarreBloc(*this);
+    }
+    for (const CanalRef& canal : *Canals()) {
+      canal->Initialise();
+      mintNbLecture = std::max(mintNbLecture, canal->NbLecture());
+    }
+  });
+}
+
+void Fonction::MetàJour() {
+  Garde(
+      *this, Forme::Méthode, "MetàJour",
+      [&] {
+        if (opérations_ != nullptr && opérations_->rafraîchitBloc != nullptr) {
+          opérations_->rafraîchitBloc(*this);
+        }
+      },
+      [&](Variables& v) {
+        v.Ajoute("musrTypeCanal", static_cast<std::int32_t>(TypeDeFonction_));
+        v.Ajoute("musrDriver", static_cast<std::int32_t>(musrDriver));
+        v.Ajoute("MAJParFonction_mbln", MAJParFonction_mbln);
+        v.Ajoute("mintNbLecture", std::int32_t{mintNbLecture});
+      });
+}
+
+}  // namespace zuma
