@@ -64,6 +64,7 @@ class ZED_Parametre {
 
 /// The host's parameters, in its order.
 using ParamètresPartagés = std::vector<Ref<ZED_Parametre>>;
+using ParamètresRef = Ref<ParamètresPartagés>;
 
 /// Translator of the operator's texts.
 class ZED_Traduction {

@@ -19,9 +19,9 @@ Carte::~Carte() {
   for (const FonctionRef& fonction : *Fonctions_) fonction->Détache();
 }
 
-void Carte::Lien(ParamètresPartagés MesParametres_obj) {
+void Carte::Lien(ParamètresRef MesParametres_obj) {
   Garde(*this, Forme::Méthode, "Lien", [&] {
-    if (!MesParametres_obj.empty()) MesParametres_ = std::move(MesParametres_obj);
+    if (MesParametres_obj) MesParametres_ = std::move(MesParametres_obj);
   });
 }
 

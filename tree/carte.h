@@ -30,7 +30,7 @@ class Carte : public Objet {
   void DéclencheAU() {}
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }
   /// Keeps the shared parameters. The host calls it, on boards whose instrument needs one.
-  void Lien(ParamètresPartagés MesParametres_obj);
+  void Lien(ParamètresRef MesParametres_obj = {});
   /// Makes and reads the blocks of the board, each after its channels.
   void ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaCarte);
   void NomDeLaCarte(std::string nom) { NomDeLaCarte_ = std::move(nom); }
@@ -96,7 +96,7 @@ class Carte : public Objet {
   std::int32_t mlngBitsStop = 0;
   std::int32_t mintConsigneRampe = 5;
   std::string mstrConfigEIR;
-  ParamètresPartagés MesParametres_;
+  ParamètresRef MesParametres_;
   Ref<ZED_Parametre> mobjParamEIR_;
   Ref<Recordset> LeRecordset_;
   std::vector<PiloteOuvert> pilotes_;

@@ -1,0 +1,88 @@
+#include "core/chassis.h"
+
+#include "core/garde.h"
+
+namespace zuma {
+Chassis::~Chassis() {
+  Commandes_ = nullptr;
+  Capteurs_ = nullptr;
+  Cartes_ = nullptr;
+}
+
+CartesRef Chassis::Cartes() {
+  OuVide(Cartes_);
+  return Cartes_;
+}
+CommandesRef Chassis::Commandes() {
+  OuVide(Commandes_);
+  return Commandes_;
+}
+WatchdogRef Chassis::Watchdog() {
+  OuVide(Watchdog_);
+  return Watchdog_;
+}
+EntréeLogiquesRef Chassis::EntréesLogiques() {
+  OuVide(EntréesLogiques_);
+  return EntréesLogiques_;
+}
+EntréeLogiquesRef Chassis::EntréesManuelles() {
+  OuVide(EntréesManuelles_);
+  return EntréesManuelles_;
+}
+SortieLogiquesRef Chassis::SortiesLogiques() {
+  OuVide(SortiesLogiques_);
+  return SortiesLogiques_;
+}
+CapteursRef Chassis::Capteurs() {
+  OuVide(Capteurs_);
+  return Capteurs_;
+}
+
+Valeur Chassis::Décharge() {
+  for (const CarteRef& carte : *Cartes()) {
+    for (const FonctionRef& fonction : carte->LesFonctions()) fonction->Décharge();
+  }
+  for (const CapteurRef& capteur : *Capteurs()) capteur->Décharge();
+  return {};
+}
+
+void Chassis::TesteAU(std::span<std::string>) {}
+
+void Chassis::DéclencheAU() {
+  Garde(*this, Forme::Méthode, "DéclencheAU", [&] {
+    for (const CapteurRef& capteur : *Capteurs()) capteur->DéclencheAU();
+    for (const CommandeRef& commande : *Commandes()) commande->DéclencheAU();
+    for (const SortieLogiqueRef& sortie : *SortiesLogiques()) sortie->DéclencheAU();
+    for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) entrée->DéclencheAU();
+    Watchdog()->DéclencheAU();
+    for (const CarteRef& carte : *Cartes()) carte->MetàJour();
+  });
+}
+
+void Chassis::MiseàJourDesLiens() {
+  Garde(*this, Forme::Méthode, "MiseàJourDesLiens", [&] {
+    for (const CapteurRef& capteur : *Capteurs()) capteur->MiseàJourDesLiens();
+    for (const CommandeRef& commande : *Commandes()) commande->MiseàJourDesLiens();
+    for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) entrée->MiseàJourDesLiens();
+    for (const SortieLogiqueRef& sortie : *SortiesLogiques()) sortie->MiseàJourDesLiens();
+  });
+}
+
+void Chassis::Initialise() {
+  Garde(*this, Forme::Méthode, "Initialise", [&] {
+    for (const CarteRef& carte : *Cartes()) {
+      carte->Initialise();
+      carte->MetàJour();
+    }
+    for (const CapteurRef& capteur : *Capteurs()) capteur->Initialise();
+    for (const CommandeRef& commande : *Commandes()) {
+      commande->Initialise();
+      commande->MetàJour();
+    }
+    for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) entrée->Initialise();
+    Watchdog()->Initialise();
+    for (const SortieLogiqueRef& sortie : *SortiesLogiques()) sortie->Initialise();
+  });
+}
+
+}  // namespace zuma

@@ -1,0 +1,170 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "commands/commande.h"
+#include "core/collections.h"
+#include "core/objet.h"
+#include "logic/entree_logique.h"
+#include "logic/sortie_logique.h"
+#include "logic/watchdog.h"
+#include "platform/base_de_donnees.h"
+#include "sensors/capteur.h"
+#include "tree/carte.h"
+
+namespace zuma {
+
+using CartesRef = Ref<Cartes>;
+using CommandesRef = Ref<Commandes>;
+using EntréeLogiquesRef = Ref<EntréeLogiques>;
+using SortieLogiquesRef = Ref<SortieLogiques>;
+
+class Variables;
+namespace requêtes {
+struct ObjetLié;
+}
+
+/// One test frame, and the only object that a host creates itself.
+///
+/// The host calls, in this order: `TimerExact`, `ChargeErreur`, `ChargeLeChassis`, `Lien`,
+/// `MiseàJourDesLiens`, `Initialise`, then `MetàJour` in its loop, and `Décharge` at the end.
+/// Nothing checks the order: a step left out shows as a failure in the error record later. All of
+/// it runs on the host's thread.
+class Chassis : public Objet {
+ public:
+  /// `plateforme` belongs to the host and outlives the frame.
+  explicit Chassis(Plateforme& plateforme) : Objet(plateforme, "Chassis") {}
+  ~Chassis() override;
+
+  /// Closes what must be closed and ends the sensors. To be called before the frame is released;
+  /// a failure goes to the caller.
+  Valeur Décharge();
+  [[nodiscard]] const std::string& Nom() const { return Nom_; }
+  /// Does nothing: a host collects the causes from `Capteur.TesteAU` itself.
+  void TesteAU(std::span<std::string> astrTableAUs);
+
+  /// Rates in hertz; 0 or less is never due. Analog and logic outputs have no pass of their own:
+  /// those two rates are kept for the dump.
+  void FréquenceEA(double hertz) { mdblFréquenceEA = hertz; }
+  void FréquenceSA(double hertz) { mdblFréquenceSA = hertz; }
+  void FréquenceEL(double hertz) { mdblFréquenceEL = hertz; }
+  void FréquenceSL(double hertz) { mdblFréquenceSL = hertz; }
+
+  [[nodiscard]] CartesRef Cartes();
+  void Cartes(CartesRef cartes) { Cartes_ = std::move(cartes); }
+  [[nodiscard]] CommandesRef Commandes();
+  using Objet::TimerExact;
+  [[nodiscard]] WatchdogRef Watchdog();
+  void Commandes(CommandesRef commandes) { Commandes_ = std::move(commandes); }
+  void Watchdog(WatchdogRef watchdog) { Watchdog_ = std::move(watchdog); }
+
+  /// Puts every output in its safe state at once: commands to their initial value, logic outputs
+  /// to rest, watchdog armed to trip, boards written in this call.
+  void DéclencheAU();
+
+  [[nodiscard]] EntréeLogiquesRef EntréesLogiques();
+  /// The manual inputs found by label, at most six.
+  [[nodiscard]] EntréeLogiquesRef EntréesManuelles();
+  void EntréesLogiques(EntréeLogiquesRef entrées) { EntréesLogiques_ = std::move(entrées); }
+  [[nodiscard]] SortieLogiquesRef SortiesLogiques();
+  void SortiesLogiques(SortieLogiquesRef sorties) { SortiesLogiques_ = std::move(sorties); }
+  [[nodiscard]] CapteursRef Capteurs();
+  /// Well-known inputs, Nothing when no input bears their label. `AU` is the "Entrée Armé" input.
+  [[nodiscard]] EntréeLogiqueRef DépartEssai() const { return DépartEssai_; }
+  [[nodiscard]] EntréeLogiqueRef DépartRéarme() const { return DépartRéarme_; }
+  [[nodiscard]] EntréeLogiqueRef AutoManu() const { return AutoManu_; }
+  [[nodiscard]] EntréeLogiqueRef AU() const { return AU_; }
+  void Capteurs(CapteursRef capteurs) { Capteurs_ = std::move(capteurs); }
+
+  /// One pass: time, rates, commands, watchdog, boards, sensors, logic inputs. Never waits. Must
+  /// not be re-entered.
+  void MetàJour();
+  /// Starts boards and objects, once.
+  void Initialise();
+  /// Lets sensors, commands and logic I/O resolve their references.
+  void MiseàJourDesLiens();
+  /// Builds the frame's tree from the database; only once on one object.
+  void ChargeLeChassis(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexChassis);
+  /// Links the objects, finds the well-known inputs, sorts the sensors in the order of their
+  /// dependencies. `NomDuChassis` is the frame's index as text.
+  void Lien(const Ref<BaseDeDonnées>& dtbMaBase, const std::string& NomDuChassis,
+            const Ref<ZED_Securite>& MaSecurite_obj = {}, const ParamètresRef& MesParam = {},
+            const Ref<ZED_Traduction>& Traducteur_obj = {});
+  /// Reads the labels of the well-known inputs from the current record.
+  void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
+  using Objet::ChargeErreur;
+
+  [[nodiscard]] std::string_view NomPourErreur() const override { return Nom_; }
+
+ private:
+  static constexpr std::size_t kNombreManuelles = 6;
+  struct Dues {
+    bool ea = false;
+    bool el = false;
+    bool wd = false;
+  };
+
+  void ChargeCartes(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void ChargeCapteurs(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void ChargeCommandes(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void ChargeEntréesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void ChargeSortiesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void ChargeWatchDog(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  void LitLaLigne(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
+  template <class Collection, class LitLigne>
+  void ChargeObjets(const Ref<BaseDeDonnées>& base, std::int32_t chassis,
+                    const requêtes::ObjetLié& requête, Collection& collection, LitLigne&& lit);
+  void ElagueLesSortiesModbus();
+  void LieLesObjets(const Ref<ZED_Securite>& sécurité, const ParamètresRef& paramètres,
+                    const Ref<ZED_Traduction>& traducteur);
+  void RepèreLesEntréesConnues();
+  void TrieLesCapteurs();
+  [[nodiscard]] Dues CalculeLesDues();
+  void SertLeWatchdog();
+  void SertLesCartes(const Dues& dues);
+  // The object of an accessor, created when absent, without the cost of a new reference.
+  template <class T>
+  T* OuVide(Ref<T>& objet) {
+    if (!objet) objet = Crée<T>(LaPlateforme());
+    return objet.Brut();
+  }
+  void RemplitLesVariables(Variables& v) const;
+
+  std::string Nom_;
+  CartesRef Cartes_;
+  CapteursRef Capteurs_;
+  CommandesRef Commandes_;
+  EntréeLogiquesRef EntréesLogiques_;
+  SortieLogiquesRef SortiesLogiques_;
+  WatchdogRef Watchdog_;
+  Ref<ZED_Securite> MaSecurite_obj_;
+  EntréeLogiqueRef DépartEssai_;
+  EntréeLogiqueRef DépartRéarme_;
+  EntréeLogiqueRef AutoManu_;
+  EntréeLogiqueRef AU_;
+  EntréeLogiquesRef EntréesManuelles_;
+  double mdblFréquenceEA = 200;
+  double mdblFréquenceSA = 20;
+  double mdblFréquenceEL = 20;
+  double mdblFréquenceSL = 10;
+  double mdblFréquenceWD = 500;
+  double HeurePrécédenteMàJEA = 0;  ///< marks, in seconds
+  double HeurePrécédenteMàJSA = 0;
+  double HeurePrécédenteMàJEL = 0;
+  double HeurePrécédenteMàJSL = 0;
+  double HeurePrécédenteMàJWD = 0;
+  double Heure = 0;  ///< last time read, in seconds
+  std::string mstrLabelDépartEssai;
+  std::string mstrLabelDépartRéarme;
+  std::string mstrLabelDépartManuel;  ///< read, matched against nothing
+  std::string mstrLabelAutoManu;
+  std::string mstrLabelArmé;
+  std::array<std::string, kNombreManuelles> mstrLabelManuelle;
+  const Fonction* fonctionEnMain_ = nullptr;  ///< block in hand in a pass, for the error table
+};
+
+}  // namespace zuma

@@ -1,0 +1,170 @@
+// Loading of a frame from its database.
+#include <string>
+#include <vector>
+
+#include "core/chassis.h"
+#include "core/garde.h"
+#include "core/requetes.h"
+
+namespace zuma {
+namespace {
+
+// Sensors are built before the frame's own rate is read.
+constexpr double kFréquenceDesCapteurs = 200;
+
+// The label lives in the link row: one object bears another label on another frame.
+template <class T>
+void LitLabel(BaseDeDonnées& base, const requêtes::ObjetLié& requête, std::int32_t index,
+              std::int32_t chassis, T& objet) {
+  const auto liaison = base.OpenRecordset(requête.liaison(index, chassis));
+  if (liaison->RecordCount() == 0) return;
+  liaison->MoveFirst();
+  const Valeur& label = LitChamp(*liaison, "Label");
+  if (!EstNul(label)) objet.Label(VersTexte(label));
+}
+
+}  // namespace
+
+void Chassis::ChargeLeChassis(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexChassis) {
+  Garde(*this, Forme::Méthode, "ChargeLeChassis", [&] {
+    ChargeCartes(dtbMaBase, lngIndexChassis);
+    ChargeCapteurs(dtbMaBase, lngIndexChassis);
+    ChargeCommandes(dtbMaBase, lngIndexChassis);
+    ChargeEntréesLogiques(dtbMaBase, lngIndexChassis);
+    ChargeSortiesLogiques(dtbMaBase, lngIndexChassis);
+    ChargeWatchDog(dtbMaBase, lngIndexChassis);
+    LitLaLigne(dtbMaBase, lngIndexChassis);
+    Key(std::to_string(lngIndexChassis));
+  });
+}
+
+void Chassis::LitLaLigne(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  const auto ligne = base->OpenRecordset(requêtes::LigneDuChassis(chassis));
+  Nom_ = VersTexte(LitChamp(*ligne, "Nom du Chassis"));
+  const auto litFréquence = [&](std::string_view colonne, double& fréquence) {
+    const Valeur* valeur = ChercheChamp(*ligne, colonne);
+    if (valeur != nullptr && !EstNul(*valeur)) fréquence = VersDouble(*valeur);
+  };
+  litFréquence("Frequence rafraichissement capteurs", mdblFréquenceEA);
+  litFréquence("Frequence rafraichissement entrées logiques", mdblFréquenceEL);
+}
+
+template <class Collection, class LitLigne>
+void Chassis::ChargeObjets(const Ref<BaseDeDonnées>& base, std::int32_t chassis,
+                           const requêtes::ObjetLié& requête, Collection& collection,
+                           LitLigne&& lit) {
+  const auto liste = base->OpenRecordset(requête.liste(chassis));
+  if (liste->RecordCount() == 0) return;
+  for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
+    const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
+    const std::string clé = std::to_string(index);
+    collection.Add(clé);
+    const auto objet = collection.Item(clé);
+    objet->TimerExact(Timer());
+    objet->ChargeErreur(Erreur());
+    lit(index, *objet);
+    if (requête.liaison != nullptr) {
+      if constexpr (requires { objet->Label(std::string()); }) {
+        LitLabel(*base, requête, index, chassis, *objet);
+      }
+    }
+  }
+}
+
+void Chassis::ChargeCartes(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Garde(*this, Forme::Procédure, "ChargeCartes", [&] {
+    ChargeObjets(base, chassis, requêtes::kCartes, *Cartes(),
+                 [&](std::int32_t index, Carte& carte) {
+                   carte.ChargeLesFonctions(base, index);
+                   carte.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCartes.ligne(index)));
+                 });
+    ElagueLesSortiesModbus();
+  });
+}
+
+// A Modbus block of logic outputs keeps exactly its number of channels, the first ones; negative
+// numbers, such as the error channel's, do not count.
+void Chassis::ElagueLesSortiesModbus() {
+  for (const CarteRef& carte : *Cartes()) {
+    for (const FonctionRef& fonction : carte->LesFonctions()) {
+      if (fonction->Driver_enm() != ENUM_DRIVER::DrvModBus ||
+          fonction->TypeDeFonction() != ENUM_TYPE_FONCTION::FctSortiesLogiques) {
+        continue;
+      }
+      const std::vector<CanalRef> canaux(fonction->Canals()->begin(), fonction->Canals()->end());
+      std::int32_t gardés = 0;
+      for (const CanalRef& canal : canaux) {
+        if (canal->NuméroCanal() < 0) continue;
+        if (gardés < fonction->NombreDeCanaux()) {
+          ++gardés;
+        } else {
+          fonction->Canals()->Remove(canal->Key());
+        }
+      }
+    }
+  }
+}
+
+void Chassis::ChargeCapteurs(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Garde(*this, Forme::Procédure, "ChargeCapteurs", [&] {
+    ChargeObjets(base, chassis, requêtes::kCapteurs, *Capteurs(),
+                 [&](std::int32_t index, Capteur& capteur) {
+                   capteur.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCapteurs.ligne(index)),
+                                              kFréquenceDesCapteurs);
+                 });
+  });
+}
+
+void Chassis::ChargeCommandes(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Garde(*this, Forme::Procédure, "ChargeCommandes", [&] {
+    ChargeObjets(
+        base, chassis, requêtes::kCommandes, *Commandes(),
+        [&](std::int32_t index, Commande& commande) {
+          commande.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCommandes.ligne(index)));
+        });
+  });
+}
+
+void Chassis::ChargeEntréesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Garde(*this, Forme::Procédure, "ChargeEntréesLogiques", [&] {
+    ChargeObjets(
+        base, chassis, requêtes::kEntréesLogiques, *EntréesLogiques(),
+        [&](std::int32_t index, EntréeLogique& entrée) {
+          entrée.ParamètresDepuisBD(base->OpenRecordset(requêtes::kEntréesLogiques.ligne(index)));
+        });
+  });
+}
+
+void Chassis::ChargeSortiesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Garde(*this, Forme::Procédure, "ChargeSortiesLogiques", [&] {
+    ChargeObjets(
+        base, chassis, requêtes::kSortiesLogiques, *SortiesLogiques(),
+        [&](std::int32_t index, SortieLogique& sortie) {
+          sortie.ParamètresDepuisBD(base->OpenRecordset(requêtes::kSortiesLogiques.ligne(index)));
+        });
+  });
+}
+
+// The frame has a single watchdog: with several linked rows the last one wins.
+void Chassis::ChargeWatchDog(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
+  Valeur index;
+  Garde(
+      *this, Forme::Procédure, "ChargeWatchDog",
+      [&] {
+        const auto liste = base->OpenRecordset(requêtes::kWatchDog.liste(chassis));
+        if (liste->RecordCount() == 0) return;
+        for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
+          index = LitChamp(*liste, "Index");
+          Watchdog()->TimerExact(Timer());
+          Watchdog()->ChargeErreur(Erreur());
+          Watchdog()->ParamètresDepuisBD(
+              base->OpenRecordset(requêtes::kWatchDog.ligne(VersEntier32(index))));
+        }
+      },
+      [&](Variables& v) {
+        v.Ajoute("IndexChassis", chassis);
+        v.Ajoute("IndexDelEntréeLogique", index);
+      });
+}
+
+}  // namespace zuma

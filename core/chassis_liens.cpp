@@ -1,0 +1,121 @@
+// Links between the objects of a frame, its well-known inputs and the order of its sensors.
+#include <algorithm>
+#include <vector>
+
+#include "core/chassis.h"
+#include "core/garde.h"
+#include "core/requetes.h"
+
+namespace zuma {
+namespace {
+
+// Sensors that depend on no other sensor.
+constexpr std::array kSansFils{ENUM_TYPE_CAPTEUR::capteurNormal, ENUM_TYPE_CAPTEUR::CapteurTemps,
+                               ENUM_TYPE_CAPTEUR::CapteurScout55};
+
+bool SansFils(const Capteur& capteur) {
+  return std::ranges::find(kSansFils, capteur.TypeDeCapteur()) != kSansFils.end();
+}
+
+bool FilsTousTriés(const Capteur& capteur, const Capteurs& triés) {
+  const CapteursRef fils = capteur.CapteursFils();
+  if (!fils) return true;
+  return std::ranges::all_of(
+      *fils, [&](const CapteurRef& f) { return !f || triés.ItemIndex(Valeur(f->Key())); });
+}
+
+// Moves the sensors that `qualifié` accepts, in order; true when one moved.
+template <class Qualifié>
+bool Déplace(Capteurs& restants, Capteurs& triés, Qualifié&& qualifié) {
+  bool déplacé = false;
+  const std::vector<CapteurRef> copie(restants.begin(), restants.end());
+  for (const CapteurRef& capteur : copie) {
+    if (!qualifié(*capteur)) continue;
+    triés.Référence(capteur, capteur->Key());
+    restants.Remove(capteur->Key());
+    déplacé = true;
+  }
+  return déplacé;
+}
+
+}  // namespace
+
+void Chassis::Lien(const Ref<BaseDeDonnées>& dtbMaBase, const std::string& NomDuChassis,
+                   const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParam,
+                   const Ref<ZED_Traduction>& Traducteur_obj) {
+  Garde(*this, Forme::Méthode, "Lien", [&] {
+    if (MaSecurite_obj) MaSecurite_obj_ = MaSecurite_obj;
+    LieLesObjets(MaSecurite_obj, MesParam, Traducteur_obj);
+    const std::int32_t index = VersEntier32(Valeur(NomDuChassis));
+    const auto ligne = dtbMaBase->OpenRecordset(requêtes::LigneDuChassisPourLien(index));
+    if (ligne->RecordCount() != 0) {
+      ligne->MoveFirst();
+      ParamètresDepuisBD(ligne);
+      RepèreLesEntréesConnues();
+    }
+    TrieLesCapteurs();
+  });
+}
+
+void Chassis::LieLesObjets(const Ref<ZED_Securite>& sécurité, const ParamètresRef& paramètres,
+                           const Ref<ZED_Traduction>& traducteur) {
+  for (const CapteurRef& capteur : *Capteurs()) {
+    capteur->Lien(sécurité, paramètres, traducteur, this);
+  }
+  for (const CommandeRef& commande : *Commandes()) commande->Lien(this, paramètres, traducteur);
+  for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) {
+    entrée->Lien(sécurité, paramètres, traducteur, this);
+  }
+  for (const SortieLogiqueRef& sortie : *SortiesLogiques()) {
+    sortie->Lien(sécurité, paramètres, traducteur, this);
+  }
+  if (Watchdog()->Key() != "0" && !Watchdog()->Key().empty()) {
+    Watchdog()->Lien(sécurité, paramètres, traducteur, this);
+  }
+}
+
+void Chassis::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
+  Garde(*this, Forme::Procédure, "ParamètresDepuisBD", [&] {
+    const auto litLabel = [&](std::string_view colonne, std::string& label) {
+      const Valeur* valeur = ChercheChamp(*rstMonRecordSet, colonne);
+      if (valeur != nullptr && !EstNul(*valeur)) label = VersTexte(*valeur);
+    };
+    litLabel("Départ de cycle d'essai", mstrLabelDépartEssai);
+    litLabel("Départ de cycle de réarmement", mstrLabelDépartRéarme);
+    litLabel("Départ de cyle manuel", mstrLabelDépartManuel);
+    litLabel("Entrée Auto/Manu", mstrLabelAutoManu);
+    litLabel("Entrée Armé", mstrLabelArmé);
+    for (std::size_t i = 0; i < kNombreManuelles; ++i) {
+      litLabel("Entrée manuelle " + std::to_string(i + 1), mstrLabelManuelle[i]);
+    }
+  });
+}
+
+// Labels are compared as they stand, so an empty label matches every input without a label.
+void Chassis::RepèreLesEntréesConnues() {
+  for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) {
+    const std::string& label = entrée->Label();
+    if (label == mstrLabelArmé) AU_ = entrée;
+    if (label == mstrLabelAutoManu) AutoManu_ = entrée;
+    if (label == mstrLabelDépartEssai) DépartEssai_ = entrée;
+    if (label == mstrLabelDépartRéarme) DépartRéarme_ = entrée;
+    for (const std::string& manuelle : mstrLabelManuelle) {
+      if (label == manuelle) EntréesManuelles()->Add(entrée->Key(), entrée);
+    }
+  }
+}
+
+void Chassis::TrieLesCapteurs() {
+  const CapteursRef triés = Crée<zuma::Capteurs>(LaPlateforme());
+  const CapteursRef restants = Capteurs();
+  Déplace(*restants, *triés, SansFils);
+  while (Déplace(*restants, *triés,
+                 [&](const Capteur& capteur) { return FilsTousTriés(capteur, *triés); })) {
+  }
+  if (restants->Count() != 0) {
+    Montre("Gros soucis dans le tri des capteurs...Voir Marcel (K9)");
+  }
+  Capteurs(triés);
+}
+
+}  // namespace zuma

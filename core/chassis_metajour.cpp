@@ -1,0 +1,110 @@
+// The refresh pass.
+#include "core/chassis.h"
+#include "core/garde.h"
+
+namespace zuma {
+namespace {
+
+constexpr double kMicrosecondes = 1'000'000;
+// Lag beyond which a lost schedule is not repaid, in seconds. EA differs from the others.
+constexpr double kRetardEA = 0.5;
+constexpr double kRetardEL = 1.0;
+constexpr double kRetardWD = 1.0;
+
+// True when the rate is due. Below the lag limit the mark moves by one period, so that a slow host
+// is repaid; past it the mark jumps one period ahead of the clock.
+bool EstDue(double heure, double fréquence, double retard, double& marque) {
+  if (!(heure > marque + 1 / fréquence)) return false;
+  const double départ = marque + retard < heure ? heure : marque;
+  marque = départ + 1 / fréquence;
+  return true;
+}
+
+bool SeRafraîchitSeule(const Commande& commande) {
+  return !(commande.Enabled() && commande.FréquenceDither() == 0 &&
+           commande.TypeCommande() != ENUM_TYPE_COMMANDE::Recopie);
+}
+
+}  // namespace
+
+Chassis::Dues Chassis::CalculeLesDues() {
+  Dues dues;
+  dues.ea = EstDue(Heure, mdblFréquenceEA, kRetardEA, HeurePrécédenteMàJEA);
+  dues.el = EstDue(Heure, mdblFréquenceEL, kRetardEL, HeurePrécédenteMàJEL);
+  dues.wd = EstDue(Heure, mdblFréquenceWD, kRetardWD, HeurePrécédenteMàJWD);
+  return dues;
+}
+
+void Chassis::MetàJour() {
+  Garde(
+      *this, Forme::Méthode, "MetàJour",
+      [&] {
+        fonctionEnMain_ = nullptr;
+        Heure = Timer()->LitMicrosecondes() / kMicrosecondes;
+        const Dues dues = CalculeLesDues();
+        for (const CommandeRef& commande : *OuVide(Commandes_)) {
+          if (SeRafraîchitSeule(*commande)) commande->MetàJour();
+        }
+        if (dues.wd) SertLeWatchdog();
+        SertLesCartes(dues);
+        if (dues.ea) {
+          for (const CapteurRef& capteur : *OuVide(Capteurs_)) capteur->MetàJour();
+        }
+        if (dues.el) {
+          for (const EntréeLogiqueRef& entrée : *OuVide(EntréesLogiques_)) entrée->MetàJour();
+        }
+      },
+      [&](Variables& v) { RemplitLesVariables(v); }, SansErreur::Montre);
+}
+
+void Chassis::SertLeWatchdog() {
+  zuma::Watchdog& watchdog = *OuVide(Watchdog_);
+  if (watchdog.SortiePulse() || (watchdog.Adresse() != 0 && watchdog.Temps() != 0)) {
+    watchdog.MetàJour();
+  }
+}
+
+void Chassis::SertLesCartes(const Dues& dues) {
+  for (const CarteRef& carte : *OuVide(Cartes_)) {
+    switch (carte->Service()) {
+      case ServiceCarte::BusSimple:
+      case ServiceCarte::BusAvecSuivante:
+        carte->SertLeBus(fonctionEnMain_);
+        break;
+      case ServiceCarte::CarteEntière:
+        carte->MetàJour();
+        break;
+      case ServiceCarte::ParFonction:
+        for (const FonctionRef& fonction : carte->LesFonctions()) {
+          fonctionEnMain_ = fonction.Brut();
+          const ENUM_TYPE_FONCTION type = fonction->TypeDeFonction();
+          if ((dues.el && type == ENUM_TYPE_FONCTION::FctEntréesLogiques) ||
+              (dues.ea && type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques)) {
+            fonction->MetàJour();
+          }
+        }
+        fonctionEnMain_ = nullptr;
+        break;
+    }
+  }
+}
+
+void Chassis::RemplitLesVariables(Variables& v) const {
+  v.Ajoute("Heure", Heure);
+  v.Ajoute("HeurePrécédenteMàJEA", HeurePrécédenteMàJEA);
+  v.Ajoute("mdblFréquenceEA", mdblFréquenceEA);
+  v.Ajoute("HeurePrécédenteMàJSA", HeurePrécédenteMàJSA);
+  v.Ajoute("mdblFréquenceSA", mdblFréquenceSA);
+  v.Ajoute("HeurePrécédenteMàJEL", HeurePrécédenteMàJEL);
+  v.Ajoute("mdblFréquenceEL", mdblFréquenceEL);
+  v.Ajoute("HeurePrécédenteMàJSL", HeurePrécédenteMàJSL);
+  v.Ajoute("mdblFréquenceSL", mdblFréquenceSL);
+  if (fonctionEnMain_ == nullptr) {
+    v.AjouteVide();
+  } else {
+    v.Ajoute("objFonction.TypeDeFonction",
+             static_cast<std::int32_t>(fonctionEnMain_->TypeDeFonction()));
+  }
+}
+
+}  // namespace zuma
