@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/objet.h"
+#include "logic/enumerations.h"
 #include "platform/base_de_donnees.h"
 
 namespace zuma {
@@ -17,6 +18,8 @@ class EntréeLogique : public Objet {
   [[nodiscard]] const std::string& Label() const { return Label_; }
   void Label(std::string label) { Label_ = std::move(label); }
 
+  [[nodiscard]] ENUM_ETAT_LOGIQUE ValeurCourante() const { return musrValeurCourante; }
+
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
@@ -30,6 +33,7 @@ class EntréeLogique : public Objet {
  private:
   std::string Label_;
   std::string NomDeEntréeLogique_;
+  ENUM_ETAT_LOGIQUE musrValeurCourante = ENUM_ETAT_LOGIQUE::Inactif;
 };
 
 using EntréeLogiqueRef = Ref<EntréeLogique>;

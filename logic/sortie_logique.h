@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/objet.h"
+#include "logic/enumerations.h"
 #include "platform/base_de_donnees.h"
 
 namespace zuma {
@@ -17,6 +18,9 @@ class SortieLogique : public Objet {
   [[nodiscard]] const std::string& Label() const { return Label_; }
   void Label(std::string label) { Label_ = std::move(label); }
 
+  [[nodiscard]] ENUM_ETAT_LOGIQUE ValeurCourante() const { return ValeurCourante_; }
+  void ValeurCourante(ENUM_ETAT_LOGIQUE valeur) { ValeurCourante_ = valeur; }
+
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
@@ -29,6 +33,7 @@ class SortieLogique : public Objet {
  private:
   std::string Label_;
   std::string NomDeLaSortieLogique_;
+  ENUM_ETAT_LOGIQUE ValeurCourante_ = ENUM_ETAT_LOGIQUE::Inactif;
 };
 
 using SortieLogiqueRef = Ref<SortieLogique>;

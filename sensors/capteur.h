@@ -27,6 +27,8 @@ class Capteur : public Objet {
   void CapteursFils(CapteursRef fils) { CapteursFils_ = std::move(fils); }
   [[nodiscard]] const std::string& NomDuCapteur() const { return mstrNom; }
 
+  [[nodiscard]] double ValeurCourante() const { return mdblValeurCourante; }
+
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet, double FréquenceRafraichissement);
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
@@ -42,6 +44,7 @@ class Capteur : public Objet {
   std::string Label_;
   std::string mstrNom;
   ENUM_TYPE_CAPTEUR musrTypeDeCapteur = ENUM_TYPE_CAPTEUR::capteurNormal;
+  double mdblValeurCourante = 0;
   CapteursRef CapteursFils_;
 };
 
