@@ -1,0 +1,46 @@
+# Two commands do everything on a fresh Debian machine: `make demo` and `make test`.
+# `make help` lists the rest.
+
+SHELL := /bin/bash
+.DEFAULT_GOAL := help
+.PHONY: help deps demo test bench lint format clean
+
+PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev \
+            libgtest-dev libevdev-dev
+PACKAGES_BENCH := libbenchmark-dev valgrind
+PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
+
+DEMO_DIR ?= demo-out
+# Seconds of the live view; empty runs until Ctrl-C.
+DEMO_SECONDS ?= 10
+JOBS ?= $(shell nproc)
+
+help:  ## this list
+	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## /  make \1\t/' | expand -t 16
+
+deps:  ## install the Debian packages that are missing
+	@tools/deps.sh $(PACKAGES)
+
+demo: deps  ## build the program and show the demo frame on the simulated machine
+	@tools/construit.sh release $(JOBS) zuma_program
+	@tools/demo.sh build/release/zuma "$(DEMO_DIR)" "$(DEMO_SECONDS)"
+
+test: deps  ## build and run every test under the sanitizers
+	@tools/construit.sh debug $(JOBS) zuma_tests
+	@ctest --preset debug -j $(JOBS)
+
+bench: deps  ## time the pass, count its allocations and instructions
+	@tools/deps.sh $(PACKAGES_BENCH)
+	@tools/construit.sh bench $(JOBS) zuma_bench
+	@tools/bench.sh build/bench/zuma_bench
+
+lint: deps  ## clang-tidy over the sources and clang-format in check mode
+	@tools/deps.sh $(PACKAGES_LINT)
+	@tools/lint.sh $(JOBS)
+
+format: deps  ## rewrite the sources in the project's format
+	@tools/deps.sh clang-format-19
+	@git ls-files '*.cpp' '*.h' | xargs clang-format-19 -i
+
+clean:  ## remove what was built
+	@rm -rf build demo-out

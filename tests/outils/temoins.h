@@ -1,0 +1,62 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "core/objet.h"
+#include "platform/collaborateurs.h"
+#include "platform/services.h"
+
+// Witnesses of what the library asks of its host.
+namespace zuma::essai {
+
+/// Error record that keeps everything.
+class Registre : public ZED_Erreur {
+ public:
+  struct Entrée {
+    std::string message;
+    TableVariables variables;
+  };
+  void AjouteErreur(std::string_view message, const TableVariables& variables) override {
+    entrées.push_back({std::string(message), variables});
+  }
+  /// True when one entry contains `morceau`.
+  [[nodiscard]] bool Contient(std::string_view morceau) const {
+    for (const Entrée& e : entrées) {
+      if (e.message.find(morceau) != std::string::npos) return true;
+    }
+    return false;
+  }
+  std::vector<Entrée> entrées;
+};
+
+/// Message box that keeps the texts and answers at once.
+class Messages : public BoîteDeMessage {
+ public:
+  void Montre(std::string_view texte, const ObjetConcerné& objet) override {
+    textes.emplace_back(texte);
+    clés.emplace_back(objet.clé);
+  }
+  std::vector<std::string> textes;
+  std::vector<std::string> clés;
+};
+
+/// Timer set by the test, in microseconds; each read adds `pas`.
+class Minuterie : public ZED_Timer {
+ public:
+  double LitMicrosecondes() override { return heure += pas; }
+  double heure = 0;
+  double pas = 0;
+};
+
+/// A platform with witnesses only.
+struct Banc {
+  Banc() { plateforme.messages = &messages; }
+  Messages messages;
+  Plateforme plateforme;
+  Ref<Registre> registre = Crée<Registre>();
+  Ref<Minuterie> timer = Crée<Minuterie>();
+};
+
+}  // namespace zuma::essai
