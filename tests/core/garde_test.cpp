@@ -37,7 +37,7 @@ TEST_F(UneGarde, EcritLeMessageDeChaqueForme) {
     registre->entrées.clear();
     const int rendu =
         Garde(objet, c.forme, "Essai", []() -> int { throw Echec(Numéro::DivisionParZéro); });
-    const int ligne = __LINE__ - 2;
+    const int ligne = __LINE__ - 1;
     EXPECT_EQ(rendu, 0);
     ASSERT_EQ(registre->entrées.size(), 1U);
     EXPECT_EQ(registre->entrées[0].message,
