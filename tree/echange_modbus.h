@@ -19,7 +19,8 @@ struct EchangeModbus {
 namespace echange_modbus {
 
 /// One step of the exchange of a `DrvModBus` block: sends a request, or looks for the answer of
-/// the one that is on the wire. Never waits.
+/// the one that is on the wire. Never waits. Ten failed exchanges in a row set the block's error
+/// channel to -1, a good one sets it to 0; in between the channels keep their values.
 void Rafraîchit(Fonction& bloc);
 
 }  // namespace echange_modbus

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+#include "core/ref.h"
+#include "core/valeur.h"
+
+namespace zuma::sim {
+
+/// The far end of a simulated serial line: what a device answers to the bytes it is sent.
+class AppareilSérie {
+ public:
+  virtual ~AppareilSérie() = default;
+  /// Bytes written by the library, at the rate of the port.
+  virtual void Reçoit(std::string_view octets, std::int32_t vitesse) = 0;
+  /// Bytes that have arrived at the library by now, removed from the line.
+  [[nodiscard]] virtual Octets Emet() = 0;
+};
+
+/// What the line does to the traffic of its device, for trials of the library's resistance.
+struct Pannes {
+  bool débranchée = false;  ///< opening, reading and writing fail
+  bool muette = false;      ///< nothing comes back
+  bool parasitée = false;   ///< one bit of each chunk is turned over
+  bool coupée = false;      ///< the last byte of each chunk is lost
+};
+
+/// One simulated port: the device on it and its state of health.
+struct LigneSérie {
+  Ref<AppareilSérie> appareil;
+  Pannes pannes;
+  std::int32_t ouvertures = 0;
+};
+
+}  // namespace zuma::sim
