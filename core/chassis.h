@@ -47,7 +47,7 @@ class Chassis : public Objet {
   /// Does nothing: a host collects the causes from `Capteur.TesteAU` itself.
   void TesteAU(std::span<std::string> astrTableAUs);
 
-  /// Rates in hertz; 0 or less is never due. Analog and logic outputs have no pass of their own:
+  /// Rates in hertz; 0 is never due. Analog and logic outputs have no pass of their own:
   /// those two rates are kept for the dump.
   void FréquenceEA(double hertz) { mdblFréquenceEA = hertz; }
   void FréquenceSA(double hertz) { mdblFréquenceSA = hertz; }

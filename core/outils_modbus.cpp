@@ -1,6 +1,7 @@
 #include "core/outils_modbus.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "core/echec.h"
@@ -143,6 +144,12 @@ std::uint16_t Crc16(std::string_view octets) noexcept {
     }
   }
   return crc;
+}
+
+std::uint16_t Registre(double nombre) {
+  const double arrondi = std::round(nombre);
+  if (!(arrondi >= -32768 && arrondi <= 65535)) throw Echec(Numéro::Dépassement);
+  return static_cast<std::uint16_t>(static_cast<std::int32_t>(arrondi));
 }
 
 void ConstruitQuestion(std::uint8_t esclave, std::int32_t fonction, std::int32_t premierRegistre,

@@ -51,6 +51,10 @@ class Valeurs {
 /// CRC-16 of Modbus (polynomial 0xA001 reflected, start 0xFFFF), sent low byte first.
 [[nodiscard]] std::uint16_t Crc16(std::string_view octets) noexcept;
 
+/// A number as one register: rounded half away from zero, a negative one in two's complement. Out
+/// of -32768 to 65535 fails with 6.
+[[nodiscard]] std::uint16_t Registre(double nombre);
+
 /// Builds the whole frame with its CRC into `question`, whose memory is used again. Functions 1 to
 /// 4 ask for `compte` items; 5, 6, 8, 15 and 16 carry `valeurs`, whose number is what counts for
 /// 15 and 16. An unknown function, a count out of the protocol's range or a write without value

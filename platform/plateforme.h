@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ref.h"
+#include "platform/ftdi.h"
 #include "platform/liaison_serie.h"
 #include "platform/reglages.h"
 #include "platform/services.h"
@@ -17,6 +18,8 @@ struct Plateforme {
   Pointeur<FabriqueLiaisons> liaisons;
   Pointeur<Horloge> horloge;
   Pointeur<Fichiers> fichiers;
+  Pointeur<FTD2XX> ftdi;
+  Pointeur<FinDuProgramme> fin;
   Réglages réglages;
 };
 

@@ -65,4 +65,12 @@ class Fichiers {
   virtual void Supprime(std::string_view chemin) noexcept = 0;
 };
 
+/// The end of the whole process, for the few failures after which nothing may go on.
+class FinDuProgramme {
+ public:
+  virtual ~FinDuProgramme() = default;
+  /// Ends the process at once. A test double may return or throw: the operation then fails.
+  virtual void ArrêteLeProgramme(std::string_view raison) = 0;
+};
+
 }  // namespace zuma

@@ -71,6 +71,8 @@ class Carte : public Objet {
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
+  /// Ramp of the drive's set point, in tenths of the configuration's unit.
+  [[nodiscard]] std::int32_t ConsigneRampe() const { return mintConsigneRampe; }
 
  private:
   struct PiloteOuvert {

@@ -6,6 +6,7 @@
 
 #include "boards/operations.h"
 #include "core/echec.h"
+#include "instruments/operations.h"
 #include "tree/operations_arbre.h"
 
 namespace zuma {
@@ -45,7 +46,7 @@ constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::str
 }
 
 constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte,
-                               ServiceCarte service) {
+                               ServiceCarte service, const OpérationsCarte* carte = nullptr) {
   return {.valeur = valeur,
           .nom = nom,
           .affichage = {},
@@ -53,7 +54,8 @@ constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::st
           .texteFonction = {},
           .texteCanal = {},
           .service = service,
-          .construit = false};
+          .construit = carte != nullptr,
+          .carte = carte};
 }
 
 constexpr OpérationsPilote kModBus{.rafraîchitBloc = &echange_modbus::Rafraîchit};
@@ -181,8 +183,8 @@ const std::array<LigneDriver, 56> kTable{{
      .texteFonction = "Variateur LS Modbus et soft K9",
      .texteCanal = {},
      .service = kCarteEntière,
-     .construit = false},
-    ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière),
+     .carte = &instruments::kVariateurLS},
+    ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière, &instruments::kThumler),
     ALaCarte(Drv_EIR_LASER, "Drv_EIR_LASER", "Extensometre EIR LASER", kCarteEntière),
     ALaCarte(Drv_UTS_0107, "Drv_UTS_0107", "UTS-0107", kCarteEntière),
     ALaCarte(Drv_Balance_GRAM, "Drv_Balance_GRAM", "Balance GRAM", kCarteEntière),

@@ -1,7 +1,5 @@
 #include "tree/echange_modbus.h"
 
-#include <cmath>
-
 #include "core/echec.h"
 #include "core/outils_communs.h"
 #include "core/outils_modbus.h"
@@ -26,18 +24,11 @@ void PourChaqueCanal(const Fonction& bloc, Travail&& travail) {
   }
 }
 
-// A set point as one register: rounded half away from zero, negative in two's complement.
-std::uint16_t Registre(double points) {
-  const double arrondi = std::round(points);
-  if (!(arrondi >= -32768 && arrondi <= 65535)) throw Echec(Numéro::Dépassement);
-  return static_cast<std::uint16_t>(static_cast<std::int32_t>(arrondi));
-}
-
 Valeurs DonnéesAEcrire(const Fonction& bloc) {
   Valeurs données;
   if (bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
       bloc.ModbusFonction() == kEcritureDeMots) {
-    PourChaqueCanal(bloc, [&](Canal& canal) { données.Ajoute(Registre(canal.ValeurCanal())); });
+    PourChaqueCanal(bloc, [&](Canal& canal) { données.Ajoute(OutilsModbus::Registre(canal.ValeurCanal())); });
   }
   return données;
 }

@@ -1,23 +1,15 @@
 // Modbus blocks on a board, against a slave on a simulated line.
 #include <gtest/gtest.h>
 
-#include "outils/recordset_fixe.h"
-#include "outils/temoins.h"
+#include "outils/arbre.h"
 #include "sim/esclave_modbus.h"
 #include "sim/liaisons_simulees.h"
-#include "tree/carte.h"
 
 namespace zuma {
 namespace {
 
-using essai::UneLigne;
-
-Valeur Texte(const char* t) {
-  return Valeur(std::string(t));
-}
-Valeur Nombre(std::int32_t n) {
-  return Valeur(n);
-}
+using essai::Nombre;
+using essai::Texte;
 
 class UneCarteModbus : public testing::Test, protected essai::Banc {
  public:
@@ -28,40 +20,21 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
   }
 
   FonctionRef Ajoute(const char* clé, const char* type, const char* fonctionHexa,
-                     std::int32_t départ, std::vector<std::int32_t> numéros,
+                     std::int32_t départ, const std::vector<std::int32_t>& numéros,
                      bool parFonction = true) {
-    const FonctionRef bloc = carte.Fonctions()->Add(clé);
-    bloc->TimerExact(horloge);
-    bloc->ChargeErreur(registre);
-    essai::BaseFixe base;
-    std::vector<essai::Ligne> liste;
-    for (const std::int32_t n : numéros) {
-      liste.push_back({{"Index", Nombre(n + 10)}});
-      base.réponses["SELECT ALL * FROM [Canal] WHERE (([Canal]![Index])= " +
-                    std::to_string(n + 10) + ")"] = {
-          {{"Numéro du Canal", Nombre(n)}, {"Nom du Canal", Texte("c")}}};
-    }
-    base.réponses
-        ["SELECT [Index], [Nom du Canal] FROM Canal WHERE ((Canal![Fonction])=1) ORDER "
-         "BY [Canal].[Numéro du Canal]"] = liste;
-    bloc->ChargeLesCanaux(Ref<BaseDeDonnées>(std::make_shared<essai::BaseFixe>(base)), 1);
-    bloc->ParamètresDepuisBD(UneLigne({{"Driver", Texte("DrvModBus")},
-                                       {"Type de Fonction", Texte(type)},
-                                       {"Nom de la Fonction", Texte("Bloc")},
-                                       {"Mise à Jour par Fonction", Valeur(parFonction)},
-                                       {"ModBus - Adresse", Texte("05")},
-                                       {"ModBus - Fonction", Texte(fonctionHexa)},
-                                       {"ModBus - Regitre départ", Nombre(départ)}}));
-    bloc->Parent(&carte);
-    return bloc;
+    return essai::AjouteBloc(carte, clé,
+                             {{"Driver", Texte("DrvModBus")},
+                              {"Type de Fonction", Texte(type)},
+                              {"Nom de la Fonction", Texte("Bloc")},
+                              {"Mise à Jour par Fonction", Valeur(parFonction)},
+                              {"ModBus - Adresse", Texte("05")},
+                              {"ModBus - Fonction", Texte(fonctionHexa)},
+                              {"ModBus - Regitre départ", Nombre(départ)}},
+                             numéros, horloge, registre);
   }
 
   void Démarre() {
-    carte.ParamètresDepuisBD(UneLigne({{"Adresse", Texte("0")},
-                                       {"Nom de la Carte", Texte("Bus")},
-                                       {"Driver de la Carte", Texte("DrvModBus")},
-                                       {"Configuration ModBus", Texte("3,19200,N,8,1")},
-                                       {"Config EIR", Texte("")}}));
+    essai::LitCarte(carte, "DrvModBus", "3,19200,N,8,1");
     carte.Initialise();
   }
 
@@ -73,7 +46,7 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
     }
   }
   static double Valeur_(const FonctionRef& bloc, std::int32_t numéro) {
-    return bloc->Canals()->Item(std::to_string(numéro + 10))->ValeurCanal();
+    return bloc->Canals()->Item(essai::CléDuCanal(numéro))->ValeurCanal();
   }
 
   Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>();

@@ -1,0 +1,147 @@
+#include "instruments/thumler.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/outils_communs.h"
+
+namespace zuma {
+namespace {
+
+constexpr double kPauseOuverture = 500;     // microseconds
+constexpr double kPauseLecture = 1000;      // microseconds
+constexpr std::int32_t kTimeOutUSB = 1000;  // milliseconds
+constexpr std::int32_t kBauds = 1'953'125;
+constexpr std::int32_t kLectureMaximale = 20;
+constexpr std::int32_t kLongueurMesures = 16;
+constexpr double kAttenteMesures = 50;  // milliseconds
+constexpr std::size_t kEnTête = 2;
+constexpr std::size_t kLargeurConsigne = 3;
+
+// The set point is the only channel of an analog output block.
+const Canal* CanalDeConsigne(Carte& carte) {
+  for (const FonctionRef& bloc : carte.LesFonctions()) {
+    if (bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
+        bloc->LesCanaux().Count() == 1) {
+      return bloc->LesCanaux().begin()->Brut();
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Thumler::~Thumler() {
+  if (ouverte_) matériel_.plateforme.ftdi->FT_Close(poignée_);
+}
+
+void Thumler::Arrête(std::string_view raison) {
+  if (matériel_.plateforme.fin) matériel_.plateforme.fin->ArrêteLeProgramme(raison);
+  throw Echec(Numéro::ErreurDeLObjet, std::string(raison));
+}
+
+void Thumler::Exige(std::int32_t état, std::string_view opération) {
+  if (état == 0) return;
+  Arrête("Thumler : " + std::string(opération) + " a échoué (état " + std::to_string(état) +
+         "). Vérifiez le câble USB.");
+}
+
+void Thumler::Attente(double microsecondes) {
+  const double fin = matériel_.timer->LitMicrosecondes() + microsecondes;
+  while (matériel_.timer->LitMicrosecondes() < fin) {
+  }
+}
+
+std::int32_t Thumler::OuvreThumler(std::int32_t numéro) {
+  FTD2XX& ftdi = *matériel_.plateforme.ftdi;
+  Exige(ftdi.FT_Open(numéro, poignée_), "FT_Open");
+  ouverte_ = true;
+  Attente(kPauseOuverture);
+  Exige(ftdi.FT_SetTimeouts(poignée_, kTimeOutUSB, kTimeOutUSB), "FT_SetTimeouts");
+  Attente(kPauseOuverture);
+  Exige(ftdi.FT_SetBaudRate(poignée_, kBauds), "FT_SetBaudRate");
+  return poignée_;
+}
+
+void Thumler::Ecrit(std::string_view commande, std::int32_t purge) {
+  FTD2XX& ftdi = *matériel_.plateforme.ftdi;
+  Exige(ftdi.FT_Purge(poignée_, purge), "FT_Purge");
+  Octets octets(commande);
+  if (!octets.starts_with('$')) octets.insert(octets.begin(), '$');
+  Exige(ftdi.FT_Write(poignée_, octets), "FT_Write");
+}
+
+void Thumler::EnvoiThumler(std::string_view commande) {
+  Ecrit(commande, FTD2XX::kPurgeEmission);
+}
+
+Octets Thumler::QuestionThumler(std::string_view commande, std::int32_t longueur, double attente) {
+  FTD2XX& ftdi = *matériel_.plateforme.ftdi;
+  Ecrit(commande, FTD2XX::kPurgeRéception);
+  std::int32_t réception = 0;
+  std::int32_t émission = 0;
+  const double départ = matériel_.timer->LitMicrosecondes() / 1000;
+  const auto attend = [&](auto&& prêt) {
+    do {
+      Exige(ftdi.FT_GetStatus(poignée_, réception, émission), "FT_GetStatus");
+    } while (!prêt() && matériel_.timer->LitMicrosecondes() / 1000 - départ <= attente);
+  };
+  attend([&] { return émission == 0; });
+  attend([&] { return réception >= longueur; });
+  Attente(kPauseLecture);
+  Exige(ftdi.FT_GetStatus(poignée_, réception, émission), "FT_GetStatus");
+  Octets réponse;
+  if (réception > 0) {
+    Exige(ftdi.FT_Read(poignée_, std::min(réception, kLectureMaximale), réponse), "FT_Read");
+  }
+  return réponse;
+}
+
+std::string_view Thumler::Coupe(std::string_view octets) noexcept {
+  if (octets.empty()) return octets;
+  return octets.substr(0, octets.find_first_of("A\n", 1));
+}
+
+std::optional<Thumler::Champs> Thumler::LitChamps(std::string_view réponse) noexcept {
+  if (!réponse.starts_with('A') || réponse.size() < kEnTête) return {};
+  const std::string_view texte = réponse.substr(kEnTête);
+  const std::size_t milieu = texte.find(';');
+  if (milieu == std::string_view::npos || milieu != texte.rfind(';')) return {};
+  return Champs{texte.substr(0, milieu), texte.substr(milieu + 1)};
+}
+
+// Halt, new set point, run: the drive takes a set point only at rest.
+void Thumler::EnvoieConsigne(Carte& carte) {
+  const Canal* canal = CanalDeConsigne(carte);
+  if (canal == nullptr) return;
+  const double valeur = canal->ValeurCanal();
+  const std::int32_t entier = VersEntier32(std::trunc(valeur));
+  if (entier == dernièreConsigne_) return;
+  EnvoiThumler("H");
+  dernièreConsigne_ = entier;
+  if (valeur == 0) return;
+  std::string texte = OutilsCommuns::FormateNombre(Valeur(entier));
+  texte.insert(0, kLargeurConsigne - std::min(kLargeurConsigne, texte.size()), '0');
+  EnvoiThumler("V" + texte);
+  EnvoiThumler("R");
+}
+
+void Thumler::CommThumler(Carte& carte) {
+  EnvoieConsigne(carte);
+  const Octets octets = QuestionThumler("A", kLongueurMesures, kAttenteMesures);
+  const std::string_view réponse = Coupe(octets);
+  if (réponse.empty()) return;
+  const auto champs = LitChamps(réponse);
+  if (!champs) Arrête("Thumler : réponse inattendue « " + std::string(réponse) + " »");
+  for (const FonctionRef& bloc : carte.LesFonctions()) {
+    if (bloc->TypeDeFonction() != ENUM_TYPE_FONCTION::FctEntréesAnalogiques) continue;
+    for (const CanalRef& canal : bloc->LesCanaux()) {
+      const auto rang = static_cast<std::size_t>(canal->NuméroCanal());
+      if (rang >= champs->size()) throw Echec(Numéro::IndiceHorsPlage);
+      canal->ValeurCanal(
+          VersDouble(OutilsCommuns::LitChampSûr(Valeur(std::string((*champs)[rang])))));
+    }
+  }
+}
+
+}  // namespace zuma

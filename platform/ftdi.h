@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "core/valeur.h"
+
+namespace zuma {
+
+/// USB serial devices in the maker's direct mode. Every operation gives 0 when it went well and a
+/// status of the library otherwise.
+class FTD2XX {
+ public:
+  static constexpr std::int32_t kPurgeRéception = 1;
+  static constexpr std::int32_t kPurgeEmission = 2;
+
+  virtual ~FTD2XX() = default;
+  /// Opens device `numéro`, from 0.
+  [[nodiscard]] virtual std::int32_t FT_Open(std::int32_t numéro, std::int32_t& poignée) = 0;
+  virtual void FT_Close(std::int32_t poignée) noexcept = 0;
+  /// Time-outs in milliseconds.
+  [[nodiscard]] virtual std::int32_t FT_SetTimeouts(std::int32_t poignée, std::int32_t lecture,
+                                                    std::int32_t écriture) = 0;
+  [[nodiscard]] virtual std::int32_t FT_SetBaudRate(std::int32_t poignée, std::int32_t bauds) = 0;
+  [[nodiscard]] virtual std::int32_t FT_Purge(std::int32_t poignée, std::int32_t masque) = 0;
+  [[nodiscard]] virtual std::int32_t FT_Write(std::int32_t poignée, std::string_view octets) = 0;
+  /// Bytes that wait in the receive and in the transmit queue.
+  [[nodiscard]] virtual std::int32_t FT_GetStatus(std::int32_t poignée, std::int32_t& réception,
+                                                  std::int32_t& émission) = 0;
+  [[nodiscard]] virtual std::int32_t FT_Read(std::int32_t poignée, std::int32_t nombre,
+                                             Octets& octets) = 0;
+};
+
+}  // namespace zuma

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/collaborateurs.h"
+#include "platform/services.h"
+
+// Plain collaborators of a simulated machine: they keep what they are told.
+namespace zuma::sim {
+
+/// Small files held in memory.
+class FichiersEnMémoire : public Fichiers {
+ public:
+  void AjouteLigne(std::string_view, std::string_view ligne) override {
+    lignes.emplace_back(ligne);
+  }
+  void Supprime(std::string_view) noexcept override { lignes.clear(); }
+  std::vector<std::string> lignes;
+};
+
+}  // namespace zuma::sim

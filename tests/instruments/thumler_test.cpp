@@ -1,0 +1,108 @@
+// The drive on USB: what it is sent, what it answers, and the end of the program.
+#include "instruments/thumler.h"
+
+#include <gtest/gtest.h>
+
+#include "outils/arbre.h"
+#include "sim/horloge_virtuelle.h"
+#include "sim/thumler_simule.h"
+
+namespace zuma {
+namespace {
+
+using essai::Texte;
+
+class Fin : public FinDuProgramme {
+ public:
+  void ArrêteLeProgramme(std::string_view raison) override { raisons.emplace_back(raison); }
+  std::vector<std::string> raisons;
+};
+
+class UnThumler : public testing::Test, public essai::Banc {
+ public:
+  UnThumler() {
+    plateforme.ftdi = &usb;
+    plateforme.fin = &fin;
+    carte.TimerExact(horloge);
+    carte.ChargeErreur(registre);
+    consigne = Ajoute("1", "Sortie Analogique", {0});
+    mesures = Ajoute("2", "Entrée Analogique", {0, 1});
+    essai::LitCarte(carte, "Thumler", "");
+  }
+  FonctionRef Ajoute(const char* clé, const char* type, const std::vector<std::int32_t>& numéros) {
+    return essai::AjouteBloc(carte, clé,
+                             {{"Type de Fonction", Texte(type)},
+                              {"Nom de la Fonction", Texte("Bloc")},
+                              {"Driver", Texte("")}},
+                             numéros, horloge, registre);
+  }
+  static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
+    return *bloc->Canals()->Item(essai::CléDuCanal(numéro));
+  }
+  // What a pass sends.
+  std::vector<std::string> Passe() {
+    usb.commandes.clear();
+    carte.MetàJour();
+    return usb.commandes;
+  }
+
+  using Commandes_ = std::vector<std::string>;
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
+  sim::ThumlerSimulé usb;
+  Fin fin;
+  Carte carte{plateforme};
+  FonctionRef consigne, mesures;
+};
+
+TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
+  carte.Initialise();
+  EXPECT_EQ(usb.vitesseLigne, 1953125);
+  EXPECT_EQ(Passe(), (Commandes_{"$A"}));
+  Le(consigne, 0).ValeurCanal(42.9);
+  usb.charge = 12.5;
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$V042", "$R", "$A"}));
+  EXPECT_EQ(Le(mesures, 0).ValeurCanal(), 42);
+  EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 12.5);
+  Le(consigne, 0).ValeurCanal(42.1);
+  EXPECT_EQ(Passe(), (Commandes_{"$A"})) << "the integer part did not change";
+  Le(consigne, 0).ValeurCanal(0);
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
+  EXPECT_FALSE(usb.EnMarche());
+  Le(consigne, 0).ValeurCanal(42);
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$V042", "$R", "$A"})) << "runs again after a halt";
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UnThumler, GardeSesMesuresDansLeSilence) {
+  carte.Initialise();
+  usb.charge = 3;
+  (void)Passe();
+  usb.muet = true;
+  const double départ = horloge->Maintenant();
+  (void)Passe();
+  EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 3);
+  EXPECT_LT(horloge->Maintenant() - départ, 55'000);
+  EXPECT_TRUE(fin.raisons.empty());
+}
+
+TEST_F(UnThumler, ArrêteLeProgrammeSurUneLiaisonPerdueOuUneRéponseFausse) {
+  usb.branché = false;
+  carte.Initialise();
+  EXPECT_EQ(fin.raisons.size(), 1U);
+  usb.branché = true;
+  carte.Initialise();
+  for (const char* fausse : {"B 1;2\n", "A 12\n", "A 1;2;3\n"}) {
+    fin.raisons.clear();
+    usb.réponseForcée = fausse;
+    (void)Passe();
+    ASSERT_EQ(fin.raisons.size(), 1U) << fausse;
+  }
+  usb.réponseForcée = "A 00001;2A 3;4\n";
+  fin.raisons.clear();
+  (void)Passe();
+  EXPECT_TRUE(fin.raisons.empty());
+  EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 2) << "what the next answer brings is dropped";
+}
+
+}  // namespace
+}  // namespace zuma
