@@ -32,6 +32,7 @@ constexpr std::array kLibellés{
     Libellé{Numéro::PasConstruit, "Fonction non disponible dans cette version"},
     Libellé{Numéro::CléDéjàPrésente, "Clé déjà présente dans la collection"},
     Libellé{Numéro::PasDEnregistrement, "Pas d'enregistrement courant"},
+    Libellé{Numéro::ColonneAbsente, "Colonne absente de la base de données"},
     Libellé{Numéro::BaseVerrouillée, "Base de données verrouillée par un autre programme"},
     Libellé{Numéro::ElémentAbsent, "Elément absent de la collection"},
     Libellé{Numéro::BaseEnLectureSeule, "Base de données en lecture seule"},

@@ -24,6 +24,7 @@ enum class Numéro : int {
   PasConstruit = 445,
   CléDéjàPrésente = 457,
   PasDEnregistrement = 3021,
+  ColonneAbsente = 3061,
   BaseVerrouillée = 3260,
   ElémentAbsent = 3265,
   BaseEnLectureSeule = 3027,
