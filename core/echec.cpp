@@ -25,6 +25,7 @@ constexpr std::array kLibellés{
     Libellé{Numéro::TypeIncompatible, "Type incompatible"},
     Libellé{Numéro::ErreurInterne, "Erreur interne"},
     Libellé{Numéro::FichierIntrouvable, "Fichier introuvable"},
+    Libellé{Numéro::FichierExistant, "Fichier déjà existant"},
     Libellé{Numéro::ErreurDeFichier, "Erreur d'accès au fichier"},
     Libellé{Numéro::CheminIntrouvable, "Chemin introuvable"},
     Libellé{Numéro::ObjetAbsent, "Objet absent"},

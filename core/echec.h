@@ -17,6 +17,7 @@ enum class Numéro : int {
   TypeIncompatible = 13,
   ErreurInterne = 51,
   FichierIntrouvable = 53,
+  FichierExistant = 58,
   ErreurDeFichier = 75,
   CheminIntrouvable = 76,
   ObjetAbsent = 91,

@@ -55,7 +55,7 @@ Numéro NuméroDuCode(int rc, std::string_view texte) {
 }
 
 // SQLite takes an empty file for an empty database, and a missing one needs its own words.
-void VérifieLeFichier(const std::string& chemin) {
+void VérifieLeFichier(const std::string& chemin, Accès accès) {
   std::error_code erreur;
   const auto où = std::source_location::current();
   const auto état = std::filesystem::status(chemin, erreur);
@@ -64,7 +64,8 @@ void VérifieLeFichier(const std::string& chemin) {
     Refuse(Numéro::BaseIllisible, chemin, "c'est un dossier", où);
   }
   const auto taille = std::filesystem::file_size(chemin, erreur);
-  if (!erreur && taille == 0) Refuse(Numéro::BaseIllisible, chemin, "fichier vide", où);
+  if (!erreur && taille == 0 && accès != Accès::Création)
+    Refuse(Numéro::BaseIllisible, chemin, "fichier vide", où);
 }
 
 }  // namespace
@@ -72,7 +73,7 @@ void VérifieLeFichier(const std::string& chemin) {
 ConnexionSqlite::ConnexionSqlite(const std::string& chemin, Accès accès,
                                  std::chrono::milliseconds attente)
     : chemin_(chemin) {
-  VérifieLeFichier(chemin_);
+  VérifieLeFichier(chemin_, accès);
   const int mode = accès == Accès::Lecture ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   sqlite3* base = nullptr;
   const int rc = sqlite3_open_v2(chemin_.c_str(), &base, mode | SQLITE_OPEN_EXRESCODE, nullptr);

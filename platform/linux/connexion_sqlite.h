@@ -13,8 +13,8 @@
 
 namespace zuma::linux_ {
 
-/// How a file is opened.
-enum class Accès { Lecture, Ecriture };
+/// How a file is opened. `Création` is for an empty file that is about to be filled.
+enum class Accès { Lecture, Ecriture, Création };
 
 /// An open SQLite file. It lives as long as the base or any recordset of it does.
 ///
