@@ -1,0 +1,65 @@
+#include "platform/linux/base_sqlite.h"
+
+#include <array>
+#include <variant>
+
+#include "platform/linux/dialecte_sql.h"
+#include "platform/linux/recordset_sqlite.h"
+
+namespace zuma::linux_ {
+namespace {
+
+// A question to the file: one text a row, led by `titre`.
+struct Question {
+  std::string_view titre;
+  std::string_view sql;
+};
+
+constexpr std::array kQuestions{
+    Question{"Fichier endommagé : ",
+             "SELECT integrity_check FROM pragma_integrity_check WHERE integrity_check <> 'ok'"},
+    Question{"Référence à une ligne disparue : ",
+             "SELECT 'table ' || [table] || ', ligne ' || coalesce(rowid, '?') || "
+             "', vers la table ' || parent FROM pragma_foreign_key_check"},
+    Question{"Elément étranger au système, sans effet ici : ",
+             "SELECT 'déclencheur ' || name FROM sqlite_schema WHERE type='trigger'"},
+    Question{"Elément étranger au système, lisible mais sans écriture : ",
+             "SELECT 'vue ' || name FROM sqlite_schema WHERE type='view'"},
+    Question{"Elément étranger au système : ",
+             "SELECT 'table virtuelle ' || name FROM sqlite_schema "
+             "WHERE sql LIKE 'CREATE VIRTUAL%'"},
+};
+
+void Répond(const ConnexionSqlite& connexion, const Question& question,
+            std::vector<std::string>& problèmes) {
+  InstructionSqlite instruction(connexion, question.sql);
+  while (instruction.Suivante()) {
+    const Valeur texte = LitColonne(instruction.Brut(), 0, TypeColonne::Texte);
+    problèmes.push_back(std::string(question.titre) + VersTexte(texte));
+  }
+}
+
+}  // namespace
+
+BaseSqlite::BaseSqlite(const std::string& chemin, RéglagesBase réglages)
+    : connexion_(std::make_shared<ConnexionSqlite>(
+          chemin, réglages.lectureSeule ? Accès::Lecture : Accès::Ecriture,
+          réglages.attenteVerrou)) {}
+
+Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
+  return Crée<RecordsetSqlite>(connexion_, TraduitPourSqlite(instruction));
+}
+
+std::vector<std::string> BaseSqlite::ProblèmesDIntégrité() const {
+  std::vector<std::string> problèmes;
+  for (const Question& question : kQuestions) {
+    try {
+      Répond(*connexion_, question, problèmes);
+    } catch (const Echec& e) {
+      problèmes.push_back(std::string(question.titre) + e.Description());
+    }
+  }
+  return problèmes;
+}
+
+}  // namespace zuma::linux_

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/base_de_donnees.h"
+#include "platform/linux/connexion_sqlite.h"
+
+namespace zuma::linux_ {
+
+struct RéglagesBase {
+  bool lectureSeule = false;
+  /// How long an operation waits for another program that holds the file.
+  std::chrono::milliseconds attenteVerrou{2000};
+};
+
+/// A configuration database in an SQLite file. Recordsets of it may outlive it.
+class BaseSqlite : public BaseDeDonnées {
+ public:
+  /// Opens an existing file, see `ConnexionSqlite` for what fails. A file that its owner has made
+  /// read-only opens for reading.
+  explicit BaseSqlite(const std::string& chemin, RéglagesBase réglages = {});
+
+  /// Opens a statement of the system's dialect; every type is served as a dynaset. Fails with 3078
+  /// on a missing table, 3061 on a missing column, 3075 on any other statement refused (all that
+  /// is not one selection is), 3260 on a locked file, 3343 on a damaged one.
+  [[nodiscard]] Ref<Recordset> OpenRecordset(std::string_view instruction,
+                                             int type = kDynaset) override;
+
+  /// What is wrong with the file itself, one text a problem, empty when it is sound: damage,
+  /// references to rows that are gone, and what no database of this system has (triggers, views,
+  /// virtual tables). Reads the whole file.
+  [[nodiscard]] std::vector<std::string> ProblèmesDIntégrité() const;
+
+ private:
+  std::shared_ptr<ConnexionSqlite> connexion_;
+};
+
+}  // namespace zuma::linux_

@@ -1,0 +1,179 @@
+#include "platform/linux/connexion_sqlite.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+#include <variant>
+
+#include "core/echec.h"
+
+namespace zuma::linux_ {
+namespace {
+
+struct Code {
+  int rc;
+  Numéro numéro;
+};
+
+// Extended codes stand before the primary code they belong to.
+constexpr std::array kCodes{
+    Code{SQLITE_READONLY_DBMOVED, Numéro::FichierIntrouvable},
+    Code{SQLITE_CONSTRAINT_NOTNULL, Numéro::NullIncorrect},
+    Code{SQLITE_BUSY, Numéro::BaseVerrouillée},
+    Code{SQLITE_LOCKED, Numéro::BaseVerrouillée},
+    Code{SQLITE_READONLY, Numéro::BaseEnLectureSeule},
+    Code{SQLITE_CORRUPT, Numéro::BaseIllisible},
+    Code{SQLITE_NOTADB, Numéro::BaseIllisible},
+    Code{SQLITE_NOMEM, Numéro::MémoireInsuffisante},
+    Code{SQLITE_CANTOPEN, Numéro::ErreurDeFichier},
+    Code{SQLITE_IOERR, Numéro::ErreurDeFichier},
+    Code{SQLITE_FULL, Numéro::ErreurDeFichier},
+    Code{SQLITE_PERM, Numéro::ErreurDeFichier},
+    Code{SQLITE_AUTH, Numéro::ErreurDeFichier},
+};
+
+// A statement that names what the file does not hold has no code of its own, only its text.
+Numéro DuTexte(std::string_view texte) {
+  if (texte.starts_with("no such table")) return Numéro::TableAbsente;
+  if (texte.starts_with("no such column")) return Numéro::ColonneAbsente;
+  return Numéro::InstructionRefusée;
+}
+
+Numéro NuméroDuCode(int rc, std::string_view texte) {
+  constexpr int kPrimaire = 0xFF;
+  for (const Code& code : kCodes) {
+    if (code.rc == rc || code.rc == (rc & kPrimaire)) return code.numéro;
+  }
+  return DuTexte(texte);
+}
+
+[[noreturn]] void Refuse(Numéro numéro, const std::string& chemin, std::string_view détail,
+                         std::source_location où) {
+  std::string description = DescriptionDEchec(numéro) + " : '" + chemin + "'";
+  if (!détail.empty()) description.append(" (").append(détail).append(")");
+  throw Echec(numéro, std::move(description), où);
+}
+
+// SQLite takes an empty file for an empty database, and a missing one needs its own words.
+void VérifieLeFichier(const std::string& chemin, Accès accès) {
+  std::error_code erreur;
+  const auto où = std::source_location::current();
+  const auto état = std::filesystem::status(chemin, erreur);
+  if (!std::filesystem::exists(état)) Refuse(Numéro::FichierIntrouvable, chemin, {}, où);
+  if (std::filesystem::is_directory(état)) {
+    Refuse(Numéro::BaseIllisible, chemin, "c'est un dossier", où);
+  }
+  const auto taille = std::filesystem::file_size(chemin, erreur);
+  if (!erreur && taille == 0 && accès != Accès::Création)
+    Refuse(Numéro::BaseIllisible, chemin, "fichier vide", où);
+}
+
+}  // namespace
+
+ConnexionSqlite::ConnexionSqlite(const std::string& chemin, Accès accès,
+                                 std::chrono::milliseconds attente)
+    : chemin_(chemin) {
+  VérifieLeFichier(chemin_, accès);
+  const int mode = accès == Accès::Lecture ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  sqlite3* base = nullptr;
+  const int rc = sqlite3_open_v2(chemin_.c_str(), &base, mode | SQLITE_OPEN_EXRESCODE, nullptr);
+  base_.reset(base);
+  if (rc != SQLITE_OK) Echoue(rc);
+  sqlite3_busy_timeout(base, static_cast<int>(attente.count()));
+  Protège();
+  // Opening reads nothing: this is where a file that is no database shows.
+  Exécute("SELECT count(*) FROM sqlite_schema");
+}
+
+void ConnexionSqlite::Protège() {
+  struct Option {
+    int option;
+    int état;
+  };
+  // Without the DQS options a misspelt quoted name would be taken for a text.
+  constexpr std::array kOptions{
+      Option{SQLITE_DBCONFIG_DEFENSIVE, 1}, Option{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+      Option{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Option{SQLITE_DBCONFIG_DQS_DML, 0},
+      Option{SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0}};
+  for (const Option& o : kOptions) {
+    const int rc = sqlite3_db_config(base_.get(), o.option, o.état, static_cast<int*>(nullptr));
+    if (rc != SQLITE_OK) Echoue(rc);
+  }
+  Exécute("PRAGMA synchronous=FULL");
+  Exécute("PRAGMA cell_size_check=ON");
+}
+
+bool ConnexionSqlite::EnLectureSeule() const noexcept {
+  return sqlite3_db_readonly(base_.get(), "main") != 0;
+}
+
+void ConnexionSqlite::Exécute(const char* sql, std::source_location où) {
+  const int rc = sqlite3_exec(base_.get(), sql, nullptr, nullptr, nullptr);
+  if (rc != SQLITE_OK) Echoue(rc, où);
+}
+
+void ConnexionSqlite::Echoue(int rc, std::source_location où) const {
+  const std::string texte = sqlite3_errmsg(base_.get());
+  Refuse(NuméroDuCode(rc, texte), chemin_, texte, où);
+}
+
+InstructionSqlite::InstructionSqlite(const ConnexionSqlite& connexion, std::string_view sql,
+                                     std::source_location où)
+    : connexion_(connexion) {
+  sqlite3_stmt* instruction = nullptr;
+  const char* reste = nullptr;
+  const int rc = sqlite3_prepare_v2(connexion.Brut(), sql.data(), static_cast<int>(sql.size()),
+                                    &instruction, &reste);
+  instruction_.reset(instruction);
+  if (rc != SQLITE_OK) connexion.Echoue(rc, où);
+  const std::string_view suite(reste, static_cast<std::size_t>(sql.data() + sql.size() - reste));
+  if (instruction == nullptr || !SansBlancs(suite).empty()) {
+    Refuse(Numéro::InstructionRefusée, connexion.Chemin(), "une instruction et une seule", où);
+  }
+}
+
+bool InstructionSqlite::Suivante(std::source_location où) {
+  const int rc = sqlite3_step(instruction_.get());
+  if (rc == SQLITE_ROW) return true;
+  if (rc != SQLITE_DONE) connexion_.Echoue(rc, où);
+  return false;
+}
+
+void InstructionSqlite::Lie(int rang, const Valeur& valeur, std::source_location où) {
+  struct Liaison {
+    sqlite3_stmt* instruction;
+    int rang;
+    int operator()(Nul) const { return sqlite3_bind_null(instruction, rang); }
+    int operator()(bool b) const { return sqlite3_bind_int(instruction, rang, b ? kVrai : 0); }
+    int operator()(std::int32_t n) const { return sqlite3_bind_int(instruction, rang, n); }
+    int operator()(double d) const { return sqlite3_bind_double(instruction, rang, d); }
+    int operator()(const std::string& t) const {
+      return sqlite3_bind_text64(instruction, rang, t.data(), t.size(), SQLITE_TRANSIENT,
+                                 SQLITE_UTF8);
+    }
+  };
+  const int rc = std::visit(Liaison{instruction_.get(), rang}, valeur);
+  if (rc != SQLITE_OK) connexion_.Echoue(rc, où);
+}
+
+TransactionSqlite::~TransactionSqlite() {
+  if (validée_) return;
+  // Some failures have already undone the transaction: then there is nothing left to undo.
+  sqlite3_exec(connexion_.Brut(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void TransactionSqlite::Valide() {
+  connexion_.Exécute("COMMIT");
+  validée_ = true;
+}
+
+std::string NomSql(std::string_view nom) {
+  std::string cité = "\"";
+  for (const char c : nom) {
+    if (c == '"') cité += '"';
+    cité += c;
+  }
+  return cité += '"';
+}
+
+}  // namespace zuma::linux_

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <source_location>
+#include <string>
+#include <string_view>
+
+#include <sqlite3.h>
+
+#include "core/valeur.h"
+
+namespace zuma::linux_ {
+
+/// How a file is opened. `Création` is for an empty file that is about to be filled.
+enum class Accès { Lecture, Ecriture, Création };
+
+/// An open SQLite file. It lives as long as the base or any recordset of it does.
+///
+/// The file is not trusted: opened with the defensive flag, an untrusted schema, no extensions and
+/// no triggers, so that nothing in it runs or changes what is written. Every commit reaches the
+/// disk (`synchronous=FULL`).
+class ConnexionSqlite {
+ public:
+  /// Opens an existing file and reads its schema; fails with 53 when there is no such file, 3343
+  /// when it is no database, 3260 when another program holds it for longer than `attente`.
+  ConnexionSqlite(const std::string& chemin, Accès accès, std::chrono::milliseconds attente);
+
+  [[nodiscard]] sqlite3* Brut() const noexcept { return base_.get(); }
+  [[nodiscard]] const std::string& Chemin() const noexcept { return chemin_; }
+  /// True when the file itself, or the way it was opened, admits no writing.
+  [[nodiscard]] bool EnLectureSeule() const noexcept;
+  /// Runs a statement without parameters or result.
+  void Exécute(const char* sql, std::source_location où = std::source_location::current());
+  /// Throws the failure of the result code `rc` of a call on this file.
+  [[noreturn]] void Echoue(int rc, std::source_location où = std::source_location::current()) const;
+
+ private:
+  struct Ferme {
+    void operator()(sqlite3* base) const noexcept { sqlite3_close_v2(base); }
+  };
+  void Protège();
+
+  std::string chemin_;
+  std::unique_ptr<sqlite3, Ferme> base_;
+};
+
+/// One statement, finalised at its end so that it never keeps the file locked.
+class InstructionSqlite {
+ public:
+  /// Fails with 3078 on a missing table, 3061 on a missing column, 3075 on anything else that the
+  /// database refuses.
+  InstructionSqlite(const ConnexionSqlite& connexion, std::string_view sql,
+                    std::source_location où = std::source_location::current());
+
+  [[nodiscard]] sqlite3_stmt* Brut() const noexcept { return instruction_.get(); }
+  /// Next row; false at the end.
+  [[nodiscard]] bool Suivante(std::source_location où = std::source_location::current());
+  /// Binds parameter `rang`, counted from 1.
+  void Lie(int rang, const Valeur& valeur,
+           std::source_location où = std::source_location::current());
+
+ private:
+  struct Finalise {
+    void operator()(sqlite3_stmt* instruction) const noexcept { sqlite3_finalize(instruction); }
+  };
+  const ConnexionSqlite& connexion_;
+  std::unique_ptr<sqlite3_stmt, Finalise> instruction_;
+};
+
+/// A write transaction: undone at its end unless `Valide` has returned.
+class TransactionSqlite {
+ public:
+  explicit TransactionSqlite(ConnexionSqlite& connexion) : connexion_(connexion) {
+    connexion_.Exécute("BEGIN IMMEDIATE");
+  }
+  ~TransactionSqlite();
+  TransactionSqlite(const TransactionSqlite&) = delete;
+  TransactionSqlite& operator=(const TransactionSqlite&) = delete;
+
+  void Valide();
+
+ private:
+  ConnexionSqlite& connexion_;
+  bool validée_ = false;
+};
+
+/// A name of a table or column as SQLite takes it, whatever characters it holds.
+[[nodiscard]] std::string NomSql(std::string_view nom);
+
+}  // namespace zuma::linux_

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/base_de_donnees.h"
+#include "platform/linux/connexion_sqlite.h"
+#include "platform/linux/valeur_sqlite.h"
+
+namespace zuma::linux_ {
+
+/// The rows of a statement, read when it is opened and standing on the first one. The file is not
+/// held between two operations.
+///
+/// `Update` writes only the columns given to `Ecrit`, to the one row of the same "Index": what
+/// another program changed elsewhere in the row stays. An edit that failed can be tried again.
+class RecordsetSqlite : public Recordset {
+ public:
+  RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql);
+
+  [[nodiscard]] std::int32_t RecordCount() const override {
+    return static_cast<std::int32_t>(lignes_.size());
+  }
+  void MoveFirst() override;
+  /// Fails with 3021 past the end.
+  void MoveNext() override;
+  [[nodiscard]] bool FinDeTable() const override { return rang_ >= lignes_.size(); }
+  [[nodiscard]] std::span<const Champ> Fields() const override;
+  /// Fails with 3027 when nothing can be written to the file.
+  void Edit() override;
+  void Ecrit(std::string_view colonne, Valeur valeur) override;
+  /// Fails with 3167 when the row is gone; 53 when the file is.
+  void Update() override;
+
+ private:
+  struct Colonne {
+    std::string nom;      ///< as the statement shows it
+    std::string origine;  ///< as its table has it; empty when it is computed
+    std::string table;
+    TypeColonne type;
+  };
+  void LitLesColonnes(sqlite3_stmt* instruction);
+  void LitLesLignes(InstructionSqlite& instruction);
+  void ExigeUneLigne() const;
+  // Fields of the current row given to `Ecrit` since `Edit`, by place.
+  using Brouillon = std::map<std::size_t, Valeur>;
+  [[nodiscard]] std::size_t RangDeLIndex(const std::string& table) const;
+  void EcritLaLigne();
+
+  std::shared_ptr<ConnexionSqlite> connexion_;
+  std::vector<Colonne> colonnes_;
+  std::vector<std::vector<Champ>> lignes_;
+  std::size_t rang_ = 0;
+  bool enEdition_ = false;
+  Brouillon brouillon_;
+};
+
+}  // namespace zuma::linux_

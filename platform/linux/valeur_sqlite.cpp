@@ -1,0 +1,107 @@
+#include "platform/linux/valeur_sqlite.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "core/echec.h"
+
+namespace zuma::linux_ {
+namespace {
+
+struct Motif {
+  std::string_view début;
+  TypeColonne type;
+};
+
+// Beginnings of declared types. The first that fits decides.
+constexpr std::array kMotifs{
+    Motif{"BOOL", TypeColonne::Booléen},   Motif{"BIT", TypeColonne::Booléen},
+    Motif{"YESNO", TypeColonne::Booléen},  Motif{"INT", TypeColonne::Entier},
+    Motif{"LONG", TypeColonne::Entier},    Motif{"SMALLINT", TypeColonne::Entier},
+    Motif{"TINYINT", TypeColonne::Entier}, Motif{"BYTE", TypeColonne::Entier},
+    Motif{"REAL", TypeColonne::Réel},      Motif{"DOUBLE", TypeColonne::Réel},
+    Motif{"FLOAT", TypeColonne::Réel},     Motif{"SINGLE", TypeColonne::Réel},
+    Motif{"NUMERIC", TypeColonne::Réel},   Motif{"DECIMAL", TypeColonne::Réel},
+    Motif{"TEXT", TypeColonne::Texte},     Motif{"VARCHAR", TypeColonne::Texte},
+    Motif{"CHAR", TypeColonne::Texte},     Motif{"MEMO", TypeColonne::Texte},
+};
+
+char Majuscule(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+Valeur Entier(sqlite3_int64 n) {
+  constexpr sqlite3_int64 kMini = std::numeric_limits<std::int32_t>::min();
+  constexpr sqlite3_int64 kMaxi = std::numeric_limits<std::int32_t>::max();
+  if (n >= kMini && n <= kMaxi) return static_cast<std::int32_t>(n);
+  return static_cast<double>(n);
+}
+
+std::string Texte(sqlite3_stmt* instruction, int rang) {
+  const auto* octets = reinterpret_cast<const char*>(sqlite3_column_text(instruction, rang));
+  const int longueur = sqlite3_column_bytes(instruction, rang);
+  return octets == nullptr ? std::string()
+                           : std::string(octets, static_cast<std::size_t>(longueur));
+}
+
+Valeur Convertit(const Valeur& valeur, TypeColonne type) {
+  switch (type) {
+    case TypeColonne::Texte:
+      return VersTexte(valeur);
+    case TypeColonne::Entier:
+      return VersEntier32(valeur);
+    case TypeColonne::Réel:
+      return VersDouble(valeur);
+    case TypeColonne::Booléen:
+      return VersBooléen(valeur);
+    case TypeColonne::Quelconque:
+      break;
+  }
+  return valeur;
+}
+
+}  // namespace
+
+TypeColonne TypeDéclaré(std::string_view déclaration) noexcept {
+  const auto même = [](char a, char b) { return Majuscule(a) == b; };
+  const auto motif = std::ranges::find_if(kMotifs, [&](const Motif& m) {
+    return std::ranges::equal(déclaration.substr(0, m.début.size()), m.début, même);
+  });
+  return motif == kMotifs.end() ? TypeColonne::Quelconque : motif->type;
+}
+
+Valeur LitColonne(sqlite3_stmt* instruction, int rang, TypeColonne type) {
+  switch (sqlite3_column_type(instruction, rang)) {
+    case SQLITE_INTEGER: {
+      const sqlite3_int64 n = sqlite3_column_int64(instruction, rang);
+      return type == TypeColonne::Booléen ? Valeur(n != 0) : Entier(n);
+    }
+    case SQLITE_FLOAT: {
+      const double d = sqlite3_column_double(instruction, rang);
+      return type == TypeColonne::Booléen ? Valeur(d != 0) : Valeur(d);
+    }
+    case SQLITE_TEXT:
+      return Texte(instruction, rang);
+    default:
+      return Nul{};
+  }
+}
+
+Valeur PourColonne(const Valeur& valeur, TypeColonne type, std::string_view colonne,
+                   std::source_location où) {
+  if (EstNul(valeur)) return valeur;
+  try {
+    Valeur convertie = Convertit(valeur, type);
+    const auto* nombre = std::get_if<double>(&convertie);
+    if (nombre != nullptr && !std::isfinite(*nombre)) throw Echec(Numéro::Dépassement);
+    return convertie;
+  } catch (const Echec& e) {
+    throw Echec(static_cast<Numéro>(e.NuméroErreur()),
+                e.Description() + " : colonne '" + std::string(colonne) + "'", où);
+  }
+}
+
+}  // namespace zuma::linux_
