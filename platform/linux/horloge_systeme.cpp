@@ -1,0 +1,61 @@
+#include "platform/linux/horloge_systeme.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <ctime>
+
+namespace zuma::linux_ {
+namespace {
+
+constexpr double kNanosecondes = 1e9;
+constexpr double kUnJour = 86400;
+
+struct Instant {
+  std::tm local{};
+  double fraction = 0;  // of the second
+};
+
+Instant Maintenant() {
+  std::timespec t{};
+  ::clock_gettime(CLOCK_REALTIME, &t);
+  Instant instant;
+  ::localtime_r(&t.tv_sec, &instant.local);
+  instant.fraction = static_cast<double>(t.tv_nsec) / kNanosecondes;
+  return instant;
+}
+
+std::string Texte(const char* format) {
+  const Instant instant = Maintenant();
+  std::array<char, 32> tampon{};
+  const std::size_t n = std::strftime(tampon.data(), tampon.size(), format, &instant.local);
+  return {tampon.data(), n};
+}
+
+}  // namespace
+
+double HorlogeSystème::HeureDuJour() const {
+  const Instant i = Maintenant();
+  return (i.local.tm_hour * 60 + i.local.tm_min) * 60 + i.local.tm_sec + i.fraction;
+}
+
+std::string HorlogeSystème::TexteHeure() const {
+  return Texte("%H:%M:%S");
+}
+
+std::string HorlogeSystème::TexteInstant() {
+  return Texte("%Y-%m-%d %H:%M:%S");
+}
+
+void HorlogeSystème::Dort(double secondes) {
+  if (!(secondes > 0)) return;
+  const double durée = std::min(secondes, kUnJour);
+  std::timespec reste{};
+  reste.tv_sec = static_cast<std::time_t>(durée);
+  reste.tv_nsec = static_cast<long>((durée - std::floor(durée)) * kNanosecondes);
+  while (::clock_nanosleep(CLOCK_MONOTONIC, 0, &reste, &reste) == EINTR) {
+  }
+}
+
+}  // namespace zuma::linux_

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "platform/collaborateurs.h"
+
+namespace zuma::linux_ {
+
+/// Shared parameter that tells its listeners, in the order of their registration, that its text
+/// has changed; a text equal to the one it holds tells nothing.
+///
+/// A handler may do anything to the parameter it is told about:
+/// - Write it: every listener is told again, once the present round is over. A chain of such
+///   writes that does not settle ends after `kTours` rounds in a failure of the first write; the
+///   last text stays.
+/// - Subscribe: the new listener is told from the next change on.
+/// - Unsubscribe itself or others: those not yet told in this round are not told any more.
+/// - Fail: the others are told all the same, then the first failure goes to the writer.
+class Parametre final : public ZED_Parametre, public std::enable_shared_from_this<Parametre> {
+ public:
+  static constexpr int kTours = 16;
+
+  Parametre(std::string clé, std::string nom, std::string valeur)
+      : clé_(std::move(clé)), nom_(std::move(nom)), valeur_(std::move(valeur)) {}
+
+  [[nodiscard]] std::string Key() const override { return clé_; }
+  [[nodiscard]] std::string NomParamètre() const override { return nom_; }
+  [[nodiscard]] std::string ValeurParamètre() const override { return valeur_; }
+  void ValeurParamètre(std::string valeur) override;
+  int Abonne(Abonné abonné) override;
+  void Désabonne(int numéro) noexcept override;
+
+ private:
+  struct Abonnement {
+    int numéro = 0;
+    Abonné abonné;
+    bool vivant = true;  // a dead one goes after the round: its handler may be running
+  };
+
+  void Diffuse();
+  void FaitUnTour(std::exception_ptr& échec);
+
+  std::string clé_;
+  std::string nom_;
+  std::string valeur_;
+  std::list<Abonnement> abonnements_;
+  int dernierNuméro_ = 0;
+  bool enDiffusion_ = false;
+  bool changéeDepuis_ = false;
+};
+
+/// The parameters of a host that brings none, keyed by their order, from 1.
+class Parametres {
+ public:
+  /// Adds a parameter, or gives the one that bears this name, with `valeur`.
+  Ref<Parametre> Ajoute(std::string_view nom, std::string valeur = {});
+  /// The parameter whose name is exactly `nom`, or Nothing.
+  [[nodiscard]] Ref<Parametre> Cherche(std::string_view nom) const;
+  /// What `Chassis.Lien` takes; parameters added later show in it.
+  [[nodiscard]] const ParamètresRef& Collection() const noexcept { return collection_; }
+
+ private:
+  std::vector<Ref<Parametre>> parametres_;
+  ParamètresRef collection_ = Crée<ParamètresPartagés>();
+};
+
+}  // namespace zuma::linux_

@@ -1,0 +1,142 @@
+#include <cmath>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "outils/dossier_passager.h"
+#include "outils/temoins.h"
+#include "platform/linux/compteurs_linux.h"
+#include "platform/linux/fichiers_linux.h"
+#include "platform/linux/horloge_systeme.h"
+#include "platform/linux/messages_terminal.h"
+#include "platform/linux/minuterie.h"
+
+namespace zuma::linux_ {
+namespace {
+
+using essai::DossierPassager;
+using essai::Lit;
+
+TEST(Horloge, DortAuMoinsLeTempsDemandé) {
+  HorlogeSystème horloge;
+  Minuterie minuterie;
+  const double début = minuterie.LitMicrosecondes();
+  horloge.Dort(0.02);
+  EXPECT_GE(minuterie.LitMicrosecondes() - début, 20000);
+  // Nothing to wait for: a day's sleep here would hang the test.
+  for (const double rien : {0.0, -1.0, std::nan("")}) horloge.Dort(rien);
+}
+
+TEST(Horloge, DonneLHeureLocale) {
+  ::setenv("TZ", "XXX-5:30", 1);  // five hours and a half ahead of UTC
+  ::tzset();
+  const HorlogeSystème horloge;
+  const double avant = horloge.HeureDuJour();
+  const std::string texte = horloge.TexteHeure();
+  const double décalée = std::fmod(static_cast<double>(std::time(nullptr)) + 5.5 * 3600, 86400);
+  ::unsetenv("TZ");
+  ::tzset();
+  EXPECT_NEAR(std::remainder(décalée - avant, 86400), 0, 2);
+  int h = 0;
+  int m = 0;
+  int s = 0;
+  ASSERT_EQ(std::sscanf(texte.c_str(), "%2d:%2d:%2d", &h, &m, &s), 3);
+  EXPECT_EQ(texte.size(), 8U);
+  EXPECT_NEAR(std::remainder(h * 3600 + m * 60 + s - avant, 86400), 0, 2);
+}
+
+TEST(Compteurs, ComptentParPoignée) {
+  const auto timer = Crée<essai::Minuterie>();
+  CompteursLinux compteurs(timer);
+  timer->heure = 500;
+  const std::int16_t a = compteurs.Ouvre("a");
+  timer->heure = 700;
+  const std::int16_t b = compteurs.Ouvre("b");
+  timer->heure = 1000;
+  EXPECT_EQ(compteurs.Lit(a), 500);
+  EXPECT_EQ(compteurs.Lit(b), 300);
+
+  compteurs.Ferme(a);
+  compteurs.Ferme(a);
+  EXPECT_THROW((void)compteurs.Lit(a), Echec);
+  EXPECT_EQ(compteurs.Ouvre("c"), a);
+  EXPECT_EQ(compteurs.Lit(a), 0);
+
+  timer->heure = 1e13;
+  EXPECT_EQ(compteurs.Lit(b), std::numeric_limits<std::int32_t>::max());
+  for (const std::int16_t inconnue : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{9}}) {
+    EXPECT_THROW((void)compteurs.Lit(inconnue), Echec);
+    compteurs.Ferme(inconnue);
+  }
+}
+
+TEST(Fichiers, RangeLesCheminsSousLaRacine) {
+  const FichiersLinux fichiers("/racine");
+  const std::pair<std::string_view, std::string_view> cas[] = {
+      {R"(c:\K9\journaux\Erreur été.txt)", "/racine/c/K9/journaux/Erreur été.txt"},
+      {R"(D:\a.txt)", "/racine/d/a.txt"},
+      {R"(\a\.\b.txt)", "/racine/a/b.txt"},
+      {"/etc/passwd", "/racine/etc/passwd"},
+      {"..a/b..", "/racine/..a/b.."},
+  };
+  for (const auto& [donné, réel] : cas) EXPECT_EQ(fichiers.Réel(donné), réel) << donné;
+  for (const char* interdit : {R"(c:\..\x)", "..", "a/../../x", R"(a\..)"}) {
+    EXPECT_THROW((void)fichiers.Réel(interdit), Echec) << interdit;
+  }
+}
+
+TEST(Fichiers, AjouteDesLignesEtSupprime) {
+  const DossierPassager dossier;
+  FichiersLinux fichiers(dossier.chemin);
+  constexpr std::string_view kJournal = R"(c:\journaux\é.txt)";
+  try {
+    fichiers.AjouteLigne(kJournal, "perdue");
+    FAIL();
+  } catch (const Echec& échec) {
+    EXPECT_EQ(échec.NuméroErreur(), static_cast<int>(Numéro::CheminIntrouvable));
+  }
+  fichiers.CréeDossier(kJournal);
+  fichiers.AjouteLigne(kJournal, "14:03:22,Erreur CRC,3");
+  fichiers.AjouteLigne(kJournal, "deux\nlignes");
+  EXPECT_EQ(Lit(dossier.chemin / "c/journaux/é.txt"), "14:03:22,Erreur CRC,3\ndeux lignes\n");
+
+  fichiers.Supprime(kJournal);
+  fichiers.Supprime(kJournal);
+  EXPECT_FALSE(std::filesystem::exists(dossier.chemin / "c/journaux/é.txt"));
+  fichiers.Supprime("");
+  fichiers.Supprime("c:\\journaux");
+  fichiers.Supprime("..");
+  EXPECT_TRUE(std::filesystem::exists(dossier.chemin / "c/journaux"));
+}
+
+TEST(Fichiers, NeSuitPasUnLienHorsDeLaRacine) {
+  const DossierPassager dossier;
+  std::ofstream(dossier.chemin / "dehors.txt") << "intact";
+  std::filesystem::create_directory(dossier.chemin / "racine");
+  std::filesystem::create_symlink(dossier.chemin / "dehors.txt", dossier.chemin / "racine/x.txt");
+  FichiersLinux fichiers(dossier.chemin / "racine");
+  EXPECT_THROW(fichiers.AjouteLigne("x.txt", "écrasé"), Echec);
+  EXPECT_EQ(Lit(dossier.chemin / "dehors.txt"), "intact");
+}
+
+TEST(Messages, EcritUneLigneEtNAttendQueSIlYAQuelquUn) {
+  std::ostringstream seule;
+  MessagesTerminal(seule).Montre("Canal\x1b[2J introuvable\n", {"Capteur", "12", "Force"});
+  EXPECT_EQ(seule.str(), "[Capteur 12 Force] Canal [2J introuvable \n");
+
+  std::ostringstream sortie;
+  std::istringstream réponses("\n");
+  MessagesTerminal messages(sortie, &réponses);
+  for (int i = 0; i < 3; ++i) messages.Montre("m", {"", "", ""});
+  // Answered once, then the input ended during the second question: the third is not asked.
+  constexpr std::string_view kQuestion = "Entrée pour continuer... ";
+  EXPECT_EQ(sortie.str(), "m\n" + std::string(kQuestion) + "m\n" + std::string(kQuestion) + "m\n");
+}
+
+}  // namespace
+}  // namespace zuma::linux_

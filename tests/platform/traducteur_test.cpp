@@ -1,0 +1,135 @@
+#include "platform/linux/traducteur.h"
+
+#include <gtest/gtest.h>
+
+#include "outils/dossier_passager.h"
+#include "platform/linux/utf8.h"
+
+namespace zuma::linux_ {
+namespace {
+
+TEST(UTF8, ReconnaîtLesSéquencesBienFormées) {
+  const std::pair<std::string_view, bool> cas[] = {
+      {"", true},
+      {"a é € 𝄞", true},
+      {"\x80", false},              // continuation alone
+      {"\xC3", false},              // cut short
+      {"\xC0\xAF", false},          // overlong
+      {"\xE0\x9F\xBF", false},      // overlong on three bytes
+      {"\xED\xA0\x80", false},      // surrogate
+      {"\xF4\x90\x80\x80", false},  // past U+10FFFF
+      {"\xE9t\xE9", false},         // Latin-1
+  };
+  for (const auto& [texte, bon] : cas) EXPECT_EQ(EstUTF8(texte), bon) << texte;
+}
+
+TEST(Traducteur, LaTableIncluseEstSaineEtComplète) {
+  Traducteur traducteur;
+  EXPECT_EQ(traducteur.Langues(), (std::vector<std::string>{"Français", "English"}));
+  EXPECT_EQ(traducteur.LangueCourante(), "Français");
+  const auto problèmes = traducteur.AjouteTable(TraductionsIncluses());
+  for (const auto& p : problèmes) ADD_FAILURE() << p.ligne << " : " << p.texte;
+
+  // Whatever the language, every key that the library or its windows ask for has its text.
+  constexpr std::string_view kAbsent = "?";
+  for (const std::string& langue : traducteur.Langues()) {
+    traducteur.LangueCourante(langue);
+    for (const std::string_view clé : {"Texte depassement dangeureux",
+                                       "Texte valeur courante UC",
+                                       "Texte valeur courante pts",
+                                       "Texte declenchement AU par EL",
+                                       "Texte etat detecte",
+                                       "Texte Actif",
+                                       "Texte Inactif",
+                                       "Traction/Compression",
+                                       "Compression",
+                                       "Traction",
+                                       "Flexion",
+                                       "Fendage",
+                                       "Prisme",
+                                       "Cylindre",
+                                       "Hexagone regulier",
+                                       "Tube rond",
+                                       "Troncon de tube rond",
+                                       "Speciale",
+                                       "Par dimension",
+                                       "Par masse volumique",
+                                       "Calibration Capteur Externe",
+                                       "Calibration Commande Externe",
+                                       "Titre Feuille",
+                                       "Texte Frame Communication",
+                                       "Texte Frame Etat Module",
+                                       "Texte Frame Valeurs",
+                                       "Texte Label COM Details",
+                                       "Texte Label COM Port trouve",
+                                       "Texte Label Initialise",
+                                       "Texte Label Details Module",
+                                       "Texte Label Valeur",
+                                       "Texte Bouton Initialise",
+                                       "Texte Bouton Quitter",
+                                       "Texte Bouton Retry Connection"}) {
+      EXPECT_NE(traducteur.Traduit(clé, kAbsent, "Zuma"), kAbsent) << langue << " : " << clé;
+    }
+  }
+}
+
+TEST(Traducteur, RetombeSurLeDéfautPuisSurLaClé) {
+  Traducteur t;
+  ASSERT_TRUE(t.AjouteTable("clé\tsection\tFrançais\tDeutsch\nVitesse\tZuma\t\tTempo\n").empty());
+  const auto traduit = [&](std::string_view clé, std::string_view défaut,
+                           std::string_view section) { return t.Traduit(clé, défaut, section); };
+  EXPECT_EQ(traduit("Vitesse", "par défaut", "Zuma"), "par défaut");  // empty cell
+  EXPECT_EQ(traduit("Vitesse", "", "Zuma"), "Vitesse");
+  EXPECT_EQ(traduit("inconnue", "", "Zuma"), "inconnue");
+  EXPECT_EQ(traduit("Traction", "", "Autre"), "Traction");
+  t.LangueCourante("Deutsch");
+  EXPECT_EQ(traduit("Vitesse", "", "Zuma"), "Tempo");
+  EXPECT_EQ(traduit("Flexion", "d", "Zuma"), "d");  // known before this language was
+  EXPECT_THROW(t.LangueCourante("Klingon"), Echec);
+  EXPECT_EQ(t.LangueCourante(), "Deutsch");
+}
+
+TEST(Traducteur, DitLesLignesAbîméesEtPrendLesAutres) {
+  Traducteur t;
+  const auto problèmes = t.AjouteTable(
+      "\xEF\xBB\xBF# commentaire\r\n"
+      "clé\tsection\tEnglish\r\n"
+      "bonne\tZuma\t a\\tb\\\\c\\n\r\n"
+      "courte\tZuma\r\n"
+      "longue\tZuma\tx\ty\r\n"
+      "\tZuma\tsans clé\r\n"
+      "latin\tZuma\t\xE9\r\n"
+      "bonne\tZuma\tbis\r\n"
+      "code\tZuma\t\\x\r\n"
+      "\r\n"
+      "fin\tZuma\tend");
+  std::vector<std::size_t> lignes;
+  for (const auto& p : problèmes) lignes.push_back(p.ligne);
+  EXPECT_EQ(lignes, (std::vector<std::size_t>{4, 5, 6, 7, 8, 9}));
+  t.LangueCourante("English");
+  EXPECT_EQ(t.Traduit("bonne", "", "Zuma"), " a\tb\\c\n");
+  EXPECT_EQ(t.Traduit("fin", "", "Zuma"), "end");
+}
+
+TEST(Traducteur, RefuseUneTableSansEnTêteValable) {
+  for (const char* table : {"", "clé\tsection\nx\tZuma\n", "clé\tsection\tA\tA\n",
+                            "clé\tsection\tA\t\n", "\xE9\tsection\tA\n"}) {
+    Traducteur t;
+    EXPECT_EQ(t.AjouteTable(table).size(), 1U) << table;
+    EXPECT_EQ(t.Traduit("Flexion", "", "Zuma"), "Flexion");
+    EXPECT_EQ(t.Langues().size(), 2U);
+  }
+}
+
+TEST(Traducteur, LitUnFichier) {
+  const essai::DossierPassager dossier;
+  Traducteur t;
+  EXPECT_EQ(t.AjouteFichier(dossier.chemin / "absent.tsv").size(), 1U);
+  EXPECT_EQ(t.AjouteFichier(dossier.chemin).size(), 1U);
+  std::ofstream(dossier.chemin / "t.tsv") << "clé\tsection\tFrançais\nOK\tZuma\tD'accord\n";
+  EXPECT_TRUE(t.AjouteFichier(dossier.chemin / "t.tsv").empty());
+  EXPECT_EQ(t.Traduit("OK", "", "Zuma"), "D'accord");
+}
+
+}  // namespace
+}  // namespace zuma::linux_
