@@ -1,0 +1,64 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "platform/linux/compteurs_linux.h"
+#include "platform/linux/fichiers_linux.h"
+#include "platform/linux/horloge_systeme.h"
+#include "platform/linux/liaison_serie_linux.h"
+#include "platform/linux/messages_terminal.h"
+#include "platform/linux/parametres.h"
+#include "platform/linux/ports_linux.h"
+#include "platform/linux/registre_erreurs.h"
+#include "platform/linux/securite.h"
+#include "platform/linux/traducteur.h"
+#include "platform/plateforme.h"
+
+namespace zuma::linux_ {
+
+/// Where the installation's files lie when the host does not say: zuma/fichiers under
+/// $XDG_STATE_HOME, else under ~/.local/state, else under the present folder.
+[[nodiscard]] std::filesystem::path DossierParDéfaut();
+
+/// What a host chooses; each default works as it stands.
+struct RéglagesLinux {
+  std::filesystem::path dossier = DossierParDéfaut();  ///< where the installation's files lie
+  RéglagesRegistre registre{};                         ///< in memory only by default
+  CarteDesPorts portsSérie{};                          ///< devices of the serial ports by number
+  bool demande = false;  ///< messages wait for an answer when there is a terminal
+  std::string langue{};  ///< empty: the first language of the table
+  Réglages réglages{};
+};
+
+/// Everything that a frame needs of a Linux machine, and the collaborators of a host that brings
+/// none of its own. To be made before the frames it serves and released after them.
+///
+///     PlateformeLinux machine({});
+///     Chassis chassis(machine.services);
+///     machine.securite->Branche(chassis, machine.registre);
+class PlateformeLinux {
+ public:
+  /// Fails with 5 when the language is not known.
+  explicit PlateformeLinux(RéglagesLinux choix);
+  PlateformeLinux(const PlateformeLinux&) = delete;
+  PlateformeLinux& operator=(const PlateformeLinux&) = delete;
+
+  Ref<Minuterie> timer = Crée<Minuterie>();
+  Ref<RegistreErreurs> registre;
+  Ref<Traducteur> traducteur = Crée<Traducteur>();
+  Parametres parametres;
+
+  HorlogeSystème horloge;
+  MessagesTerminal messages;
+  PortsLinux ports;
+  CompteursLinux compteurs;
+  FabriqueLiaisonsLinux liaisons;
+  FichiersLinux fichiers;
+  Ref<Securite> securite;
+
+  /// What `Chassis` takes.
+  Plateforme services;
+};
+
+}  // namespace zuma::linux_

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/collaborateurs.h"
+#include "platform/linux/registre_erreurs.h"
+#include "platform/services.h"
+
+namespace zuma {
+class Chassis;
+}
+
+namespace zuma::linux_ {
+
+/// Safety object: latches the causes of a stop, drives `Chassis.DéclencheAU` once for each, and
+/// lets the host acknowledge. It moves nothing else: after a stop the host acknowledges, then
+/// gives new commands.
+///
+/// - One cause is one origin. A sensor's text carries its present value and changes on every
+///   refresh: what stands before the value tells the origin (see `Bornes`).
+/// - A cause that keeps being raised drives once. Raised again after a second of silence it has
+///   come back, and drives again, acknowledged or not.
+/// - Whatever is in doubt drives: a cause without text, a list that is full, no memory left, a
+///   stop that failed or left outputs unreached on the last try.
+/// - A cause raised while the stop is being driven is latched, and the stop is driven once more
+///   when the present drive ends.
+class Securite final : public ZED_Securite {
+ public:
+  struct Cause {
+    std::string texte;       ///< as first raised
+    std::string heure;       ///< local time of the first raise, "hh:mm:ss"; empty without a clock
+    std::uint64_t fois = 1;  ///< how often it was raised
+  };
+  /// Puts the outputs in their safe state; false when some were not reached.
+  using Arrêt = std::function<bool()>;
+
+  static constexpr std::size_t kCausesGardées = 64;
+  static constexpr double kSilence = 1e6;  ///< microseconds after which a cause has come back
+
+  explicit Securite(Ref<ZED_Timer> timer, Pointeur<const Horloge> horloge = {});
+
+  /// The frame to stop; it outlives this, or `Débranche` is called first. With the frame's error
+  /// record, a stop during which it grew counts as one that left outputs unreached.
+  void Branche(Chassis& chassis, Ref<RegistreErreurs> registre = {});
+  void Branche(Arrêt arrêt) { arrêt_ = std::make_shared<const Arrêt>(std::move(arrêt)); }
+  void Débranche() noexcept { arrêt_ = nullptr; }
+  /// Takes, in all its languages, the text that stands between origin and value in a cause. To
+  /// be called again when a table is added to the translator. Without it the whole text is the
+  /// origin, and every new value of a sensor a new cause.
+  void Bornes(ZED_Traduction& traducteur);
+
+  void PositionneCauseAU(std::string_view cause) noexcept override;
+  /// Fails when the stop itself fails (with 91 when no frame is plugged): the cause stays latched
+  /// and the next raise drives again.
+  Valeur DéclencheSécurité() override;
+
+  /// True from the first cause to the acknowledgement.
+  [[nodiscard]] bool Déclenchée() const noexcept { return déclenchée_; }
+  /// True when the stop was last driven to its end and reached all outputs.
+  [[nodiscard]] bool ArrêtComplet() const noexcept { return complet_; }
+  /// The causes in the order in which they came; the first one fired the stop.
+  [[nodiscard]] const std::vector<Cause>& Causes() const noexcept { return causes_; }
+  /// Raises whose cause could not be kept.
+  [[nodiscard]] std::uint64_t Perdues() const noexcept { return perdues_; }
+  /// Forgets the causes. One that still holds fires again at the next refresh. False, and nothing
+  /// done, while the stop is being driven.
+  bool Acquitte() noexcept;
+
+ private:
+  struct Suivi {
+    std::string origine;
+    double dernière = 0;  // time of the last raise, microseconds
+    bool servie = false;  // the stop was driven for it and reached all outputs
+  };
+
+  [[nodiscard]] std::string_view Origine(std::string_view cause) const noexcept;
+  [[nodiscard]] bool Retient() noexcept;
+  [[nodiscard]] bool EncoreTenue(std::size_t rang, double maintenant) noexcept;
+  void Ajoute(std::string_view origine, double maintenant);
+  void Arrête();
+
+  Ref<ZED_Timer> timer_;
+  Pointeur<const Horloge> horloge_;
+  std::shared_ptr<const Arrêt> arrêt_;  // shared: it may be unplugged while it runs
+  std::vector<std::string> bornes_;
+  std::string enAttente_;  // cause of the raise under way
+  bool connue_ = false;    // it has one
+  std::vector<Cause> causes_;
+  std::vector<Suivi> suivis_;  // one for each cause
+  std::uint64_t perdues_ = 0;
+  bool déclenchée_ = false;
+  bool complet_ = true;
+  bool enCours_ = false;
+  bool encore_ = false;
+};
+
+}  // namespace zuma::linux_

@@ -1,0 +1,203 @@
+#include "platform/linux/securite.h"
+
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "core/chassis.h"
+#include "outils/temoins.h"
+#include "platform/linux/traducteur.h"
+
+namespace zuma::linux_ {
+namespace {
+
+class HorlogeFixe : public Horloge {
+ public:
+  [[nodiscard]] double HeureDuJour() const override { return 0; }
+  [[nodiscard]] std::string TexteHeure() const override {
+    if (panne) throw std::bad_alloc();
+    return "14:03:22";
+  }
+  void Dort(double) override {}
+  bool panne = false;
+};
+
+struct Montage {
+  Montage() {
+    securite.Branche([this] {
+      ++arrêts;
+      if (pendant) pendant();
+      return complet;
+    });
+  }
+  void Lève(std::string_view cause) {
+    securite.PositionneCauseAU(cause);
+    EXPECT_TRUE(EstNul(securite.DéclencheSécurité()));
+  }
+  [[nodiscard]] std::vector<std::string> Textes() const {
+    std::vector<std::string> textes;
+    for (const auto& cause : securite.Causes()) textes.push_back(cause.texte);
+    return textes;
+  }
+  Ref<essai::Minuterie> timer = Crée<essai::Minuterie>();
+  HorlogeFixe horloge;
+  Securite securite{timer, &horloge};
+  int arrêts = 0;
+  bool complet = true;
+  std::function<void()> pendant;
+};
+
+// What a sensor says of itself in the translator's present language.
+std::string Dépassement(const ZED_Traduction& t, std::string_view nom, std::string_view valeur) {
+  return t.Traduit("Texte depassement dangeureux") + " " + std::string(nom) +
+         t.Traduit("Texte valeur courante UC") + " " + std::string(valeur) + "kN" +
+         t.Traduit("Texte valeur courante pts") + " 123";
+}
+
+TEST(Securite, UneCauseTenueNArrêteQuUneFois) {
+  Montage m;
+  Traducteur traducteur;
+  m.securite.Bornes(traducteur);
+  EXPECT_EQ(traducteur.LangueCourante(), "Français");
+  for (const std::string langue : {"Français", "English"}) {
+    traducteur.LangueCourante(langue);
+    m.securite.Acquitte();
+    m.arrêts = 0;
+    for (int i = 0; i < 200; ++i) {
+      m.timer->heure += 5000;
+      m.Lève(Dépassement(traducteur, "Force 1", std::to_string(100 + i)));
+    }
+    EXPECT_EQ(m.arrêts, 1);
+    m.Lève(Dépassement(traducteur, "Force 2", "100"));
+    EXPECT_EQ(m.arrêts, 2);
+    ASSERT_EQ(m.securite.Causes().size(), 2U);
+    EXPECT_EQ(m.securite.Causes()[0].texte, Dépassement(traducteur, "Force 1", "100"));
+    EXPECT_EQ(m.securite.Causes()[0].heure, "14:03:22");
+    EXPECT_EQ(m.securite.Causes()[0].fois, 200U);
+  }
+}
+
+TEST(Securite, UneCauseRevenueArrêteDeNouveau) {
+  Montage m;
+  m.Lève("porte");
+  m.timer->heure += 0.9e6;
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 1);
+  m.timer->heure += 1.1e6;
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 2);
+  EXPECT_EQ(m.Textes(), std::vector<std::string>{"porte"});
+
+  EXPECT_TRUE(m.securite.Acquitte());
+  EXPECT_FALSE(m.securite.Déclenchée());
+  EXPECT_EQ(m.arrêts, 2);  // acknowledging moves nothing
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 3);
+  EXPECT_TRUE(m.securite.Déclenchée());
+}
+
+TEST(Securite, LeDouteArrêteToujours) {
+  Montage m;
+  m.Lève("");
+  m.Lève("");
+  (void)m.securite.DéclencheSécurité();  // no cause given at all
+  EXPECT_EQ(m.arrêts, 3);
+  EXPECT_EQ(m.securite.Perdues(), 3U);
+
+  m.horloge.panne = true;  // no memory left to keep the cause
+  m.Lève("porte");
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 5);
+  EXPECT_EQ(m.securite.Perdues(), 5U);
+  m.horloge.panne = false;
+
+  for (std::size_t i = 0; i < Securite::kCausesGardées; ++i) m.Lève(std::to_string(i));
+  m.arrêts = 0;
+  m.Lève("une de trop");
+  m.Lève("une de trop");
+  EXPECT_EQ(m.arrêts, 2);
+  EXPECT_EQ(m.securite.Causes().size(), Securite::kCausesGardées);
+
+  Securite sansTimer({});
+  int arrêts = 0;
+  sansTimer.Branche([&] { return ++arrêts > 0; });
+  for (int i = 0; i < 2; ++i) {
+    sansTimer.PositionneCauseAU("porte");
+    (void)sansTimer.DéclencheSécurité();
+  }
+  EXPECT_EQ(arrêts, 2);
+}
+
+TEST(Securite, UnArrêtManquéRecommence) {
+  Montage m;
+  m.complet = false;
+  m.Lève("porte");
+  EXPECT_FALSE(m.securite.ArrêtComplet());
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 2);
+  m.pendant = [] { throw Echec(Numéro::MatérielAbsent); };
+  EXPECT_THROW(m.Lève("porte"), Echec);
+  EXPECT_TRUE(m.securite.Déclenchée());
+  m.pendant = nullptr;
+  m.complet = true;
+  m.Lève("porte");
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 4);
+  EXPECT_TRUE(m.securite.ArrêtComplet());
+
+  m.securite.Débranche();
+  EXPECT_THROW(m.Lève("autre"), Echec);
+  EXPECT_EQ(m.Textes(), (std::vector<std::string>{"porte", "autre"}));
+}
+
+TEST(Securite, UneCauseLevéePendantLArrêtLeReprend) {
+  Montage m;
+  m.pendant = [&] {
+    EXPECT_FALSE(m.securite.Acquitte());
+    m.Lève("porte");  // the one under way
+    m.Lève("huile");
+  };
+  m.Lève("porte");
+  EXPECT_EQ(m.arrêts, 2);
+  EXPECT_EQ(m.Textes(), (std::vector<std::string>{"porte", "huile"}));
+  m.pendant = nullptr;
+  m.Lève("huile");
+  EXPECT_EQ(m.arrêts, 2);
+
+  // Ever new causes from inside the stop: it ends all the same, and counts as not complete.
+  int n = 0;
+  m.pendant = [&] { m.Lève("nouvelle " + std::to_string(n++)); };
+  m.Lève("départ");
+  EXPECT_LT(m.arrêts, 20);
+  EXPECT_FALSE(m.securite.ArrêtComplet());
+}
+
+TEST(Securite, PeutEtreDébranchéePendantLArrêt) {
+  Montage m;
+  m.pendant = [&] { m.securite.Débranche(); };
+  m.Lève("porte");
+  EXPECT_TRUE(m.securite.ArrêtComplet());
+}
+
+TEST(Securite, ArrêteLeChassisEtVoitSesEchecs) {
+  essai::Banc banc;
+  Chassis chassis(banc.plateforme);
+  const auto registre = Crée<RegistreErreurs>(RéglagesRegistre{});
+  chassis.ChargeErreur(registre);
+  Securite securite(banc.timer);
+  securite.Branche(chassis, registre);
+  securite.PositionneCauseAU("porte");
+  (void)securite.DéclencheSécurité();
+  EXPECT_TRUE(securite.ArrêtComplet());
+  EXPECT_EQ(registre->Total(), 0U);
+
+  (void)chassis.Cartes()->Référence({}, "0");  // a hole in the collection: the stop fails on it
+  securite.PositionneCauseAU("huile");
+  (void)securite.DéclencheSécurité();
+  EXPECT_FALSE(securite.ArrêtComplet());
+  ASSERT_EQ(registre->Total(), 1U);
+  EXPECT_NE(registre->Entrées()[0].message.find("DéclencheAU"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace zuma::linux_
