@@ -38,7 +38,15 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       liaisons(std::move(choix.portsSérie)),
       fichiers(std::move(choix.dossier)),
       securite(Crée<Securite>(timer, &horloge)),
-      services{&messages, &ports, &compteurs, &liaisons, &horloge, &fichiers, choix.réglages} {
+      services{.messages = &messages,
+               .ports = &ports,
+               .compteurs = &compteurs,
+               .liaisons = &liaisons,
+               .horloge = &horloge,
+               .fichiers = &fichiers,
+               .ftdi = {},
+               .fin = &fin,
+               .réglages = choix.réglages} {
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);
   PrépareLesJournaux(fichiers, *registre);

@@ -5,6 +5,7 @@
 
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
+#include "platform/linux/fin_du_processus.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/liaison_serie_linux.h"
 #include "platform/linux/messages_terminal.h"
@@ -55,6 +56,7 @@ class PlateformeLinux {
   CompteursLinux compteurs;
   FabriqueLiaisonsLinux liaisons;
   FichiersLinux fichiers;
+  FinDuProcessus fin;
   Ref<Securite> securite;
 
   /// What `Chassis` takes.

@@ -1,0 +1,179 @@
+// The refresh pass: what is due when, what a late host gets back, how a bus is shared, and what a
+// failure leaves undone.
+#include <gtest/gtest.h>
+
+#include "core/chassis.h"
+#include "outils/arbre.h"
+#include "sim/esclave_modbus.h"
+#include "sim/liaisons_simulees.h"
+
+namespace zuma {
+namespace {
+
+using essai::Nombre;
+using essai::Texte;
+
+class UnePasse : public testing::Test, public essai::Banc {
+ public:
+  UnePasse() {
+    chassis.TimerExact(timer);
+    chassis.ChargeErreur(registre);
+  }
+  CarteRef AjouteCarte(const char* clé, const char* driver, const char* configuration = "") {
+    const CarteRef carte = chassis.Cartes()->Add(clé);
+    carte->TimerExact(timer);
+    carte->ChargeErreur(registre);
+    essai::LitCarte(*carte, driver, configuration);
+    return carte;
+  }
+  // A Modbus block without a line fails on each refresh: its own record counts them.
+  Ref<essai::Registre> AjouteCompteur(const CarteRef& carte, const char* clé, const char* type) {
+    const auto compteur = Crée<essai::Registre>();
+    essai::AjouteBloc(*carte, clé,
+                      {{"Driver", Texte("DrvModBus")},
+                       {"Type de Fonction", Texte(type)},
+                       {"Nom de la Fonction", Texte("Bloc")},
+                       {"ModBus - Fonction", Texte("3")}},
+                      {-1, 0}, timer, compteur);
+    return compteur;
+  }
+  void Passe(double secondes) {
+    timer->heure = secondes * 1e6;
+    chassis.MetàJour();
+  }
+  Chassis chassis{plateforme};
+};
+
+TEST_F(UnePasse, SertChaqueTypeASonRythme) {
+  const CarteRef carte = AjouteCarte("1", "");
+  const auto ea = AjouteCompteur(carte, "1", "Entrée Analogique");
+  const auto el = AjouteCompteur(carte, "2", "Entrée Logique");
+  const auto sorties = AjouteCompteur(carte, "3", "Sortie Analogique");
+  Passe(10);
+  ASSERT_EQ(ea->entrées.size(), 1U) << "all rates are due on the first pass";
+  ASSERT_EQ(el->entrées.size(), 1U);
+  ea->entrées.clear();
+  el->entrées.clear();
+  for (int i = 1; i <= 1000; ++i) Passe(10 + i * 0.001);
+  EXPECT_NEAR(static_cast<double>(ea->entrées.size()), 200, 2);
+  EXPECT_NEAR(static_cast<double>(el->entrées.size()), 20, 2);
+  EXPECT_TRUE(sorties->entrées.empty()) << "outputs have no rate";
+  ea->entrées.clear();
+  chassis.FréquenceEA(0);
+  for (int i = 1; i <= 100; ++i) Passe(12 + i * 0.01);
+  EXPECT_TRUE(ea->entrées.empty());
+}
+
+TEST_F(UnePasse, RendLeRetardSousLaLimiteEtLOublieAuDelà) {
+  const CarteRef carte = AjouteCarte("1", "");
+  const auto ea = AjouteCompteur(carte, "1", "Entrée Analogique");
+  const auto el = AjouteCompteur(carte, "2", "Entrée Logique");
+  chassis.FréquenceEA(128);  // periods that a double holds exactly
+  chassis.FréquenceEL(16);
+  Passe(10);
+  const auto passes = [](const Ref<essai::Registre>& compteur, auto&& passe) {
+    compteur->entrées.clear();
+    int consécutives = 0;
+    while (compteur->entrées.size() == static_cast<std::size_t>(consécutives) &&
+           consécutives < 1000) {
+      passe();
+      ++consécutives;
+    }
+    return consécutives - 1;
+  };
+  // The mark stands one period after 10 s. 0.375 s later 47 periods are owed, and repaid one a
+  // pass: the last one is not, as the comparison is strict.
+  EXPECT_EQ(passes(ea, [&] { Passe(10.375 + 2.0 / 128); }), 48);
+  // 0.625 s later nothing is: one refresh, then none for two periods.
+  const double tard = 11.25;
+  EXPECT_EQ(passes(ea, [&] { Passe(tard); }), 1);
+  ea->entrées.clear();
+  Passe(tard + 2.0 / 128);
+  EXPECT_TRUE(ea->entrées.empty());
+  Passe(tard + 2.0 / 128 + 0.001);
+  EXPECT_EQ(ea->entrées.size(), 1U);
+  // The logic inputs have a longer patience.
+  Passe(20);
+  EXPECT_GT(passes(el, [&] { Passe(20.75); }), 8);
+}
+
+TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
+  const CarteRef carte = AjouteCarte("1", "DrvModBus");
+  chassis.TimerExact({});
+  chassis.MetàJour();
+  ASSERT_EQ(registre->entrées.size(), 1U);
+  const auto& entrée = registre->entrées[0];
+  EXPECT_EQ(entrée.message.find("Erreur N°91 ("), 0U);
+  EXPECT_NE(entrée.message.find(" de la méthode MetàJour de l'objet Chassis ()."),
+            std::string::npos);
+  ASSERT_EQ(entrée.variables.size(), 11U);
+  EXPECT_TRUE(EstNul(entrée.variables[0][0]));
+  EXPECT_EQ(entrée.variables[3][0], Texte("Variable mdblFréquenceEA"));
+  EXPECT_EQ(entrée.variables[3][1], Valeur(200.0));
+  EXPECT_TRUE(EstNul(entrée.variables[10][0])) << "no block in hand";
+  chassis.ChargeErreur({});
+  chassis.MetàJour();
+  ASSERT_EQ(messages.textes.size(), 1U) << "without a record somebody must be told";
+  EXPECT_EQ(messages.textes[0].find("Erreur N°91 ("), 0U);
+}
+
+class UnBus : public UnePasse {
+ public:
+  UnBus() {
+    plateforme.liaisons = &fabrique;
+    chassis.TimerExact(horloge);
+    carte = AjouteCarte("1", "DrvModBus", "2,19200,N,8,1");
+    carte->TimerExact(horloge);
+    for (const char* clé : {"1", "2", "3"}) {
+      blocs.push_back(essai::AjouteBloc(*carte, clé,
+                                        {{"Driver", Texte("DrvModBus")},
+                                         {"Type de Fonction", Texte("Entrée Analogique")},
+                                         {"Nom de la Fonction", Texte(clé)},
+                                         {"ModBus - Adresse", Texte("5")},
+                                         {"ModBus - Fonction", Texte("3")},
+                                         {"ModBus - Regitre départ", Nombre(0)}},
+                                        {-1, 0}, horloge, registre));
+    }
+    esclave->registres = {{0, 1}};
+    carte->Initialise();
+  }
+  // The blocks that send a request, in order, over `passes` passes of 5 ms.
+  std::string Servis(int passes) {
+    std::string servis;
+    for (; passes > 0; --passes) {
+      std::vector<double> avant;
+      for (const FonctionRef& bloc : blocs) avant.push_back(bloc->Modbus_Echange().heureDEnvoi);
+      chassis.MetàJour();
+      for (std::size_t i = 0; i < blocs.size(); ++i) {
+        if (blocs[i]->Modbus_Echange().heureDEnvoi != avant[i]) servis += blocs[i]->Key();
+      }
+      horloge->Avance(5000);
+    }
+    return servis;
+  }
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>();
+  sim::FabriqueLiaisonsSimulée fabrique;
+  Ref<sim::EsclaveModbus> esclave = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{5});
+  sim::LigneSérie& ligne = fabrique.Attache(2, esclave);
+  CarteRef carte;
+  std::vector<FonctionRef> blocs;
+};
+
+TEST_F(UnBus, TientUnEchangeALaFois) {
+  // The turn mark is Nothing at first and wraps: 1 after 1, then 2, then 3; behind the last block
+  // nothing is started and the walk begins anew.
+  EXPECT_EQ(Servis(60).substr(0, 6), "112312");
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UnBus, DémarreLaSuivanteMêmeHorsServiceTantQuUneAutreLaSuit) {
+  blocs[1]->Enabled(false);
+  EXPECT_EQ(Servis(60).substr(0, 6), "112131");
+  for (const FonctionRef& bloc : blocs) bloc->Enabled(false);
+  while (!Servis(20).empty()) {
+  }
+  EXPECT_EQ(Servis(20), "");
+}
+
+}  // namespace
+}  // namespace zuma
