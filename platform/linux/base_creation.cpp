@@ -13,11 +13,6 @@
 namespace zuma::linux_ {
 namespace {
 
-[[noreturn]] void Refuse(Numéro numéro, const std::string& détail,
-                         std::source_location où = std::source_location::current()) {
-  throw Echec(numéro, DescriptionDEchec(numéro) + " : " + détail, où);
-}
-
 // Takes the name at once, so that no other program's file is ever overwritten, and gives it back
 // unless the file was completed.
 class NomRéservé {

@@ -1,7 +1,7 @@
 #include "platform/linux/base_sqlite.h"
 
 #include <array>
-#include <variant>
+#include <filesystem>
 
 #include "platform/linux/dialecte_sql.h"
 #include "platform/linux/recordset_sqlite.h"
@@ -39,6 +39,17 @@ void Répond(const ConnexionSqlite& connexion, const Question& question,
   }
 }
 
+// SQLite fills a last page that is cut short with zeros and finds nothing wrong.
+void VérifieLaTaille(const ConnexionSqlite& connexion, std::vector<std::string>& problèmes) {
+  InstructionSqlite instruction(connexion, "PRAGMA page_size");
+  if (!instruction.Suivante()) return;
+  const Valeur page = LitColonne(instruction.Brut(), 0, TypeColonne::Entier);
+  const auto taille = std::filesystem::file_size(connexion.Chemin());
+  if (taille % static_cast<std::uintmax_t>(VersEntier32(page)) != 0) {
+    problèmes.push_back("Fichier endommagé : tronqué à " + std::to_string(taille) + " octets");
+  }
+}
+
 }  // namespace
 
 BaseSqlite::BaseSqlite(const std::string& chemin, RéglagesBase réglages)
@@ -52,12 +63,16 @@ Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
 
 std::vector<std::string> BaseSqlite::ProblèmesDIntégrité() const {
   std::vector<std::string> problèmes;
-  for (const Question& question : kQuestions) {
+  const auto demande = [&](std::string_view titre, auto&& question) {
     try {
-      Répond(*connexion_, question, problèmes);
-    } catch (const Echec& e) {
-      problèmes.push_back(std::string(question.titre) + e.Description());
+      question();
+    } catch (...) {
+      problèmes.push_back(std::string(titre) + EchecCourant(__LINE__).Description());
     }
+  };
+  demande("Taille du fichier : ", [&] { VérifieLaTaille(*connexion_, problèmes); });
+  for (const Question& question : kQuestions) {
+    demande(question.titre, [&] { Répond(*connexion_, question, problèmes); });
   }
   return problèmes;
 }

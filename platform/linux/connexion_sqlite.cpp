@@ -5,8 +5,6 @@
 #include <system_error>
 #include <variant>
 
-#include "core/echec.h"
-
 namespace zuma::linux_ {
 namespace {
 
@@ -47,25 +45,18 @@ Numéro NuméroDuCode(int rc, std::string_view texte) {
   return DuTexte(texte);
 }
 
-[[noreturn]] void Refuse(Numéro numéro, const std::string& chemin, std::string_view détail,
-                         std::source_location où) {
-  std::string description = DescriptionDEchec(numéro) + " : '" + chemin + "'";
-  if (!détail.empty()) description.append(" (").append(détail).append(")");
-  throw Echec(numéro, std::move(description), où);
-}
-
 // SQLite takes an empty file for an empty database, and a missing one needs its own words.
 void VérifieLeFichier(const std::string& chemin, Accès accès) {
   std::error_code erreur;
-  const auto où = std::source_location::current();
+  const std::string cité = "'" + chemin + "'";
   const auto état = std::filesystem::status(chemin, erreur);
-  if (!std::filesystem::exists(état)) Refuse(Numéro::FichierIntrouvable, chemin, {}, où);
+  if (!std::filesystem::exists(état)) Refuse(Numéro::FichierIntrouvable, cité);
   if (std::filesystem::is_directory(état)) {
-    Refuse(Numéro::BaseIllisible, chemin, "c'est un dossier", où);
+    Refuse(Numéro::BaseIllisible, cité + " (c'est un dossier)");
   }
   const auto taille = std::filesystem::file_size(chemin, erreur);
   if (!erreur && taille == 0 && accès != Accès::Création)
-    Refuse(Numéro::BaseIllisible, chemin, "fichier vide", où);
+    Refuse(Numéro::BaseIllisible, cité + " (fichier vide)");
 }
 
 }  // namespace
@@ -114,7 +105,7 @@ void ConnexionSqlite::Exécute(const char* sql, std::source_location où) {
 
 void ConnexionSqlite::Echoue(int rc, std::source_location où) const {
   const std::string texte = sqlite3_errmsg(base_.get());
-  Refuse(NuméroDuCode(rc, texte), chemin_, texte, où);
+  Refuse(NuméroDuCode(rc, texte), "'" + chemin_ + "' (" + texte + ")", où);
 }
 
 InstructionSqlite::InstructionSqlite(const ConnexionSqlite& connexion, std::string_view sql,
@@ -128,7 +119,7 @@ InstructionSqlite::InstructionSqlite(const ConnexionSqlite& connexion, std::stri
   if (rc != SQLITE_OK) connexion.Echoue(rc, où);
   const std::string_view suite(reste, static_cast<std::size_t>(sql.data() + sql.size() - reste));
   if (instruction == nullptr || !SansBlancs(suite).empty()) {
-    Refuse(Numéro::InstructionRefusée, connexion.Chemin(), "une instruction et une seule", où);
+    Refuse(Numéro::InstructionRefusée, "une instruction et une seule", où);
   }
 }
 
@@ -165,6 +156,10 @@ TransactionSqlite::~TransactionSqlite() {
 void TransactionSqlite::Valide() {
   connexion_.Exécute("COMMIT");
   validée_ = true;
+}
+
+void Refuse(Numéro numéro, std::string_view détail, std::source_location où) {
+  throw Echec(numéro, DescriptionDEchec(numéro) + " : " + std::string(détail), où);
 }
 
 std::string NomSql(std::string_view nom) {

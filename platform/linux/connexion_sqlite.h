@@ -9,6 +9,7 @@
 
 #include <sqlite3.h>
 
+#include "core/echec.h"
 #include "core/valeur.h"
 
 namespace zuma::linux_ {
@@ -85,6 +86,10 @@ class TransactionSqlite {
   ConnexionSqlite& connexion_;
   bool validée_ = false;
 };
+
+/// Throws that failure, its description followed by `détail`.
+[[noreturn]] void Refuse(Numéro numéro, std::string_view détail,
+                         std::source_location où = std::source_location::current());
 
 /// A name of a table or column as SQLite takes it, whatever characters it holds.
 [[nodiscard]] std::string NomSql(std::string_view nom);

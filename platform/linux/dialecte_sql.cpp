@@ -74,7 +74,8 @@ class Traducteur {
   void Egal() {
     const std::size_t any = LongueurDeAny(reste_);
     if (any == 0) return Copie(1);
-    Remplace(any, "IN (");
+    const bool colle = !sql_.empty() && EstDeMot(sql_.back());
+    Remplace(any, colle ? " IN (" : "IN (");
   }
 
   void Nombre() {

@@ -9,11 +9,6 @@ std::string OuVide(const char* texte) {
   return texte == nullptr ? std::string() : std::string(texte);
 }
 
-[[noreturn]] void Refuse(Numéro numéro, const std::string& détail,
-                         std::source_location où = std::source_location::current()) {
-  throw Echec(numéro, DescriptionDEchec(numéro) + " : " + détail, où);
-}
-
 }  // namespace
 
 RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql)

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/linux/base_creation.h"
+
+namespace zuma::linux_ {
+
+/// `Index` of the demonstration frame.
+inline constexpr std::int32_t kChassisDeDémonstration = 1;
+
+/// A whole frame to try the system with: one board of each port-mapped family, the digital board
+/// in both wirings, at addresses that do not overlap. Block b of board c has the Index 10c + b,
+/// channel n of block f 100f + n.
+[[nodiscard]] std::vector<LigneDeBase> LignesDeDémonstration();
+
+}  // namespace zuma::linux_

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string>
+
+namespace zuma::essai {
+
+/// A folder of the test's own, removed with all it holds.
+class DossierProvisoire {
+ public:
+  DossierProvisoire() {
+    std::string modèle = (std::filesystem::temp_directory_path() / "zuma-XXXXXX").string();
+    if (::mkdtemp(modèle.data()) == nullptr) throw std::runtime_error("pas de dossier provisoire");
+    chemin_ = modèle;
+  }
+  ~DossierProvisoire() {
+    std::error_code ignorée;
+    std::filesystem::remove_all(chemin_, ignorée);
+  }
+  DossierProvisoire(const DossierProvisoire&) = delete;
+  DossierProvisoire& operator=(const DossierProvisoire&) = delete;
+
+  [[nodiscard]] std::string Fichier(const std::string& nom) const {
+    return (chemin_ / nom).string();
+  }
+  [[nodiscard]] const std::filesystem::path& Chemin() const { return chemin_; }
+
+ private:
+  std::filesystem::path chemin_;
+};
+
+}  // namespace zuma::essai
