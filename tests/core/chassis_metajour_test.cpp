@@ -166,9 +166,14 @@ TEST_F(UnBus, TientUnEchangeALaFois) {
   EXPECT_TRUE(registre->entrées.empty());
 }
 
+TEST_F(UnBus, NeDémarreRienSansBlocEnServiceDerrière) {
+  blocs[2]->Enabled(false);
+  EXPECT_EQ(Servis(60).substr(0, 6), "112112");
+}
+
 TEST_F(UnBus, DémarreLaSuivanteMêmeHorsServiceTantQuUneAutreLaSuit) {
   blocs[1]->Enabled(false);
-  EXPECT_EQ(Servis(60).substr(0, 6), "112131");
+  EXPECT_EQ(Servis(60).substr(0, 6), "112312");
   for (const FonctionRef& bloc : blocs) bloc->Enabled(false);
   while (!Servis(20).empty()) {
   }
