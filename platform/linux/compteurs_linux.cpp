@@ -7,32 +7,33 @@ namespace zuma::linux_ {
 
 std::int16_t CompteursLinux::Ouvre(std::string_view) {
   const double maintenant = timer_->LitMicrosecondes();
-  auto libre = std::ranges::find_if(départs_, [](const Départ& d) { return !d; });
-  if (libre == départs_.end()) {
-    if (départs_.size() >= std::numeric_limits<std::int16_t>::max()) {
+  auto libre = std::ranges::find(compteurs_, false, &Compteur::ouvert);
+  if (libre == compteurs_.end()) {
+    if (compteurs_.size() >= std::numeric_limits<std::int16_t>::max()) {
       throw Echec(Numéro::MémoireInsuffisante);
     }
-    libre = départs_.insert(libre, Départ());
+    libre = compteurs_.insert(libre, Compteur());
   }
-  *libre = maintenant;
-  return static_cast<std::int16_t>(libre - départs_.begin() + 1);
+  *libre = {maintenant, true};
+  return static_cast<std::int16_t>(libre - compteurs_.begin() + 1);
 }
 
 std::int32_t CompteursLinux::Lit(std::int16_t poignée) {
-  const Départ* départ = Cherche(poignée);
-  if (départ == nullptr) throw Echec(Numéro::IndiceHorsPlage);
+  const Compteur* compteur = Cherche(poignée);
+  if (compteur == nullptr) throw Echec(Numéro::IndiceHorsPlage);
   constexpr double kPlafond = std::numeric_limits<std::int32_t>::max();
-  return static_cast<std::int32_t>(std::min(timer_->LitMicrosecondes() - **départ, kPlafond));
+  const double écoulées = timer_->LitMicrosecondes() - compteur->départ;
+  return static_cast<std::int32_t>(std::min(écoulées, kPlafond));
 }
 
 void CompteursLinux::Ferme(std::int16_t poignée) noexcept {
-  if (Départ* départ = Cherche(poignée)) départ->reset();
+  if (Compteur* compteur = Cherche(poignée)) compteur->ouvert = false;
 }
 
-CompteursLinux::Départ* CompteursLinux::Cherche(std::int16_t poignée) noexcept {
-  if (poignée < 1 || static_cast<std::size_t>(poignée) > départs_.size()) return nullptr;
-  Départ& départ = départs_[static_cast<std::size_t>(poignée) - 1];
-  return départ ? &départ : nullptr;
+CompteursLinux::Compteur* CompteursLinux::Cherche(std::int16_t poignée) noexcept {
+  if (poignée < 1 || static_cast<std::size_t>(poignée) > compteurs_.size()) return nullptr;
+  Compteur& compteur = compteurs_[static_cast<std::size_t>(poignée) - 1];
+  return compteur.ouvert ? &compteur : nullptr;
 }
 
 }  // namespace zuma::linux_

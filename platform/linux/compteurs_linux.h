@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -24,11 +23,14 @@ class CompteursLinux final : public CompteursFins {
   void Ferme(std::int16_t poignée) noexcept override;
 
  private:
-  using Départ = std::optional<double>;  // time at the opening; none when closed
-  [[nodiscard]] Départ* Cherche(std::int16_t poignée) noexcept;
+  struct Compteur {
+    double départ = 0;
+    bool ouvert = false;
+  };
+  [[nodiscard]] Compteur* Cherche(std::int16_t poignée) noexcept;
 
   Ref<ZED_Timer> timer_;
-  std::vector<Départ> départs_;  // handle n at n - 1
+  std::vector<Compteur> compteurs_;  // handle n at n - 1
 };
 
 }  // namespace zuma::linux_

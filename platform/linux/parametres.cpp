@@ -57,23 +57,22 @@ void Parametre::Désabonne(int numéro) noexcept {
   }
 }
 
-Ref<Parametre> Parametres::Ajoute(std::string_view nom, std::string valeur) {
-  if (const Ref<Parametre> connu = Cherche(nom)) {
+Ref<Parametre> Parametres::Ajoute(std::int32_t index, std::string valeur, std::string nom) {
+  if (const Ref<Parametre> connu = Cherche(index)) {
     connu->ValeurParamètre(std::move(valeur));
     return connu;
   }
-  const auto nouveau =
-      Crée<Parametre>(std::to_string(parametres_.size() + 1), std::string(nom), std::move(valeur));
-  parametres_.push_back(nouveau);
+  std::string clé = std::to_string(index);
+  if (nom.empty()) nom = clé;
+  const auto nouveau = Crée<Parametre>(std::move(clé), std::move(nom), std::move(valeur));
+  parametres_.emplace(index, nouveau);
   collection_->push_back(nouveau);
   return nouveau;
 }
 
-Ref<Parametre> Parametres::Cherche(std::string_view nom) const {
-  for (const Ref<Parametre>& p : parametres_) {
-    if (p->NomParamètre() == nom) return p;
-  }
-  return {};
+Ref<Parametre> Parametres::Cherche(std::int32_t index) const {
+  const auto trouvé = parametres_.find(index);
+  return trouvé == parametres_.end() ? Ref<Parametre>() : trouvé->second;
 }
 
 }  // namespace zuma::linux_

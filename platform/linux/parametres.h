@@ -1,6 +1,7 @@
 #pragma once
 
 #include <list>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -52,19 +53,21 @@ class Parametre final : public ZED_Parametre, public std::enable_shared_from_thi
   bool changéeDepuis_ = false;
 };
 
-/// The parameters of a host that brings none, keyed by their order, from 1.
+/// The parameters of a host that brings none. A configuration names a parameter by an index:
+/// sensors look for it among the names, commands and logic inputs among the keys, so both are the
+/// index's text here. A laser board looks for a name of its own, which `nom` gives.
 class Parametres {
  public:
-  /// Adds a parameter, or gives the one that bears this name, with `valeur`.
-  Ref<Parametre> Ajoute(std::string_view nom, std::string valeur = {});
-  /// The parameter whose name is exactly `nom`, or Nothing.
-  [[nodiscard]] Ref<Parametre> Cherche(std::string_view nom) const;
+  /// Adds a parameter, or writes `valeur` to the one of this index.
+  Ref<Parametre> Ajoute(std::int32_t index, std::string valeur = {}, std::string nom = {});
+  /// The parameter of this index, or Nothing.
+  [[nodiscard]] Ref<Parametre> Cherche(std::int32_t index) const;
   /// What `Chassis.Lien` takes; parameters added later show in it.
   [[nodiscard]] const ParamètresRef& Collection() const noexcept { return collection_; }
 
  private:
-  std::vector<Ref<Parametre>> parametres_;
-  ParamètresRef collection_ = Crée<ParamètresPartagés>();
+  std::map<std::int32_t, Ref<Parametre>> parametres_;
+  ParamètresRef collection_ = Crée<ParamètresPartagés>();  // in the order of their addition
 };
 
 }  // namespace zuma::linux_

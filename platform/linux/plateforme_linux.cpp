@@ -37,16 +37,16 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       compteurs(timer),
       liaisons(std::move(choix.portsSérie)),
       fichiers(std::move(choix.dossier)),
-      securite(Crée<Securite>(timer, &horloge)),
-      services{.messages = &messages,
-               .ports = &ports,
-               .compteurs = &compteurs,
-               .liaisons = &liaisons,
-               .horloge = &horloge,
-               .fichiers = &fichiers,
-               .ftdi = {},
-               .fin = &fin,
-               .réglages = choix.réglages} {
+      fin(registre),
+      securite(Crée<Securite>(timer, &horloge)) {
+  services.messages = &messages;
+  services.ports = &ports;
+  services.compteurs = &compteurs;
+  services.liaisons = &liaisons;
+  services.horloge = &horloge;
+  services.fichiers = &fichiers;
+  services.fin = &fin;
+  services.réglages = choix.réglages;
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);
   PrépareLesJournaux(fichiers, *registre);

@@ -5,7 +5,7 @@
 
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
-#include "platform/linux/fin_du_processus.h"
+#include "platform/linux/fin_du_programme.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/liaison_serie_linux.h"
 #include "platform/linux/messages_terminal.h"
@@ -25,15 +25,16 @@ namespace zuma::linux_ {
 /// What a host chooses; each default works as it stands.
 struct RéglagesLinux {
   std::filesystem::path dossier = DossierParDéfaut();  ///< where the installation's files lie
-  RéglagesRegistre registre{};                         ///< in memory only by default
-  CarteDesPorts portsSérie{};                          ///< devices of the serial ports by number
+  RéglagesRegistre registre;                           ///< in memory only by default
+  CarteDesPorts portsSérie;                            ///< devices of the serial ports by number
   bool demande = false;  ///< messages wait for an answer when there is a terminal
-  std::string langue{};  ///< empty: the first language of the table
-  Réglages réglages{};
+  std::string langue;    ///< empty: the first language of the table
+  Réglages réglages;
 };
 
 /// Everything that a frame needs of a Linux machine, and the collaborators of a host that brings
-/// none of its own. To be made before the frames it serves and released after them.
+/// none of its own; USB drives (`ftdi`) are left to the host. To be made before the frames it
+/// serves and released after them.
 ///
 ///     PlateformeLinux machine({});
 ///     Chassis chassis(machine.services);
@@ -56,7 +57,7 @@ class PlateformeLinux {
   CompteursLinux compteurs;
   FabriqueLiaisonsLinux liaisons;
   FichiersLinux fichiers;
-  FinDuProcessus fin;
+  FinDuProgrammeLinux fin;
   Ref<Securite> securite;
 
   /// What `Chassis` takes.

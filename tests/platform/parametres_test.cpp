@@ -97,16 +97,19 @@ TEST(Parametre, UnAbonnéPeutLâcherLaDernièreRéférence) {
   EXPECT_EQ(fois, 2);
 }
 
-TEST(Parametres, GardentLOrdreEtUnSeulDeChaqueNom) {
-  Parametres set;
-  set.Ajoute("A", "1");
-  const ParamètresRef lien = set.Collection();
-  set.Ajoute("a", "2");
-  set.Ajoute("A", "3");
+TEST(Parametres, SeTrouventParLeurIndex) {
+  Parametres tous;
+  tous.Ajoute(12, "16");
+  const ParamètresRef lien = tous.Collection();
+  tous.Ajoute(3, "1", "Laser");
+  tous.Ajoute(12, "20");
   ASSERT_EQ(lien->size(), 2U);
-  EXPECT_EQ(lien->at(0)->ValeurParamètre(), "3");
-  EXPECT_EQ(lien->at(1)->Key(), "2");
-  EXPECT_FALSE(set.Cherche("B"));
+  EXPECT_EQ(lien->at(0)->Key(), "12");
+  EXPECT_EQ(lien->at(0)->NomParamètre(), "12");
+  EXPECT_EQ(lien->at(0)->ValeurParamètre(), "20");
+  EXPECT_EQ(lien->at(1)->Key(), "3");
+  EXPECT_EQ(lien->at(1)->NomParamètre(), "Laser");
+  EXPECT_FALSE(tous.Cherche(4));
 }
 
 }  // namespace

@@ -9,9 +9,16 @@
 namespace zuma::linux_ {
 namespace {
 
+RéglagesLinux Choix(std::filesystem::path dossier, std::string langue = {}) {
+  RéglagesLinux choix;
+  choix.dossier = std::move(dossier);
+  choix.langue = std::move(langue);
+  return choix;
+}
+
 TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
   const essai::DossierPassager dossier;
-  PlateformeLinux machine({.dossier = dossier.chemin / "fichiers", .langue = "English"});
+  PlateformeLinux machine(Choix(dossier.chemin / "fichiers", "English"));
   Chassis chassis(machine.services);
   chassis.TimerExact(machine.timer);
   chassis.ChargeErreur(machine.registre);
@@ -27,12 +34,25 @@ TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
   EXPECT_TRUE(machine.securite->ArrêtComplet());
 }
 
+TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
+  const essai::DossierPassager dossier;
+  RéglagesLinux choix = Choix(dossier.chemin / "fichiers");
+  choix.registre.fichier = dossier.chemin / "Erreur.txt";
+  EXPECT_EXIT(
+      {
+        PlateformeLinux machine(choix);
+        machine.services.fin->ArrêteLeProgramme("liaison perdue");
+      },
+      testing::ExitedWithCode(EXIT_FAILURE), "liaison perdue");
+  EXPECT_NE(essai::Lit(choix.registre.fichier).find("liaison perdue"), std::string::npos);
+}
+
 TEST(PlateformeLinux, UnDossierImpossibleSeLitDansLeRegistre) {
   const essai::DossierPassager dossier;
   std::ofstream(dossier.chemin / "obstacle") << "x";
-  PlateformeLinux machine({.dossier = dossier.chemin / "obstacle"});
+  PlateformeLinux machine(Choix(dossier.chemin / "obstacle"));
   EXPECT_EQ(machine.registre->Total(), 1U);
-  EXPECT_THROW(PlateformeLinux({.dossier = dossier.chemin, .langue = "?"}), Echec);
+  EXPECT_THROW(PlateformeLinux(Choix(dossier.chemin, "?")), Echec);
 }
 
 }  // namespace

