@@ -106,7 +106,7 @@ constexpr std::array kCanal{
     Facultative("Position de l'aimant", kEntier),
     Facultative("Position ID", kEntier),
     Facultative("Status ID", kEntier),
-    Facultative("Driver canal", kTexte),
+    RequiseOuNulle("Driver canal", kTexte),
     Facultative("Canal en fréquence", kBooléen),
 };
 
