@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <stdlib.h>
 #include <string>
@@ -30,5 +32,11 @@ class DossierProvisoire {
  private:
   std::filesystem::path chemin_;
 };
+
+/// Whole content of a file; empty when it is not there.
+inline std::string Lit(const std::filesystem::path& fichier) {
+  std::ifstream flux(fichier, std::ios::binary);
+  return {std::istreambuf_iterator<char>(flux), {}};
+}
 
 }  // namespace zuma::essai

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/dossier_passager.h"
+#include "outils/dossier_provisoire.h"
 #include "outils/temoins.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
@@ -19,7 +19,7 @@
 namespace zuma::linux_ {
 namespace {
 
-using essai::DossierPassager;
+using essai::DossierProvisoire;
 using essai::Lit;
 
 TEST(Horloge, DortAuMoinsLeTempsDemandé) {
@@ -91,8 +91,8 @@ TEST(Fichiers, RangeLesCheminsSousLaRacine) {
 }
 
 TEST(Fichiers, AjouteDesLignesEtSupprime) {
-  const DossierPassager dossier;
-  FichiersLinux fichiers(dossier.chemin);
+  const DossierProvisoire dossier;
+  FichiersLinux fichiers(dossier.Chemin());
   constexpr std::string_view kJournal = R"(c:\journaux\é.txt)";
   try {
     fichiers.AjouteLigne(kJournal, "perdue");
@@ -103,25 +103,26 @@ TEST(Fichiers, AjouteDesLignesEtSupprime) {
   fichiers.CréeDossier(kJournal);
   fichiers.AjouteLigne(kJournal, "14:03:22,Erreur CRC,3");
   fichiers.AjouteLigne(kJournal, "deux\nlignes");
-  EXPECT_EQ(Lit(dossier.chemin / "c/journaux/é.txt"), "14:03:22,Erreur CRC,3\ndeux lignes\n");
+  EXPECT_EQ(Lit(dossier.Chemin() / "c/journaux/é.txt"), "14:03:22,Erreur CRC,3\ndeux lignes\n");
 
   fichiers.Supprime(kJournal);
   fichiers.Supprime(kJournal);
-  EXPECT_FALSE(std::filesystem::exists(dossier.chemin / "c/journaux/é.txt"));
+  EXPECT_FALSE(std::filesystem::exists(dossier.Chemin() / "c/journaux/é.txt"));
   fichiers.Supprime("");
   fichiers.Supprime("c:\\journaux");
   fichiers.Supprime("..");
-  EXPECT_TRUE(std::filesystem::exists(dossier.chemin / "c/journaux"));
+  EXPECT_TRUE(std::filesystem::exists(dossier.Chemin() / "c/journaux"));
 }
 
 TEST(Fichiers, NeSuitPasUnLienHorsDeLaRacine) {
-  const DossierPassager dossier;
-  std::ofstream(dossier.chemin / "dehors.txt") << "intact";
-  std::filesystem::create_directory(dossier.chemin / "racine");
-  std::filesystem::create_symlink(dossier.chemin / "dehors.txt", dossier.chemin / "racine/x.txt");
-  FichiersLinux fichiers(dossier.chemin / "racine");
+  const DossierProvisoire dossier;
+  std::ofstream(dossier.Chemin() / "dehors.txt") << "intact";
+  std::filesystem::create_directory(dossier.Chemin() / "racine");
+  std::filesystem::create_symlink(dossier.Chemin() / "dehors.txt",
+                                  dossier.Chemin() / "racine/x.txt");
+  FichiersLinux fichiers(dossier.Chemin() / "racine");
   EXPECT_THROW(fichiers.AjouteLigne("x.txt", "écrasé"), Echec);
-  EXPECT_EQ(Lit(dossier.chemin / "dehors.txt"), "intact");
+  EXPECT_EQ(Lit(dossier.Chemin() / "dehors.txt"), "intact");
 }
 
 TEST(Messages, EcritUneLigneEtNAttendQueSIlYAQuelquUn) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/chassis.h"
-#include "outils/dossier_passager.h"
+#include "outils/dossier_provisoire.h"
 #include "tree/journal_modbus.h"
 
 namespace zuma::linux_ {
@@ -17,8 +17,8 @@ RéglagesLinux Choix(std::filesystem::path dossier, std::string langue = {}) {
 }
 
 TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
-  const essai::DossierPassager dossier;
-  PlateformeLinux machine(Choix(dossier.chemin / "fichiers", "English"));
+  const essai::DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers", "English"));
   Chassis chassis(machine.services);
   chassis.TimerExact(machine.timer);
   chassis.ChargeErreur(machine.registre);
@@ -35,9 +35,9 @@ TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
 }
 
 TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
-  const essai::DossierPassager dossier;
-  RéglagesLinux choix = Choix(dossier.chemin / "fichiers");
-  choix.registre.fichier = dossier.chemin / "Erreur.txt";
+  const essai::DossierProvisoire dossier;
+  RéglagesLinux choix = Choix(dossier.Chemin() / "fichiers");
+  choix.registre.fichier = dossier.Chemin() / "Erreur.txt";
   EXPECT_EXIT(
       {
         PlateformeLinux machine(choix);
@@ -48,11 +48,11 @@ TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
 }
 
 TEST(PlateformeLinux, UnDossierImpossibleSeLitDansLeRegistre) {
-  const essai::DossierPassager dossier;
-  std::ofstream(dossier.chemin / "obstacle") << "x";
-  PlateformeLinux machine(Choix(dossier.chemin / "obstacle"));
+  const essai::DossierProvisoire dossier;
+  std::ofstream(dossier.Chemin() / "obstacle") << "x";
+  PlateformeLinux machine(Choix(dossier.Chemin() / "obstacle"));
   EXPECT_EQ(machine.registre->Total(), 1U);
-  EXPECT_THROW(PlateformeLinux(Choix(dossier.chemin, "?")), Echec);
+  EXPECT_THROW(PlateformeLinux(Choix(dossier.Chemin(), "?")), Echec);
 }
 
 }  // namespace

@@ -5,12 +5,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include "outils/dossier_passager.h"
+#include "outils/dossier_provisoire.h"
 
 namespace zuma::linux_ {
 namespace {
 
-using essai::DossierPassager;
+using essai::DossierProvisoire;
 using essai::Lit;
 
 RéglagesRegistre Réglages(std::filesystem::path fichier) {
@@ -28,8 +28,8 @@ const TableVariables kVariables{{Nul{}, Nul{}},
                                 {"Variable vData", Nul{}}};
 
 TEST(RegistreErreurs, EcritUneEntréeLisible) {
-  const DossierPassager dossier;
-  const auto fichier = dossier.chemin / "à créer" / "Erreur.txt";
+  const DossierProvisoire dossier;
+  const auto fichier = dossier.Chemin() / "à créer" / "Erreur.txt";
   RegistreErreurs registre(Réglages(fichier));
   registre.AjouteErreur("Erreur N°91 (Objet absent).", kVariables);
   registre.AjouteErreur("suivante", TableVariables(1));
@@ -58,8 +58,8 @@ TEST(RegistreErreurs, GardeLesDernières) {
 }
 
 TEST(RegistreErreurs, SurvitAUnFichierImpossibleEtRevient) {
-  const DossierPassager dossier;
-  const auto obstacle = dossier.chemin / "obstacle";
+  const DossierProvisoire dossier;
+  const auto obstacle = dossier.Chemin() / "obstacle";
   std::ofstream(obstacle) << "un fichier, pas un dossier";
   RegistreErreurs registre(Réglages(obstacle / "Erreur.txt"));
   registre.AjouteErreur("perdue pour le fichier", {});
@@ -83,8 +83,8 @@ TEST(RegistreErreurs, SurvitAUnDisquePlein) {
 }
 
 TEST(RegistreErreurs, ReprendLaLigneCoupéeParUnDisquePlein) {
-  const DossierPassager dossier;
-  const auto fichier = dossier.chemin / "Erreur.txt";
+  const DossierProvisoire dossier;
+  const auto fichier = dossier.Chemin() / "Erreur.txt";
   RegistreErreurs registre(Réglages(fichier));
   rlimit avant{};
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &avant), 0);
@@ -99,21 +99,21 @@ TEST(RegistreErreurs, ReprendLaLigneCoupéeParUnDisquePlein) {
 }
 
 TEST(RegistreErreurs, BorneLeFichier) {
-  const DossierPassager dossier;
-  RéglagesRegistre réglages = Réglages(dossier.chemin / "Erreur.txt");
+  const DossierProvisoire dossier;
+  RéglagesRegistre réglages = Réglages(dossier.Chemin() / "Erreur.txt");
   réglages.tailleFichier = 100;
   RegistreErreurs registre(réglages);
   for (int i = 0; i < 50; ++i) registre.AjouteErreur("entrée " + std::to_string(i), {});
   registre.AjouteErreur("la dernière", {});
-  const std::string deux = Lit(dossier.chemin / "Erreur.txt.1") + Lit(réglages.fichier);
+  const std::string deux = Lit(dossier.Chemin() / "Erreur.txt.1") + Lit(réglages.fichier);
   EXPECT_NE(deux.find("la dernière"), std::string::npos);
   EXPECT_NE(deux.find("entrée 49"), std::string::npos);
   EXPECT_LT(deux.size(), 300U);
 }
 
 TEST(RegistreErreurs, GardeLeMessageQuandLaMiseEnFormeEchoue) {
-  const DossierPassager dossier;
-  RéglagesRegistre réglages = Réglages(dossier.chemin / "Erreur.txt");
+  const DossierProvisoire dossier;
+  RéglagesRegistre réglages = Réglages(dossier.Chemin() / "Erreur.txt");
   réglages.instant = []() -> std::string { throw std::bad_alloc(); };
   RegistreErreurs registre(réglages);
   registre.AjouteErreur("nu", kVariables);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/dossier_passager.h"
+#include "outils/dossier_provisoire.h"
 #include "platform/linux/utf8.h"
 
 namespace zuma::linux_ {
@@ -90,12 +90,12 @@ TEST(Traducteur, RefuseUneTableSansEnTêteValable) {
 }
 
 TEST(Traducteur, LitUnFichier) {
-  const essai::DossierPassager dossier;
+  const essai::DossierProvisoire dossier;
   Traducteur t;
-  EXPECT_EQ(t.AjouteFichier(dossier.chemin / "absent.tsv").size(), 1U);
-  EXPECT_EQ(t.AjouteFichier(dossier.chemin).size(), 1U);
-  std::ofstream(dossier.chemin / "t.tsv") << "clé\tsection\tFrançais\nOK\tZuma\tD'accord\n";
-  EXPECT_TRUE(t.AjouteFichier(dossier.chemin / "t.tsv").empty());
+  EXPECT_EQ(t.AjouteFichier(dossier.Chemin() / "absent.tsv").size(), 1U);
+  EXPECT_EQ(t.AjouteFichier(dossier.Chemin()).size(), 1U);
+  std::ofstream(dossier.Chemin() / "t.tsv") << "clé\tsection\tFrançais\nOK\tZuma\tD'accord\n";
+  EXPECT_TRUE(t.AjouteFichier(dossier.Chemin() / "t.tsv").empty());
   EXPECT_EQ(t.Traduit("OK", "", "Zuma"), "D'accord");
 }
 
