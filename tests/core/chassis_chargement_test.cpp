@@ -69,7 +69,7 @@ TEST_F(UnChassisDansUnFichier, ChargeLArbreEtSesEntréesConnues) {
   });
   Chassis chassis(plateforme);
   Charge(chassis, base, 4);
-  ASSERT_TRUE(registre->entrées.empty()) << registre->entrées[0].message;
+  EXPECT_FALSE(registre->Contient("de l'objet Chassis"));
   EXPECT_EQ(chassis.Key(), "4");
   EXPECT_EQ(chassis.Nom(), "Presse");
   ASSERT_EQ(chassis.EntréesLogiques()->Count(), 2) << "the third belongs to another frame";
