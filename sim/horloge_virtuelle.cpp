@@ -8,6 +8,7 @@ namespace zuma::sim {
 
 double HorlogeVirtuelle::HeureDuJour() const {
   constexpr double kJour = 24 * 3600;
+  heure_ += pas_;
   return std::fmod(départ_ + heure_ / 1e6, kJour);
 }
 

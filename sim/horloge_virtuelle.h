@@ -23,7 +23,7 @@ class HorlogeVirtuelle : public ZED_Timer, public Horloge {
   void Dort(double secondes) override { Avance(secondes * 1e6); }
 
  private:
-  double heure_ = 0;
+  mutable double heure_ = 0;  // every look at the clock takes a little time
   double pas_;
   double départ_;  ///< seconds since midnight at time 0
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/collections.h"
@@ -91,9 +92,10 @@ class Fonction : public Objet {
   }
   /// The channels, without the cost of a new reference; empty before the first access.
   [[nodiscard]] const zuma::Canals& LesCanaux() const { return *Canals_; }
-  /// Previous word of the logic inputs, for the drivers that compare at block level.
-  [[nodiscard]] std::uint32_t MotPrécédent() const { return motPrécédent_; }
-  void MotPrécédent(std::uint32_t mot) { motPrécédent_ = mot; }
+  /// Last word of the logic inputs, which the change test compares; none before the first read.
+  /// It is the block's own: two blocks on one board each see every change.
+  [[nodiscard]] std::optional<std::uint32_t> MotPrécédent() const { return motPrécédent_; }
+  void MotPrécédent(std::optional<std::uint32_t> mot) { motPrécédent_ = mot; }
   /// State of the block's Modbus exchange.
   [[nodiscard]] EchangeModbus& Modbus_Echange() { return Modbus_Echange_; }
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
@@ -136,7 +138,7 @@ class Fonction : public Objet {
   std::int32_t ModbusRegistreDeDepart_ = 0;
   std::int32_t NombreDeCanaux_ = 0;
   EchangeModbus Modbus_Echange_;
-  std::uint32_t motPrécédent_ = 0;
+  std::optional<std::uint32_t> motPrécédent_;
   Pointeur<Carte> Parent_;
 
   // Resolved at load and start, so that the pass looks nothing up.

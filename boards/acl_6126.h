@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+#include "boards/sorties_par_paires.h"
+
+namespace zuma {
+
+/// ACL 6126: 6 analog outputs, 16 logic inputs and outputs.
+class ACL_6126 : public SortiesParPaires<6> {
+ public:
+  using SortiesParPaires::SortiesParPaires;
+
+  void DémarreEntrées() {}
+  [[nodiscard]] std::uint32_t LitEntrées() const { return LitPaire(0x0E, 0x0F); }
+  /// What the change test compares. It weighs the high byte by 255 where the read weighs it by
+  /// 256, and must: hosts rely on which changes are seen.
+  [[nodiscard]] std::uint32_t MotDeTest() const { return Lit(0x0F) * 255U + Lit(0x0E); }
+  /// A set bit is the true level.
+  [[nodiscard]] bool LitEntrée(std::int16_t voie) const {
+    return (LitEntrées() & Masque(voie)) != 0;
+  }
+
+  void DémarreSorties() { EcritSorties(0); }
+  void EcritSorties(std::uint32_t image) {
+    imageSorties_ = image;
+    EcritPaire(0x0C, static_cast<std::uint16_t>(image & 0xFFFFU));
+  }
+  void EcritSortie(std::int16_t voie, bool active) {
+    EcritSorties(AvecBit(imageSorties_, voie, active));
+  }
+
+ private:
+  std::uint32_t imageSorties_ = 0;
+};
+
+}  // namespace zuma

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "boards/carte_es.h"
+
+namespace zuma {
+
+/// ACL 8316: 16 analog inputs of 16 bits with four gains and a hardware scan, 2 analog outputs of
+/// 12 bits, a frequency output, 16 logic inputs and outputs.
+class ACL_8316 : public CarteES {
+ public:
+  static constexpr double kPleineEchelle = 32768;
+  static constexpr int kVoiesDuScan = 16;
+  /// One sum a channel; a block may have more channels than the board.
+  using Sommes = std::array<double, 32>;
+
+  using CarteES::CarteES;
+
+  /// Counter stopped and multiplexer at rest; for a scan the whole start sequence.
+  void DémarreAnalogique(bool scan);
+  /// One conversion with automatic range, in signed counts of gain 1.
+  [[nodiscard]] double LitAnalogique(std::int16_t voie, std::int16_t& gain);
+  /// Adds `lectures` scans of the 16 channels to the sums, then rearms the scan.
+  void LitScan(int lectures, Sommes& sommes);
+
+  void DémarreSortiesAnalogiques();
+  /// Codes 0 to 2047 are positive, 2048 to 4095 negative (two's complement on 12 bits).
+  void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
+  /// Square wave of that frequency in hertz on counter 0; 0 or less, or a divisor of the clock
+  /// out of 1 to 65535, stops it.
+  void ProgrammeFréquence(double hertz);
+  void ArrêteFréquence();
+
+  void DémarreEntrées() {}
+  [[nodiscard]] std::uint32_t LitEntrées() const { return LitMot(14); }
+  /// A set bit is the false level.
+  [[nodiscard]] bool LitEntrée(std::int16_t voie) const { return (LitMot(14) & Masque(voie)) == 0; }
+
+  void DémarreSorties() { EcritSorties(0); }
+  void EcritSorties(std::uint32_t image);
+  void EcritSortie(std::int16_t voie, bool active) {
+    EcritSorties(AvecBit(imageSorties_, voie, active));
+  }
+
+ private:
+  [[nodiscard]] double Convertit(std::int16_t voie, std::int16_t gain);
+
+  std::uint32_t imageSorties_ = 0;
+};
+
+}  // namespace zuma

@@ -1,0 +1,47 @@
+#include "boards/carte_es.h"
+
+namespace zuma {
+
+std::uint16_t CarteES::LitPaire(std::uint16_t bas, std::uint16_t haut) const {
+  const unsigned poidsFort = Lit(haut);
+  return static_cast<std::uint16_t>(poidsFort * 256 + Lit(bas));
+}
+
+void CarteES::EcritPaire(std::uint16_t décalage, std::uint16_t mot) {
+  Ecrit(décalage, static_cast<std::uint8_t>(mot & 0xFFU));
+  Ecrit(static_cast<std::uint16_t>(décalage + 1), static_cast<std::uint8_t>(mot >> 8U));
+}
+
+void CarteES::Attend(double microsecondes) const {
+  const Ref<ZED_Timer>& timer = matériel_.timer;
+  const double fin = timer->LitMicrosecondes() + microsecondes;
+  while (timer->LitMicrosecondes() < fin) {
+  }
+}
+
+void CarteES::AttendHeureDuJour(double secondes) const {
+  constexpr double kJour = 24 * 3600;
+  const Horloge& horloge = *matériel_.plateforme.horloge;
+  const double départ = horloge.HeureDuJour();
+  double écoulé = 0;
+  do {
+    écoulé = horloge.HeureDuJour() - départ;
+    if (écoulé < 0) écoulé += kJour;  // midnight passed
+  } while (écoulé < secondes);
+}
+
+std::uint32_t Masque(std::int16_t voie) {
+  if (voie < 0 || voie > 31) throw Echec(Numéro::IndiceHorsPlage);
+  return 1U << static_cast<unsigned>(voie);
+}
+
+std::uint32_t AvecBit(std::uint32_t image, std::int16_t voie, bool actif) {
+  return actif ? image | Masque(voie) : image & ~Masque(voie);
+}
+
+std::uint16_t DécalageSortie(std::int16_t voie, std::int16_t nombre) {
+  if (voie < 0 || voie >= nombre) throw Echec(Numéro::IndiceHorsPlage);
+  return static_cast<std::uint16_t>(voie * 2);
+}
+
+}  // namespace zuma

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/echec.h"
+#include "tree/driver_table.h"
+#include "tree/materiel.h"
+
+namespace zuma {
+
+/// What the port-mapped boards have in common: registers at offsets from a base address, and
+/// blind waits. No port operation reports a failure: an absent board reads as whatever the bus
+/// gives.
+class CarteES : public Pilote {
+ public:
+  CarteES(const Matériel& matériel, std::uint16_t base) : matériel_(matériel), base_(base) {}
+
+ protected:
+  [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) const {
+    return matériel_.plateforme.ports->Inp(Port(décalage));
+  }
+  [[nodiscard]] std::uint16_t LitMot(std::uint16_t décalage) const {
+    return matériel_.plateforme.ports->Inpw(Port(décalage));
+  }
+  /// Two bytes of an unsigned word, each at its own offset.
+  [[nodiscard]] std::uint16_t LitPaire(std::uint16_t bas, std::uint16_t haut) const;
+  void Ecrit(std::uint16_t décalage, std::uint8_t octet) {
+    matériel_.plateforme.ports->Outp(Port(décalage), octet);
+  }
+  void EcritMot(std::uint16_t décalage, std::uint16_t mot) {
+    matériel_.plateforme.ports->Outpw(Port(décalage), mot);
+  }
+  /// A word as two bytes: the low one at `décalage`, then the high one behind it.
+  void EcritPaire(std::uint16_t décalage, std::uint16_t mot);
+
+  /// Busy wait on the frame's timer, in microseconds.
+  void Attend(double microsecondes) const;
+  /// Busy wait on the time of day, in seconds; for starts only.
+  void AttendHeureDuJour(double secondes) const;
+
+  [[nodiscard]] std::uint16_t Port(std::uint16_t décalage) const noexcept {
+    return static_cast<std::uint16_t>(base_ + décalage);
+  }
+  [[nodiscard]] const Matériel& LeMatériel() const noexcept { return matériel_; }
+
+ private:
+  Matériel matériel_;
+  std::uint16_t base_;
+};
+
+/// Bit of a channel in a word of logic lines; a channel out of 0 to 31 fails with 9.
+[[nodiscard]] std::uint32_t Masque(std::int16_t voie);
+
+/// `image` with the bit of `voie` set or cleared.
+[[nodiscard]] std::uint32_t AvecBit(std::uint32_t image, std::int16_t voie, bool actif);
+
+/// Offset of an analog output: one word a channel. A channel out of 0 to `nombre` - 1 fails with 9,
+/// so that no other register of the board is written.
+[[nodiscard]] std::uint16_t DécalageSortie(std::int16_t voie, std::int16_t nombre);
+
+}  // namespace zuma

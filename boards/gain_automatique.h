@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+namespace zuma {
+
+/// Magnitudes between which a gain stays: below the first it goes up, above the second down. They
+/// stand at about half and all of a converter's range, less a margin.
+struct SeuilsDeGain {
+  double montée;
+  double descente;
+};
+inline constexpr SeuilsDeGain kSeuils16Bits{16284, 32668};
+inline constexpr SeuilsDeGain kSeuils12Bits{1948, 3995};
+
+inline constexpr std::int16_t kGainMaximal = 3;
+
+/// One conversion with automatic range: converts again until the gain found stays. `gain` starts
+/// at the code given and ends at the one found. The value is brought to gain 1 (code 0), so that
+/// one signal gives one value at any gain.
+template <class Conversion>
+double LitAvecGain(std::int16_t& gain, SeuilsDeGain seuils, Conversion&& conversion) {
+  while (true) {
+    const std::int16_t essayé = gain;
+    const double lecture = conversion(essayé);
+    const double grandeur = std::fabs(lecture);
+    if (grandeur < seuils.montée) ++gain;
+    if (grandeur > seuils.descente) --gain;
+    if (gain < 0) gain = 0;
+    if (gain > kGainMaximal) gain = kGainMaximal;
+    if (gain == essayé) return lecture / std::ldexp(1.0, essayé);
+  }
+}
+
+}  // namespace zuma

@@ -1,0 +1,230 @@
+// What blocks and channels ask of the port-mapped boards, once for all boards.
+#include "boards/operations.h"
+
+#include "boards/a_826pg.h"
+#include "boards/acl_6126.h"
+#include "boards/acl_8316.h"
+#include "boards/entrees_12_bits.h"
+#include "boards/pcl_731.h"
+#include "boards/pet48_dio.h"
+#include "tree/carte.h"
+
+namespace zuma::pilotes {
+namespace {
+
+template <class Board>
+Pilote& Ouvre(Carte& carte, std::uint16_t base) {
+  return carte.PiloteDe<Board>(base);
+}
+
+void RafraîchitLesCanaux(Fonction& bloc) {
+  for (const CanalRef& canal : bloc.LesCanaux()) canal->MetàJour();
+}
+
+// --- Logic inputs
+
+// How a board differs from the rule; a board that says nothing follows it.
+template <class Board>
+consteval bool BitParNuméro() {
+  if constexpr (requires { Board::kBitParNuméro; }) return Board::kBitParNuméro;
+  return false;
+}
+template <class Board>
+consteval bool PremierMotCompte() {
+  if constexpr (requires { Board::kPremierMotCompte; }) return Board::kPremierMotCompte;
+  return true;
+}
+template <class Board>
+consteval bool ParCanalPossible() {
+  if constexpr (requires { Board::kParCanalPossible; }) return Board::kParCanalPossible;
+  return false;
+}
+
+template <class Board>
+std::uint32_t MotDeTest(Board& board) {
+  if constexpr (requires { board.MotDeTest(); }) {
+    return board.MotDeTest();
+  } else {
+    return board.LitEntrées();
+  }
+}
+
+template <class Board>
+void DémarreEntrées(Fonction& bloc) {
+  bloc.PiloteDe<Board>().DémarreEntrées();
+  bloc.MotPrécédent({});
+}
+
+// A channel takes the bit of its rank in the block, or of its number on the boards that say so.
+template <class Board>
+void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
+  std::int16_t rang = 0;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    const std::int16_t bit = BitParNuméro<Board>() ? canal->NuméroCanal() : rang;
+    canal->ValeurCanal((mot & Masque(bit)) != 0 ? kVrai : 0);
+    ++rang;
+  }
+}
+
+template <class Board>
+void RafraîchitEntrées(Fonction& bloc) {
+  auto& board = bloc.PiloteDe<Board>();
+  const std::uint32_t test = MotDeTest(board);
+  const auto précédent = bloc.MotPrécédent();
+  if (PremierMotCompte<Board>() ? précédent == test : précédent.value_or(0) == test) return;
+  bloc.MotPrécédent(test);
+  if (ParCanalPossible<Board>() && !bloc.MAJParFonction()) {
+    RafraîchitLesCanaux(bloc);
+  } else {
+    RépartitLesBits<Board>(bloc, board.LitEntrées());
+  }
+}
+
+template <class Board>
+void LitEntrée(Canal& canal) {
+  const bool vrai = canal.PiloteDe<Board>().LitEntrée(canal.NuméroCanal());
+  canal.ValeurCanal(vrai ? kVrai : 0);
+}
+
+template <class Board>
+constexpr OpérationsPilote kEntréesDe{.ouvre = &Ouvre<Board>,
+                                      .démarreBloc = &DémarreEntrées<Board>,
+                                      .rafraîchitBloc = &RafraîchitEntrées<Board>,
+                                      .rafraîchitCanal = &LitEntrée<Board>};
+
+// --- Logic outputs
+
+template <class Board>
+void DémarreSorties(Fonction& bloc) {
+  bloc.PiloteDe<Board>().DémarreSorties();
+}
+
+// Only -1 counts for a block, where a single channel takes anything but 0.
+template <class Board>
+void RafraîchitSorties(Fonction& bloc) {
+  std::uint32_t image = 0;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (canal->ValeurCanal() == kVrai) image |= Masque(canal->NuméroCanal());
+  }
+  bloc.PiloteDe<Board>().EcritSorties(image);
+}
+
+template <class Board>
+void EcritSortie(Canal& canal) {
+  canal.PiloteDe<Board>().EcritSortie(canal.NuméroCanal(), canal.ValeurCanal() != 0);
+}
+
+template <class Board>
+constexpr OpérationsPilote kSortiesDe{.ouvre = &Ouvre<Board>,
+                                      .démarreBloc = &DémarreSorties<Board>,
+                                      .rafraîchitBloc = &RafraîchitSorties<Board>,
+                                      .rafraîchitCanal = &EcritSortie<Board>};
+
+// --- Analog inputs
+
+template <class Board>
+void DémarreAnalogique(Fonction& bloc) {
+  bloc.PiloteDe<Board>().DémarreAnalogique(bloc.MAJParFonction());
+}
+
+template <class Board>
+void LitAnalogique(Canal& canal) {
+  auto& board = canal.PiloteDe<Board>();
+  canal.LitMoyenne(
+      [&](std::int16_t& gain) { return board.LitAnalogique(canal.NuméroCanal(), gain); },
+      Board::kPleineEchelle);
+}
+
+template <class Board>
+constexpr OpérationsPilote kAnalogiqueDe{.ouvre = &Ouvre<Board>,
+                                         .démarreBloc = &DémarreAnalogique<Board>,
+                                         .rafraîchitBloc = &RafraîchitLesCanaux,
+                                         .rafraîchitCanal = &LitAnalogique<Board>};
+
+// The channels of a scan take the sums in the order of the block.
+void RafraîchitScan(Fonction& bloc) {
+  if (!bloc.MAJParFonction()) {
+    RafraîchitLesCanaux(bloc);
+    return;
+  }
+  ACL_8316::Sommes sommes{};
+  bloc.PiloteDe<ACL_8316>().LitScan(bloc.NbLecture(), sommes);
+  std::size_t rang = 0;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (rang >= sommes.size()) throw Echec(Numéro::IndiceHorsPlage);
+    canal->ValeurCanal(Divise(sommes[rang++], bloc.NbLecture()) * kPleineEchelle /
+                       ACL_8316::kPleineEchelle);
+  }
+}
+
+// --- Analog outputs
+
+template <class Board>
+void DémarreSortiesAnalogiques(Fonction& bloc) {
+  bloc.PiloteDe<Board>().DémarreSortiesAnalogiques();
+}
+
+template <class Board>
+void EcritAnalogique(Canal& canal) {
+  canal.PiloteDe<Board>().EcritAnalogique(canal.NuméroCanal(), VersEntier16(canal.ValeurCanal()));
+}
+
+template <class Board>
+constexpr OpérationsPilote kSortiesAnalogiquesDe{.ouvre = &Ouvre<Board>,
+                                                 .démarreBloc = &DémarreSortiesAnalogiques<Board>,
+                                                 .rafraîchitBloc = &RafraîchitLesCanaux,
+                                                 .rafraîchitCanal = &EcritAnalogique<Board>};
+
+void DémarreSortieOuFréquence(Canal& canal) {
+  if (canal.EnFréquence()) canal.PiloteDe<ACL_8316>().ArrêteFréquence();
+}
+
+void EcritSortieOuFréquence(Canal& canal) {
+  if (!canal.EnFréquence()) {
+    EcritAnalogique<ACL_8316>(canal);
+    return;
+  }
+  canal.PiloteDe<ACL_8316>().ProgrammeFréquence(VersEntier16(canal.ValeurCanal()));
+}
+
+// --- Whole boards
+
+void DémarrePET48(Carte& carte) {
+  PET48_DIO({carte.LaPlateforme(), carte.LeTimer()}, static_cast<std::uint16_t>(carte.Adresse()))
+      .DémarreCarte();
+}
+
+}  // namespace
+
+const OpérationsPilote kPCL731Entrées = kEntréesDe<PCL_731>;
+const OpérationsPilote kPCL731Sorties = kSortiesDe<PCL_731>;
+const OpérationsPilote kPET48EntréesTB24 = kEntréesDe<PET48_TB24>;
+const OpérationsPilote kPET48EntréesPCLD = kEntréesDe<PET48_PCLD>;
+const OpérationsPilote kPET48SortiesTB24 = kSortiesDe<PET48_TB24>;
+const OpérationsPilote kPET48SortiesPCLD = kSortiesDe<PET48_PCLD>;
+const OpérationsPilote kACL8316Entrées = kEntréesDe<ACL_8316>;
+const OpérationsPilote kACL8316Sorties = kSortiesDe<ACL_8316>;
+const OpérationsPilote kACL8316Analogique{.ouvre = &Ouvre<ACL_8316>,
+                                          .démarreBloc = &DémarreAnalogique<ACL_8316>,
+                                          .rafraîchitBloc = &RafraîchitScan,
+                                          .rafraîchitCanal = &LitAnalogique<ACL_8316>};
+const OpérationsPilote kACL8316SortiesAnalogiques{
+    .ouvre = &Ouvre<ACL_8316>,
+    .démarreBloc = &DémarreSortiesAnalogiques<ACL_8316>,
+    .rafraîchitBloc = &RafraîchitLesCanaux,
+    .démarreCanal = &DémarreSortieOuFréquence,
+    .rafraîchitCanal = &EcritSortieOuFréquence};
+const OpérationsPilote kA826Entrées = kEntréesDe<A_826PG>;
+const OpérationsPilote kA826Sorties = kSortiesDe<A_826PG>;
+const OpérationsPilote kA826Analogique = kAnalogiqueDe<A_826PG>;
+const OpérationsPilote kA826SortiesAnalogiques = kSortiesAnalogiquesDe<A_826PG>;
+const OpérationsPilote kACL6126Entrées = kEntréesDe<ACL_6126>;
+const OpérationsPilote kACL6126Sorties = kSortiesDe<ACL_6126>;
+const OpérationsPilote kACL6126SortiesAnalogiques = kSortiesAnalogiquesDe<ACL_6126>;
+const OpérationsPilote kPCL813Analogique = kAnalogiqueDe<PCL_813B>;
+const OpérationsPilote kACL8113Analogique = kAnalogiqueDe<ACL_8113>;
+const OpérationsPilote kPCL728Sorties = kSortiesAnalogiquesDe<PCL_728>;
+const OpérationsPilote kACL6128Sorties = kSortiesAnalogiquesDe<ACL_6128>;
+const OpérationsCarte kPET48Carte{.démarre = &DémarrePET48};
+
+}  // namespace zuma::pilotes

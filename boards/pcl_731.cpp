@@ -1,0 +1,51 @@
+#include "boards/pcl_731.h"
+
+namespace zuma {
+namespace {
+
+constexpr std::uint16_t kCommande = 3;
+constexpr std::uint16_t kSecondeInterface = 4;
+constexpr std::uint8_t kToutEnEntrée = 0x9B;
+constexpr std::uint8_t kToutEnSortie = 0x80;
+constexpr std::uint32_t kMotLu = 0x7FFFFF;       // line 23 is not read by the block
+constexpr std::uint32_t kMotEcrit = 0x80FFFFFF;  // data and the control of the interface
+constexpr int kPorts = 3;
+
+}  // namespace
+
+// Kept as the boards in service are started; the mode byte of each read and write is what counts.
+void PCL_731::DémarreEntrées() {
+  Ecrit(0, 3);
+  Ecrit(1, kToutEnEntrée);
+}
+
+std::uint32_t PCL_731::LitEntrées() {
+  Ecrit(kCommande, kToutEnEntrée);
+  return LeMatériel().plateforme.ports->Inpd(Port(0)) & kMotLu;
+}
+
+bool PCL_731::LitEntrée(std::int16_t voie) {
+  if (voie >= kLignes) return true;
+  Ecrit(kCommande, kToutEnEntrée);
+  const std::uint32_t masque = Masque(static_cast<std::int16_t>(voie % 8));
+  return (Lit(static_cast<std::uint16_t>(voie / 8)) & masque) == 0;
+}
+
+void PCL_731::DémarreSorties() {
+  Ecrit(kCommande, kToutEnSortie);
+  for (std::uint16_t port = 0; port < kPorts; ++port) Ecrit(port, 0xFF);
+}
+
+void PCL_731::EcritSorties(std::uint32_t image) {
+  LeMatériel().plateforme.ports->Outpd(Port(kSecondeInterface), ~image & kMotEcrit);
+}
+
+void PCL_731::EcritSortie(std::int16_t voie, bool active) {
+  if (voie < 0 || voie >= kLignes) throw Echec(Numéro::IndiceHorsPlage);
+  const auto port = static_cast<std::uint16_t>(voie / 8);
+  const std::uint32_t lu = Lit(port);
+  Ecrit(port, static_cast<std::uint8_t>(AvecBit(lu, static_cast<std::int16_t>(voie % 8), !active) &
+                                        0xFFU));
+}
+
+}  // namespace zuma

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+
+#include "boards/carte_es.h"
+
+namespace zuma {
+
+/// PET 48 DIO: 24 logic inputs and 24 outputs behind a select port and a data port.
+class PET48_DIO : public CarteES {
+ public:
+  using CarteES::CarteES;
+
+  /// Sets both interfaces up: inputs on the first, outputs on the second.
+  void DémarreCarte();
+  void DémarreEntrées() { (void)LitVingtQuatre(); }
+
+ protected:
+  [[nodiscard]] std::uint32_t LitVingtQuatre();
+  void EcritVingtQuatre(std::uint32_t mot);
+
+ private:
+  void Sélectionne(std::uint8_t port) { Ecrit(0, port); }
+};
+
+/// The board with one of its two wirings: the terminal boards of the one carry the lines as they
+/// stand, those of the other invert them.
+template <bool kInversé>
+class PET48_Câblé : public PET48_DIO {
+ public:
+  using PET48_DIO::PET48_DIO;
+
+  static constexpr bool kParCanalPossible = true;
+  [[nodiscard]] std::uint32_t LitEntrées() { return Câblé(LitVingtQuatre()); }
+  [[nodiscard]] bool LitEntrée(std::int16_t voie) { return (LitEntrées() & Masque(voie)) != 0; }
+
+  void DémarreSorties() { EcritSorties(0); }
+  void EcritSorties(std::uint32_t image) {
+    imageSorties_ = image;
+    EcritVingtQuatre(Câblé(image));
+  }
+  void EcritSortie(std::int16_t voie, bool active) {
+    EcritSorties(AvecBit(imageSorties_, voie, active));
+  }
+
+ private:
+  static constexpr std::uint32_t kLignes = 0xFFFFFF;
+  [[nodiscard]] static std::uint32_t Câblé(std::uint32_t mot) {
+    return (kInversé ? ~mot : mot) & kLignes;
+  }
+
+  std::uint32_t imageSorties_ = 0;
+};
+
+using PET48_TB24 = PET48_Câblé<false>;
+using PET48_PCLD = PET48_Câblé<true>;
+
+}  // namespace zuma

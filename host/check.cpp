@@ -1,0 +1,115 @@
+#include <cstdio>
+
+#include "core/chassis.h"
+#include "core/echec.h"
+#include "host/problemes.h"
+#include "host/session.h"
+#include "host/verbes.h"
+#include "host/verifie_donnees.h"
+#include "platform/linux/base_sqlite.h"
+#include "platform/linux/liaison_serie_linux.h"
+#include "platform/linux/minuterie.h"
+#include "platform/linux/parametres.h"
+#include "platform/linux/traducteur.h"
+
+namespace zuma::host {
+namespace {
+
+template <class Objet>
+void ExigeConstruit(const Objet& objet, ENUM_DRIVER driver, Recueil& recueil) {
+  try {
+    LigneDuDriver(driver).ExigeConstruit();
+  } catch (const Echec& e) {
+    recueil.Montre(e.Description(), {objet.MotDeClasse(), objet.Key(), objet.NomPourErreur()});
+  }
+}
+
+// A driver that this version lacks would only show when the frame is started.
+void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
+  for (const CarteRef& carte : *chassis.Cartes()) {
+    ExigeConstruit(*carte, carte->Driver_enm(), recueil);
+    for (const FonctionRef& bloc : *carte->Fonctions()) {
+      ExigeConstruit(*bloc, bloc->Driver_enm(), recueil);
+      for (const CanalRef& canal : *bloc->Canals()) {
+        if (canal->Driver() != bloc->Driver_enm()) {
+          ExigeConstruit(*canal, canal->Driver(), recueil);
+        }
+      }
+    }
+  }
+}
+
+struct Contenu {
+  int cartes = 0, blocs = 0, canaux = 0, capteurs = 0, commandes = 0, entrées = 0, sorties = 0;
+};
+
+Contenu Compte(Chassis& chassis) {
+  Contenu contenu{.cartes = chassis.Cartes()->Count(),
+                  .capteurs = chassis.Capteurs()->Count(),
+                  .commandes = chassis.Commandes()->Count(),
+                  .entrées = chassis.EntréesLogiques()->Count(),
+                  .sorties = chassis.SortiesLogiques()->Count()};
+  for (const CarteRef& carte : *chassis.Cartes()) {
+    contenu.blocs += carte->Fonctions()->Count();
+    for (const FonctionRef& bloc : *carte->Fonctions()) contenu.canaux += bloc->Canals()->Count();
+  }
+  return contenu;
+}
+
+// Loads and links as a host would, with collaborators that keep what they are told. Nothing is
+// started: the machine is not touched.
+Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
+                    const Ref<Recueil>& recueil) {
+  Plateforme plateforme;
+  plateforme.messages = recueil.Brut();
+  linux_::FabriqueLiaisonsLinux liaisons;
+  plateforme.liaisons = &liaisons;
+  const linux_::Parametres paramètres;
+  Chassis chassis(plateforme);
+  chassis.TimerExact(Crée<linux_::Minuterie>());
+  chassis.ChargeErreur(recueil);
+  chassis.ChargeLeChassis(base, index);
+  chassis.Lien(base, std::to_string(index), {}, paramètres.Collection(),
+               Crée<linux_::Traducteur>());
+  chassis.MiseàJourDesLiens();
+  VérifieLesDrivers(chassis, *recueil);
+  return Compte(chassis);
+}
+
+void VérifieLeFichier(const std::string& fichier, Recueil& recueil) {
+  const linux_::BaseSqlite base(fichier, {.lectureSeule = true});
+  for (std::string& texte : base.ProblèmesDIntégrité()) {
+    recueil.Ajoute({.origine = Origine::Fichier, .texte = std::move(texte)});
+  }
+}
+
+void Imprime(const OptionsCheck& options, const std::vector<Problème>& problèmes,
+             const Contenu& contenu) {
+  if (options.json) {
+    std::printf("%s\n", EnJson(problèmes).c_str());
+    return;
+  }
+  for (const Problème& problème : problèmes) std::printf("%s\n", Ligne(problème).c_str());
+  std::printf(
+      "Frame %d: %d boards, %d blocks, %d channels, %d sensors, %d commands, %d logic inputs, %d "
+      "logic outputs: %s\n",
+      options.chassis, contenu.cartes, contenu.blocs, contenu.canaux, contenu.capteurs,
+      contenu.commandes, contenu.entrées, contenu.sorties,
+      problèmes.empty() ? "no problem"
+                        : (std::to_string(problèmes.size()) + " problem(s)").c_str());
+}
+
+}  // namespace
+
+int Check(const OptionsCheck& options) {
+  const Ref<BaseDeDonnées> base = OuvreLaBase(options.fichier, true);
+  const auto recueil = Crée<Recueil>();
+  VérifieLeFichier(options.fichier, *recueil);
+  ExigeChassis(*base, options.fichier, options.chassis);
+  VérifieLesDonnées(*base, *recueil);
+  const Contenu contenu = ChargeEtLie(base, options.chassis, recueil);
+  Imprime(options, recueil->Problèmes(), contenu);
+  return recueil->Problèmes().empty() ? kBon : kProblèmes;
+}
+
+}  // namespace zuma::host

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/collaborateurs.h"
+#include "platform/services.h"
+
+namespace zuma::host {
+
+/// Where a problem was met.
+enum class Origine {
+  Fichier,  ///< the database file itself
+  Donnée,   ///< a value, column or table of it
+  Message,  ///< a message box of the library
+  Echec     ///< an entry of the error record
+};
+
+/// One thing that is wrong with a configuration. Fields that do not apply stay empty.
+struct Problème {
+  Origine origine = Origine::Donnée;
+  std::string table{};
+  std::string ligne{};  ///< "Index" of the row
+  std::string colonne{};
+  std::string trouvé{};
+  std::string attendu{};
+  std::string objet{};  ///< class, key and name of the object concerned
+  std::string texte{};
+
+  friend bool operator==(const Problème&, const Problème&) = default;
+};
+
+/// Collects what a frame tells while it is loaded and linked.
+class Recueil : public ZED_Erreur, public BoîteDeMessage {
+ public:
+  void AjouteErreur(std::string_view message, const TableVariables& variables) override;
+  void Montre(std::string_view texte, const ObjetConcerné& objet) override;
+  /// Keeps the problem, once: a board that is gone fails on every pass.
+  void Ajoute(Problème problème);
+  [[nodiscard]] const std::vector<Problème>& Problèmes() const { return problèmes_; }
+
+ private:
+  std::vector<Problème> problèmes_;
+};
+
+/// The problem as one line for people.
+[[nodiscard]] std::string Ligne(const Problème& problème);
+/// All problems as a JSON text, an array of objects.
+[[nodiscard]] std::string EnJson(const std::vector<Problème>& problèmes);
+
+}  // namespace zuma::host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "platform/base_de_donnees.h"
+
+namespace zuma::host {
+
+/// What was asked cannot be done as asked; the text says what to do instead.
+struct MauvaisUsage : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// Opens the configuration. A file that is not one is misuse of the program.
+[[nodiscard]] Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule);
+
+/// Throws `MauvaisUsage`, with the frames that are there, when the frame is not.
+void ExigeChassis(BaseDeDonnées& base, const std::string& fichier, std::int32_t chassis);
+
+}  // namespace zuma::host

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+// The verbs of the program, each with its options. A verb returns the exit code.
+namespace zuma::host {
+
+inline constexpr int kBon = 0;
+inline constexpr int kProblèmes = 1;
+inline constexpr int kMauvaisUsage = 2;
+
+struct OptionsInit {
+  std::string fichier;
+};
+/// Writes a new database with the schema and the demo frame; never overwrites a file.
+int Init(const OptionsInit& options);
+
+struct OptionsCheck {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool json = false;
+};
+/// Loads and links the frame and tells every problem with the object it concerns.
+int Check(const OptionsCheck& options);
+
+struct OptionsRun {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  std::optional<double> secondes;
+  bool json = false;
+};
+/// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
+int Run(const OptionsRun& options);
+
+}  // namespace zuma::host

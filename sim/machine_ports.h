@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "core/chassis.h"
+#include "sim/bornes.h"
+#include "sim/bus_ports.h"
+#include "sim/horloge_virtuelle.h"
+
+namespace zuma::sim {
+
+/// The port-mapped boards of a frame as twins on a simulated bus.
+class MachinePorts {
+ public:
+  explicit MachinePorts(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+
+  /// Plugs the twin of every port-mapped block of a loaded frame, one for each base address. To be
+  /// called before the frame is started.
+  void Branche(Chassis& chassis);
+  /// Terminals of the board that a channel sits on; none for a channel of any other board.
+  [[nodiscard]] Bornes* BornesDe(const Canal& canal) const;
+  [[nodiscard]] BusPorts& Bus() noexcept { return bus_; }
+
+ private:
+  struct Enfichée {
+    std::uint16_t base;
+    std::unique_ptr<CarteSimulée> carte;
+  };
+  [[nodiscard]] CarteSimulée* Trouve(std::uint16_t base) const;
+
+  HorlogeVirtuelle& horloge_;
+  BusPorts bus_;
+  std::vector<Enfichée> cartes_;
+};
+
+}  // namespace zuma::sim
