@@ -10,6 +10,8 @@ constexpr double kMilieu = 5;          // volts
 constexpr double kAmplitude = 4;       // volts: 1 to 9 V suits unipolar boards too
 constexpr double kPériode = 8;         // seconds
 constexpr double kClignotement = 1.5;  // seconds
+// The terminals move in steps, so that a view shows values and terminals of the same instant.
+constexpr double kPalier = 0.1;  // seconds
 
 }  // namespace
 
@@ -53,10 +55,15 @@ void MachineSimulée::Anime(const Entrée& entrée, double secondes) {
 }
 
 void MachineSimulée::AvanceJusquA(double secondes) {
-  const double retard = secondes * 1e6 - horloge->Maintenant();
+  // The start of the boards took its own time.
+  if (passe_ == 0) origine_ = horloge->Maintenant();
+  const double retard = origine_ + secondes * 1e6 - horloge->Maintenant();
   if (retard > 0) horloge->Avance(retard);
   ports.Bus().Passe(++passe_);
-  for (const Entrée& entrée : entrées_) Anime(entrée, secondes);
+  const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
+  if (palier == palier_) return;
+  palier_ = palier;
+  for (const Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 
 }  // namespace zuma::sim

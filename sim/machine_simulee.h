@@ -43,6 +43,8 @@ class MachineSimulée {
 
   std::vector<Entrée> entrées_;
   std::uint64_t passe_ = 0;
+  double origine_ = 0;        ///< clock at the first pass, microseconds
+  std::int64_t palier_ = -1;  ///< last step of the terminals
 };
 
 }  // namespace zuma::sim
