@@ -22,20 +22,23 @@ class Régression {
   [[nodiscard]] std::optional<double> Ajoute(double t, double v, double N);
 
  private:
-  // N ΣT² - (ΣT)² is a small difference of large numbers when the timer counts from the start of
-  // the machine; the wider type keeps the slope meaningful after weeks.
-  using Large = long double;
+  // Sums over the samples kept, times taken from `origine_`. N ΣT² - (ΣT)² is a small difference
+  // of large numbers when the timer counts from the start of the machine; brought to a near
+  // origin, the same formula stays exact.
   struct Sommes {
-    Large T = 0;
-    Large V = 0;
-    Large T2 = 0;
-    Large TV = 0;
-    void Remplace(double t, double v, double tParti, double vParti);
+    double U = 0;
+    double V = 0;
+    double U2 = 0;
+    double UV = 0;
+    void Compte(double u, double v, double signe);
+    void Décale(double delta, double nombre);
   };
 
   Sommes sommes_;
+  double origine_ = 0;  ///< seconds
   std::array<double, kCapacité + 1> T_{};
   std::array<double, kCapacité + 1> V_{};
+  std::size_t remplis_ = 0;  ///< entries that hold a sample
   std::int16_t mintIndexRégression_ = 1;
 };
 
