@@ -160,6 +160,8 @@ TEST_F(UneContrainteSurEprouvette, SuitLesParamètresEtReporteLaSection) {
   const auto c = Contrainte();
   EXPECT_EQ(section->ValeurParamètre(), "7853,98163397448");  // mm², once
   EXPECT_EQ(section->écritures, 1);
+  côté->ValeurParamètre("12");  // of no use to a cylinder: computed again, nothing written
+  EXPECT_EQ(section->écritures, 1);
   EXPECT_NEAR(Sous(*c, 78.53981633974483), 10, 1e-9);  // 1 kN/cm² is 10 MPa
   EXPECT_NEAR(c->ConvertionContrainteForce(10), 78.53981633974483, 1e-9);
   facteur->ValeurParamètre("2");

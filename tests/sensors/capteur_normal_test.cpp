@@ -50,8 +50,8 @@ TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
     int état;
   } cas[] = {
       {"dedans", 500, 0, true, true, false, kCorrect},
-      {"sur le maxi en unité", 1100, 0, true, true, false, kDangereux},
-      {"sous le maxi en unité", 1099.9, 0, true, true, false, kCorrect},
+      {"sur le maxi en unité", 1000, 0, true, true, false, kDangereux},
+      {"sous le maxi en unité", 999.9, 0, true, true, false, kCorrect},
       {"sur le mini en unité", -100, 0, true, true, false, kDangereux},
       {"arrêt non configuré", 1200, 0, false, true, false, kNonDangereux},
       {"arrêt interdit", 1200, 0, true, false, false, kNonDangereux},
@@ -64,6 +64,7 @@ TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
   };
   for (const auto& c : cas) {
     Ligne ligne = Avec(LigneDeCapteur(), "Seuil de Lecture Non Valide", Valeur(c.seuil));
+    ligne = Avec(ligne, "Sécurité Maximale en Unité", Valeur(100.0));
     ligne = Avec(ligne, "Arrêt en Cas de Dépassement des sécurités", Valeur(c.arrêt));
     Devient(Avec(ligne, "Etalonnage par utilisateur", Valeur(c.étalonne)));
     if (!c.autorise) capteur->InterditAU();
@@ -242,6 +243,14 @@ TEST_F(UnCapteurDeForce, MesureSonZéroSurLesPointsBruts) {
   capteur->AnnuleRaz();
   Passe(250);
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 25);
+}
+
+TEST_F(UnCapteurDeForce, NeMontrePasDeSautDuFiltreAprèsUnZéro) {
+  Devient(Avec(LigneDeCapteur(), "Temps d'Intégration du Canal", Valeur(1.0)));
+  Passe(400);
+  capteur->Raz();
+  for (int i = 0; i < 3; ++i) Passe(400);
+  EXPECT_EQ(capteur->ValeurCourante(), 0);
 }
 
 TEST_F(UnCapteurDeForce, ReferenceSonZéroAuPointQuiLitZéro) {
