@@ -1,0 +1,234 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/chassis.h"
+#include "outils/recordset_fixe.h"
+#include "outils/temoins.h"
+#include "platform/liaison_serie.h"
+#include "sensors/capteur.h"
+
+// A bench for sensors: rows, parameters, translator, safety, serial line and channel of a test.
+namespace zuma::essai {
+
+inline Valeur Texte(std::string texte) {
+  return Valeur(std::move(texte));
+}
+
+/// Row of a sensor from a channel: two points (0 to 100 units over 0 to 1000 points), limits of
+/// -10 to 110 units and -500 to 2000 points, a stop when they are passed.
+inline Ligne LigneDeCapteur() {
+  Ligne ligne{{"Type de Capteur", Texte("Normal")},
+              {"Nom du Capteur", Texte("Force")},
+              {"Nom affiché", Texte("Force fine")},
+              {"Seuil de Lecture Non Valide", Valeur(0.0)},
+              {"Remise à Zéro Autorisée", Valeur(true)},
+              {"Arrêt en Cas de Dépassement des sécurités", Valeur(true)},
+              {"Nombre de Lecture pour une Mise à Valeur", Valeur(3)},
+              {"Temps d'Intégration du Canal", Valeur(0.0)},
+              {"Nombre de Lecture Simultanée", Valeur(4)},
+              {"Sécurité Minimale en Unité", Valeur(-10.0)},
+              {"Sécurité Maximale en Unité", Texte("110,0")},
+              {"Sécurité Minimale en Points", Valeur(-500.0)},
+              {"Sécurité Maximale en Points", Valeur(2000.0)},
+              {"Unité d'Etalonnage", Texte("kN")},
+              {"Date d'Etalonnage", Texte("12/03/2024")},
+              {"Nom de l'Etalonneur", Texte("Durand")},
+              {"Temps de Calcul de la Vitesse", Valeur(0.5)},
+              {"Texte pour le maximum", Texte("Rupture")},
+              {"Détection du maxi", Valeur(false)},
+              {"Recouvrement - Seuil bas %", Valeur(80.0)},
+              {"Recouvrement - Seuil haut %", Valeur(90.0)},
+              {"Recouvrement - Mini valeur pour recouvrement", Valeur(3)}};
+  for (int i = 1; i <= 20; ++i) {
+    const std::string point = "Point " + std::to_string(i);
+    ligne.push_back({point + " - Unité", Valeur(i == 2 ? 100.0 : 0.0)});
+    ligne.push_back({point + " - Point", Valeur(i == 2 ? 1000.0 : 0.0)});
+  }
+  return ligne;
+}
+
+/// Parameter that tells every listener at once, from inside the write.
+class Parametre : public ZED_Parametre {
+ public:
+  Parametre(std::string nom, std::string valeur)
+      : nom_(std::move(nom)), valeur_(std::move(valeur)) {}
+  [[nodiscard]] std::string Key() const override { return nom_; }
+  [[nodiscard]] std::string NomParamètre() const override { return nom_; }
+  [[nodiscard]] std::string ValeurParamètre() const override { return valeur_; }
+  [[nodiscard]] std::string_view LitValeur(std::string&) const override { return valeur_; }
+  void ValeurParamètre(std::string valeur) override {
+    valeur_ = std::move(valeur);
+    ++écritures;
+    const auto copie = abonnés;
+    for (const auto& [numéro, abonné] : copie) abonné();
+  }
+  int Abonne(Abonné abonné) override {
+    abonnés.emplace(++dernier_, std::move(abonné));
+    return dernier_;
+  }
+  void Désabonne(int numéro) noexcept override { abonnés.erase(numéro); }
+
+  int écritures = 0;
+  std::map<int, Abonné> abonnés;
+
+ private:
+  std::string nom_;
+  std::string valeur_;
+  int dernier_ = 0;
+};
+
+/// Translator with one word list; what is not in it gives the key.
+class Traducteur : public ZED_Traduction {
+ public:
+  [[nodiscard]] std::string LangueCourante() const override { return langue; }
+  void LangueCourante(std::string nouvelle) override {
+    langue = std::move(nouvelle);
+    ++écrituresDeLangue;
+  }
+  [[nodiscard]] std::vector<std::string> Langues() const override { return langues; }
+  [[nodiscard]] std::string Traduit(std::string_view clé, std::string_view,
+                                    std::string_view) const override {
+    const auto mot = mots.find(std::string(clé));
+    return mot == mots.end() ? std::string(clé) : mot->second;
+  }
+  std::string langue = "Français";
+  std::vector<std::string> langues{"Français", "English"};
+  std::map<std::string, std::string> mots;
+  int écrituresDeLangue = 0;
+};
+
+/// Safety object that keeps what it was told, and may do something when fired.
+class Sécurité : public ZED_Securite {
+ public:
+  void PositionneCauseAU(std::string_view cause) override {
+    if (refuse) throw Echec(Numéro::ErreurInterne);
+    causes.emplace_back(cause);
+  }
+  Valeur DéclencheSécurité() override {
+    ++arrêts;
+    if (réaction) réaction();
+    return {};
+  }
+  std::vector<std::string> causes;
+  int arrêts = 0;
+  bool refuse = false;
+  std::function<void()> réaction;
+};
+
+/// Serial line fed by the test; `trace` keeps what is done to it.
+class Ligne232 : public ZED_LiaisonSerie {
+ public:
+  void PortSérie(std::int32_t n) override { Note("p", n); }
+  void VitesseSérie(std::int32_t n) override { Note("v", n); }
+  [[nodiscard]] std::int32_t VitesseSérie() const override { return 0; }
+  void ParitéSérie(std::int32_t n) override { Note("a", n); }
+  void BitsDeDonnées(std::int32_t n) override { Note("d", n); }
+  void BitsDeStop(std::int32_t n) override { Note("s", n); }
+  [[nodiscard]] std::int32_t EtatPort() const override { return 1; }
+  void OuvrePort() override {
+    trace += "[ouvre]";
+    if (absente) throw Echec(Numéro::MatérielAbsent);
+  }
+  void FermePort() noexcept override { trace += "[ferme]"; }
+  [[nodiscard]] Octets LitTampon(std::optional<std::int32_t>) override {
+    return std::exchange(reçu, {});
+  }
+  void EcritPort(std::string_view octets) override { trace += octets; }
+  [[nodiscard]] std::int32_t OctetsReçus() const override { return 0; }
+  void Note(const char* quoi, std::int32_t n) { trace += quoi + std::to_string(n) + " "; }
+
+  std::string trace;
+  Octets reçu;
+  bool absente = false;
+};
+
+class Lignes232 : public FabriqueLiaisons {
+ public:
+  [[nodiscard]] Ref<ZED_LiaisonSerie> CréeLiaison() override { return ligne; }
+  [[nodiscard]] Ref<PortInstrument> CréePort() override { return {}; }
+  Ref<Ligne232> ligne = Crée<Ligne232>();
+};
+
+class Pendule : public Horloge {
+ public:
+  [[nodiscard]] double HeureDuJour() const override { return heure; }
+  [[nodiscard]] std::string TexteHeure() const override { return {}; }
+  void Dort(double) override {}
+  double heure = 36000;
+};
+
+/// The bench: one channel, and sensors that read rows and hang on it or on each other.
+class BancCapteur : public Banc {
+ public:
+  BancCapteur() {
+    plateforme.liaisons = &lignes;
+    plateforme.horloge = &pendule;
+  }
+
+  /// A sensor read from `ligne`, linked to the channel of the bench and started.
+  Ref<Capteur> Normal(const Ligne& ligne = LigneDeCapteur()) {
+    const auto capteur = Lu(ligne);
+    capteur->Canal(canal);
+    capteur->Lien(sécurité, {}, traducteur, nullptr);
+    capteur->Initialise();
+    return capteur;
+  }
+  /// A sensor whose value the test writes, with limits of 0 to `maxi`.
+  Ref<Capteur> Libre(double valeur = 0, double maxi = 0) {
+    auto capteur = Nu(ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron);
+    capteur->ValeurCourante(valeur);
+    capteur->MaxiCapteurUnité(maxi);
+    return capteur;
+  }
+  /// A sensor of that kind with children "1", "2", ...
+  Ref<Capteur> Dérivé(ENUM_TYPE_CAPTEUR type, const std::vector<Ref<Capteur>>& fils) {
+    auto capteur = Nu(type);
+    capteur->CapteursFils(Crée<Capteurs>(plateforme));
+    for (std::size_t i = 0; i < fils.size(); ++i) {
+      capteur->CapteursFils()->Référence(fils[i], std::to_string(i + 1));
+    }
+    return capteur;
+  }
+  Ref<Capteur> Lu(const Ligne& ligne) {
+    const auto capteur = Crée<Capteur>(plateforme);
+    capteur->ChargeErreur(registre);
+    capteur->TimerExact(timer);
+    capteur->ParamètresDepuisBD(UneLigne(ligne), 200);
+    return capteur;
+  }
+  /// One refresh `secondes` after the last one, with `points` on the channel.
+  void Passe(Capteur& capteur, double points, double secondes = 0.005) {
+    timer->heure += secondes * 1e6;
+    canal->ValeurCanal(points);
+    capteur.MetàJour();
+  }
+  /// Shared parameter of that index.
+  Ref<Parametre> Partage(int index, const std::string& valeur) {
+    auto parametre = Crée<Parametre>(std::to_string(index), valeur);
+    paramètres->push_back(parametre);
+    return parametre;
+  }
+
+  Lignes232 lignes;
+  Pendule pendule;
+  Ref<Sécurité> sécurité = Crée<Sécurité>();
+  Ref<Traducteur> traducteur = Crée<Traducteur>();
+  ParamètresRef paramètres = Crée<ParamètresPartagés>();
+  CanalRef canal = Crée<Canal>(plateforme);
+
+ private:
+  Ref<Capteur> Nu(ENUM_TYPE_CAPTEUR type) {
+    const auto capteur = Crée<Capteur>(plateforme);
+    capteur->ChargeErreur(registre);
+    capteur->TimerExact(timer);
+    capteur->TypeDeCapteur(type);
+    return capteur;
+  }
+};
+
+}  // namespace zuma::essai

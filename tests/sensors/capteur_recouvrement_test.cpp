@@ -1,0 +1,117 @@
+// A small and a large cell on one force, shown as one sensor.
+#include <gtest/gtest.h>
+
+#include "outils/banc_capteur.h"
+
+namespace zuma {
+namespace {
+
+using essai::Avec;
+using essai::LigneDeCapteur;
+using essai::Texte;
+
+class UnRecouvrement : public testing::Test, protected essai::BancCapteur {
+ protected:
+  /// A small cell of 100 kN and a large one of 1000 kN that reads `écart` too much; the band goes
+  /// from 80 to 90 kN of the small one, and `mini` readings make a gap.
+  void Monte(double écart, std::int32_t mini) {
+    petit = Normal(Avec(Cellule(), "Sécurité Maximale en Unité", Valeur(100.0)));
+    grand = Normal(Avec(Cellule(), "Sécurité Maximale en Unité", Valeur(1000.0)));
+    petit->Canal(Crée<Canal>(plateforme));
+    grand->Canal(Crée<Canal>(plateforme));
+    écart_ = écart;
+    capteur = Lu(Avec(Avec(LigneDeCapteur(), "Type de Capteur", Texte("Recouvrement")),
+                      "Recouvrement - Mini valeur pour recouvrement", Valeur(mini)));
+    capteur->CapteursFils(Crée<Capteurs>(plateforme));
+    capteur->CapteursFils()->Référence(grand, "1");
+    capteur->CapteursFils()->Référence(petit, "2");
+    capteur->Lien(sécurité, {}, traducteur, nullptr);
+    capteur->Initialise();
+  }
+  static essai::Ligne Cellule() {
+    return Avec(Avec(LigneDeCapteur(), "Arrêt en Cas de Dépassement des sécurités", Valeur(false)),
+                "Sécurité Maximale en Points", Valeur(1e6));
+  }
+  /// What the sensor shows under that force.
+  double Sous(double force) {
+    petit->Canal()->ValeurCanal(10 * force);
+    grand->Canal()->ValeurCanal(10 * (force + écart_));
+    for (const auto& c : {petit, grand, capteur}) c->MetàJour();
+    return capteur->ValeurCourante();
+  }
+
+  Ref<Capteur> petit, grand, capteur;
+  double écart_ = 0;
+};
+
+TEST_F(UnRecouvrement, PasseALaGrandeCelluleSansSautEtEnRevient) {
+  Monte(6, 3);
+  EXPECT_DOUBLE_EQ(Sous(50), 50);
+  for (const double force : {80.0, 85.0, 90.0}) EXPECT_DOUBLE_EQ(Sous(force), force);
+  EXPECT_DOUBLE_EQ(Sous(120), 120);  // corrected in the very refresh that changes
+  EXPECT_DOUBLE_EQ(grand->ValeurTare(), 6);
+  EXPECT_DOUBLE_EQ(Sous(300), 300);
+  EXPECT_DOUBLE_EQ(Sous(85), 85);  // inside the band the one shown stays
+  EXPECT_DOUBLE_EQ(grand->ValeurTare(), 6);
+  EXPECT_DOUBLE_EQ(Sous(79.9), 79.9);
+  EXPECT_DOUBLE_EQ(grand->ValeurTare(), 0);
+  EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 300);
+}
+
+TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
+  Monte(6, 3);
+  (void)Sous(50);
+  (void)Sous(85);
+  EXPECT_DOUBLE_EQ(Sous(120), 126);
+  Monte(6, 1);
+  (void)Sous(50);
+  (void)Sous(85);
+  EXPECT_DOUBLE_EQ(Sous(120), 120);
+}
+
+// Half of each new gap: 4, then (8 + 4) / 2, then (0 + 6) / 2.
+TEST_F(UnRecouvrement, ApprendUnEcartQuiPèseLesDernièresLectures) {
+  Monte(4, 2);
+  (void)Sous(50);
+  (void)Sous(85);
+  écart_ = 8;
+  (void)Sous(85);
+  écart_ = 0;
+  (void)Sous(85);
+  EXPECT_DOUBLE_EQ(Sous(120), 117);
+  (void)Sous(85);
+  écart_ = 9;
+  EXPECT_DOUBLE_EQ(Sous(120), 126);  // back in the band the count began again: still the old tare
+}
+
+TEST_F(UnRecouvrement, EchoueTantQuIlNAPasQuittéLaBande) {
+  Monte(6, 3);
+  EXPECT_EQ(Sous(85), 0);
+  EXPECT_TRUE(registre->Contient("Erreur N°5 "));
+  registre->entrées.clear();
+  EXPECT_DOUBLE_EQ(Sous(120), 126);  // the large one, not corrected
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UnRecouvrement, NeRemetAZéroQueLaPetiteCellule) {
+  Monte(6, 3);
+  capteur->Raz();
+  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
+  EXPECT_EQ(grand->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  for (int i = 0; i < 4; ++i) (void)Sous(30);
+  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  EXPECT_DOUBLE_EQ(petit->ValeurCourante(), 0);
+  capteur->AnnuleRaz();
+  EXPECT_DOUBLE_EQ(Sous(30), 30);
+}
+
+TEST_F(UnRecouvrement, PrendLaSecondePourGrandeAEgalité) {
+  Monte(6, 0);
+  grand->MaxiCapteurUnité(100);
+  grand->Initialise();
+  capteur->Lien(sécurité, {}, traducteur, nullptr);
+  EXPECT_DOUBLE_EQ(Sous(50), 56);  // key "1" is the small one now, and it reads 6 too much
+}
+
+}  // namespace
+}  // namespace zuma
