@@ -44,6 +44,10 @@ void Variables::Ajoute(std::string_view nom, Valeur valeur) {
   table_.push_back({"Variable " + std::string(nom), std::move(valeur)});
 }
 
+void Variables::AjouteLigne(std::string_view texte, Valeur valeur) {
+  table_.push_back({std::string(texte), std::move(valeur)});
+}
+
 void Objet::Montre(std::string_view texte) const {
   plateforme_.messages->Montre(texte, {motDeClasse_, Key_, NomPourErreur()});
 }

@@ -30,6 +30,8 @@ class Variables {
   Variables() : table_(1) {}
   /// Next row: the text "Variable " + `nom`, and the value.
   void Ajoute(std::string_view nom, Valeur valeur);
+  /// Next row under a text of its own.
+  void AjouteLigne(std::string_view texte, Valeur valeur);
   /// Next row of a variable that hangs on an absent object: it stays empty.
   void AjouteVide() { table_.emplace_back(); }
   [[nodiscard]] const TableVariables& Table() const { return table_; }

@@ -1,12 +1,47 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace zuma {
 
+/// One row of a look-up: ordinate `y` at abscissa `x`.
+struct PointDeTable {
+  double x = 0;
+  double y = 0;
+};
+
+/// `Interpole` in one direction, prepared once for many look-ups. Linear between neighbours in the
+/// order of the abscissas; beyond the ends the end segment is prolonged, so that an overrange
+/// still trips a limit. One point is a line through the origin, none is the identity. A segment of
+/// zero width is passed over: at a jump the value before it is given.
+class Interpolation {
+ public:
+  static constexpr std::size_t kMaxPoints = 20;
+
+  /// Takes the used rows (at most 20), in any order.
+  void Prépare(std::span<const PointDeTable> points);
+
+  /// Ordinate at `x`. Fails with 11 when all points share one abscissa, or when the only point
+  /// stands at abscissa 0: such a table gives no value in this direction.
+  [[nodiscard]] double Interpole(double x) const;
+
+ private:
+  struct Segment {
+    PointDeTable début;
+    PointDeTable fin;
+  };
+
+  std::array<Segment, kMaxPoints> segments_{};
+  std::size_t nombre_ = 0;
+  bool identité_ = true;
+};
+
 /// Calibration table of a sensor or a command: up to 20 rows of units and points, looked up in
-/// both directions. Index 0 exists and is never loaded.
+/// both directions. Rows after the last one that is not (0, 0) are unused. Index 0 exists, is
+/// never loaded and takes no part in a look-up.
 class TableEtalonnage {
  public:
   static constexpr std::int16_t kMaxPoints = 20;
@@ -18,14 +53,18 @@ class TableEtalonnage {
   [[nodiscard]] double PointY(std::int16_t indice) const;
   void PointY(std::int16_t indice, double points);
 
-  /// Points to units.
-  [[nodiscard]] double VersUnités(double points) const;
-  /// Units to points.
-  [[nodiscard]] double VersPoints(double unités) const;
+  /// Points to units; fails like `Interpolation::Interpole`.
+  [[nodiscard]] double VersUnités(double points) const { return versUnités_.Interpole(points); }
+  /// Units to points; fails like `Interpolation::Interpole`.
+  [[nodiscard]] double VersPoints(double unités) const { return versPoints_.Interpole(unités); }
 
  private:
+  void Prépare();
+
   std::array<double, kMaxPoints + 1> unités_{};
   std::array<double, kMaxPoints + 1> points_{};
+  Interpolation versUnités_;
+  Interpolation versPoints_;
 };
 
 }  // namespace zuma

@@ -55,6 +55,12 @@ class ZED_Parametre {
   /// Name, compared exactly with the names of the configuration.
   [[nodiscard]] virtual std::string NomParamètre() const = 0;
   [[nodiscard]] virtual std::string ValeurParamètre() const = 0;
+  /// The same text for the refresh pass, which must not allocate: a view of the parameter's own
+  /// text where it has one, else a copy left in `tampon`. It holds until either changes.
+  [[nodiscard]] virtual std::string_view LitValeur(std::string& tampon) const {
+    tampon = ValeurParamètre();
+    return tampon;
+  }
   /// Stores the text and raises `Change` in the listeners.
   virtual void ValeurParamètre(std::string valeur) = 0;
   /// Event `Change`: registers a handler and returns its number, for `Désabonne`.

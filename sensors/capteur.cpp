@@ -1,26 +1,122 @@
+// Plain properties of a sensor.
 #include "sensors/capteur.h"
 
+#include <algorithm>
+
 #include "core/garde.h"
+#include "core/outils_communs.h"
+#include "sensors/capteur_genres.h"
 
 namespace zuma {
 
-void Capteur::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet, double) {
-  Garde(*this, Forme::Procédure, "ParamètresDepuisBD", [&] {
-    rstMonRecordSet->MoveFirst();
-    mstrNom = VersTexte(LitChamp(*rstMonRecordSet, "Nom du Capteur"));
-    throw Echec(Numéro::PasConstruit);
+Capteur::Capteur(Plateforme& plateforme) : Objet(plateforme, "Capteur") {
+  TypeDeCapteur(ENUM_TYPE_CAPTEUR::capteurNormal);
+}
+
+void Capteur::TypeDeCapteur(ENUM_TYPE_CAPTEUR type) {
+  musrTypeDeCapteur = type;
+  genre_ = Genre::De(type);
+}
+
+Valeur Capteur::ResetFeuilleEtalonnage() {
+  mobjFeuilleEtalonnage = nullptr;
+  return {};
+}
+
+Valeur Capteur::AutoriseAU() {
+  mblnAutoriseAU = true;
+  return {};
+}
+
+Valeur Capteur::InterditAU() {
+  mblnAutoriseAU = false;
+  return {};
+}
+
+void Capteur::AutoriseDétectionMaxi(bool autorise) {
+  AutoriseDétectionMaxi_ = autorise;
+  if (autorise) mdblMaxiDétecté = mdblValeurCourante;
+}
+
+void Capteur::CapteursFils(CapteursRef fils) {
+  CapteursFils_ = std::move(fils);
+  fils_ = {};
+}
+
+Capteur& Capteur::Fils(std::size_t rang) {
+  static constexpr std::array<std::string_view, kFilsConnus> kClés{"1", "2"};
+  if (!fils_[rang]) fils_[rang] = CapteursFils_->Item(kClés[rang]);
+  return *fils_[rang];
+}
+
+// The collection tells an absent key by a failure only.
+Capteur* Capteur::FilsOuRien(std::size_t rang) {
+  try {
+    return &Fils(rang);
+  } catch (const Echec&) {
+    return nullptr;
+  }
+}
+
+void Capteur::Enabled_bln(bool enService) {
+  Garde(*this, Forme::Ecriture, "Enabled_bln", [&] {
+    Enabled_bln_ = enService;
+    if (!enService || !CapteursFils_) return;
+    for (const CapteurRef& fils : *CapteursFils_) fils->Enabled_bln(true);
   });
 }
 
-void Capteur::Lien(const Ref<ZED_Securite>&, const ParamètresRef&, const Ref<ZED_Traduction>&,
-                   Chassis*) {}
-
-void Capteur::Initialise() {
-  Garde(*this, Forme::Méthode, "Initialise", [] { throw Echec(Numéro::PasConstruit); });
+double Capteur::MiniCapteurPoints() const {
+  return Garde(*this, Forme::Lecture, "MiniCapteurPoints",
+               [&] { return table_.VersUnités(mdblSécuritéMiniEnPoints); });
 }
 
-void Capteur::MetàJour() {
-  Garde(*this, Forme::Méthode, "MetàJour", [] { throw Echec(Numéro::PasConstruit); });
+double Capteur::MaxiCapteurPoints() const {
+  return Garde(*this, Forme::Lecture, "MaxiCapteurPoints",
+               [&] { return table_.VersUnités(mdblSécuritéMaxiEnPoints); });
+}
+
+double Capteur::PointX(std::int16_t intIndex) const {
+  return Garde(*this, Forme::Lecture, "PointX", [&] { return table_.PointX(intIndex); });
+}
+double Capteur::PointY(std::int16_t intIndex) const {
+  return Garde(*this, Forme::Lecture, "PointY", [&] { return table_.PointY(intIndex); });
+}
+void Capteur::PointY(std::int16_t intIndex, double points) {
+  Garde(*this, Forme::Ecriture, "PointY", [&] { table_.PointY(intIndex, points); });
+}
+void Capteur::PointX(std::int16_t intIndex, double unités) {
+  Garde(*this, Forme::Ecriture, "PointX", [&] { table_.PointX(intIndex, unités); });
+}
+
+void Capteur::UnitéEtalonnage(std::string unité) {
+  UnitéEtalonnage_ = std::move(unité);
+  const auto abonnés = abonnésUnité_;  // a handler may take itself off
+  for (const auto& [numéro, abonné] : abonnés) abonné(UnitéEtalonnage_);
+}
+
+int Capteur::AbonneUnitChange(AbonnéUnité abonné) {
+  abonnésUnité_.emplace_back(++dernierAbonné_, std::move(abonné));
+  return dernierAbonné_;
+}
+
+void Capteur::DésabonneUnitChange(int numéro) noexcept {
+  std::erase_if(abonnésUnité_, [&](const auto& abonné) { return abonné.first == numéro; });
+}
+
+void Capteur::TesteAU(std::span<std::string> TableAUs) {
+  Garde(*this, Forme::Méthode, "TesteAU", [&] {
+    if (!AU() || TableAUs.empty()) return;
+    const auto entrées = TableAUs.subspan(1);
+    const auto libre = std::ranges::find_if(entrées, &std::string::empty);
+    if (libre == entrées.end()) return;
+    *libre = "Dépassement des limites du " + mstrNom +
+             ". Valeur courante en unité : " + EnTexte(mdblValeurCourante);
+  });
+}
+
+std::string Capteur::EnTexte(double nombre) const {
+  return OutilsCommuns::FormateNombre(Valeur(nombre), LaPlateforme().réglages.séparateurDécimal);
 }
 
 }  // namespace zuma

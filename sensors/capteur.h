@@ -1,53 +1,367 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "core/collections.h"
 #include "core/objet.h"
+#include "core/reglages_ligne.h"
+#include "core/table_etalonnage.h"
 #include "platform/base_de_donnees.h"
 #include "sensors/enumerations.h"
+#include "sensors/parametres_eprouvette.h"
+#include "sensors/regression.h"
+#include "tree/canal.h"
 
 namespace zuma {
 
 class Chassis;
+class EntréeLogique;
+class FeuilleEtalonnage;
+class Variables;
+struct DialogueSérie;
+namespace trames_capteur {
+struct Mesure;
+}
 using CapteursRef = Ref<Capteurs>;
+using CapteurRef = Ref<Capteur>;
 
-/// One named measurement in engineering units.
+/// One named measurement in engineering units: the points of a channel through a calibration
+/// table, or a value made from other sensors, from the clock or from a serial instrument.
+///
+/// `Chassis` makes it, reads its row, links it, starts it and refreshes it. Its limits are watched
+/// on each refresh: a sensor that may stop the frame hands the cause to the safety object.
 class Capteur : public Objet {
  public:
-  explicit Capteur(Plateforme& plateforme) : Objet(plateforme, "Capteur") {}
+  explicit Capteur(Plateforme& plateforme);
 
+  using Objet::Key;
+  /// True once a tare was taken and until it is cancelled.
+  [[nodiscard]] bool EtatDeLaTare() const { return EtatDeLaTare_; }
+  using Objet::TimerExact;
+  /// Forgets the calibration dialog.
+  Valeur ResetFeuilleEtalonnage();
+  /// The user may calibrate on the machine; the sensor then neither warns nor stops.
+  [[nodiscard]] bool EtalonnageExterieurPossible() const { return EtalonnageExterieurPossible_; }
+  /// The recordset of the sensor's row.
+  [[nodiscard]] const Ref<Recordset>& LeRecordset() const { return LeRecordset_; }
+  void LeRecordset(Ref<Recordset> lignes) { LeRecordset_ = std::move(lignes); }
   [[nodiscard]] const std::string& Label() const { return Label_; }
+  [[nodiscard]] const std::string& CommentaireEtalonnage() const { return CommentaireEtalonnage_; }
   void Label(std::string label) { Label_ = std::move(label); }
-  [[nodiscard]] bool ModeEdition() const { return false; }
-  [[nodiscard]] ENUM_TYPE_CAPTEUR TypeDeCapteur() const { return musrTypeDeCapteur; }
-  void TypeDeCapteur(ENUM_TYPE_CAPTEUR type) { musrTypeDeCapteur = type; }
-  /// Sensors that this one is made from; Nothing until linked.
-  [[nodiscard]] CapteursRef CapteursFils() const { return CapteursFils_; }
-  void CapteursFils(CapteursRef fils) { CapteursFils_ = std::move(fils); }
+
+  /// Puts the zero back to 0, on an overlap sensor that of the small child too. A running
+  /// acquisition goes on.
+  void AnnuleRaz();
+  /// Simple switch between small and large sensor on this sensor's own value. Not used by the
+  /// refresh.
+  void GestionRecouvrement();
+  /// True while the calibration dialog exists.
+  [[nodiscard]] bool ModeEdition() const { return static_cast<bool>(mobjFeuilleEtalonnage); }
+  /// Starts learning the gap: large value less small value, one reading.
+  void RecouvrementInitAcquisistion(const CapteurRef& PetitCapteur_obj,
+                                    const CapteurRef& GrandCapteur_obj);
+  /// One more reading of the gap, half of which is the new one.
+  void RecouvrementAcquisistion(const CapteurRef& PetitCapteur_obj,
+                                const CapteurRef& GrandCapteur_obj);
+  /// Value of the sensor to show, by the place of the small one about the band. The names are
+  /// keys of `CapteursFils_cobj`; thresholds in units.
+  double RecouvrementLecture(const CapteursRef& CapteursFils_cobj, std::string& CapteurCourant_str,
+                             const std::string& GrandCapteur_str,
+                             const std::string& PetitCapteur_str, double SeuilBasUC_dbl,
+                             double SeuilHautUC_dbl, double& EcartMoyen_dbl,
+                             std::int32_t& NbValeurLues_lng);
+  /// Shows another sensor. Going to the large one with enough readings gives it the gap as tare.
+  void RecouvrementChangementCapteur(const CapteursRef& LesCapteurs_cobj,
+                                     std::string& CapteurCourant_str,
+                                     const std::string& NouveauCapteur_str,
+                                     const std::string& PetitCapteur_str,
+                                     const std::string& GrandCapteur_str, double EcartMoyen_dbl,
+                                     std::int32_t NombreDeValeursLues_lng);
+  /// Puts the tare back to 0. A running acquisition goes on and sets one afterwards.
+  void AnnuleTare();
+  Valeur Décharge() { return {}; }
+  [[nodiscard]] std::int16_t MaxPoints() const { return TableEtalonnage::kMaxPoints; }
+  /// State of the zero; on an overlap sensor that of the small child.
+  [[nodiscard]] ENUM_OPERATION_MAV EtatRAZ() const;
+  [[nodiscard]] ENUM_OPERATION_MAV EtatTare() const { return musrOpérationCouranteDeTare; }
+  /// Integration time of the points, in seconds; 0 is none.
+  [[nodiscard]] double TempsIntégration() const { return mdblTempsIntégration; }
+  void TempsIntégration(double secondes) { mdblTempsIntégration = secondes; }
+  /// Puts the cause in the first empty entry from 1 on, when the sensor is in danger. Nothing when
+  /// none is left.
+  void TesteAU(std::span<std::string> TableAUs);
+  /// The sensor is in a dangerous overrun.
+  [[nodiscard]] bool AU() const { return musrEtat == ENUM_ETAT_CAPTEUR::DépassementDangeureux; }
+  /// Lets the sensor stop the frame, as at start.
+  Valeur AutoriseAU();
+  /// Force of a stress on the present section, in the unit of child "1".
+  [[nodiscard]] double ConvertionContrainteForce(double Contrainte_dbl);
+  /// Keeps the sensor from stopping the frame.
+  Valeur InterditAU();
+  void NomDuCapteur(std::string nom) { mstrNom = std::move(nom); }
+  void NomAfficheDuCapteur(std::string nom) { NomAfficheDuCapteur_ = std::move(nom); }
   [[nodiscard]] const std::string& NomDuCapteur() const { return mstrNom; }
+  [[nodiscard]] const std::string& NomAfficheDuCapteur() const { return NomAfficheDuCapteur_; }
+  [[nodiscard]] bool AutoriseDétectionMaxi() const { return AutoriseDétectionMaxi_; }
+  /// The sensor passed its selection in the last refresh.
+  [[nodiscard]] bool CapteurSelectionne() const { return CapteurSelectionne_; }
+  /// Switching detection on restarts the maximum from the present value.
+  void AutoriseDétectionMaxi(bool autorise);
+  /// Starts measuring a new zero over the configured number of readings, where the kind has one.
+  /// Does not look at `RazAutorise_bln`: that is for the caller.
+  void Raz();
+  /// Starts measuring a tare so that the present input reads `ValeurApresTarage_var`. Nothing
+  /// while one is being measured.
+  void Tare(const Valeur& ValeurApresTarage_var = Valeur(0.0));
+  /// Restarts both extremes from the present value.
+  void RazMaxiDétecté();
+  /// Value in units, after tare and offset; 0 while not enabled.
+  [[nodiscard]] double ValeurCourante() const { return Enabled_bln_ ? mdblValeurCourante : 0; }
+  /// Points after zero and integration; 0 while not enabled.
+  [[nodiscard]] double ValeurEnPoints() const {
+    return Enabled_bln_ ? mdblValeurCouranteEnPoints : 0;
+  }
+  void ValeurCourante(double valeur) { mdblValeurCourante = valeur; }
+  /// An `ENUM_ETAT_CAPTEUR`, as a number.
+  [[nodiscard]] std::int16_t Etat() const { return static_cast<std::int16_t>(musrEtat); }
+  /// State at the moment of the last new maximum.
+  [[nodiscard]] ENUM_ETAT_CAPTEUR EtatMaxi() const { return EtatMaxi_; }
+  void ValeurTare(double tare) { ValeurTare_ = tare; }
+  /// "+", "-", "*" or "/" of a combination.
+  void Operateur_str(std::string opérateur) { Operateur_str_ = std::move(opérateur); }
+  [[nodiscard]] const std::string& Operateur_str() const { return Operateur_str_; }
+  [[nodiscard]] double ValeurTare() const { return ValeurTare_; }
+  /// Sensors that this one is made from, under "1", "2", ...; Nothing until linked. The refresh
+  /// looks each of them up once.
+  [[nodiscard]] CapteursRef CapteursFils() const { return CapteursFils_; }
+  void CapteursFils(CapteursRef fils);
+  using Objet::ChargeErreur;
+  [[nodiscard]] double MaxiDétecté() const { return mdblMaxiDétecté; }
+  [[nodiscard]] double MiniDétecté() const { return mdblMiniDétecté; }
+  [[nodiscard]] double MaxiCapteur() const { return MaxiCapteur_; }
+  /// Limits in units, as configured.
+  [[nodiscard]] double MaxiCapteurUnité() const { return mdblSécuritéMaxiEnUnité; }
+  void MaxiCapteurUnité(double unités) { mdblSécuritéMaxiEnUnité = unités; }
+  [[nodiscard]] double MiniCapteurUnité() const { return mdblSécuritéMiniEnUnité; }
+  void MiniCapteurUnité(double unités) { mdblSécuritéMiniEnUnité = unités; }
+  /// Lower limit in points, brought to units in spite of the name.
+  [[nodiscard]] double MiniCapteurPoints() const;
+  /// A reading below this absolute value is not valid; 0 switches the test off.
+  [[nodiscard]] double SeuillLectureNonValide() const { return mdblSeuilDeLectureNonValide; }
+  /// Upper limit in points, brought to units in spite of the name.
+  [[nodiscard]] double MaxiCapteurPoints() const;
+  [[nodiscard]] double MiniCapteur() const { return MiniCapteur_; }
+  [[nodiscard]] const std::string& NomEtalonneur() const { return NomEtalonneur_; }
+  void NomEtalonneur(std::string nom) { NomEtalonneur_ = std::move(nom); }
+  [[nodiscard]] CanalRef Canal() const { return mobjCanal; }
+  void Canal(CanalRef canal) { mobjCanal = std::move(canal); }
+  [[nodiscard]] const std::string& DateEtalonnage() const { return DateEtalonnage_; }
+  /// Kind of test that parameter "Type de contrainte" tells; shows a message on the obsolete ones.
+  [[nodiscard]] ENUM_TYPE_CONTRAINTE TypeCalculContrainte();
+  void TypeCalculContrainte(ENUM_TYPE_CONTRAINTE type);
+  [[nodiscard]] const std::string& TexteMaxi() const { return TexteMaxi_; }
+  [[nodiscard]] ENUM_TYPE_CAPTEUR TypeDeCapteur() const { return musrTypeDeCapteur; }
+  void TypeDeCapteur(ENUM_TYPE_CAPTEUR type);
+  void DateEtalonnage(std::string date) { DateEtalonnage_ = std::move(date); }
+  /// The number in parameter "S": section, reference length or selected value by kind.
+  [[nodiscard]] double dblSurfaceContrainte();
+  [[nodiscard]] bool RazAutorise_bln() const { return RazAutorise_bln_; }
+  void dblSurfaceContrainte(double surface);
+  void DéclencheAU() {}  ///< a sensor has no output to cut
+  [[nodiscard]] const std::string& UnitéEtalonnage() const { return UnitéEtalonnage_; }
+  /// Stores the unit and raises `UnitChange`, also when it is the same.
+  void UnitéEtalonnage(std::string unité);
+  /// Unit value of point `intIndex`, 0 to 20; outside, failure 9 in the error record.
+  [[nodiscard]] double PointX(std::int16_t intIndex) const;
+  /// Point value of point `intIndex`, likewise.
+  [[nodiscard]] double PointY(std::int16_t intIndex) const;
+  void PointY(std::int16_t intIndex, double points);
+  void PointX(std::int16_t intIndex, double unités);
 
-  [[nodiscard]] double ValeurCourante() const { return mdblValeurCourante; }
-
+  /// Reads the sensor's row, at the first record, and keeps the recordset. The frequency, in
+  /// hertz, sizes the run of a slope.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet, double FréquenceRafraichissement);
+  /// Resolves the references of the row; what is not found is told in a message and stays Nothing.
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
   void MiseàJourDesLiens() {}
+  /// Prepares the first refresh: limits, clock, serial line.
   void Initialise();
+  /// One refresh, of this sensor alone. Does not allocate unless it fails.
   void MetàJour();
-  void DéclencheAU() {}
-  Valeur Décharge() { return {}; }
+  /// Enabling reaches the children too; disabling does not.
+  void Enabled_bln(bool enService);
+  [[nodiscard]] bool Enabled_bln() const { return Enabled_bln_; }
+
+  /// Event `UnitChange`: registers a handler and returns its number, for `DésabonneUnitChange`.
+  using AbonnéUnité = std::function<void(const std::string& NewUnit_str)>;
+  int AbonneUnitChange(AbonnéUnité abonné);
+  void DésabonneUnitChange(int numéro) noexcept;
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return mstrNom; }
 
  private:
+  struct Calcul;   // the kinds' small functions
+  struct Genre;    // a kind's row
+  struct Lecture;  // the reading of a row
+  /// Working values of one refresh.
+  struct Passe {
+    double dblOffset = 0;
+    double AncienZéroEnPoints = 0;
+    double dblMoyenne = 0;
+    double DeltaT = 0;
+    double Intégation = 0;
+  };
+  static constexpr std::size_t kFilsConnus = 2;
+
+  void LitLaConfigurationRS();
+  void LieAuChassis(Chassis& chassis);
+  void LieLesFils(Chassis& chassis);
+  void LieLesParamètres(const ParamètresPartagés& partagés);
+  void DéduitLesLimites();
+  void PrépareLeRecouvrement();
+  void CalculeSurface();
+  [[nodiscard]] double SectionDeLEprouvette(double& kLongueur);
+  void ReporteLaSection(double inscrite, double section);
+  [[nodiscard]] ENUM_TYPE_CONTRAINTE TypeContrainteDepuisTexte(const std::string& texte);
+  [[nodiscard]] ENUM_FORME_EPROUVETTE FormeDepuisTexte(const std::string& texte);
+  [[nodiscard]] ENUM_TYPE_CALCUL_SURFACE MéthodeSurfaceDepuisTexte(const std::string& texte);
+  [[nodiscard]] double ContrainteDepuisForce(double force, double surface) const;
+
+  void Rafraîchit(Passe& passe);
+  [[nodiscard]] bool EntréeLAutorise() const;
+  [[nodiscard]] bool ParamètreLAutorise() const;
+  void Refuse();
+  void Intègre(Passe& passe);
+  void ContrôleLesLimites();
+  void DéclencheLArrêt();
+  [[nodiscard]] std::string Traduit(std::string_view clé) const;
+  [[nodiscard]] std::string EnTexte(double nombre) const;
+  [[nodiscard]] bool AccumuleMAV(double valeur, double zéro, std::int32_t nbLectures,
+                                 double& moyenne);
+  void CommenceMAV(ENUM_OPERATION_MAV& opération);
+  void AvanceLeZéro(Passe& passe);
+  void AvanceLaTare(Passe& passe);
+  void RemplitLesVariables(Variables& v, const Passe& passe) const;
+  [[nodiscard]] Capteur& Fils(std::size_t rang);
+  [[nodiscard]] Capteur* FilsOuRien(std::size_t rang);
+  [[nodiscard]] Capteur& PetitCapteur() const;
+  [[nodiscard]] ZED_LiaisonSerie& Liaison();
+  void MarqueLEmission();
+  void DémarreLaLigne(const DialogueSérie& dialogue);
+  [[nodiscard]] bool EstSilencieux() const;
+  void EcouteLaLigne(const DialogueSérie& dialogue);
+  void Redemande(const DialogueSérie& dialogue);
+  void PrendLaMesure(const std::optional<trames_capteur::Mesure>& mesure);
+
+  // Identity and calibration record.
   std::string Label_;
   std::string mstrNom;
+  std::string NomAfficheDuCapteur_;
   ENUM_TYPE_CAPTEUR musrTypeDeCapteur = ENUM_TYPE_CAPTEUR::capteurNormal;
-  double mdblValeurCourante = 0;
-  CapteursRef CapteursFils_;
-};
+  const Genre* genre_ = nullptr;  ///< row of the kind, none for a number that is no kind
+  std::string UnitéEtalonnage_;
+  std::string DateEtalonnage_;
+  std::string NomEtalonneur_;
+  std::string CommentaireEtalonnage_;
+  bool EtalonnageExterieurPossible_ = false;
+  Ref<Recordset> LeRecordset_;
+  Ref<FeuilleEtalonnage> mobjFeuilleEtalonnage;
+  std::vector<std::pair<int, AbonnéUnité>> abonnésUnité_;
+  int dernierAbonné_ = 0;
 
-using CapteurRef = Ref<Capteur>;
+  // Values.
+  double mdblValeurCourante = 0;
+  double ValeurTare_ = 0;
+  double mdblValeurCouranteEnPoints = 0;
+  ENUM_ETAT_CAPTEUR musrEtat = ENUM_ETAT_CAPTEUR::Correct;
+  bool AutoriseDétectionMaxi_ = true;
+  double mdblMaxiDétecté = 0;
+  double mdblMiniDétecté = 0;
+  ENUM_ETAT_CAPTEUR EtatMaxi_ = ENUM_ETAT_CAPTEUR::Correct;
+  bool Enabled_bln_ = true;
+  bool CapteurSelectionne_ = false;
+
+  // Limits and processing.
+  double MaxiCapteur_ = 0;
+  double MiniCapteur_ = 0;
+  double mdblSécuritéMiniEnUnité = 0;
+  double mdblSécuritéMaxiEnUnité = 0;
+  double mdblSécuritéMiniEnPoints = 0;
+  double mdblSécuritéMaxiEnPoints = 0;
+  double mdblSeuilDeLectureNonValide = 0;
+  bool RazAutorise_bln_ = false;
+  bool mblnArrêtSiDépassement = false;
+  bool mblnAutoriseAU = true;
+  double mdblTempsIntégration = 0;    ///< seconds
+  double mdblTempsCalculVitesse = 0;  ///< seconds
+  double mdblFréquenceRafraichissement = 0;
+  std::string Operateur_str_;
+  std::string TexteMaxi_;
+  TableEtalonnage table_;
+
+  // Zero, tare, filter and clock; times in microseconds.
+  std::int32_t mlngNbLecturePourRAZ = 1;
+  double mdblSommeCanalPourMAV = 0;
+  std::int16_t mintNbLectureEffectuées = 0;
+  ENUM_OPERATION_MAV musrOpérationCouranteDeRAZ = ENUM_OPERATION_MAV::RienFaire;
+  ENUM_OPERATION_MAV musrOpérationCouranteDeTare = ENUM_OPERATION_MAV::RienFaire;
+  double ValeurDeRAZ_mdbl = 0;
+  double mdblValeurApresTarage = 0;
+  bool EtatDeLaTare_ = false;
+  double mdblAncienneValeurEnPoints = 0;
+  double mdblAncienTemps = 0;
+  double mdblDépartCapteurTemps = 0;
+  double MémoTemps = 0;
+  double MémoMaxi = 0;
+  std::unique_ptr<Régression> régression_;  ///< of a slope alone
+
+  // Overlap.
+  std::string CapteurCourant_str_;
+  std::string GrandCapteur_str_;
+  std::string PetitCapteur_str_;
+  double mdblSeuilBasPourCent = 0;
+  double SeuilBasUC_dbl_ = 0;
+  double mdblSeuilHautPourCent = 0;
+  double SeuilHautUC_dbl_ = 0;
+  std::int32_t mlngNbValeursMini = 0;
+  std::int32_t NbValeurLues_lng_ = 0;
+  double EcartMoyen_dbl_ = 0;
+  RECOUVREMENT_ETAT musrEtatRecouvrement = RECOUVREMENT_ETAT::InferieurSeuilBas;
+
+  // Serial line of the kinds that ask an instrument by themselves.
+  std::string mstrConfigurationRS;
+  RéglagesLigne réglagesRS_;
+  Octets mstrTamponRS;
+  float mdblHeureEmission = 0;  ///< seconds since midnight
+  Ref<ZED_LiaisonSerie> LiaisonSerie_;
+
+  // Selection.
+  std::string mstrValeurSelection;
+  std::string mstrLabelELSelection;
+  std::string mstrEtatELSelection;
+  Ref<EntréeLogique> mobjELSelection;
+
+  // Links.
+  CanalRef mobjCanal;
+  CapteursRef CapteursFils_;
+  std::array<CapteurRef, kFilsConnus> fils_;  ///< children "1" and "2" once looked up
+  std::vector<std::string> mastrLabelsFils;   ///< labels of the children "1", "2", ...
+  std::int32_t mlngIndexCanal = 0;
+  Ref<ZED_Securite> MaSecurite_obj_;
+  Ref<ZED_Traduction> Traducteur_obj_;
+  ParamètresEprouvette paramètres_;
+  double mdblSurfaceCalculée = 0;  ///< square centimetres
+  bool reporteLaSection_ = false;  ///< the section is being written back to "S"
+};
 
 }  // namespace zuma

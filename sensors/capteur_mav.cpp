@@ -1,0 +1,108 @@
+// Zero and tare: measured over a number of refreshes with one sum and one count for both.
+#include <limits>
+
+#include "core/garde.h"
+#include "sensors/capteur_genres.h"
+
+namespace zuma {
+
+void Capteur::CommenceMAV(ENUM_OPERATION_MAV& opération) {
+  mdblSommeCanalPourMAV = 0;
+  mintNbLectureEffectuées = 0;
+  opération = ENUM_OPERATION_MAV::Acquisition;
+}
+
+void Capteur::Raz() {
+  Garde(*this, Forme::Méthode, "Raz", [&] {
+    if (genre_ != nullptr && genre_->remetàZéro != nullptr) genre_->remetàZéro(*this);
+  });
+}
+
+void Capteur::Calcul::RazDuCanal(Capteur& c) {
+  if (c.musrOpérationCouranteDeRAZ != ENUM_OPERATION_MAV::RienFaire) return;
+  c.CommenceMAV(c.musrOpérationCouranteDeRAZ);
+}
+
+void Capteur::Calcul::RazDeLaMontre(Capteur& c) {
+  c.ValeurDeRAZ_mdbl = c.Timer()->LitMicrosecondes() - c.mdblDépartCapteurTemps;
+  c.MetàJour();
+}
+
+void Capteur::Calcul::RazDuPetit(Capteur& c) {
+  c.PetitCapteur().Raz();
+}
+
+void Capteur::Calcul::RazDesFils(Capteur& c) {
+  for (const CapteurRef& fils : *c.CapteursFils_) fils->Raz();
+}
+
+void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
+  Garde(*this, Forme::Méthode, "Tare", [&] {
+    if (musrOpérationCouranteDeTare != ENUM_OPERATION_MAV::RienFaire) return;
+    mdblValeurApresTarage = VersDouble(ValeurApresTarage_var);
+    CommenceMAV(musrOpérationCouranteDeTare);
+  });
+}
+
+void Capteur::AnnuleRaz() {
+  Garde(*this, Forme::Méthode, "AnnuleRaz", [&] {
+    ValeurDeRAZ_mdbl = 0;
+    if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement) PetitCapteur().AnnuleRaz();
+  });
+}
+
+void Capteur::AnnuleTare() {
+  ValeurTare_ = 0;
+  EtatDeLaTare_ = false;
+}
+
+ENUM_OPERATION_MAV Capteur::EtatRAZ() const {
+  return Garde(*this, Forme::Lecture, "EtatRAZ", [&] {
+    return musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement ? PetitCapteur().EtatRAZ()
+                                                                       : musrOpérationCouranteDeRAZ;
+  });
+}
+
+// The average is complete at exactly that number of readings, and that ends both operations. The
+// count has 16 bits: it stops there, so that a larger number is never reached and the sensor goes
+// on reading.
+bool Capteur::AccumuleMAV(double valeur, double zéro, std::int32_t nbLectures, double& moyenne) {
+  if (mintNbLectureEffectuées == std::numeric_limits<std::int16_t>::max()) return false;
+  ++mintNbLectureEffectuées;
+  mdblSommeCanalPourMAV += valeur;
+  if (mintNbLectureEffectuées != nbLectures) return false;
+  moyenne = mdblSommeCanalPourMAV / mintNbLectureEffectuées - zéro;
+  musrOpérationCouranteDeRAZ = ENUM_OPERATION_MAV::RienFaire;
+  musrOpérationCouranteDeTare = ENUM_OPERATION_MAV::RienFaire;
+  mintNbLectureEffectuées = 0;
+  return true;
+}
+
+// On raw points: the new zero replaces the old one.
+void Capteur::AvanceLeZéro(Passe& passe) {
+  passe.AncienZéroEnPoints = table_.VersPoints(0);
+  if (!AccumuleMAV(mdblValeurCouranteEnPoints, passe.AncienZéroEnPoints, mlngNbLecturePourRAZ,
+                   passe.dblMoyenne)) {
+    return;
+  }
+  ValeurDeRAZ_mdbl = passe.dblMoyenne;
+  mdblMaxiDétecté = mdblSécuritéMiniEnUnité;
+  EtatMaxi_ = ENUM_ETAT_CAPTEUR::Correct;
+  // The filter starts from the corrected reference and shows no step.
+  mdblAncienneValeurEnPoints = mdblValeurCouranteEnPoints - passe.dblMoyenne;
+}
+
+// The refresh that completes still takes the new tare off the wanted value: the right reading
+// comes with the next one.
+void Capteur::AvanceLaTare(Passe& passe) {
+  if (!AccumuleMAV(mdblValeurCourante, mdblValeurApresTarage, mlngNbLecturePourRAZ,
+                   passe.dblMoyenne)) {
+    return;
+  }
+  ValeurTare_ = passe.dblMoyenne;
+  mdblValeurCourante = mdblValeurApresTarage;
+  EtatMaxi_ = ENUM_ETAT_CAPTEUR::Correct;
+  EtatDeLaTare_ = true;
+}
+
+}  // namespace zuma

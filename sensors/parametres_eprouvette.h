@@ -1,0 +1,89 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/collaborateurs.h"
+
+namespace zuma {
+
+/// Shared parameters that a sensor may refer to, in the order of their columns and searches.
+enum class ParamEprouvette : std::size_t {
+  MethodeCalculDeSurface,
+  L,
+  M,
+  UniteMasse,
+  MasseVolumique,
+  UniteMasseVolumique,
+  A,
+  B,
+  C,
+  D,
+  E,
+  H,
+  N,
+  S,
+  Petit_L,
+  Grand_L,
+  UniteLongueur,
+  FormeEprouvette,
+  TypeDeCalcul,
+  Offset,
+  Sélection,
+};
+
+/// What the configuration, the messages and the error record call one of them.
+struct LigneParamètre {
+  std::string_view colonne;
+  std::string_view message;
+  std::string_view gestionnaire;  ///< handler of its `Change`; empty when nothing depends on it
+};
+
+inline constexpr std::size_t kNombreParamètres = 21;
+extern const std::array<LigneParamètre, kNombreParamètres> kLignesParamètres;
+
+/// The parameters of one sensor: indices read from its row, objects found at link time. Handlers
+/// are taken off when it goes away: parameters outlive sensors.
+class ParamètresEprouvette {
+ public:
+  using Absent = std::function<void(const LigneParamètre&, std::int32_t index)>;
+  using Change = std::function<void(const LigneParamètre&)>;
+
+  ParamètresEprouvette() = default;
+  ~ParamètresEprouvette();
+  ParamètresEprouvette(const ParamètresEprouvette&) = delete;
+  ParamètresEprouvette& operator=(const ParamètresEprouvette&) = delete;
+
+  /// Index of parameter `rang` in the host's set; 0 is no reference.
+  void Index(std::size_t rang, std::int32_t index) { liens_[rang].index = index; }
+  /// Takes the first parameter whose name is the index as text, for each index but 0. One that is
+  /// not found is told to `absent` and keeps what it had.
+  void Lie(const ParamètresPartagés& partagés, const Absent& absent, const Change& change);
+
+  /// Nothing when there is no such reference.
+  [[nodiscard]] const Ref<ZED_Parametre>& operator[](ParamEprouvette rang) const;
+  /// The value as text, without a copy where the parameter allows; fails with 91 on Nothing.
+  [[nodiscard]] std::string_view Texte(ParamEprouvette rang) const;
+  /// The value as a number; fails with 91 on Nothing and 13 on text that is no number.
+  [[nodiscard]] double Nombre(ParamEprouvette rang) const;
+  /// The value as a number; none on Nothing and on text that is no number.
+  [[nodiscard]] std::optional<double> NombreSûr(ParamEprouvette rang) const;
+
+ private:
+  struct Lien {
+    std::int32_t index = 0;
+    Ref<ZED_Parametre> objet;
+    int abonnement = 0;
+    bool abonné = false;
+    void Désabonne() noexcept;
+  };
+  std::array<Lien, kNombreParamètres> liens_;
+  mutable std::string tampon_;
+};
+
+}  // namespace zuma
