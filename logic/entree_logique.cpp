@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "core/garde.h"
+#include "core/publication.h"
 #include "logic/etat_activation.h"
 #include "logic/lecteur_clavier.h"
 
@@ -154,8 +155,9 @@ void EntréeLogique::DéclencheLArrêt() {
 
 void EntréeLogique::Publie() {
   const auto copie = [&](RangParamètre source) {
-    const Ref<ZED_Parametre>& état = paramètres_[Etat].paramètre;
-    état->ValeurParamètre(paramètres_[source].paramètre->ValeurParamètre());
+    auto& [destination, texte] = tampons_;
+    zuma::Publie(*paramètres_[Etat].paramètre, paramètres_[source].paramètre->LitValeur(texte),
+                 destination);
   };
   const auto liés = [&](auto... rangs) { return (paramètres_[rangs].paramètre && ...); };
   if (Touche_.empty() && !CanalNommé()) {

@@ -117,6 +117,7 @@ class EntréeLogique : public Objet {
   ENUM_ETAT_LOGIQUE musrValeurForcée = ENUM_ETAT_LOGIQUE::Inactif;
   Valeur indexCanal_;
   std::array<ParamètreLié, kNombreParamètres> paramètres_;
+  std::array<std::string, 2> tampons_;  ///< room for the texts of two parameters
   ENUM_ETAT_LOGIQUE musrEtatSiRien = ENUM_ETAT_LOGIQUE::Inconnu;
   ENUM_ETAT_LOGIQUE dernierBrut_ = ENUM_ETAT_LOGIQUE::Inactif;
   double heureDuBrut_ = 0;  ///< when the source took that state, in seconds

@@ -56,10 +56,10 @@ void EntréeLogique::LitLeNiveauDAU(const Valeur& niveau) {
   const std::string texte = VersTexte(niveau);
   const auto connu = std::ranges::find(kNiveaux, texte, &Niveau::texte);
   if (connu == kNiveaux.end()) {
-    throw Echec(Numéro::TypeIncompatible,
-                DescriptionDEchec(Numéro::TypeIncompatible) + " : colonne '" +
-                    std::string(kColonneNiveau) + "', '" + texte +
-                    "' n'est ni 'Aucun', ni 'Activé', ni 'Désactivé'");
+    throw Echec(Numéro::TypeIncompatible, DescriptionDEchec(Numéro::TypeIncompatible) +
+                                              " : colonne '" + std::string(kColonneNiveau) +
+                                              "', '" + texte +
+                                              "' n'est ni 'Aucun', ni 'Activé', ni 'Désactivé'");
   }
   musrEtatAU = connu->niveau;
   mblnAutoriseAU = connu->niveau != ENUM_ETAT_AU_LOGIQUE::Aucun;
