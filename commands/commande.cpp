@@ -1,29 +1,98 @@
+// State of a command: start, properties, in and out of service.
 #include "commands/commande.h"
+
+#include <cmath>
 
 #include "core/garde.h"
 
 namespace zuma {
+namespace {
 
-void Commande::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
-  Garde(*this, Forme::Procédure, "ParamètresDepuisBD", [&] {
-    rstMonRecordSet->MoveFirst();
-    NomDeLaCommande_ = VersTexte(LitChamp(*rstMonRecordSet, "Nom de la Commande"));
-    throw Echec(Numéro::PasConstruit);
+constexpr double kMicrosecondes = 1'000'000;
+
+}  // namespace
+
+double Commande::Heure() const {
+  return Timer()->LitMicrosecondes() / kMicrosecondes;
+}
+
+void Commande::Initialise() {
+  Garde(*this, Forme::Méthode, "Initialise", [&] {
+    mdblMaxiCommande = mdblSécuritéMaxiEnUnité;
+    mdblMiniCommande = mdblSécuritéMiniEnUnité;
+    mdblValeurCouranteEnUnité = mdblValeurInitiale;
+    dither_.Recale(Heure());
   });
 }
 
-void Commande::Lien(Chassis*, const ParamètresRef&, const Ref<ZED_Traduction>&) {}
-
-void Commande::Initialise() {
-  Garde(*this, Forme::Méthode, "Initialise", [] { throw Echec(Numéro::PasConstruit); });
-}
-
-void Commande::MetàJour() {
-  Garde(*this, Forme::Méthode, "MetàJour", [] { throw Echec(Numéro::PasConstruit); });
-}
-
+// Told at once, and not at the next toggle of a dither: a stop does not wait.
 void Commande::DéclencheAU() {
-  Garde(*this, Forme::Méthode, "DéclencheAU", [] { throw Echec(Numéro::PasConstruit); });
+  Garde(
+      *this, Forme::Méthode, "DéclencheAU",
+      [&] {
+        mdblValeurCouranteEnUnité = mdblValeurInitiale;
+        dither_.Presse();
+        MetàJour();
+      },
+      [&](Variables& v) { v.Ajoute("mdblValeurInitiale", mdblValeurInitiale); });
+}
+
+void Commande::ValeurCouranteEnUnité(double unités) {
+  Garde(*this, Forme::Ecriture, "ValeurCouranteEnUnité", [&] {
+    // Compared with the limits it would pass for the upper one.
+    if (std::isnan(unités)) throw Echec(Numéro::AppelIncorrect);
+    if (unités > mdblMaxiCommande) unités = mdblMaxiCommande;
+    if (unités < mdblMiniCommande) unités = mdblMiniCommande;
+    mdblValeurCouranteEnUnité = unités;
+    MetàJour();
+  });
+}
+
+double Commande::ValeurCouranteEnPoints() const {
+  return Garde(*this, Forme::Lecture, "ValeurCouranteEnPoints",
+               [&] { return mobjCanal->ValeurCanal(); });
+}
+
+void Commande::Enabled(bool enService) {
+  Garde(*this, Forme::Ecriture, "Enabled", [&] {
+    if (!mobjCanal) return;
+    mblnEnabled = enService;
+    if (enService) {
+      MetEnService();
+    } else {
+      MetHorsService();
+    }
+  });
+}
+
+// Whatever the type. The safety limits in points are not applied here, though every refresh does.
+void Commande::MetEnService() {
+  propSortieSaturée = !EstDedans(mdblValeurCouranteEnUnité);
+  mdblValeurCouranteEnUnité = Borne(mdblValeurCouranteEnUnité);
+  Ecrit(table_.VersPoints(mdblValeurCouranteEnUnité));
+}
+
+// The value becomes what the channel stands for; that of a servo-valve without its correction.
+void Commande::MetHorsService() {
+  dither_.Recale(Heure());
+  const double unités = table_.VersUnités(mobjCanal->ValeurCanal());
+  const servo::Compensation compensation = CalculeCoefServo();
+  mdblValeurCouranteEnUnité = TypeCommande_ == ENUM_TYPE_COMMANDE::Servo
+                                  ? servo::Décorrige(unités, compensation, décalage_)
+                                  : unités;
+}
+
+double Commande::PointX(std::int16_t intIndex) const {
+  return Garde(*this, Forme::Lecture, "PointX", [&] { return table_.PointX(intIndex); });
+}
+void Commande::PointX(std::int16_t intIndex, const Valeur& unités) {
+  Garde(*this, Forme::Ecriture, "PointX", [&] { table_.PointX(intIndex, VersDouble(unités)); });
+}
+double Commande::PointY(std::int16_t intIndex) const {
+  return Garde(*this, Forme::Lecture, "PointY", [&] { return table_.PointY(intIndex); });
+}
+void Commande::PointY(std::int16_t intIndex, double points) {
+  Garde(*this, Forme::Ecriture, "PointY", [&] { table_.PointY(intIndex, points); });
 }
 
 }  // namespace zuma

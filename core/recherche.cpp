@@ -38,4 +38,11 @@ SortieLogiqueRef SortieLogiqueDeLabel(Chassis& chassis, std::string_view label) 
   return DeLabel(*chassis.SortiesLogiques(), label);
 }
 
+Ref<ZED_Parametre> ParamètreDeClé(const ParamètresPartagés& paramètres, std::string_view clé) {
+  for (const Ref<ZED_Parametre>& paramètre : paramètres) {
+    if (paramètre && paramètre->Key() == clé) return paramètre;
+  }
+  return {};
+}
+
 }  // namespace zuma::recherche

@@ -16,5 +16,8 @@ namespace zuma::recherche {
 [[nodiscard]] CapteurRef CapteurDeLabel(Chassis& chassis, std::string_view label);
 [[nodiscard]] EntréeLogiqueRef EntréeLogiqueDeLabel(Chassis& chassis, std::string_view label);
 [[nodiscard]] SortieLogiqueRef SortieLogiqueDeLabel(Chassis& chassis, std::string_view label);
+/// The first shared parameter of that key.
+[[nodiscard]] Ref<ZED_Parametre> ParamètreDeClé(const ParamètresPartagés& paramètres,
+                                                std::string_view clé);
 
 }  // namespace zuma::recherche

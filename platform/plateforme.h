@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ref.h"
+#include "platform/clavier.h"
 #include "platform/ftdi.h"
 #include "platform/liaison_serie.h"
 #include "platform/reglages.h"
@@ -18,6 +19,7 @@ struct Plateforme {
   Pointeur<FabriqueLiaisons> liaisons;
   Pointeur<Horloge> horloge;
   Pointeur<Fichiers> fichiers;
+  Pointeur<Clavier> clavier;
   Pointeur<FTD2XX> ftdi;
   Pointeur<FinDuProgramme> fin;
   Réglages réglages;

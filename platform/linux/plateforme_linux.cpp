@@ -38,6 +38,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       liaisons(std::move(choix.portsSérie)),
       fichiers(std::move(choix.dossier)),
       fin(registre),
+      clavier(choix.clavier),
       securite(Crée<Securite>(timer, &horloge)) {
   services.messages = &messages;
   services.ports = &ports;
@@ -46,6 +47,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.horloge = &horloge;
   services.fichiers = &fichiers;
   services.fin = &fin;
+  services.clavier = &clavier;
   services.réglages = choix.réglages;
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/linux/clavier_evdev.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
 #include "platform/linux/fin_du_programme.h"
@@ -28,7 +29,8 @@ struct RéglagesLinux {
   RéglagesRegistre registre;                           ///< in memory only by default
   CarteDesPorts portsSérie;                            ///< devices of the serial ports by number
   bool demande = false;  ///< messages wait for an answer when there is a terminal
-  std::string langue;    ///< empty: the first language of the table
+  DispositionClavier clavier = DispositionClavier::Azerty;
+  std::string langue;  ///< empty: the first language of the table
   Réglages réglages;
 };
 
@@ -58,6 +60,7 @@ class PlateformeLinux {
   FabriqueLiaisonsLinux liaisons;
   FichiersLinux fichiers;
   FinDuProgrammeLinux fin;
+  ClavierEvdev clavier;
   Ref<Securite> securite;
 
   /// What `Chassis` takes.
