@@ -32,26 +32,21 @@ void MachineSimulée::Branche(Chassis& chassis) {
       const bool logique = type == ENUM_TYPE_FONCTION::FctEntréesLogiques;
       if (!logique && type != ENUM_TYPE_FONCTION::FctEntréesAnalogiques) continue;
       for (const CanalRef& canal : *bloc->Canals()) {
-        Bornes* bornes = ports.BornesDe(*canal);
-        if (bornes == nullptr || canal->NuméroCanal() < 0 || canal->NuméroCanal() > 31) continue;
-        entrées_.push_back(
-            {bornes, canal->NuméroCanal(), logique, static_cast<double>(entrées_.size())});
+        const auto borne = ports.BorneDe(*canal);
+        if (borne) entrées_.push_back({*borne, logique, static_cast<double>(entrées_.size())});
       }
     }
   }
 }
 
-void MachineSimulée::Anime(const Entrée& entrée, double secondes) {
+void MachineSimulée::Anime(Entrée& entrée, double secondes) {
   const double tour = secondes / kPériode + entrée.phase * 0.13;
   if (!entrée.logique) {
-    entrée.bornes->entréesAnalogiques[static_cast<std::size_t>(entrée.numéro)] =
-        kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour);
+    entrée.borne.TensionEntrée(kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour));
     return;
   }
   const auto rang = static_cast<std::uint64_t>(secondes / kClignotement + entrée.phase);
-  const std::uint32_t masque = 1U << static_cast<unsigned>(entrée.numéro);
-  std::uint32_t& lignes = entrée.bornes->entréesLogiques;
-  lignes = rang % 2 == 0 ? lignes & ~masque : lignes | masque;
+  entrée.borne.EntréeLogique(rang % 2 != 0);
 }
 
 void MachineSimulée::AvanceJusquA(double secondes) {
@@ -63,7 +58,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
   if (palier == palier_) return;
   palier_ = palier;
-  for (const Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
+  for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 
 }  // namespace zuma::sim

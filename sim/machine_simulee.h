@@ -34,12 +34,11 @@ class MachineSimulée {
 
  private:
   struct Entrée {
-    Bornes* bornes;
-    std::int16_t numéro;
+    Borne borne;
     bool logique;
     double phase;
   };
-  void Anime(const Entrée& entrée, double secondes);
+  static void Anime(Entrée& entrée, double secondes);
 
   std::vector<Entrée> entrées_;
   std::uint64_t passe_ = 0;
