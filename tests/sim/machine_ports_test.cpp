@@ -137,6 +137,7 @@ TEST_F(UneMachine, DistingueDesCartesVoisines) {
     deux->MetàJour();
     EXPECT_EQ(canal->ValeurCanal(), kVrai) << c.driver;
     EXPECT_EQ(un->Canals()->Item(essai::CléDuCanal(2))->ValeurCanal(), 0) << c.driver;
+    EXPECT_EQ(deux->Canals()->Item(essai::CléDuCanal(1))->ValeurCanal(), 0) << c.driver;
   }
 }
 
