@@ -32,10 +32,10 @@ class Simulée : public Machine {
   }
 
   std::string Borne(const Canal& canal) const override {
-    const sim::Bornes* bornes = machine_.ports.BornesDe(canal);
-    const std::int16_t numéro = canal.NuméroCanal();
-    if (bornes == nullptr || numéro < 0 || numéro > 31) return {};
-    const auto rang = static_cast<std::size_t>(numéro);
+    const auto borne = machine_.ports.BorneDe(canal);
+    if (!borne) return {};
+    const sim::Bornes* bornes = &borne->DeLaCarte();
+    const std::size_t rang = borne->Ligne();
     switch (canal.TypeCanal()) {
       case ENUM_TYPE_FONCTION::FctEntréesAnalogiques:
         return Volts(bornes->entréesAnalogiques[rang]);

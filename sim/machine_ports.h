@@ -2,10 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "core/chassis.h"
-#include "sim/bornes.h"
+#include "sim/borne.h"
 #include "sim/bus_ports.h"
 #include "sim/horloge_virtuelle.h"
 
@@ -19,8 +20,9 @@ class MachinePorts {
   /// Plugs the twin of every port-mapped block of a loaded frame, one for each base address. To be
   /// called before the frame is started.
   void Branche(Chassis& chassis);
-  /// Terminals of the board that a channel sits on; none for a channel of any other board.
-  [[nodiscard]] Bornes* BornesDe(const Canal& canal) const;
+  /// The terminal that a channel sits on; none for a channel of any other board, or of a line that
+  /// no board has.
+  [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
   [[nodiscard]] BusPorts& Bus() noexcept { return bus_; }
 
  private:

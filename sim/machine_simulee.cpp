@@ -40,14 +40,13 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
 }
 
 void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entrée) {
-  Bornes* bornes = ports.BornesDe(canal);
-  const std::int16_t numéro = canal.NuméroCanal();
-  if (bornes == nullptr || numéro < 0 || numéro > 31) return;
+  const auto borne = ports.BorneDe(canal);
+  if (!borne) return;
   const auto fil = std::ranges::find(câblage_, canal.Key(), &Fil::canal);
   if (fil != câblage_.end()) {
-    fils_.push_back({bornes, static_cast<std::size_t>(numéro), &*fil});
+    fils_.push_back({*borne, &*fil});
   } else if (entrée) {
-    entrées_.push_back({bornes, numéro, logique, static_cast<double>(entrées_.size())});
+    entrées_.push_back({*borne, logique, static_cast<double>(entrées_.size())});
   }
 }
 
@@ -86,26 +85,20 @@ double MachineSimulée::Bruit() {
 }
 
 void MachineSimulée::LitLesSorties(const FilPosé& posé) {
-  const bool ligne = (posé.bornes->sortiesLogiques >> posé.rang & 1U) != 0;
   if (posé.fil->grandeur == Grandeur::Servovalve) {
-    presse.servovalve = posé.bornes->sortiesAnalogiques[posé.rang] / kVoltsPleineEchelle;
+    presse.servovalve = posé.borne.TensionSortie() / kVoltsPleineEchelle;
   } else if (posé.fil->grandeur == Grandeur::Pompe) {
-    presse.pompe = ligne;
+    presse.pompe = posé.borne.SortieLogique();
   } else if (posé.fil->grandeur == Grandeur::Distributeur) {
-    presse.distributeur = ligne;
+    presse.distributeur = posé.borne.SortieLogique();
   }
 }
 
-void MachineSimulée::PoseLesEntrées(const FilPosé& posé) {
+void MachineSimulée::PoseLesEntrées(FilPosé& posé) {
   const auto mesure = [&](double valeur) {
-    posé.bornes->entréesAnalogiques[posé.rang] =
-        valeur / posé.fil->pleineEchelle * kVoltsPleineEchelle + Bruit();
+    posé.borne.TensionEntrée(valeur / posé.fil->pleineEchelle * kVoltsPleineEchelle + Bruit());
   };
-  const auto ligne = [&](bool vraie) {
-    const std::uint32_t masque = 1U << posé.rang;
-    std::uint32_t& lignes = posé.bornes->entréesLogiques;
-    lignes = vraie ? lignes | masque : lignes & ~masque;
-  };
+  const auto ligne = [&](bool vraie) { posé.borne.EntréeLogique(vraie); };
   switch (posé.fil->grandeur) {
     case Grandeur::Force:
       return mesure(presse.Force());
@@ -141,20 +134,17 @@ void MachineSimulée::FaitVivreLaPresse() {
   for (const FilPosé& posé : fils_) LitLesSorties(posé);
   presse.Avance((horloge->Maintenant() - heurePresse_) / 1e6);
   heurePresse_ = horloge->Maintenant();
-  for (const FilPosé& posé : fils_) PoseLesEntrées(posé);
+  for (FilPosé& posé : fils_) PoseLesEntrées(posé);
 }
 
-void MachineSimulée::Anime(const Entrée& entrée, double secondes) {
+void MachineSimulée::Anime(Entrée& entrée, double secondes) {
   const double tour = secondes / kPériode + entrée.phase * 0.13;
   if (!entrée.logique) {
-    entrée.bornes->entréesAnalogiques[static_cast<std::size_t>(entrée.numéro)] =
-        kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour);
+    entrée.borne.TensionEntrée(kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour));
     return;
   }
   const auto rang = static_cast<std::uint64_t>(secondes / kClignotement + entrée.phase);
-  const std::uint32_t masque = 1U << static_cast<unsigned>(entrée.numéro);
-  std::uint32_t& lignes = entrée.bornes->entréesLogiques;
-  lignes = rang % 2 == 0 ? lignes & ~masque : lignes | masque;
+  entrée.borne.EntréeLogique(rang % 2 != 0);
 }
 
 void MachineSimulée::AvanceJusquA(double secondes) {
@@ -167,7 +157,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
   if (palier == palier_) return;
   palier_ = palier;
-  for (const Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
+  for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 
 }  // namespace zuma::sim

@@ -44,22 +44,20 @@ class MachineSimulée {
 
  private:
   struct Entrée {
-    Bornes* bornes;
-    std::int16_t numéro;
+    Borne borne;
     bool logique;
     double phase;
   };
   struct FilPosé {
-    Bornes* bornes;
-    std::size_t rang;
+    Borne borne;
     const Fil* fil;
   };
   void BrancheLeCanal(const Canal& canal, bool logique, bool entrée);
   void BrancheLeChienDeGarde(Chassis& chassis);
-  void Anime(const Entrée& entrée, double secondes);
+  void Anime(Entrée& entrée, double secondes);
   void FaitVivreLaPresse();
   void LitLesSorties(const FilPosé& posé);
-  void PoseLesEntrées(const FilPosé& posé);
+  void PoseLesEntrées(FilPosé& posé);
   [[nodiscard]] double Bruit();
 
   std::span<const Fil> câblage_;
