@@ -53,6 +53,7 @@ class Presse {
   [[nodiscard]] bool FinDeCourseBas() const noexcept;
   /// The safety chain lets oil through: watchdog, emergency button and door all agree.
   [[nodiscard]] bool Armée() const noexcept { return chaîneFermée && !boutonAU && porteFermée; }
+  [[nodiscard]] RéglagesPresse& Réglages() noexcept { return réglages_; }
   /// A new specimen, the platen where it is.
   void ChangeEprouvette() noexcept { cassée_ = false; }
 
