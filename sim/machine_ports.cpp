@@ -77,6 +77,10 @@ void MachinePorts::Branche(Chassis& chassis) {
       bus_.Attache(bloc->Base(), kPortsParCarte, *cartes_.back().carte);
     }
   }
+  const auto adresse = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
+  if (adresse == 0 || watchdog_) return;
+  watchdog_ = std::make_unique<CarteWDT01>(horloge_);
+  bus_.Attache(adresse, CarteWDT01::kPorts, *watchdog_);
 }
 
 Bornes* MachinePorts::BornesDe(const Canal& canal) const {

@@ -22,6 +22,7 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.liaisons = &liaisons;
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
+  services.clavier = &clavier;
 }
 
 void MachineSimulée::Branche(Chassis& chassis) {

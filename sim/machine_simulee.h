@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "core/chassis.h"
+#include "sim/clavier_simule.h"
 #include "sim/collaborateurs.h"
 #include "sim/compteurs_virtuels.h"
 #include "sim/horloge_virtuelle.h"
@@ -30,6 +31,7 @@ class MachineSimulée {
   FabriqueLiaisonsSimulée liaisons;
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
+  ClavierSimulé clavier;
   Plateforme services;
 
  private:
