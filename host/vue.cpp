@@ -28,6 +28,13 @@ std::string ValeurDuCanal(const Canal& canal) {
   return canal.ValeurCanal() != 0 ? "on" : "off";
 }
 
+std::string_view Genre(const Canal& canal) {
+  constexpr std::array<std::string_view, 5> kGenres{"none", "logic in", "logic out", "analog in",
+                                                    "analog out"};
+  const auto rang = static_cast<std::size_t>(canal.TypeCanal());
+  return kGenres[rang < kGenres.size() ? rang : 0];
+}
+
 std::string_view Unité(const Canal& canal) {
   return EstLogique(canal) ? "" : "points";
 }
@@ -87,8 +94,9 @@ std::vector<std::string> VueEnLignes(Chassis& chassis, const Machine& machine, d
   std::vector<std::string> lignes;
   PourChaqueCanal(chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
     std::string ligne = Secondes(secondes) + " | board " + carte.Key() + " | block " + bloc.Key() +
-                        " | channel " + std::to_string(canal.NuméroCanal()) + " | " + canal.Nom() +
-                        " | " + ValeurDuCanal(canal);
+                        " | channel " + std::to_string(canal.NuméroCanal()) + " | " +
+                        std::string(Genre(canal)) + " | " + canal.Nom() + " | " +
+                        ValeurDuCanal(canal);
     if (!Unité(canal).empty()) ligne += " " + std::string(Unité(canal));
     const std::string borne = machine.Borne(canal);
     if (!borne.empty()) ligne += " | " + borne;
@@ -104,6 +112,7 @@ std::string VueEnJson(Chassis& chassis, const Machine& machine, double secondes)
     nlohmann::ordered_json objet{{"board", carte.Key()},
                                  {"block", bloc.Key()},
                                  {"channel", canal.NuméroCanal()},
+                                 {"type", Genre(canal)},
                                  {"name", canal.Nom()}};
     if (EstLogique(canal)) {
       objet["on"] = canal.ValeurCanal() != 0;

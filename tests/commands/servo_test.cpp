@@ -45,13 +45,6 @@ TEST(LeCoefficientServo, SuitLesPressions) {
   EXPECT_TRUE(std::isnan(servo::CalculeCoefServo(1, {NAN, 50}).coefficient));
 }
 
-TEST(LaCorrectionServo, AUneInverse) {
-  const servo::Décalage décalage{.fixe = 2, .pente = 0.1};
-  const auto c = servo::CalculeCoefServo(5, {100, 30});
-  EXPECT_DOUBLE_EQ(servo::Corrige(5, c, décalage), 5 / std::sqrt(1.4) + 30 * 0.1 + 2);
-  EXPECT_DOUBLE_EQ(servo::Décorrige(servo::Corrige(5, c, décalage), c, décalage), 5);
-}
-
 TEST(LeJournalServo, ALesColonnesDeSonEntête) {
   const servo::Relevé relevé{-5, {.coefficient = 0.75, .Palim = 100, .Putil = 30}, 5, 1.25, 4096.5};
   EXPECT_EQ(servo::LigneDuJournal(relevé), "-5;100;30;-1;0,75;5;1,25;4096,5;");

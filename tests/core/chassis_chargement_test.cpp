@@ -154,7 +154,7 @@ TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneAbîmée) {
           EXPECT_EQ(chassis.Cartes()->Count(), cartes)
               << nom << ", " << colonne.nom << " " << c.quoi;
         }
-        chassis.Initialise();
+        chassis.Initialise();  // without a machine: fails, and tells
         chassis.MetàJour();
       }
     }

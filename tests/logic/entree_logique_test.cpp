@@ -12,7 +12,6 @@ namespace {
 using essai::Avec;
 using essai::Ligne;
 using essai::Nombre;
-using essai::Sans;
 using essai::Texte;
 using enum ENUM_ETAT_LOGIQUE;
 
@@ -278,13 +277,6 @@ TEST_F(UneEntréeLogique, DitUnNiveauDArrêtMalEcrit) {
   EXPECT_TRUE(registre->Contient("'Active' n'est ni"));
   Lie(*entrée);
   EXPECT_EQ(entrée->Canal(), CanalDe(kCanal)) << "the rest of the row was read";
-  for (const char* colonne :
-       {"Nom de l'Entrée Logique", "Etat d'Activation", "Niveau d'Arrêt d'Urgence"}) {
-    registre->entrées.clear();
-    (void)Lu<EntréeLogique>(Sans(AvecCanal(), colonne));
-    EXPECT_TRUE(registre->Contient("Erreur N°3265 ")) << colonne;
-    EXPECT_TRUE(registre->Contient(colonne));
-  }
 }
 
 class SesParamètres : public UneEntréeLogique {

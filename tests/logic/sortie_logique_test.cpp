@@ -11,7 +11,6 @@ namespace {
 using essai::Avec;
 using essai::Ligne;
 using essai::Nombre;
-using essai::Sans;
 using essai::Texte;
 using enum ENUM_ETAT_LOGIQUE;
 
@@ -122,14 +121,6 @@ TEST_F(UneSortieLogique, LaisseLeursCyclesAuxLiaisonsModbus) {
     EXPECT_TRUE(registre->Contient("Erreur N°91 "));
     registre->entrées.clear();
     sienne->Parent(avant);
-  }
-}
-
-TEST_F(UneSortieLogique, ExigeSesTroisColonnes) {
-  for (const char* colonne : {"Index", "Nom de la Sortie Logique", "Etat d'Activation"}) {
-    registre->entrées.clear();
-    (void)Lu<SortieLogique>(Sans(LigneDeSortie(), colonne));
-    EXPECT_TRUE(registre->Contient("Erreur N°3265 ")) << colonne;
   }
 }
 

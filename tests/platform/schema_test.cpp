@@ -104,8 +104,6 @@ TEST_F(UneCréation, DonneUneDémonstrationQuiSeCharge) {
   chassis.ChargeLeChassis(base, kChassisDeDémonstration);
   chassis.Lien(base, std::to_string(kChassisDeDémonstration));
   chassis.MiseàJourDesLiens();
-  chassis.Initialise();
-  chassis.MetàJour();
   EXPECT_TRUE(messages.textes.empty()) << messages.textes.front();
   EXPECT_TRUE(registre->entrées.empty()) << registre->entrées.front().message;
   EXPECT_EQ(chassis.Nom(), "Presse de démonstration");
