@@ -300,7 +300,7 @@ TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
        false,
        {{0.001, 2020, true}, {0.003, 2020, false}, {0.052, 2180, true}, {0.055, 2180, false}}},
       // Too near the limit of 10: the wave shrinks, and its low side saturates without a word.
-      {"Servo", 11, 4, 11, false, {{0.001, 500, true}, {0.052, 580, true}}},
+      {"Servo", 11, 4, 11, false, {{0.001, 500, true}, {0.052, 580, true}, {0.103, 500, true}}},
       // On the limit: flat. A plain command takes the limit as its value.
       {"Normale", 5, 4, 10, true, {{0.001, 500, true}, {0.003, 500, true}}},
       {"Normale", 50, 0, 50, false, {{0.001, 2100, true}, {0.003, 2100, true}}},
