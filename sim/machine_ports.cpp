@@ -109,6 +109,10 @@ void MachinePorts::Branche(Chassis& chassis) {
       bus_.Attache(bloc->Base(), jumeau->ports, *cartes_.back().carte);
     }
   }
+  const auto adresse = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
+  if (adresse == 0 || watchdog_) return;
+  watchdog_ = std::make_unique<CarteWDT01>(horloge_);
+  bus_.Attache(adresse, CarteWDT01::kPorts, *watchdog_);
 }
 
 std::optional<Borne> MachinePorts::BorneDe(const Canal& canal) const {

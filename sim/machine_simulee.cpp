@@ -23,12 +23,12 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.liaisons = &liaisons;
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
+  services.clavier = &clavier;
 }
 
 void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   câblage_ = câblage;
   ports.Branche(chassis);
-  BrancheLeChienDeGarde(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -48,31 +48,6 @@ void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entr
   } else if (entrée) {
     entrées_.push_back({*borne, logique, static_cast<double>(entrées_.size())});
   }
-}
-
-// Its two ports on the bus.
-class PortsDuChienDeGarde : public AppareilPorts {
- public:
-  PortsDuChienDeGarde(CarteWDT01& carte, std::uint16_t base) : carte_(carte), base_(base) {}
-  std::uint8_t Lit(std::uint16_t décalage) override { return carte_.Inp(Port(décalage)); }
-  void Ecrit(std::uint16_t décalage, std::uint8_t octet) override {
-    carte_.Outp(Port(décalage), octet);
-  }
-
- private:
-  [[nodiscard]] std::uint16_t Port(std::uint16_t décalage) const {
-    return static_cast<std::uint16_t>(base_ + décalage);
-  }
-  CarteWDT01& carte_;
-  std::uint16_t base_;
-};
-
-void MachineSimulée::BrancheLeChienDeGarde(Chassis& chassis) {
-  const auto base = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
-  if (base == 0) return;
-  chienDeGarde_ = std::make_unique<CarteWDT01>(base, horloge);
-  portsDuChienDeGarde_ = std::make_unique<PortsDuChienDeGarde>(*chienDeGarde_, base);
-  ports.Bus().Attache(base, 2, *portsDuChienDeGarde_);
 }
 
 // Noise of the measuring chain, in volts: about half a millivolt, the same on every run.
@@ -130,7 +105,7 @@ void MachineSimulée::PoseLesEntrées(FilPosé& posé) {
 // The press lives by the machine's own clock, the time that a pass took included.
 void MachineSimulée::FaitVivreLaPresse() {
   if (fils_.empty()) return;
-  presse.chaîneFermée = !chienDeGarde_ || chienDeGarde_->ContactFermé();
+  presse.chaîneFermée = ChienDeGarde() == nullptr || ChienDeGarde()->ContactFermé();
   for (const FilPosé& posé : fils_) LitLesSorties(posé);
   presse.Avance((horloge->Maintenant() - heurePresse_) / 1e6);
   heurePresse_ = horloge->Maintenant();

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <vector>
 
 #include "core/chassis.h"
 #include "sim/cablage.h"
-#include "sim/carte_wdt01.h"
+#include "sim/clavier_simule.h"
 #include "sim/collaborateurs.h"
 #include "sim/compteurs_virtuels.h"
 #include "sim/horloge_virtuelle.h"
@@ -37,9 +36,10 @@ class MachineSimulée {
   FabriqueLiaisonsSimulée liaisons;
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
+  ClavierSimulé clavier;
   Presse presse;
   /// Watchdog board of the frame; none until one is plugged.
-  [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return chienDeGarde_.get(); }
+  [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
   Plateforme services;
 
  private:
@@ -53,7 +53,6 @@ class MachineSimulée {
     const Fil* fil;
   };
   void BrancheLeCanal(const Canal& canal, bool logique, bool entrée);
-  void BrancheLeChienDeGarde(Chassis& chassis);
   void Anime(Entrée& entrée, double secondes);
   void FaitVivreLaPresse();
   void LitLesSorties(const FilPosé& posé);
@@ -62,8 +61,6 @@ class MachineSimulée {
 
   std::span<const Fil> câblage_;
   std::vector<FilPosé> fils_;
-  std::unique_ptr<CarteWDT01> chienDeGarde_;
-  std::unique_ptr<AppareilPorts> portsDuChienDeGarde_;
   double heurePresse_ = 0;  ///< microseconds
   std::uint32_t graine_ = 20'240'503;
   std::vector<Entrée> entrées_;
