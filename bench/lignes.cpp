@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 
 namespace zuma::banc {
@@ -135,10 +136,10 @@ std::int32_t Lignes::Capteur(std::string_view type, std::vector<Champ> champs) {
 }
 
 std::int32_t Lignes::CapteurNormal(std::int32_t canal, std::vector<Champ> champs) {
-  champs.push_back(Entier("Canal", canal));
-  champs.push_back(Réel("Temps d'Intégration du Canal", 1));
-  AjouteTable(champs, kPointsParLigne * (kPoints - 1));
-  return Capteur("Normal", std::move(champs));
+  std::vector<Champ> tous{Entier("Canal", canal), Réel("Temps d'Intégration du Canal", 1)};
+  AjouteTable(tous, kPointsParLigne * (kPoints - 1));
+  std::ranges::move(champs, std::back_inserter(tous));
+  return Capteur("Normal", std::move(tous));
 }
 
 std::int32_t Lignes::Commande(std::string_view type, std::int32_t canal,
