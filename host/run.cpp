@@ -40,8 +40,12 @@ class Essai {
   // Outputs go to rest before the frame is released: a program that ends must not leave a machine
   // under its last set point.
   ~Essai() {
-    chassis_.DéclencheAU();
-    chassis_.Décharge();
+    try {
+      chassis_.DéclencheAU();
+      chassis_.Décharge();
+    } catch (...) {
+      recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
+    }
   }
   Essai(const Essai&) = delete;
   Essai& operator=(const Essai&) = delete;
