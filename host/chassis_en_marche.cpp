@@ -6,7 +6,8 @@ namespace zuma::host {
 
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres)
-    : paramètres_(std::move(paramètres)),
+    : recueil_(recueil),
+      paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
       chassis_(machine.Services()) {
   const Ref<BaseDeDonnées> base = OuvreLaBase(fichier, false);
@@ -23,8 +24,12 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
 }
 
 ChassisEnMarche::~ChassisEnMarche() {
-  chassis_.DéclencheAU();
-  chassis_.Décharge();
+  try {
+    chassis_.DéclencheAU();
+    chassis_.Décharge();
+  } catch (...) {
+    recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
+  }
   sécurité_->Débranche();
 }
 

@@ -32,6 +32,7 @@ class ChassisEnMarche {
   bool Acquitte();
 
  private:
+  Ref<Recueil> recueil_;
   Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;

@@ -27,12 +27,25 @@ void ExigeConstruit(const Objet& objet, ENUM_DRIVER driver, Recueil& recueil) {
   }
 }
 
+// A driver in a block of a type that it does not serve neither reads nor writes, and says nothing.
+void ExigeUnTypeServi(const Fonction& bloc, Recueil& recueil) {
+  const LigneDriver& ligne = LigneDuDriver(bloc.Driver_enm());
+  if (ligne.types == 0 || ligne.Sert(bloc.TypeDeFonction())) return;
+  recueil.Ajoute({.origine = Origine::Donnée,
+                  .table = "Fonction",
+                  .ligne = bloc.Key(),
+                  .colonne = "Type de Fonction",
+                  .texte = "the driver " + std::string(ligne.nom) +
+                           " does not serve blocks of this type: nothing is read or written"});
+}
+
 // A driver that this version lacks would only show when the frame is started.
 void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
   for (const CarteRef& carte : *chassis.Cartes()) {
     ExigeConstruit(*carte, carte->Driver_enm(), recueil);
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       ExigeConstruit(*bloc, bloc->Driver_enm(), recueil);
+      ExigeUnTypeServi(*bloc, recueil);
       for (const CanalRef& canal : *bloc->Canals()) {
         if (canal->Driver() != bloc->Driver_enm()) {
           ExigeConstruit(*canal, canal->Driver(), recueil);

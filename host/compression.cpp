@@ -42,7 +42,8 @@ struct Rapport {
   double contrainteMaximale = 0;  // MPa
   double vitesseTenue = 0;        // MPa/s, mean slope between 20 and 90 % of the maximum
   double durée = 0;               // seconds of load
-  double reposAprès = -1;         // seconds from the disturbance to outputs at rest; none: -1
+  double arrêtAprès = -1;         // seconds from the disturbance to the stop; none: -1
+  int passesAuRepos = -1;         // passes from the stop to outputs at rest; 0 is the same pass
   std::vector<std::string> causes;
 };
 
@@ -134,9 +135,15 @@ class Essai {
     } else if (Interruption::Demandée()) {
       Finit(Fin::Interrompu);
     }
-    if (heurePanne_ >= 0 && rapport_.reposAprès < 0 && AuRepos()) {
-      rapport_.reposAprès = secondes_ - heurePanne_;
-    }
+    if (finie_) MesureLArrêt();
+  }
+
+  // Called at the end of each pass, from the one that found the stop on.
+  void MesureLArrêt() {
+    if (heurePanne_ >= 0 && rapport_.arrêtAprès < 0) rapport_.arrêtAprès = secondes_ - heurePanne_;
+    if (rapport_.passesAuRepos >= 0) return;
+    if (AuRepos()) rapport_.passesAuRepos = passesDepuisLArrêt_;
+    ++passesDepuisLArrêt_;
   }
 
   void Finit(Fin fin) {
@@ -148,8 +155,11 @@ class Essai {
 
   // At the terminals: what the machine obeys, not what the program believes.
   [[nodiscard]] bool AuRepos() const {
-    const sim::Presse& presse = jumelle_.presse;
-    return !presse.Armée() || (presse.servovalve == 0 && !presse.pompe && !presse.distributeur);
+    const auto borne = [&](const CanalRef& canal) { return jumelle_.ports.BorneDe(*canal); };
+    return !jumelle_.presse.chaîneFermée ||
+           (borne(organes_.servovalve->Canal())->TensionSortie() == 0 &&
+            !borne(organes_.pompe->Canal())->SortieLogique() &&
+            !borne(organes_.distributeur->Canal())->SortieLogique());
   }
 
   template <class Condition>
@@ -262,6 +272,13 @@ class Essai {
     for (const linux_::Securite::Cause& cause : marche_.LaSécurité().Causes()) {
       rapport_.causes.push_back(cause.texte);
     }
+    if (rapport_.fin == Fin::Chaîne) {
+      const sim::CarteWDT01* garde = jumelle_.ChienDeGarde();
+      const bool déclenchée = garde != nullptr && !jumelle_.presse.chaîneFermée;
+      rapport_.causes.emplace_back(déclenchée
+                                       ? "the watchdog tripped: the host did not refresh it in time"
+                                       : "input Armé is no longer active");
+    }
   }
 
   static constexpr double kAvantDépassement = 94.9;  // kN, just below the limit of the big cell
@@ -276,6 +293,7 @@ class Essai {
   Rapport rapport_;
   double secondes_ = 0;
   double heurePanne_ = -1;
+  int passesDepuisLArrêt_ = 0;
   bool armé_ = false;
   bool finie_ = false;
 };
@@ -295,7 +313,8 @@ void Imprime(const OptionsCompression& options, const Rapport& r) {
                                       {"rate_asked_MPa_s", options.vitesse},
                                       {"rate_held_MPa_s", r.vitesseTenue},
                                       {"load_s", r.durée},
-                                      {"rest_after_s", r.reposAprès},
+                                      {"stop_after_s", r.arrêtAprès},
+                                      {"rest_after_passes", r.passesAuRepos},
                                       {"causes", r.causes},
                                       {"folder", options.dossier}};
     std::printf("%s\n", json.dump(2).c_str());
@@ -307,8 +326,13 @@ void Imprime(const OptionsCompression& options, const Rapport& r) {
       "  maximum force    %8.2f kN\n  maximum stress   %8.2f MPa\n"
       "  rate held        %8.3f MPa/s (asked %.3f)\n  duration of load %8.1f s\n",
       r.forceMaximale, r.contrainteMaximale, r.vitesseTenue, options.vitesse, r.durée);
-  if (r.reposAprès >= 0) {
-    std::printf("  outputs at rest  %s after the disturbance\n", Secondes(r.reposAprès).c_str());
+  if (r.arrêtAprès >= 0) {
+    std::printf("  stop             %s after the disturbance\n", Secondes(r.arrêtAprès).c_str());
+  }
+  if (r.fin != Fin::Rupture && r.passesAuRepos >= 0) {
+    std::printf("  outputs at rest  %s\n",
+                r.passesAuRepos == 0 ? "in the same pass"
+                                     : (std::to_string(r.passesAuRepos) + " passes later").c_str());
   }
   std::printf("Recording %s/compression.csv, curves %s/compression.svg\n", options.dossier.c_str(),
               options.dossier.c_str());

@@ -25,7 +25,7 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
 
 int Lance(int argc, char** argv) {
   CLI::App app{"zuma drives a materials-testing frame described by a configuration database."};
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
   app.set_version_flag("--version", ZUMA_VERSION);
   app.footer("Exit code: 0 good, 1 problems found, 2 misuse.");
 
@@ -69,6 +69,10 @@ int Lance(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? kBon : kMauvaisUsage;
+  }
+  if (app.get_subcommands().empty()) {
+    std::fprintf(stderr, "zuma: a command is required\n%s", app.help().c_str());
+    return kMauvaisUsage;
   }
   if (verbeInit->parsed()) return Init(init);
   if (verbeCheck->parsed()) return Check(check);

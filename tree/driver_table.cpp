@@ -34,6 +34,12 @@ constexpr LigneDriver Bloc(ENUM_DRIVER valeur, std::string_view nom, std::string
           .pilote = pilote};
 }
 
+// The same text selects the driver of the whole board.
+constexpr LigneDriver DuBlocEtDeLaCarte(LigneDriver ligne) {
+  ligne.texteCarte = ligne.texteFonction;
+  return ligne;
+}
+
 constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte) {
   return {.valeur = valeur,
           .nom = nom,
@@ -107,8 +113,9 @@ const std::array<LigneDriver, 56> kTable{{
     Bloc(DrvIK121, "DrvIK121", "IK 121", "DrvIK121", kEA, nullptr),
     Bloc(DrvA826PG_DB8225, "DrvA826PG_DB8225", "A 826 PG - DB 8225", "DrvA826PG_DB8225", kEA,
          &pilotes::kA826Analogique),
-    Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, nullptr),
-    Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA, nullptr),
+    DuBlocEtDeLaCarte(Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, nullptr)),
+    DuBlocEtDeLaCarte(
+        Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA, nullptr)),
     Bloc(drvPCI9111HR_Vorlanex_EA, "drvPCI9111HR_Vorlanex_EA", "PCI 9111 HR - Vorlanex EA",
          "DrvPCI9111HR/Vorlanex EA", kEA, nullptr),
     Bloc(DrvPCL728, "DrvPCL728", "PCL 728", "DrvPCL728", kSA, &pilotes::kPCL728Sorties),
