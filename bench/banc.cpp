@@ -1,49 +1,29 @@
 #include "bench/banc.h"
 
 #include <algorithm>
+#include <array>
+
+#include "platform/linux/base_sqlite.h"
 
 namespace zuma::banc {
 namespace {
 
 constexpr std::size_t kEntréesMues = 16;
 
+// In the order of `Param`.
+constexpr std::array kValeurs{"Compression", "Cylindre", "160", "mm",     "1",
+                              "150",         "2",        "0,5", "ouvert", "fermé"};
+
 }  // namespace
 
-linux_::Parametres ParamètresDeBanc() {
-  linux_::Parametres p;
-  p.Ajoute(paramètre::kType, "Compression");
-  p.Ajoute(paramètre::kForme, "Cylindre");
-  p.Ajoute(paramètre::kDiamètre, "160");
-  p.Ajoute(paramètre::kUnité, "mm");
-  p.Ajoute(paramètre::kSection, "1");
-  p.Ajoute(paramètre::kLongueur, "150");
-  p.Ajoute(paramètre::kChoix, "2");
-  p.Ajoute(paramètre::kDécalage, "0,5");
-  p.Ajoute(paramètre::kActif, "ouvert");
-  p.Ajoute(paramètre::kInactif, "fermé");
-  for (std::int32_t n = 0; n < paramètre::kNombreEcrits; ++n) {
-    p.Ajoute(paramètre::kEtat + n);
-    p.Ajoute(paramètre::kVoulue + n);
+Banc::Banc(const Lignes& lignes) {
+  for (std::int32_t n = kType; n <= kDernier; ++n) {
+    paramètres_.Ajoute(n, n < kEtats ? kValeurs[static_cast<std::size_t>(n - kType)] : "");
   }
-  return p;
-}
-
-void Charge(Chassis& chassis, const Base& base, const Ref<host::Recueil>& recueil,
-            const Ref<ZED_Timer>& timer, const Ref<ZED_Securite>& sécurité,
-            const ParamètresRef& paramètres, const Ref<ZED_Traduction>& traducteur) {
-  const Ref<BaseDeDonnées> ouverte = Crée<linux_::BaseSqlite>(base.Chemin());
-  chassis.TimerExact(timer);
-  chassis.ChargeErreur(recueil);
-  chassis.ChargeLeChassis(ouverte, kChassis);
-  chassis.Lien(ouverte, std::to_string(kChassis), sécurité, paramètres, traducteur);
-  chassis.MiseàJourDesLiens();
-}
-
-Banc::Banc(const Base& base) : chassis_(machine_.services) {
+  linux_::CréeBase(Fichier(), lignes.Toutes());
   sécurité_->Branche(chassis_);
   sécurité_->Bornes(*traducteur_);
-  Charge(chassis_, base, recueil_, machine_.horloge, sécurité_, paramètres_.Collection(),
-         traducteur_);
+  Charge(chassis_);
   machine_.Branche(chassis_);
   chassis_.Initialise();
   for (const CarteRef& carte : *chassis_.Cartes()) {
@@ -57,6 +37,15 @@ Banc::Banc(const Base& base) : chassis_(machine_.services) {
 Banc::~Banc() {
   chassis_.DéclencheAU();
   chassis_.Décharge();
+}
+
+void Banc::Charge(Chassis& chassis) const {
+  const Ref<BaseDeDonnées> base = Crée<linux_::BaseSqlite>(Fichier());
+  chassis.TimerExact(machine_.horloge);
+  chassis.ChargeErreur(recueil_);
+  chassis.ChargeLeChassis(base, kChassis);
+  chassis.Lien(base, std::to_string(kChassis), sécurité_, paramètres_.Collection(), traducteur_);
+  chassis.MiseàJourDesLiens();
 }
 
 std::string Banc::Plaintes() const {

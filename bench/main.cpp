@@ -39,12 +39,12 @@ void Chronomètre(benchmark::State& état, const Scénario& scénario) {
   for (auto _ : état) {
     mesure->Avant();
     const std::int64_t avant = essai::Allocations();
-    const double départ = mesure->Horloge();
+    const double départ = mesure->banc.Maintenant();
     FaitUnTour(*mesure);
-    simulé += mesure->Horloge() - départ;
+    simulé += mesure->banc.Maintenant() - départ;
     allocations += essai::Allocations() - avant;
   }
-  const std::string plaintes = mesure->Plaintes();
+  const std::string plaintes = mesure->banc.Plaintes();
   if (!plaintes.empty()) état.SkipWithError(plaintes.c_str());
   const auto moyenne = benchmark::Counter::kAvgIterations;
   état.counters["allocations"] = {static_cast<double>(allocations), moyenne};
@@ -71,7 +71,7 @@ int Tourne(std::string_view nombre, std::string_view nom) {
       mesure->Avant();
       FaitUnTour(*mesure);
     }
-    const std::string plaintes = mesure->Plaintes();
+    const std::string plaintes = mesure->banc.Plaintes();
     return plaintes.empty() ? 0 : Mauvais(plaintes);
   }
   return Mauvais("no such scenario");

@@ -1,8 +1,7 @@
 #include "bench/scenarios.h"
 
 #include <array>
-
-#include "bench/banc.h"
+#include <string>
 
 namespace zuma::banc {
 namespace {
@@ -11,92 +10,83 @@ namespace {
 constexpr double kToujours = 1000;  // hertz
 constexpr double kPériode = 5000;   // microseconds
 constexpr double kJamais = 0;       // hertz
+constexpr std::int32_t kCinqCents = 500;
 
-// --- Frames
+Champ Fils(int rang, std::int32_t capteur) {
+  return Texte("Capteur Fils N° " + std::to_string(rang), std::to_string(capteur));
+}
 
-std::int32_t CarteDeMesure(Lignes& lignes) {
+// A board of 16 analog inputs with a sensor on each; returns the first sensor's Index.
+std::int32_t SeizeCapteurs(Lignes& lignes) {
   lignes.Carte();
-  return lignes.Bloc(kEA, kScan, 16, true);
+  const std::int32_t canal = lignes.Bloc(kEA, kScan, 16, true);
+  for (std::int32_t n = 0; n < 16; ++n) {
+    // Ranges that differ, for the kinds that choose among them.
+    lignes.Objet("Capteur",
+                 {Entier("Canal", canal + n), Réel("Sécurité Maximale en Unité", 1e6 * (n + 1))});
+  }
+  return canal + 16;
 }
 
 Lignes CapteursNormaux() {
   Lignes lignes(kToujours, kJamais);
-  for (int carte = 0; carte < 4; ++carte) {
-    const std::int32_t premier = CarteDeMesure(lignes);
-    for (std::int32_t n = 0; n < 16; ++n) lignes.CapteurNormal(premier + n);
-  }
+  for (int carte = 0; carte < 4; ++carte) SeizeCapteurs(lignes);
   return lignes;
 }
 
-struct Genre {
-  std::string_view type;
-  std::vector<Champ> champs;
-};
-
-// Every kind made from other sensors, from the clock or from outside.
-std::vector<Genre> GenresDérivés() {
-  return {
-      {"Moyen", {Entier("Offset", paramètre::kDécalage)}},
-      {"Recouvrement", {}},
-      {"Contrainte",
-       {Entier("Type de contrainte", paramètre::kType),
-        Entier("Forme eprouvette", paramètre::kForme), Entier("D", paramètre::kDiamètre),
-        Entier("Unite", paramètre::kUnité), Entier("S", paramètre::kSection)}},
-      {"Temps", {Texte("Unité d'Etalonnage", "S")}},
-      {"Vitesse", {}},
-      {"DeltaL/L", {Entier("S", paramètre::kLongueur)}},
-      {"Combinaison", {Texte("Opérateur", "-")}},
-      {"Selectionnable", {Entier("S", paramètre::kChoix), Texte("Valeur de selection", "2")}},
-      {"PPC", {}},
-      {"SOLARTRON LVDT", {}},
-  };
-}
-
+// 16 sensors from channels, and 48 of every kind made from others, from the clock or from outside.
 Lignes CapteursVariés() {
-  constexpr std::int32_t kNormaux = 16;
-  constexpr std::int32_t kDérivés = 48;
+  const std::vector<std::vector<Champ>> genres{
+      {Texte("Type de Capteur", "Moyen"), Entier("Offset", kDécalage)},
+      {Texte("Type de Capteur", "Recouvrement")},
+      {Texte("Type de Capteur", "Contrainte"), Entier("Type de contrainte", kType),
+       Entier("Forme eprouvette", kForme), Entier("D", kDiamètre), Entier("Unite", kUnité),
+       Entier("S", kSection)},
+      {Texte("Type de Capteur", "Temps"), Texte("Unité d'Etalonnage", "S")},
+      {Texte("Type de Capteur", "Vitesse")},
+      {Texte("Type de Capteur", "DeltaL/L"), Entier("S", kLongueur)},
+      {Texte("Type de Capteur", "Combinaison"), Texte("Opérateur", "-")},
+      {Texte("Type de Capteur", "Selectionnable"), Entier("S", kChoix),
+       Texte("Valeur de selection", "2")},
+      {Texte("Type de Capteur", "PPC")},
+      {Texte("Type de Capteur", "SOLARTRON LVDT")},
+  };
   Lignes lignes(kToujours, kJamais);
-  const std::int32_t canal = CarteDeMesure(lignes);
-  std::array<std::int32_t, kNormaux> normaux{};
-  for (std::int32_t n = 0; n < kNormaux; ++n) {
-    // Ranges that differ, for the kinds that choose among them.
-    normaux[static_cast<std::size_t>(n)] =
-        lignes.CapteurNormal(canal + n, {Réel("Sécurité Maximale en Unité", 1e6 * (n + 1))});
-  }
-  const std::vector<Genre> genres = GenresDérivés();
-  for (std::size_t n = 0; n < kDérivés; ++n) {
-    std::vector<Champ> champs = genres[n % genres.size()].champs;
-    champs.push_back(Fils(1, normaux[n % kNormaux]));
-    champs.push_back(Fils(2, normaux[(n + 1) % kNormaux]));
-    lignes.Capteur(genres[n % genres.size()].type, std::move(champs));
+  const std::int32_t normal = SeizeCapteurs(lignes);
+  for (std::int32_t n = 0; n < 48; ++n) {
+    std::vector<Champ> champs = genres[static_cast<std::size_t>(n) % genres.size()];
+    champs.push_back(Fils(1, normal + n % 16));
+    champs.push_back(Fils(2, normal + (n + 1) % 16));
+    lignes.Objet("Capteur", champs);
   }
   return lignes;
 }
 
 void AjouteLesCommandes(Lignes& lignes) {
-  const std::int32_t mesure = CarteDeMesure(lignes);
-  const auto label = [](std::int32_t index) { return std::to_string(index); };
-  const std::string alimentation = label(lignes.CapteurNormal(mesure));
-  const std::string utilisation = label(lignes.CapteurNormal(mesure + 1));
+  const std::int32_t capteur = SeizeCapteurs(lignes);
+  const std::string alimentation = std::to_string(capteur);
+  const std::string utilisation = std::to_string(capteur + 1);
+  const std::vector<Champ> avecDither{Réel("Fréquence dither", 200), Réel("Amplitude dither", 2)};
+  const std::vector<Champ> servo{Texte("Type de Commande", "Servo"),
+                                 Texte("Capteur Alimentation", alimentation),
+                                 Texte("Capteur Utilisation", utilisation)};
+  const std::vector<Champ> recopie{Texte("Type de Commande", "Recopie"),
+                                   Texte("Capteur de recopie", utilisation)};
+  const auto ajoute = [&](int nombre, std::int32_t& canal, const std::vector<Champ>& champs) {
+    for (int n = 0; n < nombre; ++n) {
+      std::vector<Champ> tous = champs;
+      tous.push_back(Entier("Canal", canal++));
+      lignes.Objet("Commande", tous);
+    }
+  };
   lignes.Carte();
   std::int32_t canal = lignes.Bloc(kSA, "DrvACL6128", 8, false);
-  for (int n = 0; n < 4; ++n) {
-    lignes.Commande("Normale", canal++,
-                    {Réel("Fréquence dither", 200), Réel("Amplitude dither", 2)});
-  }
-  for (int n = 0; n < 2; ++n) {
-    lignes.Commande(
-        "Servo", canal++,
-        {Texte("Capteur Alimentation", alimentation), Texte("Capteur Utilisation", utilisation)});
-  }
-  for (int n = 0; n < 2; ++n) {
-    lignes.Commande("Recopie", canal++, {Texte("Capteur de recopie", utilisation)});
-  }
+  ajoute(4, canal, avecDither);
+  ajoute(2, canal, servo);
+  ajoute(2, canal, recopie);
   lignes.Carte();
   canal = lignes.Bloc(kSA, "DrvPCL728", 8, false);
-  for (std::int32_t n = 0; n < 8; ++n) {
-    lignes.Commande("Normale", canal++, {Entier("Paramètre", paramètre::kVoulue + n)});
-  }
+  for (std::int32_t n = 0; n < 8; ++n) ajoute(1, canal, {Entier("Paramètre", kDernier - n)});
 }
 
 // Boards with both directions: 24 inputs and 24 outputs on one, 8 of each on the other.
@@ -107,12 +97,11 @@ void AjouteLesLogiques(Lignes& lignes) {
     const std::int32_t entrée = lignes.Bloc(kEL, "DrvPET48DIO_TB24P", nombre, true);
     const std::int32_t sortie = lignes.Bloc(kSL, "DrvPET48DIO_TB24R", nombre, true);
     for (std::int32_t n = 0; n < nombre; ++n, ++rang) {
-      lignes.EntréeLogique(entrée + n,
-                           {Entier("Parametre Etat", paramètre::kEtat + rang),
-                            Entier("Parametre Etat Actif", paramètre::kActif),
-                            Entier("Parametre Etat Inactif", paramètre::kInactif),
-                            Réel("Durée Anti-Rebond (s)", rang % 2 == 0 ? 0.0 : 0.012)});
-      lignes.SortieLogique(sortie + n);
+      lignes.Objet(
+          kEL, {Entier("Canal", entrée + n), Entier("Parametre Etat", kEtats + rang),
+                Entier("Parametre Etat Actif", kActif), Entier("Parametre Etat Inactif", kInactif),
+                Réel("Durée Anti-Rebond (s)", rang % 2 == 0 ? 0.0 : 0.012)});
+      lignes.Objet(kSL, {Entier("Canal", sortie + n)});
     }
   }
 }
@@ -125,104 +114,71 @@ Lignes Boucle() {
 }
 
 Lignes CinqCents() {
-  Lignes lignes(kToujours, kToujours);
-  AjouteLesCommandes(lignes);
-  AjouteLesLogiques(lignes);
-  while (lignes.NombreDObjets() + 18 + 16 <= 500) {
-    const std::int32_t canal = CarteDeMesure(lignes);
-    for (std::int32_t n = 0; n < 16; ++n) lignes.CapteurNormal(canal + n);
-  }
+  constexpr std::int32_t kObjetsParCarte = 34;
+  Lignes lignes = Boucle();
+  while (lignes.NombreDObjets() + kObjetsParCarte <= kCinqCents) SeizeCapteurs(lignes);
   lignes.Carte();
-  const std::int32_t canal = lignes.Bloc(kSA, "DrvACL6128", 8, false);
-  for (std::int32_t n = 0; lignes.NombreDObjets() < 500; ++n) {
-    lignes.Commande("Normale", canal + n % 8);
-  }
+  lignes.Bloc(kSL, "DrvACL8316_ACLD9185", kCinqCents - lignes.NombreDObjets() - 1, true);
   return lignes;
 }
 
-// --- Measures
-
-class Passe : public Mesure {
+// A host that writes every set point and every output before each pass.
+class PasseEtHôte : public Mesure {
  public:
-  Passe(const Lignes& lignes, double période) : base_(lignes), banc_(base_), période_(période) {
-    for (const CommandeRef& commande : *banc_.LeChassis().Commandes()) commande->Enabled(true);
-  }
-  void Avant() override {
-    if (période_ == 0) return;
-    banc_.LaMachine().horloge->Avance(période_);
-    banc_.Bouge();
-  }
-  void Tour() override { banc_.LeChassis().MetàJour(); }
-  double Horloge() const override { return banc_.Maintenant(); }
-  std::string Plaintes() const override { return banc_.Plaintes(); }
-
- protected:
-  Banc& LeBanc() { return banc_; }
-
- private:
-  Base base_;
-  Banc banc_;
-  double période_;
-};
-
-// A host that writes every set point and every output before each pass, changed or not.
-class PasseEtHôte : public Passe {
- public:
-  PasseEtHôte()
-      : Passe(Boucle(), kPériode),
-        commandes_(LeBanc().LeChassis().Commandes()),
-        sorties_(LeBanc().LeChassis().SortiesLogiques()) {}
+  using Mesure::Mesure;
   void Tour() override {
     const double unités = 20 + tour_ % 50;
-    for (const CommandeRef& commande : *commandes_) commande->ValeurCouranteEnUnité(unités);
+    for (const CommandeRef& c : *commandes_) c->ValeurCouranteEnUnité(unités);
     const auto état = tour_++ % 2 == 0 ? ENUM_ETAT_LOGIQUE::Actif : ENUM_ETAT_LOGIQUE::Inactif;
-    for (const SortieLogiqueRef& sortie : *sorties_) sortie->ValeurCourante(état);
-    Passe::Tour();
+    for (const SortieLogiqueRef& s : *sorties_) s->ValeurCourante(état);
+    Mesure::Tour();
   }
 
  private:
-  CommandesRef commandes_;
-  SortieLogiquesRef sorties_;
+  CommandesRef commandes_ = banc.LeChassis().Commandes();
+  SortieLogiquesRef sorties_ = banc.LeChassis().SortiesLogiques();
   unsigned tour_ = 0;
 };
 
 class Chargement : public Mesure {
  public:
+  using Mesure::Mesure;
   void Tour() override {
-    Chassis chassis(machine_.services);
-    Charge(chassis, base_, recueil_, machine_.horloge, {}, paramètres_.Collection(), {});
+    Chassis chassis(banc.LaMachine().services);
+    banc.Charge(chassis);
   }
-  std::string Plaintes() const override {
-    return recueil_->Problèmes().empty() ? "" : host::Ligne(recueil_->Problèmes().front());
-  }
-
- private:
-  Ref<host::Recueil> recueil_ = Crée<host::Recueil>();
-  sim::MachineSimulée machine_{*recueil_};
-  linux_::Parametres paramètres_ = ParamètresDeBanc();
-  Base base_{CinqCents()};
 };
 
-template <auto kLignes>
-std::unique_ptr<Mesure> Complète() {
-  return std::make_unique<Passe>(kLignes(), kPériode);
+template <class Genre>
+std::unique_ptr<Mesure> Sur(const Lignes& lignes, double période = kPériode) {
+  return std::make_unique<Genre>(lignes, période);
 }
 
 constexpr std::array<Scénario, 7> kScénarios{{
     {"idle", "pass with nothing due, 8 boards, 64 channels",
-     [] { return std::unique_ptr<Mesure>(new Passe(HuitCartes(kJamais, kJamais), 0)); }},
+     [] { return Sur<Mesure>(HuitCartes(kJamais, kJamais), 0); }},
     {"boards", "full pass, 8 boards, 64 channels",
-     &Complète<[] { return HuitCartes(kToujours, kToujours); }>},
-    {"normal", "full pass, 64 sensors with filter and 20 points", &Complète<&CapteursNormaux>},
-    {"mixed", "full pass, 64 sensors of every kind", &Complète<&CapteursVariés>},
-    {"loop", "full pass, 16 commands, 32 inputs, 32 outputs", &Complète<&Boucle>},
+     [] { return Sur<Mesure>(HuitCartes(kToujours, kToujours)); }},
+    {"normal", "full pass, 64 sensors with filter and 20 points",
+     [] { return Sur<Mesure>(CapteursNormaux()); }},
+    {"mixed", "full pass, 64 sensors of every kind", [] { return Sur<Mesure>(CapteursVariés()); }},
+    {"loop", "full pass, 16 commands, 32 inputs, 32 outputs", [] { return Sur<Mesure>(Boucle()); }},
     {"loop-host", "the same, host writes all set points and outputs",
-     [] { return std::unique_ptr<Mesure>(new PasseEtHôte); }},
-    {"load", "load and link of 500 objects",
-     [] { return std::unique_ptr<Mesure>(new Chargement); }},
+     [] { return Sur<PasseEtHôte>(Boucle()); }},
+    {"load", "load and link of 500 objects", [] { return Sur<Chargement>(CinqCents(), 0); }},
 }};
 
 }  // namespace
+
+Mesure::Mesure(const Lignes& lignes, double période) : banc(lignes), période_(période) {
+  for (const CommandeRef& commande : *banc.LeChassis().Commandes()) commande->Enabled(true);
+}
+
+void Mesure::Avant() {
+  if (période_ == 0) return;
+  banc.LaMachine().horloge->Avance(période_);
+  banc.Bouge();
+}
 
 std::span<const Scénario> Scénarios() {
   return kScénarios;

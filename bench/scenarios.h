@@ -2,29 +2,30 @@
 
 #include <memory>
 #include <span>
-#include <string>
 #include <string_view>
+
+#include "bench/banc.h"
 
 namespace zuma::banc {
 
-/// Something to measure, made ready.
+/// What is measured on a frame made ready: a pass, unless a derived class says otherwise.
 class Mesure {
  public:
-  Mesure() = default;
+  /// `période`: microseconds between two turns; with 0 nothing moves between them.
+  Mesure(const Lignes& lignes, double période);
   virtual ~Mesure() = default;
   Mesure(const Mesure&) = delete;
   Mesure& operator=(const Mesure&) = delete;
 
   /// Between two turns: time goes on and terminals move. Cheap beside a turn, and left out of the
   /// instructions counted.
-  virtual void Avant() {}
-  /// What is measured.
-  virtual void Tour() = 0;
-  /// Time on the simulated clock, microseconds: it moves with each look at it, and so with the
-  /// busy waits of the boards.
-  [[nodiscard]] virtual double Horloge() const { return 0; }
-  /// What the library complained of: a figure taken while something fails is worth nothing.
-  [[nodiscard]] virtual std::string Plaintes() const = 0;
+  void Avant();
+  virtual void Tour() { banc.LeChassis().MetàJour(); }
+
+  Banc banc;
+
+ private:
+  double période_;
 };
 
 struct Scénario {
@@ -35,7 +36,7 @@ struct Scénario {
 
 [[nodiscard]] std::span<const Scénario> Scénarios();
 
-/// One turn; instructions are counted inside this function and nowhere else.
+/// One turn; a profiler counts inside this function and nowhere else.
 void FaitUnTour(Mesure& mesure);
 
 /// Prints how long a stop takes, from the limit crossed to the last output at rest. False when an
