@@ -113,7 +113,7 @@ TEST_F(UnChassisDansUnFichier, RetientLesDéfautsSansColonneDeFréquence) {
     Chassis chassis(plateforme);
     Charge(chassis, Crée<essai::BaseAltérée>(base, "Chassis", "Frequence rafraichissement capteurs",
                                              valeur));
-    EXPECT_TRUE(registre->entrées.empty());
+    EXPECT_FALSE(registre->Contient("de l'objet Chassis"));
     EXPECT_GT(chassis.Cartes()->Count(), 0);
   }
 }
