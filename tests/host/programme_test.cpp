@@ -89,7 +89,9 @@ TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
       {{"check", base, "--frame", "un"}, "--frame"},
       {{"check", dossier.Fichier("absente.db")}, "does not exist"},
       {{"check", base, "--frame", "7"},
-       "zuma: " + base + " has no frame 7. Frames: 1 (Presse de démonstration).\n"},
+       "zuma: " + base +
+           " has no frame 7. Frames: 1 (Presse de démonstration), 2 (Instruments de "
+           "démonstration).\n"},
       {{"check", texte}, "Fichier illisible comme base de données"},
       {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
       {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
@@ -171,12 +173,15 @@ TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
       "CREATE TABLE Copie AS SELECT * FROM Chassis; DROP TABLE Chassis; "
       "ALTER TABLE Copie RENAME TO Chassis; "
       "INSERT INTO Chassis ([Index]) VALUES (0); INSERT INTO Chassis ([Index]) VALUES ('x');"
-      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (2, 'Banc')");
+      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (4, 'Banc')");
   const Fin fin = Lance({"check", base, "--frame", "3"});
   EXPECT_EQ(fin.code, 2);
-  EXPECT_NE(fin.erreur.find("Frames: 1 (Presse de démonstration), 0, 2 (Banc)."), std::string::npos)
+  EXPECT_NE(
+      fin.erreur.find(
+          "Frames: 1 (Presse de démonstration), 2 (Instruments de démonstration), 0, 4 (Banc)."),
+      std::string::npos)
       << fin.erreur;
-  EXPECT_TRUE(Lance({"check", base, "--frame", "2"}).sortie.find("Frame 2: 0 boards") !=
+  EXPECT_TRUE(Lance({"check", base, "--frame", "4"}).sortie.find("Frame 4: 0 boards") !=
               std::string::npos);
 }
 
