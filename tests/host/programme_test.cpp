@@ -1,5 +1,6 @@
 // The program as its user meets it: what it prints, where, and the code it ends with.
 #include <cstdlib>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -35,6 +36,10 @@ class LeProgramme : public testing::Test {
   std::string Base(const std::string& sql = {}) {
     const std::string chemin = dossier.Fichier("demo" + std::to_string(++bases_) + ".db");
     linux_::CréeBase(chemin, linux_::LignesDeDémonstration());
+    std::ofstream paramètres(chemin + ".params");
+    for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
+      paramètres << index << "=" << valeur << "\n";
+    }
     if (!sql.empty()) {
       linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
           .Exécute(sql.c_str());
@@ -121,8 +126,8 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",
        "data: table Liaison Chassis / Carte, column Carte: refers to a row that is not there; "
        "found 99; expected an Index of table Carte\n"},
-      {"INSERT INTO [Sortie Logique] ([Index], Canal) VALUES (5, 4242)",
-       "data: table Sortie Logique, row 5, column Canal: refers to a row that is not there; found "
+      {"INSERT INTO [Sortie Logique] ([Index], Canal) VALUES (55, 4242)",
+       "data: table Sortie Logique, row 55, column Canal: refers to a row that is not there; found "
        "4242; expected an Index of table Canal\n"},
       {"CREATE TABLE Copie AS SELECT * FROM Carte; INSERT INTO Copie SELECT * FROM Carte "
        "WHERE [Index]=3; DROP TABLE Carte; ALTER TABLE Copie RENAME TO Carte",
