@@ -1,6 +1,8 @@
 // The program as its user meets it: what it prints, where, and the code it ends with.
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -225,6 +227,44 @@ TEST_F(LeProgramme, MontreEnJsonDesValeursQuiSuiventLesBornes) {
     EXPECT_GE(mesures, 20);
   }
   EXPECT_EQ(vues, 2);
+}
+
+TEST_F(LeProgramme, LitLesInstrumentsQuUnCapteurInterroge) {
+  const Fin fin = Lance({"run", Base(), "--frame", "2", "--sim", "--seconds", "1", "--json"});
+  const auto vue = nlohmann::json::parse(fin.sortie.substr(fin.sortie.find('\n') + 1));
+  const std::map<std::string, double> attendus{
+      {"Balance", 12.345}, {"Comparateur", 3.21}, {"Indicateur", 54.32}};
+  int vus = 0;
+  for (const auto& capteur : vue["sensors"]) {
+    const auto attendu = attendus.find(capteur["name"]);
+    if (attendu == attendus.end()) continue;
+    EXPECT_DOUBLE_EQ(capteur["value"].get<double>(), attendu->second) << capteur.dump();
+    ++vus;
+  }
+  EXPECT_EQ(vus, 3);
+  EXPECT_NE(fin.erreur.find("message: Capteur 31 (Balance): Chaine complète recue"),
+            std::string::npos)
+      << "this kind of balance stops the pass with a box, as it must";
+}
+
+TEST_F(LeProgramme, EnregistreChaqueRafraîchissement) {
+  const std::string csv = dossier.Fichier("essai.csv");
+  const Fin fin = Lance({"run", Base(), "--sim", "--seconds", "1", "--csv", csv});
+  EXPECT_EQ(fin.code, 0) << fin.erreur;
+  std::istringstream lignes(essai::Lit(csv));
+  std::string ligne;
+  std::getline(lignes, ligne);
+  EXPECT_TRUE(ligne.starts_with("time [s],Force 100 kN [kN],Force 10 kN [kN],")) << ligne;
+  const auto colonnes = std::count(ligne.begin(), ligne.end(), ',');
+  int nombre = 0;
+  for (; std::getline(lignes, ligne); ++nombre) {
+    EXPECT_EQ(std::count(ligne.begin(), ligne.end(), ','), colonnes) << ligne;
+  }
+  EXPECT_NEAR(nombre, 200, 3) << "one line for each refresh at 200 Hz";
+  const auto description = nlohmann::json::parse(essai::Lit(csv + ".json"));
+  EXPECT_EQ(description["sensors"].size(), static_cast<std::size_t>(colonnes));
+  EXPECT_EQ(description["specimen"]["parameter 5"], "50");
+  EXPECT_EQ(Lance({"run", Base(), "--sim", "--csv", dossier.Fichier("absent/x.csv")}).code, 2);
 }
 
 TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
