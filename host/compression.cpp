@@ -207,15 +207,17 @@ class Essai {
     rapport_.durée = secondes_ - départ;
   }
 
+  // The curve ends at the break: what the sensors of a broken specimen show is no material.
   void Mesure(double t) {
     const double force = organes_.force->ValeurCourante();
+    if (rapport_.forceMaximale > kForceMinimale && force < kRuptureSous * rapport_.forceMaximale) {
+      Finit(Fin::Rupture);
+      return;
+    }
     points_.push_back(
         {t, organes_.contrainte->ValeurCourante(), organes_.déformation->ValeurCourante()});
     rapport_.forceMaximale = std::max(rapport_.forceMaximale, force);
     rapport_.contrainteMaximale = std::max(rapport_.contrainteMaximale, points_.back().contrainte);
-    if (rapport_.forceMaximale > kForceMinimale && force < kRuptureSous * rapport_.forceMaximale) {
-      Finit(Fin::Rupture);
-    }
   }
 
   // Something goes wrong, once. A frozen host passes no more; the machine's time goes on.
