@@ -8,11 +8,11 @@
 
 #include "core/recherche.h"
 #include "host/chassis_en_marche.h"
+#include "host/configuration.h"
 #include "host/courbe.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
-#include "host/session.h"
 #include "host/verbes.h"
 #include "sim/machine_simulee.h"
 
