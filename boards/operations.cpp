@@ -4,6 +4,7 @@
 #include "boards/a_826pg.h"
 #include "boards/acl_6126.h"
 #include "boards/acl_8316.h"
+#include "boards/blocs.h"
 #include "boards/entrees_12_bits.h"
 #include "boards/pcl_731.h"
 #include "boards/pet48_dio.h"
@@ -11,15 +12,6 @@
 
 namespace zuma::pilotes {
 namespace {
-
-template <class Board>
-Pilote& Ouvre(Carte& carte, std::uint16_t base) {
-  return carte.PiloteDe<Board>(base);
-}
-
-void RafraîchitLesCanaux(Fonction& bloc) {
-  for (const CanalRef& canal : bloc.LesCanaux()) canal->MetàJour();
-}
 
 // --- Logic inputs
 
