@@ -20,12 +20,14 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.ports = &ports.Bus();
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
+  services.can = &bus.Can();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
 }
 
 void MachineSimulée::Branche(Chassis& chassis) {
   ports.Branche(chassis);
+  bus.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -63,6 +65,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
   if (palier == palier_) return;
   palier_ = palier;
+  bus.Anime(static_cast<double>(palier) * kPalier);
   for (const Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 

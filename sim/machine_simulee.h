@@ -7,6 +7,7 @@
 #include "sim/compteurs_virtuels.h"
 #include "sim/horloge_virtuelle.h"
 #include "sim/liaisons_simulees.h"
+#include "sim/machine_bus.h"
 #include "sim/machine_ports.h"
 
 namespace zuma::sim {
@@ -28,6 +29,7 @@ class MachineSimulée {
   Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
   MachinePorts ports{*horloge};
   FabriqueLiaisonsSimulée liaisons;
+  MachineBus bus{*horloge, liaisons};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
   Plateforme services;

@@ -23,20 +23,31 @@ void METROSimulé::Répond(const std::string& demande) {
     return;
   }
   const auto jauge = jauges.find(numéro);
-  if (jauge == jauges.end()) return;
-  sortie_ += Mesure(numéro, jauge->second) + "\r\n";
+  if (jauge != jauges.end()) {
+    sortie_ += Ligne(numéro, "MW", Champ(numéro, jauge->second));
+  } else if (refuse) {
+    sortie_ += Ligne(numéro, "ER", Octets(10, '0'));
+  } else {
+    return;
+  }
   if (!suite.empty()) sortie_ += suite + "\r\n";
   heure_ = horloge_.Maintenant() + latence;
 }
 
-Octets METROSimulé::Mesure(int numéro, double valeur) const {
+Octets METROSimulé::Champ(int numéro, double valeur) const {
+  const auto forcée = valeursForcées.find(numéro);
+  if (forcée != valeursForcées.end()) return forcée->second;
   std::array<char, 16> texte{};
   std::snprintf(texte.data(), texte.size(), "%+010.4f", valeur);
-  const auto forcée = valeursForcées.find(numéro);
-  const Octets champ = forcée == valeursForcées.end() ? Octets(texte.data()) : forcée->second;
+  return texte.data();
+}
+
+// Behind a multiplexer a gauge that is there has a blank at character 4.
+Octets METROSimulé::Ligne(int numéro, const char* code, const Octets& champ) const {
   const Octets nombre = std::to_string(numéro);
-  return multiplexeur_ ? nombre + "MW " + Octets(9, '0') + champ + " mm "
-                       : nombre + " MW " + champ + " mm    ";
+  if (!multiplexeur_) return nombre + " " + code + " " + champ + " mm    \r\n";
+  const bool mesure = jauges.contains(numéro);
+  return nombre + code + (mesure ? " " : "?") + Octets(9, '0') + champ + " mm \r\n";
 }
 
 Octets METROSimulé::Emet() {

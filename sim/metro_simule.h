@@ -22,13 +22,15 @@ class METROSimulé : public AppareilSérie {
   std::map<int, double> jauges;          ///< by number, in millimetres
   std::map<int, Octets> valeursForcées;  ///< 10 characters in place of a value
   std::string suite;                     ///< line behind each measure, when not empty
+  bool refuse = false;                   ///< an absent gauge is answered for, with an error
   bool sourde = false;                   ///< asked in vain
   double latence = 20'000;               ///< microseconds before an answer
   std::vector<std::string> demandes;     ///< all lines received
   std::map<int, bool> actives;           ///< enabled gauges
 
  private:
-  [[nodiscard]] Octets Mesure(int numéro, double valeur) const;
+  [[nodiscard]] Octets Ligne(int numéro, const char* code, const Octets& champ) const;
+  [[nodiscard]] Octets Champ(int numéro, double valeur) const;
   void Répond(const std::string& demande);
 
   HorlogeVirtuelle& horloge_;
