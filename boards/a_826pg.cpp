@@ -23,6 +23,7 @@ void A_826PG::DémarreAnalogique(bool) {
 }
 
 double A_826PG::LitAnalogique(std::int16_t voie, std::int16_t& gain) {
+  ExigeVoie(voie, kVoies);
   Ecrit(kGain, static_cast<std::uint8_t>(gain));
   Ecrit(kVoie, static_cast<std::uint8_t>(voie));
   Attend(kAttente);

@@ -11,6 +11,8 @@ namespace zuma {
 class A_826PG : public CarteES {
  public:
   static constexpr double kPleineEchelle = 32768;
+  static constexpr std::int16_t kVoies = 16;
+  static constexpr std::int16_t kLignes = 16;
 
   using CarteES::CarteES;
 

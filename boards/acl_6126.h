@@ -9,6 +9,8 @@ namespace zuma {
 /// ACL 6126: 6 analog outputs, 16 logic inputs and outputs.
 class ACL_6126 : public SortiesParPaires<6> {
  public:
+  static constexpr std::int16_t kLignes = 16;
+
   using SortiesParPaires::SortiesParPaires;
 
   void DémarreEntrées() {}

@@ -29,11 +29,15 @@ constexpr std::int16_t kSorties = 2;
 }  // namespace
 
 void ACL_8316::DémarreAnalogique(bool scan) {
+  // A program started again may find the former one's scan running: it would move the channel
+  // counter after the multiplexer start and shift the first scan.
+  Ecrit(kDéclenchement, kDéclenchementNul);
   ArrêteFréquence();
   Ecrit(kEtatMultiplexeur, 0);
   if (!scan) return;
   Ecrit(kEtatMultiplexeur, 1);
   Ecrit(kEtatMultiplexeur, 0);
+  Ecrit(kGain, 0);  // a scan has one gain, whatever a conversion before it left
   Ecrit(kDéclenchement, kDéclenchementNul);
   Ecrit(kVoie, kDernièreVoie);
   Ecrit(kDéclenchement, kDéclenchementScan);
@@ -52,6 +56,7 @@ double ACL_8316::Convertit(std::int16_t voie, std::int16_t gain) {
 }
 
 double ACL_8316::LitAnalogique(std::int16_t voie, std::int16_t& gain) {
+  ExigeVoie(voie, kVoies);
   return LitAvecGain(gain, kSeuils16Bits,
                      [&](std::int16_t essayé) { return Convertit(voie, essayé); });
 }
@@ -59,7 +64,7 @@ double ACL_8316::LitAnalogique(std::int16_t voie, std::int16_t& gain) {
 void ACL_8316::LitScan(int lectures, Sommes& sommes) {
   Ecrit(kDéclenchement, kDéclenchementNul);
   for (int lecture = 0; lecture < lectures; ++lecture) {
-    for (std::size_t voie = 0; voie < kVoiesDuScan; ++voie) {
+    for (std::size_t voie = 0; voie < kVoies; ++voie) {
       sommes[voie] += static_cast<std::int16_t>(LitMot(kFIFO));
     }
   }
@@ -79,7 +84,7 @@ void ACL_8316::DémarreSortiesAnalogiques() {
 void ACL_8316::EcritAnalogique(std::int16_t voie, std::int16_t valeur) {
   const int signée = valeur >= 2048 ? valeur - 4096 : valeur;
   EcritMot(static_cast<std::uint16_t>(kAnalogique + DécalageSortie(voie, kSorties)),
-           static_cast<std::uint16_t>(signée * 16));
+           static_cast<std::uint16_t>(VersEntier16(signée * 16.0)));
 }
 
 void ACL_8316::ProgrammeFréquence(double hertz) {

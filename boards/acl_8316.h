@@ -12,7 +12,8 @@ namespace zuma {
 class ACL_8316 : public CarteES {
  public:
   static constexpr double kPleineEchelle = 32768;
-  static constexpr int kVoiesDuScan = 16;
+  static constexpr std::int16_t kVoies = 16;
+  static constexpr std::int16_t kLignes = 16;
   /// One sum a channel; a block may have more channels than the board.
   using Sommes = std::array<double, 32>;
 
@@ -26,7 +27,8 @@ class ACL_8316 : public CarteES {
   void LitScan(int lectures, Sommes& sommes);
 
   void DémarreSortiesAnalogiques();
-  /// Codes 0 to 2047 are positive, 2048 to 4095 negative (two's complement on 12 bits).
+  /// Codes 0 to 2047 are positive, 2048 to 4095 negative (two's complement on 12 bits). A code
+  /// that leaves 16 bits once brought to the register's upper bits fails with 6.
   void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
   /// Square wave of that frequency in hertz on counter 0; 0 or less, or a divisor of the clock
   /// out of 1 to 65535, stops it.

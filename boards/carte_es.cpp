@@ -1,5 +1,7 @@
 #include "boards/carte_es.h"
 
+#include <string>
+
 #include "core/heure_du_jour.h"
 
 namespace zuma {
@@ -28,8 +30,15 @@ void CarteES::AttendHeureDuJour(double secondes) const {
   }
 }
 
+void ExigeVoie(std::int16_t voie, std::int16_t nombre) {
+  if (EstUneVoie(voie, nombre)) return;
+  throw Echec(Numéro::IndiceHorsPlage, "Voie " + std::to_string(voie) +
+                                           " absente de la carte, qui a les voies 0 à " +
+                                           std::to_string(nombre - 1));
+}
+
 std::uint32_t Masque(std::int16_t voie) {
-  if (voie < 0 || voie > 31) throw Echec(Numéro::IndiceHorsPlage);
+  ExigeVoie(voie, kBitsDuMot);
   return 1U << static_cast<unsigned>(voie);
 }
 
@@ -38,7 +47,7 @@ std::uint32_t AvecBit(std::uint32_t image, std::int16_t voie, bool actif) {
 }
 
 std::uint16_t DécalageSortie(std::int16_t voie, std::int16_t nombre) {
-  if (voie < 0 || voie >= nombre) throw Echec(Numéro::IndiceHorsPlage);
+  ExigeVoie(voie, nombre);
   return static_cast<std::uint16_t>(voie * 2);
 }
 

@@ -48,6 +48,17 @@ class CarteES : public Pilote {
   std::uint16_t base_;
 };
 
+/// True for a channel of 0 to `nombre` - 1.
+[[nodiscard]] constexpr bool EstUneVoie(std::int16_t voie, std::int16_t nombre) noexcept {
+  return voie >= 0 && voie < nombre;
+}
+
+/// Fails with 9 on a channel out of 0 to `nombre` - 1, with a text that tells both.
+void ExigeVoie(std::int16_t voie, std::int16_t nombre);
+
+/// Bits of a word of logic lines.
+inline constexpr std::int16_t kBitsDuMot = 32;
+
 /// Bit of a channel in a word of logic lines; a channel out of 0 to 31 fails with 9.
 [[nodiscard]] std::uint32_t Masque(std::int16_t voie);
 

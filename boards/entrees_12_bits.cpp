@@ -20,7 +20,7 @@ constexpr double kAttenteConversion813 = 35;
 }  // namespace
 
 std::size_t Entrées12Bits::Rang(std::int16_t voie) {
-  if (voie < 0 || voie >= kVoies) throw Echec(Numéro::IndiceHorsPlage);
+  ExigeVoie(voie, kVoies);
   return static_cast<std::size_t>(voie);
 }
 

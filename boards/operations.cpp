@@ -1,6 +1,8 @@
 // What blocks and channels ask of the port-mapped boards, once for all boards.
 #include "boards/operations.h"
 
+#include <algorithm>
+
 #include "boards/a_826pg.h"
 #include "boards/acl_6126.h"
 #include "boards/acl_8316.h"
@@ -12,6 +14,13 @@
 
 namespace zuma::pilotes {
 namespace {
+
+bool AvecSorties(Carte& carte) {
+  const Fonctions& blocs = carte.LesFonctions();
+  return std::any_of(blocs.begin(), blocs.end(), [](const FonctionRef& bloc) {
+    return bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
+  });
+}
 
 // --- Logic inputs
 
@@ -43,19 +52,29 @@ std::uint32_t MotDeTest(Board& board) {
 
 template <class Board>
 void DémarreEntrées(Fonction& bloc) {
-  bloc.PiloteDe<Board>().DémarreEntrées();
+  auto& board = bloc.PiloteDe<Board>();
+  if constexpr (requires { board.DémarreEntrées(true); }) {
+    board.DémarreEntrées(AvecSorties(*bloc.LaCarte()));
+  } else {
+    board.DémarreEntrées();
+  }
   bloc.MotPrécédent({});
 }
 
 // A channel takes the bit of its rank in the block, or of its number on the boards that say so.
+// One that has no bit reads clear; it is told after the others got theirs.
 template <class Board>
 void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
   std::int16_t rang = 0;
+  std::int16_t àVérifier = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
     const std::int16_t bit = BitParNuméro<Board>() ? canal->NuméroCanal() : rang;
-    canal->ValeurCanal((mot & Masque(bit)) != 0 ? kVrai : 0);
+    const bool existe = EstUneVoie(bit, kBitsDuMot);
+    if (!existe) àVérifier = bit;
+    canal->ValeurCanal(existe && (mot & Masque(bit)) != 0 ? kVrai : 0);
     ++rang;
   }
+  ExigeVoie(àVérifier, kBitsDuMot);
 }
 
 template <class Board>
@@ -91,18 +110,28 @@ void DémarreSorties(Fonction& bloc) {
   bloc.PiloteDe<Board>().DémarreSorties();
 }
 
-// Only -1 counts for a block, where a single channel takes anything but 0.
+// Only -1 counts for a block, where a single channel takes anything but 0. A channel that the board
+// does not have is told after the write: it must not keep a stop from the others.
 template <class Board>
 void RafraîchitSorties(Fonction& bloc) {
   std::uint32_t image = 0;
+  std::int16_t àVérifier = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
-    if (canal->ValeurCanal() == kVrai) image |= Masque(canal->NuméroCanal());
+    if (canal->ValeurCanal() != kVrai) continue;
+    const std::int16_t numéro = canal->NuméroCanal();
+    if (EstUneVoie(numéro, Board::kLignes)) {
+      image |= Masque(numéro);
+    } else {
+      àVérifier = numéro;
+    }
   }
   bloc.PiloteDe<Board>().EcritSorties(image);
+  ExigeVoie(àVérifier, Board::kLignes);
 }
 
 template <class Board>
 void EcritSortie(Canal& canal) {
+  ExigeVoie(canal.NuméroCanal(), Board::kLignes);
   canal.PiloteDe<Board>().EcritSortie(canal.NuméroCanal(), canal.ValeurCanal() != 0);
 }
 
@@ -183,7 +212,7 @@ void EcritSortieOuFréquence(Canal& canal) {
 
 void DémarrePET48(Carte& carte) {
   PET48_DIO({carte.LaPlateforme(), carte.LeTimer()}, static_cast<std::uint16_t>(carte.Adresse()))
-      .DémarreCarte();
+      .DémarreCarte(AvecSorties(carte));
 }
 
 }  // namespace

@@ -13,10 +13,15 @@ constexpr int kPorts = 3;
 
 }  // namespace
 
-// Kept as the boards in service are started; the mode byte of each read and write is what counts.
-void PCL_731::DémarreEntrées() {
+// The pairs at 0 and 1 are kept as the boards in service are started. The mode byte of each read
+// and write is what counts; it comes first here, so that the pairs never reach the lines.
+void PCL_731::DémarreEntrées(bool avecSorties) {
+  Ecrit(kCommande, kToutEnEntrée);
   Ecrit(0, 3);
   Ecrit(1, kToutEnEntrée);
+  if (!avecSorties) return;
+  Ecrit(0, 7);
+  Ecrit(1, kToutEnSortie);
 }
 
 std::uint32_t PCL_731::LitEntrées() {
@@ -41,7 +46,6 @@ void PCL_731::EcritSorties(std::uint32_t image) {
 }
 
 void PCL_731::EcritSortie(std::int16_t voie, bool active) {
-  if (voie < 0 || voie >= kLignes) throw Echec(Numéro::IndiceHorsPlage);
   const auto port = static_cast<std::uint16_t>(voie / 8);
   const std::uint32_t lu = Lit(port);
   Ecrit(port, static_cast<std::uint8_t>(AvecBit(lu, static_cast<std::int16_t>(voie % 8), !active) &

@@ -14,9 +14,10 @@ constexpr std::uint8_t kPorts = 3;
 
 }  // namespace
 
-void PET48_DIO::DémarreCarte() {
+void PET48_DIO::DémarreCarte(bool avecSorties) {
   Sélectionne(kCommandeEntrées);
   Ecrit(kDonnée, kToutEnEntrée);
+  if (!avecSorties) return;
   Sélectionne(kCommandeSorties);
   Ecrit(kDonnée, kToutEnSortie);
 }

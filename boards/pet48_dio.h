@@ -9,10 +9,13 @@ namespace zuma {
 /// PET 48 DIO: 24 logic inputs and 24 outputs behind a select port and a data port.
 class PET48_DIO : public CarteES {
  public:
+  static constexpr std::int16_t kLignes = 24;
+
   using CarteES::CarteES;
 
-  /// Sets both interfaces up: inputs on the first, outputs on the second.
-  void DémarreCarte();
+  /// Sets the interfaces up: inputs on the first, outputs on the second. The second is left alone
+  /// on a board without outputs: it would pull every line down.
+  void DémarreCarte(bool avecSorties);
   void DémarreEntrées() { (void)LitVingtQuatre(); }
 
  protected:
@@ -44,9 +47,9 @@ class PET48_Câblé : public PET48_DIO {
   }
 
  private:
-  static constexpr std::uint32_t kLignes = 0xFFFFFF;
+  static constexpr std::uint32_t kMasque = 0xFFFFFF;
   [[nodiscard]] static std::uint32_t Câblé(std::uint32_t mot) {
-    return (kInversé ? ~mot : mot) & kLignes;
+    return (kInversé ? ~mot : mot) & kMasque;
   }
 
   std::uint32_t imageSorties_ = 0;

@@ -83,6 +83,8 @@ class Chassis : public Objet {
   /// One pass: time, rates, commands, watchdog, boards, sensors, logic inputs. Never waits. Must
   /// not be re-entered.
   void MetàJour();
+  /// How often the sensors were refreshed: a recorder takes a line each time it moves.
+  [[nodiscard]] std::uint64_t RafraichissementsEA() const noexcept { return rafraichissementsEA_; }
   /// Starts boards and objects, once.
   void Initialise();
   /// Lets sensors, commands and logic I/O resolve their references.
@@ -158,6 +160,7 @@ class Chassis : public Objet {
   double HeurePrécédenteMàJSL = 0;
   double HeurePrécédenteMàJWD = 0;
   double Heure = 0;  ///< last time read, in seconds
+  std::uint64_t rafraichissementsEA_ = 0;
   std::string mstrLabelDépartEssai;
   std::string mstrLabelDépartRéarme;
   std::string mstrLabelDépartManuel;  ///< read, matched against nothing

@@ -49,6 +49,7 @@ void Chassis::MetàJour() {
         SertLesCartes(dues);
         if (dues.ea) {
           for (const CapteurRef& capteur : *OuVide(Capteurs_)) capteur->MetàJour();
+          ++rafraichissementsEA_;
         }
         if (dues.el) {
           for (const EntréeLogiqueRef& entrée : *OuVide(EntréesLogiques_)) entrée->MetàJour();

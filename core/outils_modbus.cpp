@@ -85,6 +85,13 @@ void VérifieCompte(const FonctionModbus& fonction, std::int32_t compte) {
                                           std::to_string(fonction.compteMaximal) + " attendues");
 }
 
+void Exige(std::string_view quoi, std::int32_t nombre, std::int32_t maximum) {
+  if (nombre >= 0 && nombre <= maximum) return;
+  throw Echec(Numéro::Dépassement, DescriptionDEchec(Numéro::Dépassement) + " : " +
+                                       std::string(quoi) + " Modbus " + std::to_string(nombre) +
+                                       ", de 0 à " + std::to_string(maximum) + " attendu");
+}
+
 bool CrcJuste(std::string_view trame) noexcept {
   const std::size_t corps = trame.size() - kOctetsCrc;
   const auto reçu =
@@ -152,7 +159,7 @@ std::uint16_t Registre(double nombre) {
   return static_cast<std::uint16_t>(static_cast<std::int32_t>(arrondi));
 }
 
-void ConstruitQuestion(std::uint8_t esclave, std::int32_t fonction, std::int32_t premierRegistre,
+void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t premierRegistre,
                        std::int32_t compte, std::span<const std::uint16_t> valeurs,
                        Octets& question) {
   const FonctionModbus* ligne = Trouve(fonction);
@@ -160,13 +167,14 @@ void ConstruitQuestion(std::uint8_t esclave, std::int32_t fonction, std::int32_t
     throw Echec(Numéro::AppelIncorrect, "Fonction Modbus " + std::to_string(fonction) +
                                             " inconnue : 1 à 6, 8, 15 ou 16 attendues");
   }
-  if (premierRegistre < 0 || premierRegistre > 0xFFFF) throw Echec(Numéro::Dépassement);
+  Exige("Esclave", esclave, 0xFF);
+  Exige("Registre", premierRegistre, 0xFFFF);
   const bool lecture = ligne->genre == Genre::Lecture;
   const std::int32_t nombre = lecture ? compte : static_cast<std::int32_t>(valeurs.size());
   VérifieCompte(*ligne, nombre);
 
   question.clear();
-  AjouteOctet(question, esclave);
+  AjouteOctet(question, static_cast<unsigned>(esclave));
   AjouteOctet(question, ligne->code);
   AjouteMot(question, static_cast<std::uint16_t>(premierRegistre));
   if (ligne->genre == Genre::EcritureSimple || ligne->genre == Genre::Diagnostic) {

@@ -31,7 +31,7 @@ enum class FormeValeurs : std::uint8_t { Octets, Mots };
 /// List of values numbered from 1, in fixed memory: the largest frame fits.
 class Valeurs {
  public:
-  static constexpr std::size_t kCapacité = 252;
+  static constexpr std::size_t kCapacité = 255;  // the byte count of an answer is one byte
 
   void Vide() noexcept { nombre_ = 0; }
   /// Appends; a list that is full fails with 9.
@@ -58,8 +58,8 @@ class Valeurs {
 /// Builds the whole frame with its CRC into `question`, whose memory is used again. Functions 1 to
 /// 4 ask for `compte` items; 5, 6, 8, 15 and 16 carry `valeurs`, whose number is what counts for
 /// 15 and 16. An unknown function, a count out of the protocol's range or a write without value
-/// fails with 5.
-void ConstruitQuestion(std::uint8_t esclave, std::int32_t fonction, std::int32_t premierRegistre,
+/// fails with 5, a slave that is no byte or a register that is no word with 6.
+void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t premierRegistre,
                        std::int32_t compte, std::span<const std::uint16_t> valeurs,
                        Octets& question);
 

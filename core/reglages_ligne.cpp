@@ -1,58 +1,49 @@
 #include "core/reglages_ligne.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
+#include <string>
 
 #include "core/collections.h"
 
 namespace zuma {
 namespace {
 
-constexpr std::int32_t kVitesseParDéfaut = 9600;
-
 struct Code {
   std::string_view texte;
   std::int32_t valeur;
 };
-constexpr std::array<Code, 4> kPorts{{{"1", 1}, {"2", 2}, {"3", 3}, {"4", 4}}};
-constexpr std::array<std::string_view, 16> kVitesses{
-    "110",   "300",   "600",   "1200",  "2400",  "4800",   "9600",   "14400",
-    "19200", "28800", "38400", "56000", "57600", "115200", "128000", "256000"};
 constexpr std::array<Code, 5> kParités{{{"N", 0}, {"O", 1}, {"E", 2}, {"M", 3}, {"S", 4}}};
-constexpr std::array<Code, 5> kBitsDeDonnées{{{"4", 4}, {"5", 5}, {"6", 6}, {"7", 7}, {"8", 8}}};
 constexpr std::array<Code, 3> kBitsDeStop{{{"1", 1}, {"1.5", 15}, {"2", 2}}};
 
-template <std::size_t N>
-void Lit(const std::array<Code, N>& codes, std::string_view texte, std::int32_t& destination) {
-  const auto trouvé =
-      std::ranges::find_if(codes, [&](const Code& code) { return MêmeClé(code.texte, texte); });
-  if (trouvé != codes.end()) destination = trouvé->valeur;
+template <std::size_t N, class Même>
+void LitCode(const std::array<Code, N>& codes, std::string_view texte, Même&& même,
+             std::int32_t& destination) {
+  for (const Code& code : codes) {
+    if (même(code.texte, texte)) destination = code.valeur;
+  }
 }
 
-// The parts of a comma-separated text, one after the other.
-class Parties {
- public:
-  explicit Parties(std::string_view texte) : reste_(texte) {}
-  std::string_view Suivante() {
-    if (épuisé_) throw Echec(Numéro::IndiceHorsPlage);
-    const auto virgule = reste_.find(',');
-    const std::string_view partie = reste_.substr(0, virgule);
-    épuisé_ = virgule == std::string_view::npos;
-    if (!épuisé_) reste_.remove_prefix(virgule + 1);
-    return partie;
-  }
+// A whole number written without sign, blank or leading zero; 0 for anything else.
+std::int32_t Entier(std::string_view texte) {
+  std::int32_t nombre = 0;
+  std::from_chars(texte.data(), texte.data() + texte.size(), nombre);
+  return std::to_string(nombre) == texte ? nombre : 0;
+}
 
- private:
-  std::string_view reste_;
-  bool épuisé_ = false;
-};
+void LitEntier(std::string_view texte, std::int32_t premier, std::int32_t dernier,
+               std::int32_t& destination) {
+  const std::int32_t nombre = Entier(texte);
+  if (nombre >= premier && nombre <= dernier) destination = nombre;
+}
 
-bool LitVitesse(std::string_view texte, std::int32_t& vitesse) {
-  vitesse = kVitesseParDéfaut;
-  if (std::ranges::find(kVitesses, texte) == kVitesses.end()) return false;
-  std::from_chars(texte.data(), texte.data() + texte.size(), vitesse);
-  return true;
+bool LitVitesse(std::string_view texte, std::int32_t deplus, std::int32_t& vitesse) {
+  const std::int32_t nombre = Entier(texte);
+  const bool connue =
+      nombre != 0 && (nombre == deplus || std::ranges::find(kVitessesSérie, nombre) !=
+                                              std::ranges::end(kVitessesSérie));
+  vitesse = connue ? nombre : kVitesseParDéfaut;
+  return connue;
 }
 
 }  // namespace
@@ -66,14 +57,31 @@ void OuvreLigne(ZED_LiaisonSerie& liaison, const RéglagesLigne& réglages) {
   liaison.OuvrePort();
 }
 
-void LitRéglagesLigne(std::string_view texte, RéglagesLigne& réglages,
-                      const std::function<void()>& vitesseInconnue) {
-  Parties parties(texte);
-  Lit(kPorts, parties.Suivante(), réglages.port);
-  if (!LitVitesse(parties.Suivante(), réglages.vitesse)) vitesseInconnue();
-  Lit(kParités, parties.Suivante(), réglages.parité);
-  Lit(kBitsDeDonnées, parties.Suivante(), réglages.bitsDeDonnées);
-  Lit(kBitsDeStop, parties.Suivante(), réglages.bitsDeStop);
+std::vector<std::string_view> DécoupeAuxVirgules(std::string_view texte) {
+  std::vector<std::string_view> parties;
+  while (true) {
+    const auto virgule = texte.find(',');
+    parties.push_back(texte.substr(0, virgule));
+    if (virgule == std::string_view::npos) return parties;
+    texte.remove_prefix(virgule + 1);
+  }
+}
+
+bool LitRéglagesLigne(std::span<const std::string_view> parties, const FormeDeLigne& forme,
+                      RéglagesLigne& réglages) {
+  const auto même = [&](std::string_view a, std::string_view b) {
+    return forme.casseIndifférente ? MêmeClé(a, b) : a == b;
+  };
+  bool vitesseConnue = true;
+  for (std::size_t rang = 0; rang < std::min(parties.size(), kPartiesDeLigne); ++rang) {
+    const std::string_view partie = parties[rang];
+    if (rang == 0) LitEntier(partie, 1, forme.dernierPort, réglages.port);
+    if (rang == 1) vitesseConnue = LitVitesse(partie, forme.vitesseDePlus, réglages.vitesse);
+    if (rang == 2) LitCode(kParités, partie, même, réglages.parité);
+    if (rang == 3) LitEntier(partie, 4, 8, réglages.bitsDeDonnées);
+    if (rang == 4) LitCode(kBitsDeStop, partie, même, réglages.bitsDeStop);
+  }
+  return vitesseConnue;
 }
 
 }  // namespace zuma

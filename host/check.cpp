@@ -2,15 +2,18 @@
 
 #include "core/chassis.h"
 #include "core/echec.h"
+#include "host/parametres.h"
 #include "host/problemes.h"
 #include "host/session.h"
 #include "host/verbes.h"
 #include "host/verifie_donnees.h"
 #include "platform/linux/base_sqlite.h"
+#include "platform/linux/horloge_systeme.h"
 #include "platform/linux/liaison_serie_linux.h"
 #include "platform/linux/minuterie.h"
 #include "platform/linux/parametres.h"
 #include "platform/linux/traducteur.h"
+#include "sim/bus_ports.h"
 
 namespace zuma::host {
 namespace {
@@ -24,12 +27,25 @@ void ExigeConstruit(const Objet& objet, ENUM_DRIVER driver, Recueil& recueil) {
   }
 }
 
+// A driver in a block of a type that it does not serve neither reads nor writes, and says nothing.
+void ExigeUnTypeServi(const Fonction& bloc, Recueil& recueil) {
+  const LigneDriver& ligne = LigneDuDriver(bloc.Driver_enm());
+  if (ligne.types == 0 || ligne.Sert(bloc.TypeDeFonction())) return;
+  recueil.Ajoute({.origine = Origine::Donnée,
+                  .table = "Fonction",
+                  .ligne = bloc.Key(),
+                  .colonne = "Type de Fonction",
+                  .texte = "the driver " + std::string(ligne.nom) +
+                           " does not serve blocks of this type: nothing is read or written"});
+}
+
 // A driver that this version lacks would only show when the frame is started.
 void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
   for (const CarteRef& carte : *chassis.Cartes()) {
     ExigeConstruit(*carte, carte->Driver_enm(), recueil);
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       ExigeConstruit(*bloc, bloc->Driver_enm(), recueil);
+      ExigeUnTypeServi(*bloc, recueil);
       for (const CanalRef& canal : *bloc->Canals()) {
         if (canal->Driver() != bloc->Driver_enm()) {
           ExigeConstruit(*canal, canal->Driver(), recueil);
@@ -59,12 +75,15 @@ Contenu Compte(Chassis& chassis) {
 // Loads and links as a host would, with collaborators that keep what they are told. Nothing is
 // started: the machine is not touched.
 Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
-                    const Ref<Recueil>& recueil) {
+                    const linux_::Parametres& paramètres, const Ref<Recueil>& recueil) {
   Plateforme plateforme;
   plateforme.messages = recueil.Brut();
   linux_::FabriqueLiaisonsLinux liaisons;
   plateforme.liaisons = &liaisons;
-  const linux_::Parametres paramètres;
+  sim::BusPorts ports;  // no board answers here, and none is driven
+  plateforme.ports = &ports;
+  linux_::HorlogeSystème horloge;
+  plateforme.horloge = &horloge;
   Chassis chassis(plateforme);
   chassis.TimerExact(Crée<linux_::Minuterie>());
   chassis.ChargeErreur(recueil);
@@ -107,7 +126,8 @@ int Check(const OptionsCheck& options) {
   VérifieLeFichier(options.fichier, *recueil);
   ExigeChassis(*base, options.fichier, options.chassis);
   VérifieLesDonnées(*base, *recueil);
-  const Contenu contenu = ChargeEtLie(base, options.chassis, recueil);
+  const Contenu contenu = ChargeEtLie(
+      base, options.chassis, LitLesParamètres(options.fichier, options.paramètres), recueil);
   Imprime(options, recueil->Problèmes(), contenu);
   return recueil->Problèmes().empty() ? kBon : kProblèmes;
 }

@@ -1,7 +1,6 @@
 #include "host/interruption.h"
 
 #include <atomic>
-#include <csignal>
 
 namespace zuma::host {
 namespace {
@@ -17,13 +16,14 @@ void Note(int) {
 
 Interruption::Interruption() {
   demandée = false;
-  std::signal(SIGINT, Note);
-  std::signal(SIGTERM, Note);
+  for (std::size_t i = 0; i < kSignaux.size(); ++i) {
+    anciens_[i] = std::signal(kSignaux[i], Note);
+    if (anciens_[i] == SIG_IGN) std::signal(kSignaux[i], SIG_IGN);
+  }
 }
 
 Interruption::~Interruption() {
-  std::signal(SIGINT, SIG_DFL);
-  std::signal(SIGTERM, SIG_DFL);
+  for (std::size_t i = 0; i < kSignaux.size(); ++i) std::signal(kSignaux[i], anciens_[i]);
 }
 
 bool Interruption::Demandée() noexcept {

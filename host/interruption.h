@@ -1,9 +1,14 @@
 #pragma once
 
+#include <array>
+#include <csignal>
+
 namespace zuma::host {
 
-/// From its construction on, Ctrl-C and a request to terminate only ask for an end; the program
-/// leaves its loop and puts the outputs to rest. The former handling comes back at destruction.
+/// From its construction on, Ctrl-C, a request to terminate, a terminal that is closed and a reader
+/// that goes away only ask for an end: the program leaves its loop and puts the outputs to rest. A
+/// signal that the caller had made the program ignore stays ignored. The former handling comes back
+/// at destruction.
 class Interruption {
  public:
   Interruption();
@@ -11,6 +16,10 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
   [[nodiscard]] static bool Demandée() noexcept;
+
+ private:
+  static constexpr std::array kSignaux{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+  std::array<void (*)(int), kSignaux.size()> anciens_{};
 };
 
 }  // namespace zuma::host

@@ -7,6 +7,10 @@
 
 #include "core/chassis.h"
 
+namespace zuma::sim {
+class MachineSimulée;
+}
+
 namespace zuma::host {
 
 /// What a frame runs on. Made before the frame, released after it.
@@ -22,11 +26,16 @@ class Machine {
   virtual void AvanceJusquA(double secondes) = 0;
   /// What stands at the terminals of a channel, for people; empty when nobody knows.
   [[nodiscard]] virtual std::string Borne(const Canal&) const { return {}; }
+  /// The twins, to be looked at and disturbed; none on a real machine.
+  [[nodiscard]] virtual sim::MachineSimulée* Jumelle() { return nullptr; }
 };
 
 /// The machine at hand. Messages of the library go to `messages`.
 [[nodiscard]] std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages);
-/// Twins for everything the frame names.
-[[nodiscard]] std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages);
+/// How fast the simulated machine's time runs.
+enum class Cadence { Réelle, Libre };
+/// Twins for everything the frame names, the demo frame's press included.
+[[nodiscard]] std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages,
+                                                      Cadence cadence = Cadence::Réelle);
 
 }  // namespace zuma::host

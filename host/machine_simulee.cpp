@@ -16,26 +16,44 @@ std::string Volts(double volts) {
   return texte.data();
 }
 
+// Wires of the demo frame: channel, quantity, and what makes 10 V.
+constexpr std::array<sim::Fil, 14> kCâblage{{
+    {"1100", sim::Grandeur::Force, 100e3},
+    {"1101", sim::Grandeur::Force, 10e3},
+    {"1102", sim::Grandeur::Position, 0.2},
+    {"1103", sim::Grandeur::PressionAlimentation, 25e6},
+    {"1104", sim::Grandeur::PressionUtilisation, 25e6},
+    {"1105", sim::Grandeur::Raccourcissement, 1e-3},
+    {"1200", sim::Grandeur::Servovalve},
+    {"1300", sim::Grandeur::Armé},
+    {"1301", sim::Grandeur::PorteFermée},
+    {"1302", sim::Grandeur::FinDeCourseHaut},
+    {"1303", sim::Grandeur::FinDeCourseBas},
+    {"1304", sim::Grandeur::BoutonAU},
+    {"1400", sim::Grandeur::Pompe},
+    {"1401", sim::Grandeur::Distributeur},
+}};
+
 // The simulated machine at the pace of a real one, so that a person can follow it.
 class Simulée : public Machine {
  public:
-  explicit Simulée(BoîteDeMessage& messages) : machine_(messages) {}
+  Simulée(BoîteDeMessage& messages, Cadence cadence) : machine_(messages), cadence_(cadence) {}
 
   Plateforme& Services() override { return machine_.services; }
   Ref<ZED_Timer> Timer() override { return machine_.horloge; }
-  void Branche(Chassis& chassis) override { machine_.Branche(chassis); }
+  void Branche(Chassis& chassis) override { machine_.Branche(chassis, kCâblage); }
+  sim::MachineSimulée* Jumelle() override { return &machine_; }
 
   void AvanceJusquA(double secondes) override {
-    std::this_thread::sleep_until(départ_ + std::chrono::duration_cast<Instant::duration>(
-                                                std::chrono::duration<double>(secondes)));
+    if (cadence_ == Cadence::Réelle) Dors(secondes);
     machine_.AvanceJusquA(secondes);
   }
 
   std::string Borne(const Canal& canal) const override {
-    const sim::Bornes* bornes = machine_.ports.BornesDe(canal);
-    const std::int16_t numéro = canal.NuméroCanal();
-    if (bornes == nullptr || numéro < 0 || numéro > 31) return {};
-    const auto rang = static_cast<std::size_t>(numéro);
+    const auto borne = machine_.ports.BorneDe(canal);
+    if (!borne) return {};
+    const sim::Bornes* bornes = &borne->DeLaCarte();
+    const std::size_t rang = borne->Ligne();
     switch (canal.TypeCanal()) {
       case ENUM_TYPE_FONCTION::FctEntréesAnalogiques:
         return Volts(bornes->entréesAnalogiques[rang]);
@@ -54,14 +72,20 @@ class Simulée : public Machine {
 
  private:
   using Instant = std::chrono::steady_clock;
+  void Dors(double secondes) const {
+    std::this_thread::sleep_until(départ_ + std::chrono::duration_cast<Instant::duration>(
+                                                std::chrono::duration<double>(secondes)));
+  }
+
   sim::MachineSimulée machine_;
+  Cadence cadence_;
   Instant::time_point départ_ = Instant::now();
 };
 
 }  // namespace
 
-std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages) {
-  return std::make_unique<Simulée>(messages);
+std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages, Cadence cadence) {
+  return std::make_unique<Simulée>(messages, cadence);
 }
 
 }  // namespace zuma::host

@@ -19,11 +19,13 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
   verbe.add_option("--frame", options.chassis, "index of the frame in table Chassis")
       ->capture_default_str();
   verbe.add_flag("--json", options.json, "print data for other programs");
+  verbe.add_option("--param", options.paramètres, "shared parameter, INDEX=VALUE")
+      ->type_name("INDEX=VALUE");
 }
 
 int Lance(int argc, char** argv) {
   CLI::App app{"zuma drives a materials-testing frame described by a configuration database."};
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
   app.set_version_flag("--version", ZUMA_VERSION);
   app.footer("Exit code: 0 good, 1 problems found, 2 misuse.");
 
@@ -41,14 +43,40 @@ int Lance(int argc, char** argv) {
   verbeRun->add_flag("--sim", run.simulation, "put the whole frame on the simulated machine");
   verbeRun->add_option("--seconds", run.secondes, "end after that many seconds")
       ->check(CLI::PositiveNumber);
+  verbeRun->add_option("--csv", run.csv, "record the sensors on each refresh");
+  verbeRun->footer(
+      "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
+      "s stop, a acknowledge, q quit.");
+
+  OptionsCompression compression;
+  auto* verbeCompression = app.add_subcommand(
+      "compression", "run a compression test on the simulated press, up to the break");
+  verbeCompression->add_option("FILE", compression.fichier, "demo database")
+      ->required()
+      ->check(CLI::ExistingFile);
+  verbeCompression->add_option("--frame", compression.chassis, "index of the frame")
+      ->capture_default_str();
+  verbeCompression->add_option("--out", compression.dossier, "folder for recording and curve")
+      ->capture_default_str();
+  verbeCompression->add_option("--rate", compression.vitesse, "stress rate in MPa/s")
+      ->check(CLI::Range(0.05, 5.0))
+      ->capture_default_str();
+  verbeCompression->add_option("--fault", compression.panne, "what goes wrong during the load")
+      ->check(CLI::IsMember({"door", "button", "overrange", "freeze"}));
+  verbeCompression->add_flag("--json", compression.json, "print the report for other programs");
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e) == 0 ? kBon : kMauvaisUsage;
   }
+  if (app.get_subcommands().empty()) {
+    std::fprintf(stderr, "zuma: a command is required\n%s", app.help().c_str());
+    return kMauvaisUsage;
+  }
   if (verbeInit->parsed()) return Init(init);
   if (verbeCheck->parsed()) return Check(check);
+  if (verbeCompression->parsed()) return Compression(compression);
   return Run(run);
 }
 

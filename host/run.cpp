@@ -1,15 +1,13 @@
 #include <cstdio>
+#include <optional>
 
-#include "core/chassis.h"
+#include "host/chassis_en_marche.h"
+#include "host/clavier_terminal.h"
+#include "host/enregistreur.h"
 #include "host/interruption.h"
-#include "host/machine.h"
-#include "host/problemes.h"
-#include "host/session.h"
+#include "host/parametres.h"
 #include "host/verbes.h"
 #include "host/vue.h"
-#include "platform/linux/parametres.h"
-#include "platform/linux/securite.h"
-#include "platform/linux/traducteur.h"
 
 namespace zuma::host {
 namespace {
@@ -18,57 +16,88 @@ constexpr double kPasDePasse = 0.001;     // seconds between passes
 constexpr double kPeriodeTerminal = 0.1;  // seconds between views on a terminal
 constexpr double kPeriodeLignes = 0.5;    // the same on a pipe
 
-/// A frame on its machine, in the host's order, from load to release.
-class Essai {
+class Marche {
  public:
-  Essai(const OptionsRun& options, Machine& machine, const Ref<Recueil>& recueil)
-      : options_(options), machine_(machine), recueil_(recueil), chassis_(machine.Services()) {
-    const Ref<BaseDeDonnées> base = OuvreLaBase(options.fichier, false);
-    ExigeChassis(*base, options.fichier, options.chassis);
-    sécurité_->Branche(chassis_);
-    sécurité_->Bornes(*traducteur_);
-    chassis_.TimerExact(machine.Timer());
-    chassis_.ChargeErreur(recueil);
-    chassis_.ChargeLeChassis(base, options.chassis);
-    chassis_.Lien(base, std::to_string(options.chassis), sécurité_, paramètres_.Collection(),
-                  traducteur_);
-    chassis_.MiseàJourDesLiens();
-    machine.Branche(chassis_);
-    chassis_.Initialise();
+  Marche(const OptionsRun& options, Machine& machine, const Ref<Recueil>& recueil)
+      : options_(options),
+        machine_(machine),
+        recueil_(recueil),
+        marche_(options.fichier, options.chassis, machine, recueil,
+                LitLesParamètres(options.fichier, options.paramètres)) {
+    if (!options.csv.empty()) enregistreur_.emplace(options.csv, marche_.LeChassis(), Spécimen());
   }
-
-  // Outputs go to rest before the frame is released: a program that ends must not leave a machine
-  // under its last set point.
-  ~Essai() {
-    chassis_.DéclencheAU();
-    chassis_.Décharge();
-  }
-  Essai(const Essai&) = delete;
-  Essai& operator=(const Essai&) = delete;
 
   void Tourne() {
     const double période = terminal_.EstTerminal() ? kPeriodeTerminal : kPeriodeLignes;
     double prochaineVue = période;
     double secondes = 0;
-    while (!Interruption::Demandée() && !(options_.secondes && secondes >= *options_.secondes)) {
+    while (!fin_ && !Interruption::Demandée() &&
+           !(options_.secondes && secondes >= *options_.secondes)) {
       secondes += kPasDePasse;
       machine_.AvanceJusquA(secondes);
-      chassis_.MetàJour();
+      Passe(secondes);
       if (secondes + kPasDePasse / 2 < prochaineVue) continue;
       prochaineVue += période;
+      Traite(clavier_.Touche());
       Montre(secondes);
     }
   }
 
+  [[nodiscard]] bool EnregistrementComplet() const {
+    return !enregistreur_ || enregistreur_->Complet();
+  }
+
  private:
+  // The frame itself decides when its sensors are due: a recorded line is one refresh of them.
+  void Passe(double secondes) {
+    Chassis& chassis = marche_.LeChassis();
+    const std::uint64_t avant = chassis.RafraichissementsEA();
+    chassis.MetàJour();
+    if (enregistreur_ && chassis.RafraichissementsEA() != avant) enregistreur_->Note(secondes);
+  }
+
+  std::vector<std::pair<std::string, std::string>> Spécimen() const {
+    std::vector<std::pair<std::string, std::string>> textes;
+    for (const auto& paramètre : *marche_.LesParamètres().Collection()) {
+      textes.emplace_back("parameter " + paramètre->Key(), paramètre->ValeurParamètre());
+    }
+    return textes;
+  }
+
+  void Choisit(std::int32_t pas) {
+    const std::int32_t nombre = marche_.LeChassis().Capteurs()->Count();
+    if (nombre != 0) choisi_ = (choisi_ + pas + nombre) % nombre;
+  }
+
+  Capteur* CapteurChoisi() {
+    const CapteursRef capteurs = marche_.LeChassis().Capteurs();
+    return choisi_ < capteurs->Count() ? (capteurs->begin() + choisi_)->Brut() : nullptr;
+  }
+
+  // One letter, one act; a stop is acknowledged by its own key and by no other.
+  void Traite(char touche) {
+    Capteur* capteur = CapteurChoisi();
+    if (touche == 'q') fin_ = true;
+    if (touche == 'j') Choisit(1);
+    if (touche == 'k') Choisit(-1);
+    if (touche == 'a') (void)marche_.Acquitte();
+    if (touche == 's') marche_.LeChassis().DéclencheAU();
+    if (capteur == nullptr) return;
+    if (touche == 't') capteur->Tare();
+    if (touche == 'c') capteur->AnnuleTare();
+    if (touche == 'z' && capteur->RazAutorise_bln()) capteur->Raz();
+    if (touche == 'm') capteur->RazMaxiDétecté();
+  }
+
   void Montre(double secondes) {
+    const Instantané vue{marche_.LeChassis(), machine_, marche_.LaSécurité(), secondes, choisi_};
     if (options_.json) {
-      std::printf("%s\n", VueEnJson(chassis_, machine_, secondes).c_str());
+      std::printf("%s\n", VueEnJson(vue).c_str());
       std::fflush(stdout);
     } else if (terminal_.EstTerminal()) {
-      terminal_.Montre(VueVivante(chassis_, machine_, terminal_, secondes));
+      terminal_.Montre(VueVivante(vue, terminal_));
     } else {
-      terminal_.Montre(VueEnLignes(chassis_, machine_, secondes));
+      terminal_.Montre(VueEnLignes(vue));
     }
   }
 
@@ -76,30 +105,33 @@ class Essai {
   Machine& machine_;
   Ref<Recueil> recueil_;
   Terminal terminal_;
-  Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
-  linux_::Parametres paramètres_;
-  Ref<linux_::Securite> sécurité_ = Crée<linux_::Securite>(machine_.Timer());
-  Chassis chassis_;
+  ClavierTerminal clavier_;
+  ChassisEnMarche marche_;
+  std::optional<Enregistreur> enregistreur_;
+  std::int32_t choisi_ = 0;
+  bool fin_ = false;
 };
-
-void ImprimeLesProblèmes(const Recueil& recueil) {
-  for (const Problème& problème : recueil.Problèmes()) {
-    std::fprintf(stderr, "%s\n", Ligne(problème).c_str());
-  }
-}
 
 }  // namespace
 
 int Run(const OptionsRun& options) {
   const auto recueil = Crée<Recueil>();
   const auto machine = options.simulation ? MachineSimulée(*recueil) : MachineRéelle(*recueil);
+  bool complet = true;
   {
     const Interruption interruption;
-    Essai essai(options, *machine, recueil);
-    essai.Tourne();
+    Marche marche(options, *machine, recueil);
+    marche.Tourne();
+    complet = marche.EnregistrementComplet();
   }
-  ImprimeLesProblèmes(*recueil);
-  return recueil->Problèmes().empty() ? kBon : kProblèmes;
+  if (!complet) {
+    std::fprintf(stderr, "zuma: %s is incomplete: the disk did not take all lines\n",
+                 options.csv.c_str());
+  }
+  for (const Problème& problème : recueil->Problèmes()) {
+    std::fprintf(stderr, "%s\n", Ligne(problème).c_str());
+  }
+  return complet && recueil->Problèmes().empty() ? kBon : kProblèmes;
 }
 
 }  // namespace zuma::host

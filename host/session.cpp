@@ -1,9 +1,19 @@
 #include "host/session.h"
 
 #include "core/echec.h"
+#include "core/outils_communs.h"
 #include "platform/linux/base_sqlite.h"
 
 namespace zuma::host {
+namespace {
+
+// Name of the frame in hand in brackets; nothing where it has none.
+std::string Nom(const Recordset& lignes) {
+  const Valeur* nom = ChercheChamp(lignes, "Nom du Chassis");
+  return nom == nullptr || EstNulOuVide(*nom) ? std::string() : " (" + VersTexte(*nom) + ")";
+}
+
+}  // namespace
 
 Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule) {
   try {
@@ -18,10 +28,10 @@ void ExigeChassis(BaseDeDonnées& base, const std::string& fichier, std::int32_t
   try {
     const Ref<Recordset> lignes = base.OpenRecordset("SELECT * FROM [Chassis]");
     for (; !lignes->FinDeTable(); lignes->MoveNext()) {
-      const Valeur& index = LitChamp(*lignes, "Index");
-      if (VersEntier32(index) == chassis) return;
-      connus += connus.empty() ? "" : ", ";
-      connus += VersTexte(index) + " (" + VersTexte(LitChamp(*lignes, "Nom du Chassis")) + ")";
+      const Valeur index = OutilsCommuns::LitChampSûr(LitChamp(*lignes, "Index"));
+      if (EstNul(index)) continue;
+      if (VersDouble(index) == chassis) return;
+      connus += (connus.empty() ? "" : ", ") + VersTexte(index) + Nom(*lignes);
     }
   } catch (const Echec& e) {
     throw MauvaisUsage(fichier + ": " + e.Description());

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 // The verbs of the program, each with its options. A verb returns the exit code.
 namespace zuma::host {
@@ -21,6 +22,7 @@ struct OptionsCheck {
   std::string fichier;
   std::int32_t chassis = 1;
   bool json = false;
+  std::vector<std::string> paramètres;  ///< "index=value"
 };
 /// Loads and links the frame and tells every problem with the object it concerns.
 int Check(const OptionsCheck& options);
@@ -31,8 +33,23 @@ struct OptionsRun {
   bool simulation = false;
   std::optional<double> secondes;
   bool json = false;
+  std::string csv;                      ///< recording of the sensors; empty for none
+  std::vector<std::string> paramètres;  ///< "index=value"
 };
 /// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
 int Run(const OptionsRun& options);
+
+struct OptionsCompression {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  std::string dossier = "compression";  ///< where the files go
+  double vitesse = 0.6;                 ///< MPa/s
+  double limite = 120;                  ///< seconds of load at most
+  std::string panne;                    ///< "door", "button", "overrange", "freeze"; empty for none
+  bool json = false;
+};
+/// Runs a compression test on the simulated press through the object model alone, and writes its
+/// recording and its curve.
+int Compression(const OptionsCompression& options);
 
 }  // namespace zuma::host

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <map>
 #include <set>
 
@@ -39,8 +41,8 @@ bool Nombre(const Valeur& v) {
 bool Entier(const Valeur& v) {
   if (!Nombre(v)) return false;
   const double nombre = VersDouble(v);
-  return nombre == static_cast<double>(static_cast<std::int64_t>(nombre)) &&
-         nombre >= -2147483648.0 && nombre <= 2147483647.0;
+  return nombre == std::trunc(nombre) && nombre >= std::numeric_limits<std::int32_t>::min() &&
+         nombre <= std::numeric_limits<std::int32_t>::max();
 }
 
 bool Booléen(const Valeur& v) {
@@ -91,12 +93,14 @@ struct Renvoi {
   std::string_view colonne;
   std::string_view cible;
 };
-constexpr std::array<Renvoi, 5> kRenvois{{
+constexpr std::array<Renvoi, 7> kRenvois{{
     {"Fonction", "Carte", "Carte"},
     {"Canal", "Fonction", "Fonction"},
     {"Capteur", "Canal", "Canal"},
     {"Commande", "Canal", "Canal"},
     {"Entrée Logique", "Canal", "Canal"},
+    {"Sortie Logique", "Canal", "Canal"},
+    {"WatchDog", "Pulse", "Canal"},
 }};
 
 class Vérification {

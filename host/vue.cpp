@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::size_t kLargeurNom = 22;
 constexpr std::size_t kLargeurValeur = 9;
+constexpr std::size_t kLargeurMesure = 11;
 constexpr std::size_t kLargeurBorne = 18;
 constexpr std::size_t kLargeurCellule = kLargeurNom + kLargeurValeur + kLargeurBorne + 12;
 
@@ -59,6 +60,44 @@ std::string Titre(const Carte& carte) {
          " hex)";
 }
 
+struct EtatAffiché {
+  std::string_view texte;
+  Ton ton;
+};
+
+EtatAffiché Etat(const Capteur& capteur) {
+  constexpr std::array<EtatAffiché, 4> kEtats{{{"ok", Ton::Bon},
+                                               {"not valid", Ton::Discret},
+                                               {"overrun", Ton::Attention},
+                                               {"DANGER", Ton::Danger}}};
+  const auto rang = static_cast<std::size_t>(capteur.Etat());
+  return kEtats[rang < kEtats.size() ? rang : 0];
+}
+
+std::string Mesure(double valeur) {
+  std::array<char, 32> texte{};
+  std::snprintf(texte.data(), texte.size(), "%.3f", valeur);
+  return texte.data();
+}
+
+std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, bool choisi) {
+  const EtatAffiché état = Etat(capteur);
+  return std::string(choisi ? "> " : "  ") + AGauche(capteur.NomDuCapteur(), kLargeurNom) +
+         ADroite(Mesure(capteur.ValeurCourante()), kLargeurMesure) + " " +
+         AGauche(capteur.UnitéEtalonnage(), 6) +
+         terminal.Colore(AGauche(état.texte, kLargeurMesure), état.ton) + "min " +
+         ADroite(Mesure(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
+         ADroite(Mesure(capteur.MaxiDétecté()), kLargeurMesure) +
+         (capteur.EtatDeLaTare() ? "  tared" : "");
+}
+
+void AjouteLArrêt(const linux_::Securite& sécurité, const Terminal& terminal,
+                  std::vector<std::string>& lignes) {
+  for (const linux_::Securite::Cause& cause : sécurité.Causes()) {
+    lignes.push_back(terminal.Colore("STOP  " + cause.texte, Ton::Danger) + "   (a acknowledges)");
+  }
+}
+
 template <class Travail>
 void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
   for (const CarteRef& carte : *chassis.Cartes()) {
@@ -70,11 +109,16 @@ void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
 
 }  // namespace
 
-std::vector<std::string> VueVivante(Chassis& chassis, const Machine& machine,
-                                    const Terminal& terminal, double secondes) {
+std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal) {
+  Chassis& chassis = vue.chassis;
   std::vector<std::string> lignes;
-  lignes.push_back(terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(secondes) +
-                   "   Ctrl-C ends");
+  lignes.push_back(terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
+                   "   j k choose, t tare, z zero, m extremes, s stop, q quit");
+  AjouteLArrêt(vue.sécurité, terminal, lignes);
+  std::int32_t rangCapteur = 0;
+  for (const CapteurRef& capteur : *chassis.Capteurs()) {
+    lignes.push_back(LigneDuCapteur(*capteur, terminal, rangCapteur++ == vue.capteurChoisi));
+  }
   const std::size_t parLigne = std::max<std::size_t>(1, terminal.Colonnes() / kLargeurCellule);
   for (const CarteRef& carte : *chassis.Cartes()) {
     lignes.push_back(terminal.Colore(Titre(*carte), Ton::Titre));
@@ -83,32 +127,53 @@ std::vector<std::string> VueVivante(Chassis& chassis, const Machine& machine,
       std::size_t rang = 0;
       for (const CanalRef& canal : *bloc->Canals()) {
         if (rang++ % parLigne == 0) lignes.emplace_back();
-        lignes.back() += Cellule(*canal, machine, terminal);
+        lignes.back() += Cellule(*canal, vue.machine, terminal);
       }
     }
   }
   return lignes;
 }
 
-std::vector<std::string> VueEnLignes(Chassis& chassis, const Machine& machine, double secondes) {
+std::vector<std::string> VueEnLignes(const Instantané& vue) {
   std::vector<std::string> lignes;
-  PourChaqueCanal(chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
-    std::string ligne = Secondes(secondes) + " | board " + carte.Key() + " | block " + bloc.Key() +
+  const std::string heure = Secondes(vue.secondes);
+  for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
+    lignes.push_back(heure + " | stop | " + cause.texte);
+  }
+  for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
+    lignes.push_back(heure + " | sensor " + capteur->Key() + " | " + capteur->NomDuCapteur() +
+                     " | " + Mesure(capteur->ValeurCourante()) + " " + capteur->UnitéEtalonnage() +
+                     " | " + std::string(Etat(*capteur).texte) + " | min " +
+                     Mesure(capteur->MiniDétecté()) + " | max " + Mesure(capteur->MaxiDétecté()));
+  }
+  PourChaqueCanal(vue.chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
+    std::string ligne = heure + " | board " + carte.Key() + " | block " + bloc.Key() +
                         " | channel " + std::to_string(canal.NuméroCanal()) + " | " +
                         std::string(Genre(canal)) + " | " + canal.Nom() + " | " +
                         ValeurDuCanal(canal);
     if (!Unité(canal).empty()) ligne += " " + std::string(Unité(canal));
-    const std::string borne = machine.Borne(canal);
+    const std::string borne = vue.machine.Borne(canal);
     if (!borne.empty()) ligne += " | " + borne;
     lignes.push_back(std::move(ligne));
   });
   return lignes;
 }
 
-std::string VueEnJson(Chassis& chassis, const Machine& machine, double secondes) {
-  nlohmann::ordered_json vue{{"time_s", secondes}, {"frame", chassis.Nom()}};
-  auto& canaux = vue["channels"] = nlohmann::ordered_json::array();
-  PourChaqueCanal(chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
+std::string VueEnJson(const Instantané& vue) {
+  nlohmann::ordered_json json{{"time_s", vue.secondes}, {"frame", vue.chassis.Nom()}};
+  auto& causes = json["stop_causes"] = nlohmann::ordered_json::array();
+  for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) causes.push_back(cause.texte);
+  auto& capteurs = json["sensors"] = nlohmann::ordered_json::array();
+  for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
+    capteurs.push_back({{"name", capteur->NomDuCapteur()},
+                        {"value", capteur->ValeurCourante()},
+                        {"unit", capteur->UnitéEtalonnage()},
+                        {"state", Etat(*capteur).texte},
+                        {"min", capteur->MiniDétecté()},
+                        {"max", capteur->MaxiDétecté()}});
+  }
+  auto& canaux = json["channels"] = nlohmann::ordered_json::array();
+  PourChaqueCanal(vue.chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
     nlohmann::ordered_json objet{{"board", carte.Key()},
                                  {"block", bloc.Key()},
                                  {"channel", canal.NuméroCanal()},
@@ -119,11 +184,11 @@ std::string VueEnJson(Chassis& chassis, const Machine& machine, double secondes)
     } else {
       objet["points"] = canal.ValeurCanal();
     }
-    const std::string borne = machine.Borne(canal);
+    const std::string borne = vue.machine.Borne(canal);
     if (!borne.empty()) objet["terminal"] = borne;
     canaux.push_back(std::move(objet));
   });
-  return vue.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace zuma::host

@@ -1,23 +1,32 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "core/chassis.h"
 #include "host/machine.h"
 #include "host/terminal.h"
+#include "platform/linux/securite.h"
 
 namespace zuma::host {
 
-/// The frame as a person watches it: boards, blocks, and the channels side by side.
-[[nodiscard]] std::vector<std::string> VueVivante(Chassis& chassis, const Machine& machine,
-                                                  const Terminal& terminal, double secondes);
+/// What a view shows, at one moment.
+struct Instantané {
+  Chassis& chassis;
+  const Machine& machine;
+  const linux_::Securite& sécurité;
+  double secondes;
+  std::int32_t capteurChoisi;  ///< rank, from 0
+};
 
-/// The frame as lines for a file or another program, one a channel, fields between bars.
-[[nodiscard]] std::vector<std::string> VueEnLignes(Chassis& chassis, const Machine& machine,
-                                                   double secondes);
+/// The frame as a person watches it: stop, sensors, then boards, blocks and channels.
+[[nodiscard]] std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal);
+
+/// The frame as lines for a file or another program, one a sensor or channel, fields between bars.
+[[nodiscard]] std::vector<std::string> VueEnLignes(const Instantané& vue);
 
 /// The frame as one line of JSON.
-[[nodiscard]] std::string VueEnJson(Chassis& chassis, const Machine& machine, double secondes);
+[[nodiscard]] std::string VueEnJson(const Instantané& vue);
 
 }  // namespace zuma::host

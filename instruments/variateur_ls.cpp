@@ -62,9 +62,9 @@ Fonction* PremièreDuType(Carte& carte, ENUM_TYPE_FONCTION type) {
 }
 
 // The drive is one slave: every block bears its address, and the first one is asked.
-std::uint8_t Adresse(Carte& carte) {
+std::int32_t Adresse(Carte& carte) {
   for (const FonctionRef& bloc : carte.LesFonctions()) {
-    return static_cast<std::uint8_t>(bloc->ModbusAdresse());
+    return bloc->ModbusAdresse();
   }
   throw Echec(Numéro::ObjetAbsent);
 }
@@ -231,9 +231,8 @@ void VariateurLS::PrépareQuestion(Carte& carte) {
 }
 
 void VariateurLS::PrépareLecture(const Fonction& états) {
-  OutilsModbus::ConstruitQuestion(static_cast<std::uint8_t>(états.ModbusAdresse()),
-                                  états.ModbusFonction(), états.ModbusRegistreDeDepart(),
-                                  kRegistresDEtat, {}, question_);
+  OutilsModbus::ConstruitQuestion(états.ModbusAdresse(), états.ModbusFonction(),
+                                  états.ModbusRegistreDeDepart(), kRegistresDEtat, {}, question_);
 }
 
 // Register and function are those of the logic outputs where there are any, else of the set point.

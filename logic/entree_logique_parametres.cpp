@@ -50,9 +50,8 @@ void EntréeLogique::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) 
   });
 }
 
-// A text that was misspelt must not turn a stop off without a word.
+// A text that is misspelt or missing must not turn a stop off without a word.
 void EntréeLogique::LitLeNiveauDAU(const Valeur& niveau) {
-  if (EstNulOuVide(niveau)) return;
   const std::string texte = VersTexte(niveau);
   const auto connu = std::ranges::find(kNiveaux, texte, &Niveau::texte);
   if (connu == kNiveaux.end()) {

@@ -160,10 +160,13 @@ void Capteur::Lecture::Table(Capteur& c, const Recordset& ligne) {
 }
 
 void Capteur::LitLaConfigurationRS() {
-  LitRéglagesLigne(mstrConfigurationRS, réglagesRS_, [&] {
+  constexpr FormeDeLigne kForme{.dernierPort = 4, .casseIndifférente = true};
+  const auto parties = DécoupeAuxVirgules(mstrConfigurationRS);
+  if (!LitRéglagesLigne(parties, kForme, réglagesRS_)) {
     Montre("Not supported Baud Rate in 'ParametrageDepuisBD' from object 'Capteur' named '" +
            mstrNom + ". Default baud rate : 9600");
-  });
+  }
+  if (parties.size() < kPartiesDeLigne) throw Echec(Numéro::IndiceHorsPlage);
 }
 
 void Capteur::Lecture::Recouvrement(Capteur& c, const Recordset& ligne) {

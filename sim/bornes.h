@@ -10,12 +10,14 @@ namespace zuma::sim {
 /// Full scale of the analog terminals of every simulated board, in volts.
 inline constexpr double kVoltsPleineEchelle = 10;
 
+inline constexpr int kLignesParCarte = 32;
+
 /// What stands at the terminals of a simulated board: inputs are set from outside, outputs by the
 /// board's registers.
 struct Bornes {
-  std::array<double, 32> entréesAnalogiques{};  ///< volts
-  std::array<double, 32> sortiesAnalogiques{};  ///< volts
-  std::uint32_t entréesLogiques = 0;            ///< one bit a line, electrical level
+  std::array<double, kLignesParCarte> entréesAnalogiques{};  ///< volts
+  std::array<double, kLignesParCarte> sortiesAnalogiques{};  ///< volts
+  std::uint32_t entréesLogiques = 0;                         ///< one bit a line, electrical level
   std::uint32_t sortiesLogiques = 0;
   double fréquence = 0;  ///< hertz of a square wave output
 };

@@ -48,7 +48,7 @@ std::uint16_t CarteACL8316::LitMot(std::uint16_t décalage) {
 std::uint16_t CarteACL8316::SuivantDuScan() {
   if (!figée_) return 0xFFFF;
   const unsigned voie = position_++ % kVoies;
-  return static_cast<std::uint16_t>(CodeSigné(bornes.entréesAnalogiques[voie], 0, kCodes));
+  return static_cast<std::uint16_t>(CodeSigné(bornes.entréesAnalogiques[voie], gain_, kCodes));
 }
 
 void CarteACL8316::CompteOctet(std::uint8_t octet) {

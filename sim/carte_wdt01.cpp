@@ -9,58 +9,58 @@ namespace {
 constexpr double kMicrosecondes = 1'000'000;
 constexpr std::size_t kLignesGardées = 1024;
 constexpr std::size_t kLongueurMaximale = 32;
+constexpr std::uint16_t kDonnées = 0;
+constexpr std::uint16_t kEtat = 1;
 constexpr std::uint8_t kBusVide = 0xFF;
 constexpr char kFinDeLigne = '\r';
 
 }  // namespace
 
-std::uint8_t CarteWDT01::Inp(std::uint16_t port) {
-  if (port != base_ + 1) return kBusVide;
-  const double maintenant = timer_->LitMicrosecondes();
-  Avance(maintenant);
+std::uint8_t CarteWDT01::Lit(std::uint16_t décalage) {
+  if (décalage != kEtat) return kBusVide;
+  Avance();
   unsigned état = 0;
   if (armée_) état |= kArmée;
   if (déclenchée_) état |= kDéclenchée;
   if (refusée_) état |= kRefusée;
-  if (!enPanne_ && maintenant >= occupéeJusquà_) état |= kPrête;
+  if (!enPanne_ && horloge_.Maintenant() >= occupéeJusquà_) état |= kPrête;
   return static_cast<std::uint8_t>(état);
 }
 
-void CarteWDT01::Outp(std::uint16_t port, std::uint8_t octet) {
-  if (port != base_) return;
-  const double maintenant = timer_->LitMicrosecondes();
-  Avance(maintenant);
-  if (enPanne_ || maintenant < occupéeJusquà_) {
+void CarteWDT01::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
+  if (décalage != kDonnées) return;
+  Avance();
+  if (enPanne_ || horloge_.Maintenant() < occupéeJusquà_) {
     ++perdus_;
     return;
   }
-  occupéeJusquà_ = maintenant + duréeOctet_;
+  occupéeJusquà_ = horloge_.Maintenant() + duréeOctet_;
   const auto caractère = static_cast<char>(octet);
   if (caractère == kFinDeLigne) {
-    Exécute(maintenant);
+    Exécute();
   } else if (reçue_.size() < kLongueurMaximale) {
     reçue_ += caractère;
   }
 }
 
 bool CarteWDT01::ContactFermé() {
-  Avance(timer_->LitMicrosecondes());
+  Avance();
   return !déclenchée_;
 }
 
-void CarteWDT01::Avance(double maintenant) {
-  if (armée_ && temps_ != 0 && maintenant > échéance_) déclenchée_ = true;
+void CarteWDT01::Avance() {
+  if (armée_ && temps_ != 0 && horloge_.Maintenant() > échéance_) déclenchée_ = true;
 }
 
-void CarteWDT01::Exécute(double maintenant) {
+void CarteWDT01::Exécute() {
   const std::string ligne = std::exchange(reçue_, {});
   if (ligne.empty()) return;
-  journal_.push_back({passe_, ligne});
-  if (journal_.size() > kLignesGardées) journal_.pop_front();
+  lignes_.push_back(ligne);
+  if (lignes_.size() > kLignesGardées) lignes_.pop_front();
   refusée_ = false;
   if (ligne == "S") {
     armée_ = true;
-    échéance_ = maintenant + temps_ * kMicrosecondes;
+    échéance_ = horloge_.Maintenant() + temps_ * kMicrosecondes;
   } else if (ligne == "E") {
     armée_ = false;
     déclenchée_ = false;

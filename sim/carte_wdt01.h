@@ -5,8 +5,8 @@
 #include <deque>
 #include <string>
 
-#include "platform/collaborateurs.h"
-#include "platform/services.h"
+#include "sim/bus_ports.h"
+#include "sim/horloge_virtuelle.h"
 
 namespace zuma::sim {
 
@@ -18,25 +18,18 @@ namespace zuma::sim {
 /// the contact of the safety chain opens, until it is stopped. Without a time it never trips.
 ///
 /// Status: bit 0 armed, bit 1 tripped, bit 2 the last line was refused, bit 7 ready.
-class CarteWDT01 : public PortsES {
+class CarteWDT01 : public AppareilPorts {
  public:
+  static constexpr std::uint16_t kPorts = 2;
   static constexpr std::uint8_t kArmée = 0x01;
   static constexpr std::uint8_t kDéclenchée = 0x02;
   static constexpr std::uint8_t kRefusée = 0x04;
   static constexpr std::uint8_t kPrête = 0x80;
 
-  CarteWDT01(std::uint16_t base, Ref<ZED_Timer> timer) : base_(base), timer_(std::move(timer)) {}
+  explicit CarteWDT01(const HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
-  [[nodiscard]] std::uint8_t Inp(std::uint16_t port) override;
-  [[nodiscard]] std::uint16_t Inpw(std::uint16_t port) override { return Inp(port); }
-  [[nodiscard]] std::uint32_t Inpd(std::uint16_t port) override { return Inp(port); }
-  void Outp(std::uint16_t port, std::uint8_t octet) override;
-  void Outpw(std::uint16_t port, std::uint16_t mot) override {
-    Outp(port, static_cast<std::uint8_t>(mot));
-  }
-  void Outpd(std::uint16_t port, std::uint32_t mot) override {
-    Outp(port, static_cast<std::uint8_t>(mot));
-  }
+  [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;
+  void Ecrit(std::uint16_t décalage, std::uint8_t octet) override;
 
   /// Contact of the safety chain: open once the board has tripped.
   [[nodiscard]] bool ContactFermé();
@@ -46,27 +39,20 @@ class CarteWDT01 : public PortsES {
 
   /// Time for which the board is busy after a byte, in microseconds.
   void DuréeOctet(double microsecondes) noexcept { duréeOctet_ = microsecondes; }
-  /// A board that hangs: it never gets ready again, and its time goes on.
+  /// A board that hangs: it is never ready, what it is sent is lost, and its time goes on.
   void Panne(bool enPanne) noexcept { enPanne_ = enPanne; }
 
-  /// Number of the pass, for the log.
-  void Passe(std::uint64_t numéro) noexcept { passe_ = numéro; }
-  struct Ligne {
-    std::uint64_t passe;
-    std::string texte;
-  };
-  /// The last lines received, empty ones left out, each with the pass of its end.
-  [[nodiscard]] const std::deque<Ligne>& Journal() const noexcept { return journal_; }
-  void VideLeJournal() noexcept { journal_.clear(); }
+  /// The last lines received, empty ones left out.
+  [[nodiscard]] const std::deque<std::string>& Lignes() const noexcept { return lignes_; }
+  void OublieLesLignes() noexcept { lignes_.clear(); }
   /// Bytes lost because they came while the board was busy.
   [[nodiscard]] std::size_t OctetsPerdus() const noexcept { return perdus_; }
 
  private:
-  void Avance(double maintenant);
-  void Exécute(double maintenant);
+  void Avance();
+  void Exécute();
 
-  std::uint16_t base_;
-  Ref<ZED_Timer> timer_;
+  const HorlogeVirtuelle& horloge_;
   std::string reçue_;
   double temps_ = 0;
   double échéance_ = 0;       ///< microseconds
@@ -76,9 +62,8 @@ class CarteWDT01 : public PortsES {
   bool déclenchée_ = false;
   bool refusée_ = false;
   bool enPanne_ = false;
-  std::uint64_t passe_ = 0;
   std::size_t perdus_ = 0;
-  std::deque<Ligne> journal_;
+  std::deque<std::string> lignes_;
 };
 
 }  // namespace zuma::sim

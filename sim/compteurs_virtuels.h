@@ -1,8 +1,10 @@
 #pragma once
 
-#include <map>
-#include <string>
+#include <algorithm>
+#include <cstdint>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "sim/horloge_virtuelle.h"
 
@@ -14,19 +16,28 @@ class CompteursVirtuels : public CompteursFins {
   explicit CompteursVirtuels(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   [[nodiscard]] std::int16_t Ouvre(std::string_view) override {
-    ouverts_[++dernier_] = horloge_.Maintenant();
-    return dernier_;
+    auto libre = std::find(départs_.begin(), départs_.end(), std::nullopt);
+    if (libre == départs_.end()) libre = départs_.insert(libre, std::nullopt);
+    *libre = horloge_.Maintenant();
+    return static_cast<std::int16_t>(libre - départs_.begin());
   }
   [[nodiscard]] std::int32_t Lit(std::int16_t poignée) override {
-    return static_cast<std::int32_t>(horloge_.LitMicrosecondes() - ouverts_.at(poignée));
+    const double départ = départs_.at(static_cast<std::size_t>(poignée)).value();
+    return static_cast<std::int32_t>(horloge_.LitMicrosecondes() - départ);
   }
-  void Ferme(std::int16_t poignée) noexcept override { ouverts_.erase(poignée); }
-  [[nodiscard]] std::size_t Ouverts() const noexcept { return ouverts_.size(); }
+  void Ferme(std::int16_t poignée) noexcept override {
+    const auto rang = static_cast<std::size_t>(poignée);
+    if (rang < départs_.size()) départs_[rang].reset();
+  }
+  [[nodiscard]] std::size_t Ouverts() const noexcept {
+    return départs_.size() -
+           static_cast<std::size_t>(std::count(départs_.begin(), départs_.end(), std::nullopt));
+  }
 
  private:
   HorlogeVirtuelle& horloge_;
-  std::map<std::int16_t, double> ouverts_;
-  std::int16_t dernier_ = 0;
+  // By handle; a closed one is given again, so that a pass that opens it anew does not allocate.
+  std::vector<std::optional<double>> départs_;
 };
 
 }  // namespace zuma::sim

@@ -25,40 +25,72 @@ std::unique_ptr<CarteSimulée> Paires(HorlogeVirtuelle&) {
   return std::make_unique<CarteSortiesParPaires>(kVoies, kLogique);
 }
 
-// Which twin answers to which driver.
+// Whether a channel sits on the line of its rank in the block rather than of its number.
+enum class ParRang : std::uint8_t { Jamais, Toujours, EnBloc };
+
+// Which twin answers to which driver, on how many ports, and how its lines reach the channels.
 struct Jumeau {
   ENUM_DRIVER driver;
   Fabrique fabrique;
+  std::uint16_t ports = 16;
+  ParRang parRang = ParRang::Jamais;
+  bool inversé = false;
 };
 constexpr std::array<Jumeau, 21> kJumeaux{{
-    {DrvPCL731_PCLD782B, &Sans<CartePCL731>},
-    {DrvPCL731_PCLD7225, &Sans<CartePCL731>},
-    {DrvPET48DIO_TB24P, &Sans<CartePET48>},
-    {DrvPET48DIO_TB24R, &Sans<CartePET48>},
-    {DrvPET48DIO_PCLD782B, &Sans<CartePET48>},
-    {DrvPET48DIO_PCLD7225, &Sans<CartePET48>},
-    {DrvACL8316_ACLD9182, &AvecHorloge<CarteACL8316>},
-    {DrvACL8316_ACLD9185, &AvecHorloge<CarteACL8316>},
-    {DrvACL8316_ACLD8125, &AvecHorloge<CarteACL8316>},
-    {DrvACL8316, &AvecHorloge<CarteACL8316>},
-    {DrvA826PG_DB16B, &AvecHorloge<CarteA826>},
-    {DrvA826PG_DB16R, &AvecHorloge<CarteA826>},
-    {DrvA826PG_DB8225, &AvecHorloge<CarteA826>},
-    {DrvA826PG, &AvecHorloge<CarteA826>},
-    {DrvACL6126_ACLD9182, &Paires<6, true>},
-    {DrvACL6126_ACLD9185, &Paires<6, true>},
-    {DrvACL6126, &Paires<6, true>},
-    {DrvPCL813_PCLD881, &AvecHorloge<CarteEntrées12Bits>},
-    {DrvACL8113, &AvecHorloge<CarteEntrées12Bits>},
-    {DrvPCL728, &Paires<8, false>},
-    {DrvACL6128, &Paires<8, false>},
+    {.driver = DrvPCL731_PCLD782B, .fabrique = &Sans<CartePCL731>, .ports = 8},
+    {.driver = DrvPCL731_PCLD7225, .fabrique = &Sans<CartePCL731>, .ports = 8, .inversé = true},
+    {.driver = DrvPET48DIO_TB24P,
+     .fabrique = &Sans<CartePET48>,
+     .ports = 2,
+     .parRang = ParRang::EnBloc},
+    {.driver = DrvPET48DIO_TB24R, .fabrique = &Sans<CartePET48>, .ports = 2},
+    {.driver = DrvPET48DIO_PCLD782B,
+     .fabrique = &Sans<CartePET48>,
+     .ports = 2,
+     .parRang = ParRang::EnBloc,
+     .inversé = true},
+    {.driver = DrvPET48DIO_PCLD7225, .fabrique = &Sans<CartePET48>, .ports = 2, .inversé = true},
+    {.driver = DrvACL8316_ACLD9182,
+     .fabrique = &AvecHorloge<CarteACL8316>,
+     .parRang = ParRang::Toujours},
+    {.driver = DrvACL8316_ACLD9185, .fabrique = &AvecHorloge<CarteACL8316>},
+    {.driver = DrvACL8316_ACLD8125,
+     .fabrique = &AvecHorloge<CarteACL8316>,
+     .parRang = ParRang::EnBloc},
+    {.driver = DrvACL8316, .fabrique = &AvecHorloge<CarteACL8316>},
+    {.driver = DrvA826PG_DB16B, .fabrique = &AvecHorloge<CarteA826>, .parRang = ParRang::Toujours},
+    {.driver = DrvA826PG_DB16R, .fabrique = &AvecHorloge<CarteA826>},
+    {.driver = DrvA826PG_DB8225, .fabrique = &AvecHorloge<CarteA826>},
+    {.driver = DrvA826PG, .fabrique = &AvecHorloge<CarteA826>},
+    {.driver = DrvACL6126_ACLD9182, .fabrique = &Paires<6, true>, .parRang = ParRang::Toujours},
+    {.driver = DrvACL6126_ACLD9185, .fabrique = &Paires<6, true>},
+    {.driver = DrvACL6126, .fabrique = &Paires<6, true>},
+    {.driver = DrvPCL813_PCLD881, .fabrique = &AvecHorloge<CarteEntrées12Bits>},
+    {.driver = DrvACL8113, .fabrique = &AvecHorloge<CarteEntrées12Bits>},
+    {.driver = DrvPCL728, .fabrique = &Paires<8, false>},
+    {.driver = DrvACL6128, .fabrique = &Paires<8, false>},
 }};
-
-constexpr std::uint16_t kPortsParCarte = 16;
 
 const Jumeau* JumeauDe(ENUM_DRIVER driver) {
   const auto* jumeau = std::ranges::find(kJumeaux, driver, &Jumeau::driver);
   return jumeau == kJumeaux.end() ? nullptr : jumeau;
+}
+
+// Place of a channel in its block; -1 for a channel that stands in none.
+int RangDe(const Canal& canal) {
+  if (canal.Parent() == nullptr) return -1;
+  int rang = 0;
+  for (const CanalRef& autre : canal.Parent()->LesCanaux()) {
+    if (autre.Brut() == &canal) return rang;
+    ++rang;
+  }
+  return -1;
+}
+
+int LigneDe(const Canal& canal, ParRang règle) {
+  const bool enBloc = canal.Parent() != nullptr && canal.Parent()->MAJParFonction();
+  const bool parRang = règle == ParRang::Toujours || (règle == ParRang::EnBloc && enBloc);
+  return parRang ? RangDe(canal) : canal.NuméroCanal();
 }
 
 }  // namespace
@@ -74,15 +106,22 @@ void MachinePorts::Branche(Chassis& chassis) {
       const Jumeau* jumeau = JumeauDe(bloc->Driver_enm());
       if (jumeau == nullptr || Trouve(bloc->Base()) != nullptr) continue;
       cartes_.push_back({bloc->Base(), jumeau->fabrique(horloge_)});
-      bus_.Attache(bloc->Base(), kPortsParCarte, *cartes_.back().carte);
+      bus_.Attache(bloc->Base(), jumeau->ports, *cartes_.back().carte);
     }
   }
+  const auto adresse = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
+  if (adresse == 0 || watchdog_) return;
+  watchdog_ = std::make_unique<CarteWDT01>(horloge_);
+  bus_.Attache(adresse, CarteWDT01::kPorts, *watchdog_);
 }
 
-Bornes* MachinePorts::BornesDe(const Canal& canal) const {
-  if (JumeauDe(canal.Driver()) == nullptr) return nullptr;
-  CarteSimulée* carte = Trouve(canal.Base());
-  return carte == nullptr ? nullptr : &carte->bornes;
+std::optional<Borne> MachinePorts::BorneDe(const Canal& canal) const {
+  const Jumeau* jumeau = JumeauDe(canal.Driver());
+  CarteSimulée* carte = jumeau == nullptr ? nullptr : Trouve(canal.Base());
+  if (carte == nullptr) return {};
+  const int ligne = LigneDe(canal, jumeau->parRang);
+  if (ligne < 0 || ligne >= kLignesParCarte) return {};
+  return Borne(carte->bornes, static_cast<std::uint8_t>(ligne), jumeau->inversé);
 }
 
 }  // namespace zuma::sim

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "core/chassis.h"
-#include "sim/bornes.h"
+#include "sim/borne.h"
 #include "sim/bus_ports.h"
+#include "sim/carte_wdt01.h"
 #include "sim/horloge_virtuelle.h"
 
 namespace zuma::sim {
@@ -16,12 +18,15 @@ class MachinePorts {
  public:
   explicit MachinePorts(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
-  /// Plugs the twin of every port-mapped block of a loaded frame, one for each base address. To be
-  /// called before the frame is started.
+  /// Plugs the twin of every port-mapped block of a loaded frame, one for each base address, and
+  /// that of its watchdog board. To be called before the frame is started.
   void Branche(Chassis& chassis);
-  /// Terminals of the board that a channel sits on; none for a channel of any other board.
-  [[nodiscard]] Bornes* BornesDe(const Canal& canal) const;
+  /// The terminal that a channel sits on; none for a channel of any other board, or of a line that
+  /// no board has.
+  [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
   [[nodiscard]] BusPorts& Bus() noexcept { return bus_; }
+  /// The watchdog board; none on a frame without one.
+  [[nodiscard]] CarteWDT01* Watchdog() const noexcept { return watchdog_.get(); }
 
  private:
   struct Enfichée {
@@ -33,6 +38,7 @@ class MachinePorts {
   HorlogeVirtuelle& horloge_;
   BusPorts bus_;
   std::vector<Enfichée> cartes_;
+  std::unique_ptr<CarteWDT01> watchdog_;
 };
 
 }  // namespace zuma::sim

@@ -1,5 +1,6 @@
 #include "sim/machine_simulee.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -23,37 +24,104 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.can = &bus.Can();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
+  services.clavier = &clavier;
 }
 
-void MachineSimulée::Branche(Chassis& chassis) {
+void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
+  câblage_ = câblage;
   ports.Branche(chassis);
   bus.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
       const bool logique = type == ENUM_TYPE_FONCTION::FctEntréesLogiques;
-      if (!logique && type != ENUM_TYPE_FONCTION::FctEntréesAnalogiques) continue;
-      for (const CanalRef& canal : *bloc->Canals()) {
-        Bornes* bornes = ports.BornesDe(*canal);
-        if (bornes == nullptr || canal->NuméroCanal() < 0 || canal->NuméroCanal() > 31) continue;
-        entrées_.push_back(
-            {bornes, canal->NuméroCanal(), logique, static_cast<double>(entrées_.size())});
-      }
+      const bool entrée = logique || type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques;
+      for (const CanalRef& canal : *bloc->Canals()) BrancheLeCanal(*canal, logique, entrée);
     }
   }
 }
 
-void MachineSimulée::Anime(const Entrée& entrée, double secondes) {
+void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entrée) {
+  const auto borne = ports.BorneDe(canal);
+  if (!borne) return;
+  const auto fil = std::ranges::find(câblage_, canal.Key(), &Fil::canal);
+  if (fil != câblage_.end()) {
+    fils_.push_back({*borne, &*fil});
+  } else if (entrée) {
+    entrées_.push_back({*borne, logique, static_cast<double>(entrées_.size())});
+  }
+}
+
+// Noise of the measuring chain, in volts: about half a millivolt, the same on every run.
+double MachineSimulée::Bruit() {
+  constexpr double kVolts = 0.0005;
+  graine_ ^= graine_ << 13U;
+  graine_ ^= graine_ >> 17U;
+  graine_ ^= graine_ << 5U;
+  return kVolts * (static_cast<double>(graine_) / 2147483648.0 - 1);
+}
+
+void MachineSimulée::LitLesSorties(const FilPosé& posé) {
+  if (posé.fil->grandeur == Grandeur::Servovalve) {
+    presse.servovalve = posé.borne.TensionSortie() / kVoltsPleineEchelle;
+  } else if (posé.fil->grandeur == Grandeur::Pompe) {
+    presse.pompe = posé.borne.SortieLogique();
+  } else if (posé.fil->grandeur == Grandeur::Distributeur) {
+    presse.distributeur = posé.borne.SortieLogique();
+  }
+}
+
+void MachineSimulée::PoseLesEntrées(FilPosé& posé) {
+  const auto mesure = [&](double valeur) {
+    posé.borne.TensionEntrée(valeur / posé.fil->pleineEchelle * kVoltsPleineEchelle + Bruit());
+  };
+  const auto ligne = [&](bool vraie) { posé.borne.EntréeLogique(vraie); };
+  switch (posé.fil->grandeur) {
+    case Grandeur::Force:
+      return mesure(presse.Force());
+    case Grandeur::Position:
+      return mesure(presse.Position());
+    case Grandeur::PressionAlimentation:
+      return mesure(presse.PressionAlimentation());
+    case Grandeur::PressionUtilisation:
+      return mesure(presse.PressionUtilisation());
+    case Grandeur::Raccourcissement:
+      return mesure(presse.Raccourcissement());
+    case Grandeur::Armé:
+      return ligne(presse.Armée());
+    case Grandeur::PorteFermée:
+      return ligne(presse.porteFermée);
+    case Grandeur::FinDeCourseHaut:
+      return ligne(presse.FinDeCourseHaut());
+    case Grandeur::FinDeCourseBas:
+      return ligne(presse.FinDeCourseBas());
+    case Grandeur::BoutonAU:
+      return ligne(presse.boutonAU);
+    case Grandeur::Servovalve:
+    case Grandeur::Pompe:
+    case Grandeur::Distributeur:
+      return;
+  }
+}
+
+// The press lives by the machine's own clock, the time that a pass took included.
+void MachineSimulée::FaitVivreLaPresse() {
+  if (fils_.empty()) return;
+  presse.chaîneFermée = ChienDeGarde() == nullptr || ChienDeGarde()->ContactFermé();
+  for (const FilPosé& posé : fils_) LitLesSorties(posé);
+  presse.Avance((horloge->Maintenant() - heurePresse_) / 1e6);
+  heurePresse_ = horloge->Maintenant();
+  for (FilPosé& posé : fils_) PoseLesEntrées(posé);
+}
+
+void MachineSimulée::Anime(Entrée& entrée, double secondes) {
   const double tour = secondes / kPériode + entrée.phase * 0.13;
   if (!entrée.logique) {
-    entrée.bornes->entréesAnalogiques[static_cast<std::size_t>(entrée.numéro)] =
-        kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour);
+    entrée.borne.TensionEntrée(kMilieu + kAmplitude * std::sin(2 * std::numbers::pi * tour));
     return;
   }
   const auto rang = static_cast<std::uint64_t>(secondes / kClignotement + entrée.phase);
-  const std::uint32_t masque = 1U << static_cast<unsigned>(entrée.numéro);
-  std::uint32_t& lignes = entrée.bornes->entréesLogiques;
-  lignes = rang % 2 == 0 ? lignes & ~masque : lignes | masque;
+  entrée.borne.EntréeLogique(rang % 2 != 0);
 }
 
 void MachineSimulée::AvanceJusquA(double secondes) {
@@ -62,11 +130,12 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   const double retard = origine_ + secondes * 1e6 - horloge->Maintenant();
   if (retard > 0) horloge->Avance(retard);
   ports.Bus().Passe(++passe_);
+  FaitVivreLaPresse();
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
   if (palier == palier_) return;
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);
-  for (const Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
+  for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 
 }  // namespace zuma::sim

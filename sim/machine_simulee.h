@@ -1,14 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <vector>
 
 #include "core/chassis.h"
+#include "sim/cablage.h"
+#include "sim/clavier_simule.h"
 #include "sim/collaborateurs.h"
 #include "sim/compteurs_virtuels.h"
 #include "sim/horloge_virtuelle.h"
 #include "sim/liaisons_simulees.h"
 #include "sim/machine_bus.h"
 #include "sim/machine_ports.h"
+#include "sim/presse.h"
 
 namespace zuma::sim {
 
@@ -20,8 +25,9 @@ class MachineSimulée {
   MachineSimulée(const MachineSimulée&) = delete;
   MachineSimulée& operator=(const MachineSimulée&) = delete;
 
-  /// Plugs a twin for everything that a loaded frame names and that has one.
-  void Branche(Chassis& chassis);
+  /// Plugs a twin for everything that a loaded frame names and that has one. Channels named by a
+  /// wire hang on the press, the other inputs move by themselves.
+  void Branche(Chassis& chassis, std::span<const Fil> câblage = {});
   /// Brings the clock to `secondes` after the start and sets the terminals of the inputs: analog
   /// ones follow slow sines, each channel with its own phase, logic ones blink in turn.
   void AvanceJusquA(double secondes);
@@ -32,17 +38,33 @@ class MachineSimulée {
   MachineBus bus{*horloge, liaisons};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
+  ClavierSimulé clavier;
+  Presse presse;
+  /// Watchdog board of the frame; none until one is plugged.
+  [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
   Plateforme services;
 
  private:
   struct Entrée {
-    Bornes* bornes;
-    std::int16_t numéro;
+    Borne borne;
     bool logique;
     double phase;
   };
-  void Anime(const Entrée& entrée, double secondes);
+  struct FilPosé {
+    Borne borne;
+    const Fil* fil;
+  };
+  void BrancheLeCanal(const Canal& canal, bool logique, bool entrée);
+  void Anime(Entrée& entrée, double secondes);
+  void FaitVivreLaPresse();
+  void LitLesSorties(const FilPosé& posé);
+  void PoseLesEntrées(FilPosé& posé);
+  [[nodiscard]] double Bruit();
 
+  std::span<const Fil> câblage_;
+  std::vector<FilPosé> fils_;
+  double heurePresse_ = 0;  ///< microseconds
+  std::uint32_t graine_ = 20'240'503;
   std::vector<Entrée> entrées_;
   std::uint64_t passe_ = 0;
   double origine_ = 0;        ///< clock at the first pass, microseconds

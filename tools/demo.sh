@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes a demo database, checks it and runs its frame on the simulated machine:
-# demo.sh PROGRAM FOLDER SECONDS
+# Makes a demo database, checks it, shows its frame live on the simulated machine, then runs a
+# compression test on the simulated press: demo.sh PROGRAM FOLDER SECONDS
 set -euo pipefail
 
 zuma=$1
@@ -11,4 +11,6 @@ mkdir -p "$dossier"
 base="$dossier/demo.db"
 [ -e "$base" ] || "$zuma" init "$base"
 "$zuma" check "$base" --frame 1
-"$zuma" run "$base" --frame 1 --sim ${secondes:+--seconds "$secondes"}
+"$zuma" run "$base" --frame 1 --sim --csv "$dossier/run.csv" ${secondes:+--seconds "$secondes"}
+echo
+"$zuma" compression "$base" --frame 1 --out "$dossier"

@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Checks what `make demo` printed: every analog input must show the points of the voltage at its
-# terminals (65536 points for 10 V, one count of a 12-bit board allowed), and the inputs must move.
+# terminals (65536 points for 10 V, one count of a 12-bit board and the noise allowed), the inputs
+# must move, no stop may fire, and the compression test must break the specimen at the rate asked
+# (60 kN on a cylinder of 50 mm are 30.56 MPa).
 # verifie_demo.sh OUTPUT
 set -euo pipefail
 
@@ -17,11 +19,20 @@ awk -F' [|] ' '
     if (!(cle in premiere)) premiere[cle] = points[1]
   }
   $5 == "logic in" { logiques++ }
+  / [|] stop [|] / { arrets++ }
   /: no problem$/ { bonne++ }
+  /^Compression test: specimen broken$/ { rompu++ }
+  /maximum force/ { force = $0; sub(/.*force */, "", force); force += 0 }
+  /maximum stress/ { contrainte = $0; sub(/.*stress */, "", contrainte); contrainte += 0 }
+  /rate held/ { tenue = $0; sub(/.*held */, "", tenue); tenue += 0 }
   END {
     for (c in premiere) voies++
     for (c in bouge) mobiles++
     printf "demo: %d readings of %d analog inputs compared, %d wrong, %d inputs moved\n",
            lus, voies, faux, mobiles
-    exit !(bonne == 1 && voies >= 10 && lus >= 3 * voies && faux == 0 && mobiles == voies && logiques > 0)
+    printf "demo: break at %.2f kN, %.2f MPa, rate %.3f MPa/s\n", force, contrainte, tenue
+    if (arrets > 0) print "demo: a stop fired"
+    essai = rompu == 1 && force > 59 && force < 61 && contrainte > 30 && contrainte < 31.1 \
+            && tenue > 0.57 && tenue < 0.63
+    exit !(essai && arrets == 0 && bonne == 1 && voies >= 10 && lus >= 3 * voies && faux == 0 && mobiles == voies && logiques > 0)
   }' "$1"

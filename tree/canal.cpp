@@ -44,9 +44,7 @@ void Canal::LitLigne(const Recordset& ligne, Valeur& vData) {
   LitDriver(ligne, vData);
   // Read twice, as tables without "Status ID" rely on the first walk alone.
   litEntier16("Status ID", StatusID_);
-  const Valeur* fréquence = ChercheChamp(ligne, "Canal en fréquence");
-  mblnCanalEnFréquence =
-      fréquence != nullptr && !EstNulOuVide(*fréquence) && VersBooléen(*fréquence);
+  mblnCanalEnFréquence = cherche("Canal en fréquence") && VersBooléen(vData);
 }
 
 // The driver is looked for behind "Status ID": a table without that column keeps the block's

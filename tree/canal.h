@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -116,14 +117,15 @@ class Canal : public Objet {
     return static_cast<T&>(*pilote_);
   }
   /// Reads `NbLecture` conversions and sets the value to their mean, brought from the board's
-  /// full scale to the common one. `NbLecture` of 0 fails with 11.
+  /// full scale to the common one. `NbLecture` of 0 or less fails with 11.
   template <class Lecture>
   void LitMoyenne(Lecture&& conversion, double pleineEchelleCarte) {
     SommeTemp = 0;
     for (IndexLecture = 1; IndexLecture <= mintNbLecture; ++IndexLecture) {
       SommeTemp += static_cast<double>(conversion(mintGain));
     }
-    mdblValeurCanal = Divise(SommeTemp, mintNbLecture) * kPleineEchelle / pleineEchelleCarte;
+    mdblValeurCanal = Divise(SommeTemp, std::max<std::int16_t>(mintNbLecture, 0)) * kPleineEchelle /
+                      pleineEchelleCarte;
   }
   /// Forgets the block, which is going away while a sensor still holds the channel.
   void Détache() noexcept;

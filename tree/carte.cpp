@@ -22,6 +22,16 @@ Carte::~Carte() {
 void Carte::Lien(ParamètresRef MesParametres_obj) {
   Garde(*this, Forme::Méthode, "Lien", [&] {
     if (MesParametres_obj) MesParametres_ = std::move(MesParametres_obj);
+    if (Driver_enm_ != ENUM_DRIVER::Drv_EIR_LASER || mstrConfigEIR.empty() || !MesParametres_) {
+      return;
+    }
+    bool trouvé = false;
+    for (const Ref<ZED_Parametre>& paramètre : *MesParametres_) {
+      if (!paramètre || paramètre->NomParamètre() != mstrConfigEIR) continue;
+      mobjParamEIR_ = paramètre;
+      trouvé = true;
+    }
+    if (!trouvé) Montre("Parameter not found. Please check card '" + NomDeLaCarte_ + "'.");
   });
 }
 
@@ -65,13 +75,7 @@ LiaisonSérieRef Carte::RS() {
 }
 
 void Carte::OuvreLigneSérie() {
-  const LiaisonSérieRef liaison = RS();
-  liaison->VitesseSérie(mlngVitesse);
-  liaison->ParitéSérie(mlngParité);
-  liaison->BitsDeDonnées(mlngBitsDonnées);
-  liaison->BitsDeStop(mlngBitsStop);
-  liaison->PortSérie(mlngPort);
-  liaison->OuvrePort();
+  OuvreLigne(*RS(), réglages_);
 }
 
 void Carte::Initialise() {

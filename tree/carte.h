@@ -7,6 +7,7 @@
 
 #include "core/collections.h"
 #include "core/objet.h"
+#include "core/reglages_ligne.h"
 #include "platform/base_de_donnees.h"
 #include "tree/driver_table.h"
 #include "tree/fonction.h"
@@ -29,7 +30,8 @@ class Carte : public Objet {
   /// Walks the blocks and does nothing: outputs are cut by their commands and logic outputs.
   void DéclencheAU() {}
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }
-  /// Keeps the shared parameters. The host calls it, on boards whose instrument needs one.
+  /// Keeps the shared parameters and finds the one that "Config EIR" names for a laser board; the
+  /// last of that name counts, none is told in a message. The host calls it, the frame does not.
   void Lien(ParamètresRef MesParametres_obj = {});
   /// Makes and reads the blocks of the board, each after its channels.
   void ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaCarte);
@@ -91,11 +93,7 @@ class Carte : public Objet {
   FonctionRef FonctionSuivante_;
   LiaisonSérieRef RS_;
   std::string Configuration_;
-  std::int32_t mlngPort = 0;
-  std::int32_t mlngVitesse = 0;
-  std::int32_t mlngParité = 0;
-  std::int32_t mlngBitsDonnées = 0;
-  std::int32_t mlngBitsStop = 0;
+  RéglagesLigne réglages_;  ///< read from `Configuration_`
   std::int32_t mintConsigneRampe = 5;
   std::string mstrConfigEIR;
   ParamètresRef MesParametres_;

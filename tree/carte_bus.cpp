@@ -48,13 +48,12 @@ void Carte::PoursuitLeBus(const Fonction*& enMain) {
 }
 
 void Carte::AvanceFonctionSuivante() {
-  const std::string clé = FonctionSuivante_ ? FonctionSuivante_->Key() : std::string();
   FonctionRef cible;
   bool vue = false;
   for (const FonctionRef& fonction : LesFonctions()) {
     if (!cible || vue) cible = fonction;
     if (vue) break;
-    vue = FonctionSuivante_ && fonction->Key() == clé;
+    vue = FonctionSuivante_ && fonction->Key() == FonctionSuivante_->Key();
   }
   FonctionSuivante_ = cible;
 }

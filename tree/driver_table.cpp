@@ -34,6 +34,13 @@ constexpr LigneDriver Bloc(ENUM_DRIVER valeur, std::string_view nom, std::string
           .pilote = pilote};
 }
 
+// The same text selects the driver of the whole board.
+constexpr LigneDriver DuBlocEtDeLaCarte(LigneDriver ligne, const OpérationsCarte* carte = nullptr) {
+  ligne.texteCarte = ligne.texteFonction;
+  ligne.carte = carte;
+  return ligne;
+}
+
 constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte,
                               const OpérationsPilote* pilote) {
   return {.valeur = valeur,
@@ -109,23 +116,11 @@ const std::array<LigneDriver, 56> kTable{{
     Bloc(DrvIK121, "DrvIK121", "IK 121", "DrvIK121", kEA, nullptr),
     Bloc(DrvA826PG_DB8225, "DrvA826PG_DB8225", "A 826 PG - DB 8225", "DrvA826PG_DB8225", kEA,
          &pilotes::kA826Analogique),
-    {.valeur = drvpci7841,
-     .nom = "drvpci7841",
-     .affichage = "PCI 7841",
-     .texteCarte = "DrvPCI7841",
-     .texteFonction = "DrvPCI7841",
-     .texteCanal = {},
-     .types = kEA,
-     .pilote = &pilotes::kPCI7841,
-     .carte = &pilotes::kPCI7841Carte},
-    {.valeur = drvpci7841_2,
-     .nom = "drvpci7841_2",
-     .affichage = "PCI 7841 - 2",
-     .texteCarte = "DrvPCI7841-2",
-     .texteFonction = "DrvPCI7841-2",
-     .texteCanal = {},
-     .types = kEA,
-     .pilote = &pilotes::kPCI7841B},
+    DuBlocEtDeLaCarte(
+        Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, &pilotes::kPCI7841),
+        &pilotes::kPCI7841Carte),
+    DuBlocEtDeLaCarte(Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA,
+                           &pilotes::kPCI7841B)),
     Bloc(drvPCI9111HR_Vorlanex_EA, "drvPCI9111HR_Vorlanex_EA", "PCI 9111 HR - Vorlanex EA",
          "DrvPCI9111HR/Vorlanex EA", kEA, nullptr),
     Bloc(DrvPCL728, "DrvPCL728", "PCL 728", "DrvPCL728", kSA, &pilotes::kPCL728Sorties),

@@ -28,7 +28,8 @@ Valeurs DonnéesAEcrire(const Fonction& bloc) {
   Valeurs données;
   if (bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
       bloc.ModbusFonction() == kEcritureDeMots) {
-    PourChaqueCanal(bloc, [&](Canal& canal) { données.Ajoute(OutilsModbus::Registre(canal.ValeurCanal())); });
+    PourChaqueCanal(
+        bloc, [&](Canal& canal) { données.Ajoute(OutilsModbus::Registre(canal.ValeurCanal())); });
   }
   return données;
 }
@@ -36,9 +37,9 @@ Valeurs DonnéesAEcrire(const Fonction& bloc) {
 void Envoie(Fonction& bloc) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   const Valeurs données = DonnéesAEcrire(bloc);
-  OutilsModbus::ConstruitQuestion(static_cast<std::uint8_t>(bloc.ModbusAdresse()),
-                                  bloc.ModbusFonction(), bloc.ModbusRegistreDeDepart(),
-                                  bloc.LesCanaux().Count() - 1, données.Toutes(), échange.question);
+  OutilsModbus::ConstruitQuestion(bloc.ModbusAdresse(), bloc.ModbusFonction(),
+                                  bloc.ModbusRegistreDeDepart(), bloc.LesCanaux().Count() - 1,
+                                  données.Toutes(), échange.question);
   const LiaisonSérieRef liaison = bloc.RS();
   (void)liaison->LitTampon();
   échange.réponse.clear();

@@ -102,7 +102,7 @@ class Fonction : public Objet {
   [[nodiscard]] T& PiloteDe() const {
     return static_cast<T&>(*pilote_);
   }
-  /// The channels, without the cost of a new reference; empty before the first access.
+  /// The channels, without the cost of a new reference; fails with 91 before the first access.
   [[nodiscard]] const zuma::Canals& LesCanaux() const { return *Canals_; }
   /// Last word of the logic inputs, which the change test compares; none before the first read.
   /// It is the block's own: two blocks on one board each see every change.

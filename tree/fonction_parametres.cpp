@@ -4,6 +4,7 @@
 
 #include "core/garde.h"
 #include "core/outils_communs.h"
+#include "core/reglages_ligne.h"
 #include "tree/fonction.h"
 
 namespace zuma {
@@ -32,11 +33,6 @@ constexpr std::array<Choix<std::int32_t>, 5> kParités{{
     {"Mark parity", 3},
     {"Space parity", 4},
 }};
-
-constexpr std::array<std::int32_t, 16> kVitessesRS232{110,   300,    600,    1200,  2400,  4800,
-                                                      9600,  14400,  19200,  28800, 38400, 56000,
-                                                      57600, 115200, 128000, 256000};
-constexpr std::int32_t kVitesseParDéfaut = 9600;
 
 // A field found by walking; Null and, where the caller says so, empty text count as missing.
 const Valeur* Présent(const Recordset& ligne, std::string_view colonne, bool videCompris) {
@@ -115,8 +111,8 @@ void Fonction::LitVitesse(const Valeur& valeur) {
   const auto reconnaît = [motif](std::int32_t vitesse) {
     return static_cast<std::int16_t>(vitesse) == motif;
   };
-  const auto vitesse = std::ranges::find_if(kVitessesRS232, reconnaît);
-  if (vitesse == kVitessesRS232.end()) {
+  const auto vitesse = std::ranges::find_if(kVitessesSérie, reconnaît);
+  if (vitesse == kVitessesSérie.end()) {
     MessageRS232("Baud Rate", "'. Default baud rate : 9600");
     mlngVitesse = kVitesseParDéfaut;
     return;

@@ -6,12 +6,13 @@
 /// Board operations that need nothing but the board's own link.
 namespace zuma::opérations_arbre {
 
-/// Opens the board's line and hands it to the Modbus blocks that were given none of their own.
+/// Hands the board's line to the Modbus blocks that were given none of their own, and opens it.
+/// In this order: on a port that is missing a block then says so, on each exchange.
 inline void OuvreLigneSérie(Carte& carte) {
-  carte.OuvreLigneSérie();
   for (const FonctionRef& bloc : carte.LesFonctions()) {
     if (bloc->Driver_enm() == ENUM_DRIVER::DrvModBus && !bloc->RS()) bloc->RS(carte.RS());
   }
+  carte.OuvreLigneSérie();
 }
 
 inline constexpr OpérationsCarte kLigneSérie{.démarre = &OuvreLigneSérie};

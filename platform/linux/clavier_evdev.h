@@ -39,7 +39,7 @@ class ClavierEvdev : public Clavier {
   EtatTouches touches_;
   std::vector<std::unique_ptr<Appareil>> appareils_;
   std::size_t attendus_ = 1;  ///< keyboards that have been there together
-  std::chrono::steady_clock::time_point prochaineRecherche_{};
+  std::chrono::steady_clock::time_point prochaineRecherche_;
 };
 
 }  // namespace zuma::linux_

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/demo_objets.h"
+
 namespace zuma::linux_ {
 namespace {
 
@@ -50,7 +52,7 @@ constexpr std::array kBlocs{
              "Pression utilisation;Extensomètre;Température huile;Débit"},
     BlocDémo{12, kSA, "DrvACL8316", false, "Servovalve;Proportionnelle;Fréquence pompe", 2},
     BlocDémo{13, kEL, "DrvACL8316_ACLD9182", true,
-             "Armé;Porte fermée;Fin de course haut;Fin de course bas"},
+             "Armé;Porte fermée;Fin de course haut;Fin de course bas;Arrêt d'urgence"},
     BlocDémo{14, kSL, "DrvACL8316_ACLD9185", true, "Pompe;Distributeur;Voyant;Sirène"},
     BlocDémo{21, kSA, "DrvACL6128", false, "Consigne 1;Consigne 2;Consigne 3;Consigne 4"},
     BlocDémo{31, kEA, "DrvACL8113", false,
@@ -159,6 +161,7 @@ std::vector<LigneDeBase> LignesDeDémonstration() {
   std::vector<LigneDeBase> lignes{Chassis()};
   for (const CarteDémo& carte : kCartes) AjouteLaCarte(carte, lignes);
   for (const BlocDémo& bloc : kBlocs) AjouteLeBloc(bloc, lignes);
+  AjouteLesObjetsDeDémonstration(lignes);
   return lignes;
 }
 

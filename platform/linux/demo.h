@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/base_creation.h"
@@ -14,5 +16,8 @@ inline constexpr std::int32_t kChassisDeDémonstration = 1;
 /// in both wirings, at addresses that do not overlap. Block b of board c has the Index 10c + b,
 /// channel n of block f 100f + n.
 [[nodiscard]] std::vector<LigneDeBase> LignesDeDémonstration();
+
+/// The shared parameters that its sensors refer to, by index: the specimen's description.
+[[nodiscard]] std::vector<std::pair<std::int32_t, std::string>> ParamètresDeDémonstration();
 
 }  // namespace zuma::linux_

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/collaborateurs.h"
@@ -30,6 +31,7 @@ class Parametre final : public ZED_Parametre, public std::enable_shared_from_thi
   [[nodiscard]] std::string Key() const override { return clé_; }
   [[nodiscard]] std::string NomParamètre() const override { return nom_; }
   [[nodiscard]] std::string ValeurParamètre() const override { return valeur_; }
+  [[nodiscard]] std::string_view LitValeur(std::string&) const override { return valeur_; }
   void ValeurParamètre(std::string valeur) override;
   int Abonne(Abonné abonné) override;
   void Désabonne(int numéro) noexcept override;

@@ -201,7 +201,7 @@ constexpr std::array kEntréeLogique{
     Requise("Nom de l'Entrée Logique", kTexte, "''"),
     Requise("Etat d'Activation", kEntier, "1"),
     Requise("Niveau d'Arrêt d'Urgence", kTexte, "'Aucun'"),
-    RequiseOuNulle("Touche", kTexte),
+    Facultative("Touche", kTexte),
     Facultative("Canal", kEntier),
     Facultative("Parametre Etat", kEntier),
     Facultative("Parametre Etat Actif", kEntier),

@@ -135,6 +135,29 @@ TEST(GainAutomatique, ResteEntreLesSeuilsEtFinitToujours) {
   }
 }
 
+TEST(GainAutomatique, NePoursuitPasUnSignalQuiSauteSansCesse) {
+  std::int16_t gain = 1;
+  int conversions = 0;
+  (void)LitAvecGain(gain, kSeuils16Bits, [&](std::int16_t) {
+    if (++conversions > 1000) throw Echec(Numéro::ErreurInterne);
+    return conversions % 2 == 0 ? 32767 : 100;
+  });
+  EXPECT_LE(conversions, 100);
+}
+
+TEST_F(UneCarte, BalaieAuGainUnMêmeAprèsDesConversions) {
+  auto& jumeau = Enfiche<sim::CarteACL8316>(kBase, *horloge);
+  const FonctionRef parCanal = Bloc("1", "DrvACL8316_ACLD8125", "Entrée Analogique", {0}, false);
+  const FonctionRef balayé = Bloc("2", "DrvACL8316_ACLD8125", "Entrée Analogique", {0});
+  jumeau.bornes.entréesAnalogiques[0] = 0.5;
+  Démarre();
+  parCanal->MetàJour();
+  ASSERT_EQ(Le(parCanal, 0).Gain(), 3);
+  carte.Initialise();
+  balayé->MetàJour();
+  EXPECT_NEAR(Le(balayé, 0).ValeurCanal(), 0.5 * kPointsParVolt, 2);
+}
+
 TEST_F(UneCarte, BalaieSeizeVoiesSansSeDécaler) {
   auto& jumeau = Enfiche<sim::CarteACL8316>(kBase, *horloge);
   const FonctionRef bloc = Bloc("1", "DrvACL8316_ACLD8125", "Entrée Analogique",
@@ -290,6 +313,67 @@ TEST_F(UneCarte, EcritLesSortiesLogiques) {
   EXPECT_TRUE(registre->entrées.empty());
 }
 
+// A bad number in the configuration must not keep a stop from the other outputs.
+TEST_F(UneCarte, EcritLesSortiesMalgréUneVoieAbsente) {
+  auto& jumeau = Enfiche<sim::CarteACL8316>(kBase, *horloge);
+  const FonctionRef bloc = Bloc("1", "DrvACL8316_ACLD9185", "Sortie Logique", {-1, 3, 16, 40});
+  Démarre();
+  for (const std::int32_t absente : {-1, 16, 40}) {
+    Le(bloc, absente).ValeurCanal(kVrai);
+    Le(bloc, 3).ValeurCanal(kVrai);
+    bloc->MetàJour();
+    EXPECT_EQ(jumeau.bornes.sortiesLogiques, 8U);
+    Le(bloc, 3).ValeurCanal(0);
+    bloc->MetàJour();
+    EXPECT_EQ(jumeau.bornes.sortiesLogiques, 0U);
+    const std::string texte = "Voie " + std::to_string(absente) + " absente de la carte";
+    EXPECT_TRUE(registre->Contient(texte + ", qui a les voies 0 à 15")) << absente;
+    registre->entrées.clear();
+    Le(bloc, absente).MetàJour();
+    EXPECT_TRUE(registre->Contient(texte)) << absente;
+    Le(bloc, absente).ValeurCanal(0);
+  }
+}
+
+TEST_F(UneCarte, NeLitPasUneAutreVoieQueLaSienne) {
+  for (const char* driver :
+       {"DrvACL8316_ACLD8125", "DrvA826PG_DB8225", "DrvACL8113", "DrvPCL813_PCLD881"}) {
+    Carte laCarte(plateforme);
+    laCarte.TimerExact(horloge);
+    laCarte.ChargeErreur(registre);
+    const FonctionRef bloc = essai::AjouteBloc(laCarte, "1",
+                                               {{"Driver", Texte(driver)},
+                                                {"Type de Fonction", Texte("Entrée Analogique")},
+                                                {"Nom de la Fonction", Texte("Bloc")},
+                                                {"Mise à Jour par Fonction", Valeur(false)}},
+                                               {-1, 32}, horloge, registre);
+    essai::LitCarte(laCarte, "", "", "220");
+    laCarte.Initialise();
+    bloc->MetàJour();
+    EXPECT_TRUE(registre->Contient("Voie -1 absente")) << driver;
+    EXPECT_TRUE(registre->Contient("Voie 32 absente")) << driver;
+    registre->entrées.clear();
+  }
+}
+
+// An interface set to output pulls its lines down: only a board that has outputs may do it.
+TEST_F(UneCarte, NeMetEnSortieQuUneCarteASorties) {
+  Enfiche<sim::CartePET48>(kBase);
+  bus.Journalise(true);
+  const auto metEnSortie = [&] {
+    for (const auto& écriture : bus.Ecritures()) {
+      if (écriture.port == kBase + 1 && écriture.valeur == 0x80) return true;
+    }
+    return false;
+  };
+  const FonctionRef entrées = Bloc("1", "DrvPET48DIO_PCLD782B", "Entrée Logique", {0});
+  Démarre("DrvPET48DIO");
+  EXPECT_FALSE(metEnSortie());
+  const FonctionRef sorties = Bloc("2", "DrvPET48DIO_PCLD7225", "Sortie Logique", {0});
+  Démarre("DrvPET48DIO");
+  EXPECT_TRUE(metEnSortie());
+}
+
 TEST_F(UneCarte, EcritLesSortiesAnalogiques) {
   const struct {
     const char* driver;
@@ -323,11 +407,15 @@ TEST_F(UneCarte, EcritLesSortiesAnalogiques) {
     EXPECT_NEAR(c.jumeau->bornes.sortiesAnalogiques[1], c.volts, 0.001) << c.driver << c.valeur;
     EXPECT_EQ(c.jumeau->bornes.sortiesAnalogiques[0], 0) << c.driver;
     EXPECT_TRUE(registre->entrées.empty()) << c.driver;
-    Le(bloc, 1).ValeurCanal(40000);
-    Le(bloc, 1).MetàJour();
-    EXPECT_TRUE(registre->Contient("Erreur N°6 (")) << c.driver;
-    EXPECT_NEAR(c.jumeau->bornes.sortiesAnalogiques[1], c.volts, 0.001) << "the output holds";
-    registre->entrées.clear();
+    const bool décalée = std::string_view(c.driver) == "DrvACL8316";
+    for (const double excès :
+         {40000.0, -40000.0, décalée ? 6144.0 : 1e9, décalée ? -2049.0 : -1e9}) {
+      Le(bloc, 1).ValeurCanal(excès);
+      Le(bloc, 1).MetàJour();
+      EXPECT_TRUE(registre->Contient("Erreur N°6 (")) << c.driver << excès;
+      EXPECT_NEAR(c.jumeau->bornes.sortiesAnalogiques[1], c.volts, 0.001) << "the output holds";
+      registre->entrées.clear();
+    }
   }
 }
 

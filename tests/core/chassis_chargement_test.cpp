@@ -113,13 +113,39 @@ TEST_F(UnChassisDansUnFichier, RetientLesDéfautsSansColonneDeFréquence) {
     Chassis chassis(plateforme);
     Charge(chassis, Crée<essai::BaseAltérée>(base, "Chassis", "Frequence rafraichissement capteurs",
                                              valeur));
-    EXPECT_TRUE(registre->entrées.empty());
+    EXPECT_FALSE(registre->Contient("de l'objet Chassis"));
     EXPECT_GT(chassis.Cartes()->Count(), 0);
   }
 }
 
 // Each column of the tables loaded here, taken away, Null, and of the wrong kind. The schema says
 // which of these a load cannot pass over.
+// The same for the objects that a host talks to: taken away and Null.
+TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneDObjetAbîmée) {
+  const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+  for (const char* nom : {"Capteur", "Commande", "Entrée Logique", "Sortie Logique", "WatchDog"}) {
+    for (const auto& colonne : linux_::TrouveTable(nom)->colonnes) {
+      if (colonne.nom == "Index") continue;
+      for (const std::optional<Valeur>& valeur :
+           {std::optional<Valeur>(), std::optional<Valeur>(Nul{})}) {
+        registre->entrées.clear();
+        Chassis chassis(plateforme);
+        chassis.TimerExact(timer);
+        chassis.ChargeErreur(registre);
+        chassis.ChargeLeChassis(Crée<essai::BaseAltérée>(base, nom, colonne.nom, valeur), 1);
+        // A Null that selects nothing passes the load; `check` tells it.
+        const bool choix = colonne.nom == "Détection du maxi" ||
+                           colonne.nom == "Type de Commande" || colonne.nom == "Etat d'Activation";
+        const bool échoue = valeur ? !colonne.nulAdmis && !choix : colonne.requise;
+        EXPECT_EQ(!registre->entrées.empty(), échoue)
+            << nom << ", " << colonne.nom << (valeur ? " Null" : " absente");
+        EXPECT_EQ(chassis.Capteurs()->Count(), 19);
+        EXPECT_EQ(chassis.EntréesLogiques()->Count(), 10);
+      }
+    }
+  }
+}
+
 TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneAbîmée) {
   const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
   Chassis bon(plateforme);

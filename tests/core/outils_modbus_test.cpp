@@ -67,6 +67,9 @@ TEST(OutilsModbusTest, RefuseCeQuAucunEsclaveNeComprendrait) {
   EXPECT_THROW(construit(3, 0, 126, {}), Echec);
   EXPECT_THROW(construit(3, 65536, 1, {}), Echec);
   EXPECT_THROW(construit(16, 0, 4, {}), Echec);
+  for (const std::int32_t esclave : {-1, 256, 0x1FF}) {
+    EXPECT_THROW(ConstruitQuestion(esclave, 3, 0, 1, {}, question), Echec) << esclave;
+  }
   EXPECT_NO_THROW(construit(16, 65535, 4, une));
   EXPECT_EQ(LongueurTrame(""), 0);
 }

@@ -157,6 +157,18 @@ TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
   }
 }
 
+TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
+  const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "4", 0, {-1, 0});
+  essai::LitCarte(carte, "DrvModBus", "4,19200,N,8,1");  // nothing is plugged there
+  carte.Initialise();
+  EXPECT_EQ(registre->entrées.size(), 1U);
+  registre->entrées.clear();
+  Passe(10);
+  EXPECT_EQ(Valeur_(bloc, -1), -1);
+  EXPECT_EQ(registre->entrées.size(), 10U);
+  EXPECT_FALSE(registre->Contient("Erreur N°91 ")) << "the port is named, not a missing object";
+}
+
 TEST_F(UneCarteModbus, AccepteEncoreUneRéponseACinquanteMillisecondes) {
   const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
   esclave->registres = {{0, 5}};

@@ -257,5 +257,44 @@ TEST_F(UneLigneDeCarte, PasseUneColonneAbsenteEtDitUneAdresseIllisible) {
   }
 }
 
+TEST_F(UneLigneDeCarte, CherchePourLeLaserLeParamètreDeSaConfiguration) {
+  class Parametre : public ZED_Parametre {
+   public:
+    [[nodiscard]] std::string Key() const override { return "1"; }
+    [[nodiscard]] std::string NomParamètre() const override { return "12"; }
+    [[nodiscard]] std::string ValeurParamètre() const override { return {}; }
+    void ValeurParamètre(std::string) override {}
+    int Abonne(Abonné) override { return 1; }
+    void Désabonne(int) noexcept override {}
+  };
+  const auto paramètres = Crée<ParamètresPartagés>();
+  paramètres->push_back({});
+  paramètres->push_back(Crée<Parametre>());
+  const Ligne laser = Avec(complète, "Driver de la Carte", Texte("Extensometre EIR LASER"));
+  const struct {
+    Ligne ligne;
+    ParamètresRef paramètres;
+    std::size_t messages;
+  } cas[] = {
+      {laser, paramètres, 0},
+      {laser, {}, 0},
+      {Avec(laser, "Config EIR", Texte("13")), paramètres, 1},
+      {Avec(laser, "Config EIR", Texte("")), paramètres, 0},
+      {Avec(complète, "Config EIR", Texte("13")), paramètres, 0},
+  };
+  for (const auto& c : cas) {
+    messages.textes.clear();
+    Carte carte(plateforme);
+    carte.ChargeErreur(registre);
+    carte.ParamètresDepuisBD(UneLigne(c.ligne));
+    carte.Lien(c.paramètres);
+    ASSERT_EQ(messages.textes.size(), c.messages);
+    if (c.messages != 0) {
+      EXPECT_EQ(messages.textes[0], "Parameter not found. Please check card 'Bus'.");
+    }
+  }
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
 }  // namespace
 }  // namespace zuma

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "bench/banc.h"
+
+namespace zuma::banc {
+
+/// What is measured on a frame made ready: a pass, unless a derived class says otherwise.
+class Mesure {
+ public:
+  /// `période`: microseconds between two turns; with 0 nothing moves between them.
+  Mesure(const Lignes& lignes, double période);
+  virtual ~Mesure() = default;
+  Mesure(const Mesure&) = delete;
+  Mesure& operator=(const Mesure&) = delete;
+
+  /// Between two turns: time goes on and terminals move. Cheap beside a turn, and left out of the
+  /// instructions counted.
+  void Avant();
+  virtual void Tour() { banc.LeChassis().MetàJour(); }
+
+  Banc banc;
+
+ private:
+  double période_;
+};
+
+struct Scénario {
+  std::string_view nom;
+  std::string_view texte;
+  std::unique_ptr<Mesure> (*prépare)();
+};
+
+[[nodiscard]] std::span<const Scénario> Scénarios();
+
+/// One turn; a profiler counts inside this function and nowhere else.
+void FaitUnTour(Mesure& mesure);
+
+/// Prints how long a stop takes, from the limit crossed to the last output at rest. False when an
+/// output did not come to rest or the library complained.
+[[nodiscard]] bool RapportDArrêt();
+
+}  // namespace zuma::banc

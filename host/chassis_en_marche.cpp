@@ -1,0 +1,42 @@
+#include "host/chassis_en_marche.h"
+
+#include "host/session.h"
+
+namespace zuma::host {
+
+ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
+                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres)
+    : recueil_(recueil),
+      paramètres_(std::move(paramètres)),
+      sécurité_(Crée<linux_::Securite>(machine.Timer())),
+      chassis_(machine.Services()) {
+  const Ref<BaseDeDonnées> base = OuvreLaBase(fichier, false);
+  ExigeChassis(*base, fichier, index);
+  sécurité_->Branche(chassis_);
+  sécurité_->Bornes(*traducteur_);
+  chassis_.TimerExact(machine.Timer());
+  chassis_.ChargeErreur(recueil);
+  chassis_.ChargeLeChassis(base, index);
+  chassis_.Lien(base, std::to_string(index), sécurité_, paramètres_.Collection(), traducteur_);
+  chassis_.MiseàJourDesLiens();
+  machine.Branche(chassis_);
+  chassis_.Initialise();
+}
+
+ChassisEnMarche::~ChassisEnMarche() {
+  try {
+    chassis_.DéclencheAU();
+    chassis_.Décharge();
+  } catch (...) {
+    recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
+  }
+  sécurité_->Débranche();
+}
+
+bool ChassisEnMarche::Acquitte() {
+  if (!sécurité_->Acquitte()) return false;
+  chassis_.Watchdog()->Réarme();
+  return true;
+}
+
+}  // namespace zuma::host

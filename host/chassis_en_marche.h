@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/chassis.h"
+#include "host/machine.h"
+#include "host/problemes.h"
+#include "platform/linux/parametres.h"
+#include "platform/linux/securite.h"
+#include "platform/linux/traducteur.h"
+
+namespace zuma::host {
+
+/// A frame on its machine, from load to release, in the order that a host follows.
+class ChassisEnMarche {
+ public:
+  /// Loads, links and starts frame `index`. A file or frame that is not there is misuse.
+  ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
+                  const Ref<Recueil>& recueil, linux_::Parametres paramètres);
+  /// Puts the outputs to rest before the frame is released: a program that ends must not leave a
+  /// machine under its last set point.
+  ~ChassisEnMarche();
+  ChassisEnMarche(const ChassisEnMarche&) = delete;
+  ChassisEnMarche& operator=(const ChassisEnMarche&) = delete;
+
+  [[nodiscard]] Chassis& LeChassis() { return chassis_; }
+  [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
+  [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
+  /// Acknowledges a stop and rearms the watchdog; outputs stay at rest until new commands. False
+  /// while the stop is being driven.
+  bool Acquitte();
+
+ private:
+  Ref<Recueil> recueil_;
+  Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
+  linux_::Parametres paramètres_;
+  Ref<linux_::Securite> sécurité_;
+  Chassis chassis_;
+};
+
+}  // namespace zuma::host

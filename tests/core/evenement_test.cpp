@@ -1,0 +1,103 @@
+// Handlers that change the list they stand in while they are called.
+#include "core/evenement.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "outils/allocations.h"
+
+namespace zuma {
+namespace {
+
+class UnEvènement : public testing::Test {
+ protected:
+  int Note(char c) {
+    return évènement->Abonne([this, c](int) { trace += c; });
+  }
+  std::string Lève() {
+    trace.clear();
+    évènement->Lève(1);
+    return trace;
+  }
+  std::unique_ptr<Evènement<int>> évènement = std::make_unique<Evènement<int>>();
+  std::string trace;
+};
+
+TEST_F(UnEvènement, AppelleDansLOrdreSansRienAllouer) {
+  Note('a');
+  const int b = Note('b');
+  Note('c');
+  EXPECT_EQ(Lève(), "abc");
+  const auto avant = essai::Allocations();
+  évènement->Lève(1);
+  EXPECT_EQ(essai::Allocations(), avant);
+  évènement->Désabonne(b);
+  évènement->Désabonne(99);
+  EXPECT_EQ(Lève(), "ac");
+}
+
+TEST_F(UnEvènement, SupporteQuUnAbonnéSeRetireEtEnRetireUnAutre) {
+  int moi = 0;
+  int autre = 0;
+  // Held by the handler alone: it must outlive its own removal.
+  moi = évènement->Abonne([&, gardé = std::make_shared<std::string>("m")](int) {
+    évènement->Désabonne(moi);
+    évènement->Désabonne(autre);
+    trace += *gardé;
+  });
+  autre = Note('x');
+  Note('z');
+  EXPECT_EQ(Lève(), "mz");
+  EXPECT_EQ(Lève(), "z");
+}
+
+TEST_F(UnEvènement, NAppelleUnNouvelAbonnéQuÀLaFoisSuivante) {
+  évènement->Abonne([this](int) { Note('n'); });
+  EXPECT_EQ(Lève(), "");
+  EXPECT_EQ(Lève(), "n");
+}
+
+TEST_F(UnEvènement, SupporteQuUnAbonnéLèveEncoreEtSeRetireDansLAppelIntérieur) {
+  int moi = 0;
+  int profondeur = 0;
+  moi = évènement->Abonne([&](int) {
+    trace += 'r';
+    if (profondeur++ == 0) {
+      évènement->Lève(2);
+    } else {
+      évènement->Désabonne(moi);
+    }
+    trace += '.';
+  });
+  Note('s');
+  EXPECT_EQ(Lève(), "rr.s.s");
+  EXPECT_EQ(Lève(), "s");
+}
+
+TEST_F(UnEvènement, SurvitÀLaDestructionDeSonPropriétaire) {
+  évènement->Abonne([this, gardé = std::make_shared<char>('p')](int) {
+    évènement.reset();
+    trace += *gardé;
+  });
+  Note('x');
+  EXPECT_EQ(Lève(), "p");
+}
+
+TEST_F(UnEvènement, AppelleTousLesAbonnésMalgréUnEchec) {
+  évènement->Abonne([](int) { throw std::runtime_error("premier"); });
+  évènement->Abonne([](int) { throw std::runtime_error("second"); });
+  Note('a');
+  try {
+    évènement->Lève(1);
+    ADD_FAILURE() << "the failure was lost";
+  } catch (const std::runtime_error& e) {
+    EXPECT_STREQ(e.what(), "premier");
+  }
+  EXPECT_EQ(trace, "a");
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,254 @@
+// The program as its user meets it: what it prints, where, and the code it ends with.
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include "outils/dossier_provisoire.h"
+#include "platform/linux/base_creation.h"
+#include "platform/linux/connexion_sqlite.h"
+#include "platform/linux/demo.h"
+
+namespace zuma {
+namespace {
+
+struct Fin {
+  int code;
+  std::string sortie;
+  std::string erreur;
+};
+
+class LeProgramme : public testing::Test {
+ protected:
+  // Runs the program through a shell; each argument is one word.
+  Fin Lance(const std::vector<std::string>& arguments) {
+    std::string commande = "'" ZUMA_PROGRAMME "'";
+    for (const std::string& argument : arguments) commande += " '" + argument + "'";
+    const std::string sortie = dossier.Fichier("sortie");
+    const std::string erreur = dossier.Fichier("erreur");
+    const int état = std::system((commande + " >" + sortie + " 2>" + erreur).c_str());
+    return {WIFEXITED(état) ? WEXITSTATUS(état) : -1, essai::Lit(sortie), essai::Lit(erreur)};
+  }
+  // A demo base of its own, changed by `sql`.
+  std::string Base(const std::string& sql = {}) {
+    const std::string chemin = dossier.Fichier("demo" + std::to_string(++bases_) + ".db");
+    linux_::CréeBase(chemin, linux_::LignesDeDémonstration());
+    std::ofstream paramètres(chemin + ".params");
+    for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
+      paramètres << index << "=" << valeur << "\n";
+    }
+    if (!sql.empty()) {
+      linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
+          .Exécute(sql.c_str());
+    }
+    return chemin;
+  }
+  essai::DossierProvisoire dossier;
+
+ private:
+  int bases_ = 0;
+};
+
+TEST_F(LeProgramme, EcritUneBaseSaineEtNEcraseRien) {
+  const std::string base = dossier.Fichier("neuve.db");
+  Fin fin = Lance({"init", base});
+  EXPECT_EQ(fin.code, 0);
+  EXPECT_NE(fin.sortie.find(base + " written"), std::string::npos) << fin.sortie;
+  EXPECT_EQ(fin.erreur, "");
+
+  fin = Lance({"check", base});
+  EXPECT_EQ(fin.code, 0);
+  EXPECT_TRUE(fin.sortie.starts_with("Frame 1: 10 boards, 21 blocks, ")) << fin.sortie;
+  EXPECT_TRUE(fin.sortie.ends_with(": no problem\n")) << fin.sortie;
+  fin = Lance({"check", base, "--json"});
+  EXPECT_EQ(fin.code, 0);
+  EXPECT_EQ(fin.sortie, "[]\n");
+
+  const std::string contenu = essai::Lit(base);
+  fin = Lance({"init", base});
+  EXPECT_EQ(fin.code, 2);
+  EXPECT_EQ(fin.erreur, "zuma: Fichier déjà existant : '" + base + "'\n");
+  EXPECT_EQ(essai::Lit(base), contenu);
+}
+
+TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
+  const std::string base = Base();
+  const std::string texte = dossier.Fichier("texte.db");
+  std::ofstream(texte) << "this is no database, however long it is made, and never was one\n";
+  const struct {
+    std::vector<std::string> arguments;
+    std::string erreur;
+  } cas[] = {
+      {{}, "a command is required"},
+      {{"mesure"}, "mesure"},
+      {{"check"}, "FILE is required"},
+      {{"check", base, "--bogus"}, "--bogus"},
+      {{"check", base, "--frame", "un"}, "--frame"},
+      {{"check", dossier.Fichier("absente.db")}, "does not exist"},
+      {{"check", base, "--frame", "7"},
+       "zuma: " + base + " has no frame 7. Frames: 1 (Presse de démonstration).\n"},
+      {{"check", texte}, "Fichier illisible comme base de données"},
+      {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
+      {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
+      {{"run", base, "--seconds", "-1"}, "--seconds"},
+      {{"init", dossier.Fichier("absent/neuve.db")}, "Chemin introuvable"},
+  };
+  for (const auto& c : cas) {
+    const Fin fin = Lance(c.arguments);
+    const std::string quoi = c.arguments.empty() ? "(rien)" : c.arguments.front();
+    EXPECT_EQ(fin.code, 2) << quoi;
+    EXPECT_NE(fin.erreur.find(c.erreur), std::string::npos) << quoi << ": " << fin.erreur;
+    EXPECT_EQ(fin.sortie, "") << quoi;
+  }
+  for (const char* question : {"--help", "--version"}) {
+    const Fin fin = Lance({question});
+    EXPECT_EQ(fin.code, 0);
+    EXPECT_FALSE(fin.sortie.empty());
+    EXPECT_EQ(fin.erreur, "");
+  }
+}
+
+TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
+  const struct {
+    std::string sql;
+    std::string ligne;
+  } cas[] = {
+      {"UPDATE Fonction SET Driver='DrvPCL999' WHERE [Index]=11",
+       "data: table Fonction, row 11, column Driver: unknown text: it selects nothing; found "
+       "\"DrvPCL999\"; expected the text of a block's driver\n"},
+      {"UPDATE Carte SET [Driver de la Carte]='DrvPCI7841' WHERE [Index]=2",
+       "message: Carte 2 (ACL 6128 - Consignes): Driver drvpci7841 (25) non disponible"},
+      {"UPDATE Fonction SET [Type de Fonction]='Entrée Analogique' WHERE [Index]=12",
+       "data: table Fonction, row 12, column Type de Fonction: the driver DrvACL8316 does not"},
+      {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",
+       "data: table Liaison Chassis / Carte, column Carte: refers to a row that is not there; "
+       "found 99; expected an Index of table Carte\n"},
+      {"INSERT INTO [Sortie Logique] ([Index], Canal) VALUES (55, 4242)",
+       "data: table Sortie Logique, row 55, column Canal: refers to a row that is not there; found "
+       "4242; expected an Index of table Canal\n"},
+      {"CREATE TABLE Copie AS SELECT * FROM Carte; INSERT INTO Copie SELECT * FROM Carte "
+       "WHERE [Index]=3; DROP TABLE Carte; ALTER TABLE Copie RENAME TO Carte",
+       "data: table Carte, row 3, column Index: the key is there twice; found 3; expected one row "
+       "a key\n"},
+      {"UPDATE Canal SET [Numéro du Canal]='trois' WHERE [Index]=1103",
+       "data: table Canal, row 1103, column Numéro du Canal: unusable value; found \"trois\"; "
+       "expected a whole number of 32 bits\n"},
+      {"UPDATE Canal SET [Numéro du Canal]=9e300 WHERE [Index]=1103", "found 9E+300"},
+      {"UPDATE Carte SET Adresse='port' WHERE [Index]=2", "failure: Erreur N°13 ("},
+      {"DROP TABLE Commande", "Table absente de la base de données"},
+      {"ALTER TABLE Fonction DROP COLUMN Temps",
+       "data: table Fonction, column Temps: missing column: its default stays in place\n"},
+  };
+  for (const auto& c : cas) {
+    const Fin fin = Lance({"check", Base(c.sql)});
+    EXPECT_EQ(fin.code, 1) << c.sql;
+    EXPECT_NE(fin.sortie.find(c.ligne), std::string::npos) << c.sql << "\n" << fin.sortie;
+    EXPECT_TRUE(fin.sortie.ends_with(" problem(s)\n")) << fin.sortie;
+    EXPECT_EQ(fin.erreur, "") << c.sql;
+  }
+}
+
+TEST_F(LeProgramme, DonneLesProblèmesEnJson) {
+  const Fin fin =
+      Lance({"check", Base("UPDATE Fonction SET Driver='DrvPCL999' WHERE [Index]=11"), "--json"});
+  EXPECT_EQ(fin.code, 1);
+  const auto problèmes = nlohmann::json::parse(fin.sortie);
+  ASSERT_EQ(problèmes.size(), 1U) << fin.sortie;
+  EXPECT_EQ(problèmes[0], nlohmann::json({{"kind", "data"},
+                                          {"table", "Fonction"},
+                                          {"row", "11"},
+                                          {"column", "Driver"},
+                                          {"text", "unknown text: it selects nothing"},
+                                          {"found", "\"DrvPCL999\""},
+                                          {"expected", "the text of a block's driver"}}));
+}
+
+TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
+  const std::string base = Base(
+      "CREATE TABLE Copie AS SELECT * FROM Chassis; DROP TABLE Chassis; "
+      "ALTER TABLE Copie RENAME TO Chassis; "
+      "INSERT INTO Chassis ([Index]) VALUES (0); INSERT INTO Chassis ([Index]) VALUES ('x');"
+      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (2, 'Banc')");
+  const Fin fin = Lance({"check", base, "--frame", "3"});
+  EXPECT_EQ(fin.code, 2);
+  EXPECT_NE(fin.erreur.find("Frames: 1 (Presse de démonstration), 0, 2 (Banc)."), std::string::npos)
+      << fin.erreur;
+  EXPECT_TRUE(Lance({"check", base, "--frame", "2"}).sortie.find("Frame 2: 0 boards") !=
+              std::string::npos);
+}
+
+TEST_F(LeProgramme, MontreEnLignesDesValeursQuiSuiventLesBornes) {
+  const Fin fin = Lance({"run", Base(), "--sim", "--seconds", "1"});
+  EXPECT_EQ(fin.code, 0);
+  EXPECT_EQ(fin.erreur, "");
+  std::istringstream lignes(fin.sortie);
+  int vues = 0;
+  for (std::string ligne; std::getline(lignes, ligne);) {
+    if (ligne.find("| board 1 | block 11 | channel 0 | analog in | Force 100 kN | ") ==
+        std::string::npos) {
+      continue;
+    }
+    EXPECT_TRUE(ligne.starts_with(vues == 0 ? "0.50 s | " : "1.00 s | ")) << ligne;
+    EXPECT_NE(ligne.find(" points | "), std::string::npos) << ligne;
+    EXPECT_TRUE(ligne.ends_with(" V")) << ligne;
+    ++vues;
+  }
+  EXPECT_EQ(vues, 2);
+}
+
+TEST_F(LeProgramme, MontreEnJsonDesValeursQuiSuiventLesBornes) {
+  const Fin fin = Lance({"run", Base(), "--sim", "--seconds", "1", "--json"});
+  EXPECT_EQ(fin.code, 0);
+  std::istringstream lignes(fin.sortie);
+  int vues = 0;
+  for (std::string ligne; std::getline(lignes, ligne); ++vues) {
+    const auto vue = nlohmann::json::parse(ligne);
+    EXPECT_EQ(vue["frame"], "Presse de démonstration");
+    int mesures = 0;
+    for (const auto& canal : vue["channels"]) {
+      if (canal["type"] != "analog in") continue;
+      ++mesures;
+      const double volts = std::stod(canal["terminal"].get<std::string>());
+      constexpr double kPointsParVolt = 6553.6;
+      constexpr double kUnPasDe12Bits = 16.5;
+      EXPECT_NEAR(canal["points"].get<double>(), volts * kPointsParVolt, kUnPasDe12Bits)
+          << canal.dump();
+    }
+    EXPECT_GE(mesures, 20);
+  }
+  EXPECT_EQ(vues, 2);
+}
+
+TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
+  const Fin fin = Lance({"run", Base("UPDATE Fonction SET Driver='DrvIK121' WHERE [Index]=11"),
+                         "--sim", "--seconds", "0.6"});
+  EXPECT_EQ(fin.code, 1);
+  EXPECT_NE(fin.erreur.find("failure: Erreur N°445 (Driver DrvIK121 (23) non disponible"),
+            std::string::npos)
+      << fin.erreur;
+  EXPECT_NE(fin.sortie.find("| Four zone 1 | "), std::string::npos);
+}
+
+// Whoever stops reading, or closes the terminal, must leave no output under its last set point: the
+// program is to come to its own end and not to be cut off.
+TEST_F(LeProgramme, FinitDeLuiMêmeQuandLeLecteurSEnVa) {
+  const std::string code = dossier.Fichier("code");
+  const std::string programme = "'" ZUMA_PROGRAMME "' run '" + Base() + "' --sim";
+  ASSERT_EQ(
+      std::system(("{ " + programme + "; echo $? >" + code + "; } | head -1 >/dev/null").c_str()),
+      0);
+  EXPECT_EQ(essai::Lit(code), "0\n");
+  for (const std::string signal : {"INT", "TERM", "HUP"}) {
+    std::filesystem::remove(code);
+    const std::string script = "timeout --preserve-status --signal=" + signal + " 0.5 " +
+                               programme + " >/dev/null; echo $? >" + code;
+    ASSERT_EQ(std::system(script.c_str()), 0);
+    EXPECT_EQ(essai::Lit(code), "0\n") << signal;
+  }
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/chassis.h"
+#include "core/recherche.h"
+#include "outils/arbre.h"
+#include "outils/banc_capteur.h"
+#include "sim/bus_ports.h"
+#include "sim/cartes_simples.h"
+#include "sim/clavier_simule.h"
+
+// A bench for logic objects and commands.
+namespace zuma::essai {
+
+/// A frame with a board of analog outputs (channels 10 and 11) and one of logic outputs (channels
+/// 12 to 14) on a simulated bus, a keyboard, and the collaborators of the sensors' bench.
+class BancLogique : public BancCapteur {
+ public:
+  BancLogique() {
+    plateforme.ports = &bus;
+    plateforme.clavier = &clavier;
+    bus.Attache(0x2A0, 16, analogiques_);
+    bus.Attache(0x300, 16, logiques_);
+    bus.Journalise(true);
+    chassis.ChargeErreur(registre);
+    chassis.TimerExact(timer);
+    Enfiche("1", "2A0", "DrvPCL728", "Sortie Analogique", {0, 1});
+    Enfiche("2", "300", "DrvPCL731_PCLD7225", "Sortie Logique", {2, 3, 4});
+    Ecritures();
+  }
+
+  [[nodiscard]] CanalRef CanalDe(std::int32_t clé) {
+    return recherche::CanalDeClé(chassis, std::to_string(clé));
+  }
+  /// Number of writes on the bus since the last call.
+  std::size_t Ecritures() {
+    const std::size_t nombre = bus.Ecritures().size();
+    bus.OublieEcritures();
+    return nombre;
+  }
+  /// Logic outputs that are energised, bit 0 the first one: the board drives its relays low.
+  [[nodiscard]] std::uint32_t Lignes() const {
+    return ~logiques_.bornes.sortiesLogiques & 0xFFFFFFU;
+  }
+
+  /// An object read from its row, linked to the frame and started.
+  template <class T>
+  Ref<T> Prêt(const Ligne& ligne) {
+    const Ref<T> objet = Lu<T>(ligne);
+    Lie(*objet);
+    objet->Initialise();
+    return objet;
+  }
+  template <class T>
+  Ref<T> Lu(const Ligne& ligne) {
+    const Ref<T> objet = Crée<T>(plateforme);
+    objet->ChargeErreur(registre);
+    objet->TimerExact(timer);
+    objet->ParamètresDepuisBD(UneLigne(ligne));
+    return objet;
+  }
+  template <class T>
+  void Lie(T& objet) {
+    objet.Lien(sécurité, paramètres, traducteur, &chassis);
+  }
+  void Lie(Commande& commande) { commande.Lien(&chassis, paramètres, traducteur); }
+
+  sim::BusPorts bus;
+  sim::ClavierSimulé clavier;
+  Chassis chassis{plateforme};
+
+ private:
+  void Enfiche(const char* clé, const char* adresse, const char* driver, const char* type,
+               const std::vector<std::int32_t>& numéros) {
+    const CarteRef carte = chassis.Cartes()->Add(clé);
+    carte->ChargeErreur(registre);
+    carte->TimerExact(timer);
+    AjouteBloc(*carte, "1",
+               {{"Driver", Texte(driver)},
+                {"Type de Fonction", Texte(type)},
+                {"Nom de la Fonction", Texte("Bloc")},
+                {"Mise à Jour par Fonction", Valeur(false)}},
+               numéros, timer, registre);
+    LitCarte(*carte, "", "", adresse);
+    carte->Initialise();
+  }
+
+  sim::CarteSortiesParPaires analogiques_{8};
+  sim::CartePCL731 logiques_;
+};
+
+}  // namespace zuma::essai
