@@ -12,9 +12,9 @@ namespace {
 using essai::Nombre;
 using essai::Texte;
 
-class UneMachine : public testing::Test {
+class DesBusSimulés : public testing::Test {
  public:
-  UneMachine() {
+  DesBusSimulés() {
     chassis.TimerExact(machine.horloge);
     chassis.ChargeErreur(registre);
   }
@@ -63,7 +63,7 @@ class UneMachine : public testing::Test {
   std::vector<std::pair<CarteRef, std::pair<const char*, const char*>>> cartes;
 };
 
-TEST_F(UneMachine, FaitMarcherTousLesBus) {
+TEST_F(DesBusSimulés, FaitMarcherTousLesBus) {
   const FonctionRef règles = Bloc(Ajoute("1", "DrvPCI7841-2", "1"), "DrvPCI7841-2", {0, 1, 2}, 0);
   LitCanal(Le(règles, 0), "Règle MTS 1 aimant", "0000ABCD", 1);
   LitCanal(Le(règles, 1), "Règle MTS 3 aimants (lecture 2-1)", "0000ABCE", 2);
