@@ -3,7 +3,7 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench lint format clean
+.PHONY: help deps demo test bench fuzz lint format clean
 
 PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev
@@ -13,6 +13,7 @@ PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 DEMO_DIR ?= demo-out
 # Seconds of the live view; empty runs until Ctrl-C.
 DEMO_SECONDS ?= 10
+FUZZ_SECONDS ?= 30
 JOBS ?= $(shell nproc)
 
 help:  ## this list
@@ -33,6 +34,10 @@ bench: deps  ## time the pass, count its allocations and instructions
 	@tools/deps.sh $(PACKAGES_BENCH)
 	@tools/construit.sh bench $(JOBS) zuma_bench
 	@tools/bench.sh build/bench/zuma_bench
+
+fuzz: deps  ## give each decoder random bytes for FUZZ_SECONDS
+	@tools/deps.sh clang-19 libclang-rt-19-dev
+	@tools/fuzz.sh $(FUZZ_SECONDS) $(JOBS)
 
 lint: deps  ## clang-tidy over the sources and clang-format in check mode
 	@tools/deps.sh $(PACKAGES_LINT)

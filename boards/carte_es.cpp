@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "core/heure_du_jour.h"
+
 namespace zuma {
 
 std::uint16_t CarteES::LitPaire(std::uint16_t bas, std::uint16_t haut) const {
@@ -22,14 +24,10 @@ void CarteES::Attend(double microsecondes) const {
 }
 
 void CarteES::AttendHeureDuJour(double secondes) const {
-  constexpr double kJour = 24 * 3600;
   const Horloge& horloge = *matériel_.plateforme.horloge;
   const double départ = horloge.HeureDuJour();
-  double écoulé = 0;
-  do {
-    écoulé = horloge.HeureDuJour() - départ;
-    if (écoulé < 0) écoulé += kJour;  // midnight passed
-  } while (écoulé < secondes);
+  while (SecondesDepuis(horloge, départ) < secondes) {
+  }
 }
 
 void ExigeVoie(std::int16_t voie, std::int16_t nombre) {

@@ -6,6 +6,7 @@
 #include "boards/a_826pg.h"
 #include "boards/acl_6126.h"
 #include "boards/acl_8316.h"
+#include "boards/blocs.h"
 #include "boards/entrees_12_bits.h"
 #include "boards/pcl_731.h"
 #include "boards/pet48_dio.h"
@@ -14,20 +15,11 @@
 namespace zuma::pilotes {
 namespace {
 
-template <class Board>
-Pilote& Ouvre(Carte& carte, std::uint16_t base) {
-  return carte.PiloteDe<Board>(base);
-}
-
 bool AvecSorties(Carte& carte) {
   const Fonctions& blocs = carte.LesFonctions();
   return std::any_of(blocs.begin(), blocs.end(), [](const FonctionRef& bloc) {
     return bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
   });
-}
-
-void RafraîchitLesCanaux(Fonction& bloc) {
-  for (const CanalRef& canal : bloc.LesCanaux()) canal->MetàJour();
 }
 
 // --- Logic inputs

@@ -2,7 +2,7 @@
 
 #include "tree/driver_table.h"
 
-/// Operations of the port-mapped boards, one record for each driver value that selects them.
+/// Operations of the boards, one record for each driver value that selects them.
 namespace zuma::pilotes {
 
 extern const OpérationsPilote kPCL731Entrées;
@@ -27,7 +27,27 @@ extern const OpérationsPilote kACL8113Analogique;
 extern const OpérationsPilote kPCL728Sorties;
 extern const OpérationsPilote kACL6128Sorties;
 
+/// CAN card: rulers of the first generation, block of the second one, and its channels.
+extern const OpérationsPilote kPCI7841;
+extern const OpérationsPilote kPCI7841B;
+extern const OpérationsPilote kRègle1Aimant;
+extern const OpérationsPilote kRègle3Aimants3;
+extern const OpérationsPilote kRègle3Aimants2_1;
+extern const OpérationsPilote kRègleMultimagnet;
+
+/// Serial lines whose channels decode what instruments send, and the METRO gauges.
+extern const OpérationsPilote kLigneRS232;
+extern const OpérationsPilote kBalanceLRPC31;
+extern const OpérationsPilote kIndicateurDEXAL;
+extern const OpérationsPilote kBalanceJADEVER;
+extern const OpérationsPilote kMETRO;
+extern const OpérationsPilote kMETRO_MUX;
+
 /// Board-level start of the PET 48 DIO family.
 extern const OpérationsCarte kPET48Carte;
+/// Board-level start of the CAN card's first generation.
+extern const OpérationsCarte kPCI7841Carte;
+/// Board-level start of a serial line.
+extern const OpérationsCarte kRS232Carte;
 
 }  // namespace zuma::pilotes

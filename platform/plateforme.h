@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ref.h"
+#include "platform/can.h"
 #include "platform/clavier.h"
 #include "platform/ftdi.h"
 #include "platform/liaison_serie.h"
@@ -21,6 +22,7 @@ struct Plateforme {
   Pointeur<Fichiers> fichiers;
   Pointeur<Clavier> clavier;
   Pointeur<FTD2XX> ftdi;
+  Pointeur<BibliothèqueCAN> can;
   Pointeur<FinDuProgramme> fin;
   Réglages réglages;
 };

@@ -1,6 +1,7 @@
 // Kinds that ask an instrument on a line of their own, one answer at a time.
 #include <array>
 
+#include "core/heure_du_jour.h"
 #include "sensors/capteur_genres.h"
 #include "sensors/trames_capteur.h"
 
@@ -16,7 +17,6 @@ struct DialogueSérie {
 namespace {
 
 constexpr double kSilence = 5;  // seconds without a request answered
-constexpr double kJour = 86400;
 
 constexpr DialogueSérie kRéservé1{
     "\x1B"
@@ -52,11 +52,8 @@ void Capteur::Calcul::DémarreScout55(Capteur& c) {
   c.DémarreLaLigne(kScout55);
 }
 
-// The clock of the day goes back to 0 at midnight.
 bool Capteur::EstSilencieux() const {
-  double attente = LaPlateforme().horloge->HeureDuJour() - mdblHeureEmission;
-  if (attente < -kJour / 2) attente += kJour;
-  return attente > kSilence;
+  return SecondesDepuis(*LaPlateforme().horloge, mdblHeureEmission) > kSilence;
 }
 
 // Takes what came in; after a silence, opens the line anew and asks again.

@@ -21,6 +21,7 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.ports = &ports.Bus();
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
+  services.can = &bus.Can();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
@@ -32,6 +33,7 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
 void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   câblage_ = câblage;
   ports.Branche(chassis);
+  bus.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -135,6 +137,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
   if (palier == palier_) return;
   palier_ = palier;
+  bus.Anime(static_cast<double>(palier) * kPalier);
   for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 

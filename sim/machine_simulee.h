@@ -12,6 +12,7 @@
 #include "sim/horloge_virtuelle.h"
 #include "sim/instrument_interroge.h"
 #include "sim/liaisons_simulees.h"
+#include "sim/machine_bus.h"
 #include "sim/machine_ports.h"
 #include "sim/presse.h"
 
@@ -35,6 +36,7 @@ class MachineSimulée {
   Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
   MachinePorts ports{*horloge};
   FabriqueLiaisonsSimulée liaisons;
+  MachineBus bus{*horloge, liaisons};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
   ClavierSimulé clavier;

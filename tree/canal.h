@@ -10,6 +10,13 @@
 
 namespace zuma {
 
+/// What a serial channel has received and not yet decoded.
+struct TamponSérie {
+  Octets reçu;
+  bool entamé = false;  ///< a frame began and is not complete
+  double heure = 0;     ///< of the last reopening or first byte, seconds since midnight
+};
+
 /// Full scale of every analog reading, in points, whatever the board's resolution.
 inline constexpr double kPleineEchelle = 65536;
 
@@ -88,6 +95,15 @@ class Canal : public Objet {
   [[nodiscard]] std::int16_t NombreDAimants() const { return mintNombreAimants; }
   [[nodiscard]] std::int16_t PositionDeLAimant() const { return mintPositionAimant; }
   [[nodiscard]] std::int16_t StatusID() const { return StatusID_; }
+  /// Identifiers that a ruler of driver 25 gave at its start: of its start message and of its
+  /// positions. Those of the configuration serve the other rulers.
+  void IdentifiantsLus(std::int32_t a, std::int32_t b) {
+    Canal_IdentifiantA_ = a;
+    Canal_IdentifiantB_ = b;
+  }
+  [[nodiscard]] std::int32_t Canal_IdentifiantA() const { return Canal_IdentifiantA_; }
+  [[nodiscard]] std::int32_t Canal_IdentifiantB() const { return Canal_IdentifiantB_; }
+  [[nodiscard]] TamponSérie& Tampon() { return tampon_; }
   /// This analog output is a frequency output.
   [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
   /// False makes `MetàJour` do nothing; the value stays.
@@ -142,6 +158,9 @@ class Canal : public Objet {
   bool CanalRafraichit_ = false;
   std::int32_t IndexLecture = 0;
   double SommeTemp = 0;
+  std::int32_t Canal_IdentifiantA_ = 0;
+  std::int32_t Canal_IdentifiantB_ = 0;
+  TamponSérie tampon_;
   Pointeur<Fonction> Parent_;
 
   // Resolved when driver or type change, so that the pass looks nothing up.

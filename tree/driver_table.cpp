@@ -35,12 +35,14 @@ constexpr LigneDriver Bloc(ENUM_DRIVER valeur, std::string_view nom, std::string
 }
 
 // The same text selects the driver of the whole board.
-constexpr LigneDriver DuBlocEtDeLaCarte(LigneDriver ligne) {
+constexpr LigneDriver DuBlocEtDeLaCarte(LigneDriver ligne, const OpérationsCarte* carte = nullptr) {
   ligne.texteCarte = ligne.texteFonction;
+  ligne.carte = carte;
   return ligne;
 }
 
-constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte) {
+constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte,
+                              const OpérationsPilote* pilote) {
   return {.valeur = valeur,
           .nom = nom,
           .affichage = {},
@@ -48,7 +50,8 @@ constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::str
           .texteFonction = {},
           .texteCanal = texte,
           .types = kEA,
-          .construit = false};
+          .construit = pilote != nullptr,
+          .pilote = pilote};
 }
 
 constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::string_view texte,
@@ -113,9 +116,11 @@ const std::array<LigneDriver, 56> kTable{{
     Bloc(DrvIK121, "DrvIK121", "IK 121", "DrvIK121", kEA, nullptr),
     Bloc(DrvA826PG_DB8225, "DrvA826PG_DB8225", "A 826 PG - DB 8225", "DrvA826PG_DB8225", kEA,
          &pilotes::kA826Analogique),
-    DuBlocEtDeLaCarte(Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, nullptr)),
     DuBlocEtDeLaCarte(
-        Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA, nullptr)),
+        Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, &pilotes::kPCI7841),
+        &pilotes::kPCI7841Carte),
+    DuBlocEtDeLaCarte(Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA,
+                           &pilotes::kPCI7841B)),
     Bloc(drvPCI9111HR_Vorlanex_EA, "drvPCI9111HR_Vorlanex_EA", "PCI 9111 HR - Vorlanex EA",
          "DrvPCI9111HR/Vorlanex EA", kEA, nullptr),
     Bloc(DrvPCL728, "DrvPCL728", "PCL 728", "DrvPCL728", kSA, &pilotes::kPCL728Sorties),
@@ -136,10 +141,14 @@ const std::array<LigneDriver, 56> kTable{{
      .texteCarte = {},
      .texteFonction = "DrvWDT01",
      .texteCanal = {}},
-    AuCanal(DrvRègleMTS1Aimant, "DrvRègleMTS1Aimant", "Règle MTS 1 aimant"),
-    AuCanal(DrvRègleMTS3Aimants3, "DrvRègleMTS3Aimants3", "Règle MTS 3 aimants (lecture 3)"),
-    AuCanal(DrvRègleMTS3Aimants2_1, "DrvRègleMTS3Aimants2_1", "Règle MTS 3 aimants (lecture 2-1)"),
-    AuCanal(DrvRègleMTSMultiMagnet, "DrvRègleMTSMultiMagnet", "Règle MTS Multimagnet"),
+    AuCanal(DrvRègleMTS1Aimant, "DrvRègleMTS1Aimant", "Règle MTS 1 aimant",
+            &pilotes::kRègle1Aimant),
+    AuCanal(DrvRègleMTS3Aimants3, "DrvRègleMTS3Aimants3", "Règle MTS 3 aimants (lecture 3)",
+            &pilotes::kRègle3Aimants3),
+    AuCanal(DrvRègleMTS3Aimants2_1, "DrvRègleMTS3Aimants2_1", "Règle MTS 3 aimants (lecture 2-1)",
+            &pilotes::kRègle3Aimants2_1),
+    AuCanal(DrvRègleMTSMultiMagnet, "DrvRègleMTSMultiMagnet", "Règle MTS Multimagnet",
+            &pilotes::kRègleMultimagnet),
     {.valeur = DrvModBus,
      .nom = "DrvModBus",
      .affichage = {},
@@ -165,7 +174,8 @@ const std::array<LigneDriver, 56> kTable{{
      .texteFonction = "Drv RS 232",
      .texteCanal = {},
      .types = kEA,
-     .construit = false},
+     .pilote = &pilotes::kLigneRS232,
+     .carte = &pilotes::kRS232Carte},
     {.valeur = drvPET48DIO,
      .nom = "drvPET48DIO",
      .affichage = {},
@@ -200,12 +210,16 @@ const std::array<LigneDriver, 56> kTable{{
              "Conditionneur numerique K9", kParFonction),
     ALaCarte(DrvConditionneurNumeriqueK9_V1_00, "DrvConditionneurNumeriqueK9_V1_00",
              "Conditionneur numerique K9 V1.00", kCarteEntière),
-    AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31", "RS232 - Balance LRPC 31"),
-    AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL", "RS232 - Indicateur DEXAL"),
-    AuCanal(DrvRS232_Balance_JADEVER, "DrvRS232_Balance_JADEVER", "RS232 - Balance JADEVER"),
+    AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31", "RS232 - Balance LRPC 31",
+            &pilotes::kBalanceLRPC31),
+    AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL", "RS232 - Indicateur DEXAL",
+            &pilotes::kIndicateurDEXAL),
+    AuCanal(DrvRS232_Balance_JADEVER, "DrvRS232_Balance_JADEVER", "RS232 - Balance JADEVER",
+            &pilotes::kBalanceJADEVER),
     Bloc(DrvSpider8, "DrvSpider8", {}, "Drv RS232 - SPIDER", kEA, nullptr),
-    Bloc(DrvRS232METRO, "DrvRS232METRO", {}, "Drv METRO RS232", kEA, nullptr),
-    Bloc(DrvRS232METRO_MUX, "DrvRS232METRO_MUX", {}, "Drv METRO RS232 MUX 2/4/8", kEA, nullptr),
+    Bloc(DrvRS232METRO, "DrvRS232METRO", {}, "Drv METRO RS232", kEA, &pilotes::kMETRO),
+    Bloc(DrvRS232METRO_MUX, "DrvRS232METRO_MUX", {}, "Drv METRO RS232 MUX 2/4/8", kEA,
+         &pilotes::kMETRO_MUX),
 }};
 
 ENUM_DRIVER DuTexte(const Valeur& valeur, std::string_view LigneDriver::* colonne) noexcept {

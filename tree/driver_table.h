@@ -28,6 +28,8 @@ struct OpérationsPilote {
   void (*rafraîchitBloc)(Fonction& bloc) = nullptr;
   void (*démarreCanal)(Canal& canal) = nullptr;
   void (*rafraîchitCanal)(Canal& canal) = nullptr;
+  /// Closes what the block's start opened: at discharge and again at the block's end.
+  void (*fermeBloc)(Fonction& bloc) noexcept = nullptr;
 };
 
 /// What a driver does for a whole board.

@@ -14,6 +14,7 @@ constexpr std::int16_t kCanalErreur = -1;
 }  // namespace
 
 Fonction::~Fonction() {
+  Décharge();
   if (Canals_) {
     for (const CanalRef& canal : *Canals_) canal->Détache();
   }
@@ -27,6 +28,10 @@ void Fonction::Détache() noexcept {
   pilote_ = nullptr;
   if (!Canals_) return;
   for (const CanalRef& canal : *Canals_) canal->OublieLePilote();
+}
+
+void Fonction::Décharge() {
+  if (opérations_ != nullptr && opérations_->fermeBloc != nullptr) opérations_->fermeBloc(*this);
 }
 
 void Fonction::DéclencheAU() {

@@ -4,9 +4,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/collections.h"
 #include "core/objet.h"
+#include "core/reglages_ligne.h"
 #include "platform/base_de_donnees.h"
 #include "tree/canal.h"
 #include "tree/driver_table.h"
@@ -16,6 +18,16 @@ namespace zuma {
 
 using CanalsRef = Ref<Canals>;
 using LiaisonSérieRef = Ref<ZED_LiaisonSerie>;
+
+/// State of a METRO link, kept from pass to pass.
+struct EtatMETRO {
+  std::int32_t Metro_CanalActif = 0;              ///< gauge found on the link; 0 is none
+  double Metro_Temps = 0;                         ///< of the last request, in microseconds
+  std::vector<std::int32_t> Metro_CanauxValides;  ///< gauges that answered on a multiplexer
+  std::size_t rang = 0;                           ///< of the gauge asked, in `Metro_CanauxValides`
+  bool enCours = false;                           ///< the first gauge was asked
+  Octets tampon;
+};
 
 /// One functional block of a board: like channels behind one driver, at one address. It opens the
 /// hardware link at start and carries the exchange of each cycle.
@@ -28,7 +40,7 @@ class Fonction : public Objet {
   [[nodiscard]] CanalRef CanalErreurModbus() const { return CanalErreurModbus_; }
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return musrDriver; }
   /// Closes what must be closed before the frame is released. Failures go to the caller.
-  void Décharge() {}
+  void Décharge();
 
   using Objet::ChargeErreur;
   /// Hands the call to each channel, in order.
@@ -96,6 +108,19 @@ class Fonction : public Objet {
   /// It is the block's own: two blocks on one board each see every change.
   [[nodiscard]] std::optional<std::uint32_t> MotPrécédent() const { return motPrécédent_; }
   void MotPrécédent(std::optional<std::uint32_t> mot) { motPrécédent_ = mot; }
+  /// Settings of the block's serial line.
+  [[nodiscard]] RéglagesLigne LigneSérie() const {
+    return {mintPort, mlngVitesse, mlngParité, mlngBitsDonnées, mlngBitsStop};
+  }
+  [[nodiscard]] std::int32_t PortCAN() const { return mlngPortCAN; }
+  /// Kilobits per second.
+  [[nodiscard]] std::int16_t VitesseCAN() const { return mintVitesseCAN; }
+  /// "11 bits" or "29 bits".
+  [[nodiscard]] const std::string& ModeCAN() const { return mstrModeCAN; }
+  /// Handle of the open CAN port; none when there is none.
+  [[nodiscard]] std::optional<std::int32_t> HandleCAN() const { return mlngHandleCAN; }
+  void HandleCAN(std::optional<std::int32_t> poignée) { mlngHandleCAN = poignée; }
+  [[nodiscard]] EtatMETRO& Metro() { return metro_; }
   /// State of the block's Modbus exchange.
   [[nodiscard]] EchangeModbus& Modbus_Echange() { return Modbus_Echange_; }
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
@@ -126,6 +151,7 @@ class Fonction : public Objet {
   std::int32_t mlngPortCAN = 0;
   std::int16_t mintVitesseCAN = 0;
   std::string mstrModeCAN;
+  std::optional<std::int32_t> mlngHandleCAN;
   bool Enabled_ = true;
   bool RafraichissementEnCours_ = false;
   LiaisonSérieRef RS_;
@@ -134,6 +160,7 @@ class Fonction : public Objet {
   std::int32_t ModbusRegistreDeDepart_ = 0;
   std::int32_t NombreDeCanaux_ = 0;
   EchangeModbus Modbus_Echange_;
+  EtatMETRO metro_;
   std::optional<std::uint32_t> motPrécédent_;
   Pointeur<Carte> Parent_;
 

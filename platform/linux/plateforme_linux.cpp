@@ -36,6 +36,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       ports(registre),
       compteurs(timer),
       liaisons(std::move(choix.portsSérie)),
+      can(registre, std::move(choix.interfacesCAN)),
       fichiers(std::move(choix.dossier)),
       fin(registre),
       clavier(choix.clavier),
@@ -44,6 +45,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.ports = &ports;
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
+  services.can = &can;
   services.horloge = &horloge;
   services.fichiers = &fichiers;
   services.fin = &fin;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/linux/can_socketcan.h"
 #include "platform/linux/clavier_evdev.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
@@ -28,6 +29,7 @@ struct RéglagesLinux {
   std::filesystem::path dossier = DossierParDéfaut();  ///< where the installation's files lie
   RéglagesRegistre registre;                           ///< in memory only by default
   CarteDesPorts portsSérie;                            ///< devices of the serial ports by number
+  InterfacesCAN interfacesCAN;                         ///< network interfaces of the CAN ports
   bool demande = false;  ///< messages wait for an answer when there is a terminal
   DispositionClavier clavier = DispositionClavier::Azerty;
   std::string langue;  ///< empty: the first language of the table
@@ -58,6 +60,7 @@ class PlateformeLinux {
   PortsLinux ports;
   CompteursLinux compteurs;
   FabriqueLiaisonsLinux liaisons;
+  CanSocketCAN can;
   FichiersLinux fichiers;
   FinDuProgrammeLinux fin;
   ClavierEvdev clavier;

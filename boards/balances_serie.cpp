@@ -1,0 +1,112 @@
+// Balances and indicators that send unasked, each read by a channel on the line of its block.
+#include "boards/blocs.h"
+#include "boards/ecoute_serie.h"
+#include "boards/operations.h"
+#include "boards/trames_serie.h"
+
+namespace zuma::pilotes {
+namespace {
+
+constexpr double kSilence = 1;                     // seconds
+constexpr std::string_view kSansPoids = "+99999";  // sent while there is no weight
+constexpr std::size_t kLRPCMinimum = 6;            // a frame is read once more than this came in
+constexpr double kMillièmes = 1000;                // of the unit in LRPC frames
+
+// The line of a channel for one refresh: what came in, and the time since it last began anew.
+class Ecoute {
+ public:
+  explicit Ecoute(Canal& canal)
+      : horloge_(*canal.LaPlateforme().horloge),
+        tampon_(canal.Tampon()),
+        ligne_(Pointeur<Fonction>(canal.Parent())->RS()) {
+    ecoute_serie::Relève(*ligne_, tampon_.reçu);
+  }
+
+  [[nodiscard]] TamponSérie& Tampon() noexcept { return tampon_; }
+  [[nodiscard]] bool EstSilencieuse() const {
+    return SecondesDepuis(horloge_, tampon_.heure) > kSilence;
+  }
+  void MarqueLHeure() { tampon_.heure = horloge_.HeureDuJour(); }
+  /// Drops what came in and opens the line anew.
+  void Recommence() {
+    tampon_.reçu.clear();
+    tampon_.entamé = false;
+    MarqueLHeure();  // a port that does not open is tried again after the same silence
+    ecoute_serie::Rouvre(*ligne_);
+  }
+  /// True on a line that was lost, by unplugging for instance: tried again after each silence.
+  [[nodiscard]] bool EstPerdue() {
+    if (ligne_->EtatPort() == 1) return false;
+    if (EstSilencieuse()) Recommence();
+    return true;
+  }
+  /// True when something waits to be decoded; its first byte starts the time.
+  [[nodiscard]] bool AReçu() {
+    if (tampon_.reçu.empty()) return false;
+    if (!tampon_.entamé) MarqueLHeure();
+    tampon_.entamé = true;
+    return true;
+  }
+
+ private:
+  const Horloge& horloge_;
+  TamponSérie& tampon_;
+  LiaisonSérieRef ligne_;
+};
+
+// The line is opened anew every second, even while it brings frames.
+void LitLRPC(Canal& canal) {
+  Ecoute écoute(canal);
+  TamponSérie& tampon = écoute.Tampon();
+  if (écoute.EstSilencieuse()) {
+    écoute.Recommence();
+    return;
+  }
+  if (tampon.reçu == kSansPoids || tampon.reçu.size() <= kLRPCMinimum) return;
+  const double gardée = canal.ValeurCanal() * kMillièmes;
+  canal.ValeurCanal(trames_serie::DecortiqueBuffer_dbl(tampon.reçu, gardée) / kMillièmes);
+  tampon.reçu.clear();
+}
+
+void LitDEXAL(Canal& canal) {
+  Ecoute écoute(canal);
+  TamponSérie& tampon = écoute.Tampon();
+  if (écoute.EstPerdue() || !écoute.AReçu()) return;
+  if (tampon.reçu.size() < trames_serie::kLongueurDEXAL) {
+    if (écoute.EstSilencieuse()) écoute.Recommence();
+    return;
+  }
+  canal.ValeurCanal(trames_serie::DecortiqueBufferDEXAL_dbl(tampon.reçu, canal.ValeurCanal()));
+  tampon.reçu.clear();
+  tampon.entamé = false;
+}
+
+void LitJADEVER(Canal& canal) {
+  Ecoute écoute(canal);
+  TamponSérie& tampon = écoute.Tampon();
+  if (écoute.EstPerdue() || !écoute.AReçu()) return;
+  if (écoute.EstSilencieuse()) {
+    écoute.Recommence();
+    return;
+  }
+  double valeur = canal.ValeurCanal();
+  const std::size_t avant = tampon.reçu.size();
+  if (trames_serie::DecortiqueJADEVER(tampon.reçu, valeur, valeur)) canal.ValeurCanal(valeur);
+  if (tampon.reçu.size() < avant) tampon.entamé = false;
+}
+
+// A board whose blocks have lines of their own needs none.
+void DémarreCarteRS232(Carte& carte) {
+  if (!carte.Configuration().empty()) carte.OuvreLigneSérie();
+}
+
+}  // namespace
+
+const OpérationsCarte kRS232Carte{.démarre = &DémarreCarteRS232};
+const OpérationsPilote kLigneRS232{.démarreBloc = &ecoute_serie::OuvreLaLigne,
+                                   .rafraîchitBloc = &RafraîchitLesCanaux};
+const OpérationsPilote kBalanceLRPC31{.rafraîchitCanal = &LitLRPC};
+const OpérationsPilote kIndicateurDEXAL{.rafraîchitCanal = &LitDEXAL};
+const OpérationsPilote kBalanceJADEVER{.rafraîchitCanal = &LitJADEVER};
+
+}  // namespace zuma::pilotes

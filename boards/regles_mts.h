@@ -1,0 +1,144 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "core/echec.h"
+#include "platform/can.h"
+#include "platform/plateforme.h"
+
+/// Magnetostrictive rulers on the CAN bus: frames, filters and dialogue. Positions are in the
+/// ruler's own counts.
+namespace zuma::regles_mts {
+
+/// Length of the position of one magnet in a frame, in bytes.
+inline constexpr std::size_t kOctetsPosition = 3;
+
+/// 24-bit position, high byte first. A set top bit takes 0xFFFFFF off, one less than two's
+/// complement would: that is the ruler's scale.
+[[nodiscard]] constexpr std::int32_t Position(std::uint8_t b1, std::uint8_t b2,
+                                              std::uint8_t b3) noexcept {
+  const std::int32_t brute = (b1 * 256 + b2) * 256 + b3;
+  return (brute & 0x800000) != 0 ? brute - 0xFFFFFF : brute;
+}
+
+/// First position of a frame; none in a frame too short for one.
+[[nodiscard]] std::optional<std::int32_t> DécodePosition(std::span<const std::uint8_t> données);
+
+/// The two positions of a frame. A frame that holds only the first has 0 for the second: no magnet.
+using Paire = std::array<std::int32_t, 2>;
+[[nodiscard]] std::optional<Paire> DécodePaire(std::span<const std::uint8_t> données);
+
+/// The data bytes that a frame uses; a count beyond 8 counts as 8.
+template <class Trame>
+[[nodiscard]] std::span<const std::uint8_t> DonnéesUtiles(const Trame& trame) noexcept {
+  return std::span(trame.données).first(trame.nombre < 8 ? trame.nombre : 8);
+}
+
+/// Serial number written as 8 hexadecimal digits, by pairs in the order of the text; anything else
+/// fails with 13.
+[[nodiscard]] std::array<std::uint8_t, 4> OctetsDeSérie(std::string_view numéro);
+
+/// "lecture 2-1": second magnet less the first one; 0 unless the first three are all seen.
+[[nodiscard]] std::int32_t Lecture2moins1(const std::optional<Paire>& première,
+                                          const std::optional<Paire>& seconde) noexcept;
+/// "lecture 3": the last magnet seen of the first three; 0 when a frame is missing.
+[[nodiscard]] std::int32_t Lecture3(const std::optional<Paire>& première,
+                                    const std::optional<Paire>& seconde) noexcept;
+
+/// True when two magnets are far enough from each other to be told apart: more than about 2 % of
+/// their positions.
+[[nodiscard]] bool AimantsSéparés(std::int32_t a, std::int32_t b) noexcept;
+
+/// What is kept of a two-magnet ruler between its reads.
+struct Mémoire {
+  std::int32_t c1 = 0, c2 = 0;  ///< positions
+  std::int32_t q1 = 0, q2 = 0;  ///< the same one read before
+};
+
+/// Filter of the block read, `m` holding what was decoded and what was known before. Magnets too
+/// close keep both former positions. Magnet 1 refuses a jump of 10000 counts or more, once it has a
+/// position; magnet 2 takes any jump but one to 0.
+void FiltreBloc(Mémoire& m) noexcept;
+
+/// Filter of the single read: takes the positions `lues` into `m`. Magnet `aimant` (1 or 2) refuses
+/// 0 and, once it has a position, a change of 1000 counts or more; the other one takes its position
+/// as it is. Gives the new
+/// position of `aimant` when it was taken.
+std::optional<std::int32_t> FiltreSimple(Mémoire& m, const Paire& lues, int aimant) noexcept;
+
+/// One open port of the card with rulers on it, as the second generation of calls knows it.
+class PortRègles {
+ public:
+  PortRègles(const Plateforme& plateforme, std::int32_t poignée)
+      : can_(*plateforme.can),
+        horloge_(*plateforme.horloge),
+        réglages_(plateforme.réglages.can),
+        poignée_(poignée) {}
+
+  /// Empties the receive queue.
+  void VideRéception();
+  /// Empties the queue and asks for the position frame of that identifier.
+  void Demande(std::uint32_t identifiant);
+  /// The next frame of the queue, whatever its identifier.
+  [[nodiscard]] bool Reçoit(TrameCAN& trame) { return can_.CanRcvMsg(poignée_, trame) == 0; }
+  /// Waits for a frame of that identifier, `attente` milliseconds at the most.
+  [[nodiscard]] bool Attend(std::uint32_t identifiant, double attente, TrameCAN& trame);
+  /// Sends a request and waits for its answer.
+  [[nodiscard]] bool Echange(std::uint32_t identifiant, std::span<const std::uint8_t> octets,
+                             std::uint32_t réponse);
+
+  [[nodiscard]] const RéglagesCAN& LesRéglages() const noexcept { return réglages_; }
+  [[nodiscard]] const Horloge& LHorloge() const noexcept { return horloge_; }
+
+ private:
+  BibliothèqueCAN& can_;
+  const Horloge& horloge_;
+  const RéglagesCAN& réglages_;
+  std::int32_t poignée_;
+};
+
+/// What a ruler's start needs of its channel.
+struct IdentitéRègle {
+  std::string_view numéroDeSérie;
+  std::int16_t noeud = 0;
+  std::int16_t positionID = 0;
+  std::int16_t statusID = 0;
+  std::int16_t mode = 0;
+};
+
+/// Starts a ruler: selects it by its serial number, gives it its identifiers and its mode. True on
+/// failure: an answer is missing.
+[[nodiscard]] bool DémarreRègle(PortRègles& port, const IdentitéRègle& règle);
+
+/// One-magnet ruler: its position, 0 when it does not answer.
+[[nodiscard]] std::int32_t LireRègleMono(PortRègles& port, std::int16_t positionID);
+
+enum class Lecture3Aimants : std::uint8_t { DeuxMoinsUn, Trois };
+[[nodiscard]] std::int32_t LireRègle3Aimants(PortRègles& port, std::int16_t positionID,
+                                             Lecture3Aimants lecture);
+
+/// State of the filtered single read of one ruler.
+struct LectureSimple {
+  Mémoire mémoire;
+  bool vu1 = false, vu2 = false;
+};
+/// Filtered position of magnet 1 or 2. The first two reads give what is stored and leave the bus
+/// alone; each later one takes the answer to the request of the one before and asks again.
+[[nodiscard]] std::int32_t LireRègleMulti(PortRègles& port, std::int16_t positionID, int aimant,
+                                          LectureSimple& état);
+
+/// State of the block read of one ruler.
+struct LectureBloc {
+  Mémoire mémoire;
+  std::optional<double> heure;  ///< of the last request, seconds since midnight
+};
+/// The two filtered positions; none while no frame came. Never waits: a ruler that is silent is
+/// asked again every 200 milliseconds.
+[[nodiscard]] std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positionID,
+                                                       LectureBloc& état);
+
+}  // namespace zuma::regles_mts

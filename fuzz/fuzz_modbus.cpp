@@ -1,0 +1,59 @@
+// Modbus answers on any bytes: the analysis ends within its frames and a good answer has a good
+// checksum.
+#include "core/echec.h"
+#include "core/outils_modbus.h"
+#include "fuzz/entree.h"
+
+using namespace zuma;
+using namespace zuma::OutilsModbus;
+
+namespace {
+
+// An answer that fits the question better than chance would: right slave, function and length.
+Octets Ajustée(std::string_view brute, std::string_view question) {
+  Octets réponse(brute);
+  const auto longueur = static_cast<std::size_t>(LongueurTrame(question));
+  if (longueur < 5) return réponse;
+  réponse.resize(longueur);
+  réponse[0] = question[0];
+  réponse[1] = question[1];
+  réponse[2] = static_cast<char>(longueur - 5);
+  const std::uint16_t crc = Crc16(std::string_view(réponse).substr(0, longueur - 2));
+  réponse[longueur - 2] = static_cast<char>(crc & 0xFFU);
+  réponse[longueur - 1] = static_cast<char>(crc >> 8U);
+  return réponse;
+}
+
+void Analyse(std::string_view réponse, std::string_view question, FormeValeurs forme) {
+  Valeurs valeurs;
+  const Résultat résultat = DécodeRéponse(réponse, question, &valeurs, forme);
+  Exige(résultat >= Résultat::Bonne && résultat <= Résultat::LectureRefusée, "résultat connu");
+  if (résultat != Résultat::Bonne) return;
+  const auto longueur = static_cast<std::size_t>(LongueurTrame(question));
+  Exige(longueur >= 4 && longueur <= réponse.size(), "longueur d'une bonne réponse");
+  const unsigned crc = Crc16(réponse.substr(0, longueur - 2));
+  Exige(static_cast<std::uint8_t>(réponse[longueur - 2]) == (crc & 0xFFU) &&
+            static_cast<std::uint8_t>(réponse[longueur - 1]) == crc >> 8U,
+        "CRC d'une bonne réponse");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* données, std::size_t taille) {
+  Entrée entrée(données, taille);
+  const auto forme = entrée.Octet() % 2 == 0 ? FormeValeurs::Octets : FormeValeurs::Mots;
+  const std::uint8_t esclave = entrée.Octet();
+  const std::int32_t fonction = entrée.Octet() % 20;
+  const std::int32_t registre = entrée.Octet() * 256 + entrée.Octet();
+  const std::int32_t compte = entrée.Octet();
+  const std::array<std::uint16_t, 3> valeurs{1, 0xFFFF, 0};
+  Octets question;
+  try {
+    ConstruitQuestion(esclave, fonction, registre, compte, valeurs, question);
+  } catch (const Echec&) {
+    question = entrée.Octets(8);  // a question that no one builds
+  }
+  Analyse(entrée.Reste(), question, forme);
+  Analyse(Ajustée(entrée.Reste(), question), question, forme);
+  return 0;
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "core/ref.h"
+#include "platform/can.h"
+#include "sim/horloge_virtuelle.h"
+
+namespace zuma::sim {
+
+class PortCANSimulé;
+
+/// A device on a simulated CAN bus: it hears every frame that the card sends.
+class AppareilCAN {
+ public:
+  virtual ~AppareilCAN() = default;
+  virtual void Reçoit(const TrameCAN& trame, PortCANSimulé& bus) = 0;
+  /// Called before the card looks at its queue, for devices that send unasked.
+  virtual void Avance(PortCANSimulé&) {}
+};
+
+/// One port of the card with its bus. Frames reach the receive queue after the time that they take.
+class PortCANSimulé {
+ public:
+  explicit PortCANSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+
+  void Attache(Ref<AppareilCAN> appareil) { appareils_.push_back(std::move(appareil)); }
+  /// A device sends a frame, which arrives `retard` microseconds from now.
+  void Emet(const TrameCAN& trame, double retard);
+  [[nodiscard]] double Maintenant() const noexcept { return horloge_.Maintenant(); }
+
+  // The card's side.
+  void Envoie(const TrameCAN& trame);
+  [[nodiscard]] bool Reçoit(TrameCAN& trame);
+
+  bool ouvert = false;
+  PortCAN réglages;
+  Port7841 réglages7841;
+  std::vector<TrameCAN> envoyées;  ///< all that the card sent, in order
+  int relevés = 0;                 ///< looks at the receive queue
+
+ private:
+  struct EnRoute {
+    double heure;
+    TrameCAN trame;
+  };
+  HorlogeVirtuelle& horloge_;
+  std::vector<Ref<AppareilCAN>> appareils_;
+  std::deque<EnRoute> file_;
+};
+
+/// The two-port CAN card with both generations of its calls.
+class CarteCANSimulée : public BibliothèqueCAN {
+ public:
+  explicit CarteCANSimulée(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+
+  /// Bus of a port, made on first use.
+  [[nodiscard]] PortCANSimulé& Port(std::int32_t carte, std::int32_t port);
+
+  [[nodiscard]] std::int32_t CanOpenDriver(std::int32_t carte, std::int32_t port) override;
+  [[nodiscard]] std::int32_t CanConfigPort(std::int32_t poignée, const PortCAN& réglages) override;
+  [[nodiscard]] std::int32_t CanSendMsg(std::int32_t poignée, const TrameCAN& trame) override;
+  [[nodiscard]] std::int32_t CanRcvMsg(std::int32_t poignée, TrameCAN& trame) override;
+  void CanCloseDriver(std::int32_t poignée) noexcept override;
+  [[nodiscard]] std::int32_t W_7841_Config(std::int32_t carte, std::int32_t port,
+                                           const Port7841& réglages) override;
+  [[nodiscard]] std::int32_t W_7841_SendMsg(std::int32_t carte, std::int32_t port,
+                                            const Trame7841& trame) override;
+  [[nodiscard]] std::int32_t W_7841_RcvMsg(std::int32_t carte, std::int32_t port,
+                                           Trame7841& trame) override;
+
+  bool absente = false;       ///< every call fails
+  bool refuseConfig = false;  ///< configurations alone fail
+
+ private:
+  using Place = std::pair<std::int32_t, std::int32_t>;
+  [[nodiscard]] PortCANSimulé* Ouvert(std::int32_t poignée);
+
+  HorlogeVirtuelle& horloge_;
+  std::map<Place, PortCANSimulé> ports_;
+};
+
+}  // namespace zuma::sim

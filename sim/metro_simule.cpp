@@ -1,0 +1,58 @@
+#include "sim/metro_simule.h"
+
+#include <array>
+#include <cstdio>
+#include <utility>
+
+namespace zuma::sim {
+
+void METROSimulé::Reçoit(std::string_view octets, std::int32_t) {
+  entrée_ += octets;
+  for (auto fin = entrée_.find("\r\n"); fin != Octets::npos; fin = entrée_.find("\r\n")) {
+    const std::string demande = entrée_.substr(0, fin);
+    entrée_.erase(0, fin + 2);
+    demandes.push_back(demande);
+    if (!demande.empty() && !sourde) Répond(demande);
+  }
+}
+
+void METROSimulé::Répond(const std::string& demande) {
+  const int numéro = demande.front() - '0';
+  if (demande.size() == 2) {
+    actives[numéro] = demande.back() == 'E';
+    return;
+  }
+  const auto jauge = jauges.find(numéro);
+  if (jauge != jauges.end()) {
+    sortie_ += Ligne(numéro, "MW", Champ(numéro, jauge->second));
+  } else if (refuse) {
+    sortie_ += Ligne(numéro, "ER", Octets(10, '0'));
+  } else {
+    return;
+  }
+  if (!suite.empty()) sortie_ += suite + "\r\n";
+  heure_ = horloge_.Maintenant() + latence;
+}
+
+Octets METROSimulé::Champ(int numéro, double valeur) const {
+  const auto forcée = valeursForcées.find(numéro);
+  if (forcée != valeursForcées.end()) return forcée->second;
+  std::array<char, 16> texte{};
+  std::snprintf(texte.data(), texte.size(), "%+010.4f", valeur);
+  return texte.data();
+}
+
+// Behind a multiplexer a gauge that is there has a blank at character 4.
+Octets METROSimulé::Ligne(int numéro, const char* code, const Octets& champ) const {
+  const Octets nombre = std::to_string(numéro);
+  if (!multiplexeur_) return nombre + " " + code + " " + champ + " mm    \r\n";
+  const bool mesure = jauges.contains(numéro);
+  return nombre + code + (mesure ? " " : "?") + Octets(9, '0') + champ + " mm \r\n";
+}
+
+Octets METROSimulé::Emet() {
+  if (horloge_.Maintenant() < heure_) return {};
+  return std::exchange(sortie_, {});
+}
+
+}  // namespace zuma::sim
