@@ -89,19 +89,11 @@ void Capteur::PointX(std::int16_t intIndex, double unités) {
   Garde(*this, Forme::Ecriture, "PointX", [&] { table_.PointX(intIndex, unités); });
 }
 
-void Capteur::UnitéEtalonnage(std::string unité) {
-  UnitéEtalonnage_ = std::move(unité);
-  const auto abonnés = abonnésUnité_;  // a handler may take itself off
-  for (const auto& [numéro, abonné] : abonnés) abonné(UnitéEtalonnage_);
-}
-
-int Capteur::AbonneUnitChange(AbonnéUnité abonné) {
-  abonnésUnité_.emplace_back(++dernierAbonné_, std::move(abonné));
-  return dernierAbonné_;
-}
-
-void Capteur::DésabonneUnitChange(int numéro) noexcept {
-  std::erase_if(abonnésUnité_, [&](const auto& abonné) { return abonné.first == numéro; });
+void Capteur::UnitéEtalonnage(const std::string& unité) {
+  Garde(*this, Forme::Ecriture, "UnitéEtalonnage", [&] {
+    UnitéEtalonnage_ = unité;
+    UnitChange_.Lève(unité);
+  });
 }
 
 void Capteur::TesteAU(std::span<std::string> TableAUs) {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "core/collections.h"
+#include "core/evenement.h"
 #include "core/objet.h"
 #include "core/reglages_ligne.h"
 #include "core/table_etalonnage.h"
@@ -179,7 +179,7 @@ class Capteur : public Objet {
   void DéclencheAU() {}  ///< a sensor has no output to cut
   [[nodiscard]] const std::string& UnitéEtalonnage() const { return UnitéEtalonnage_; }
   /// Stores the unit and raises `UnitChange`, also when it is the same.
-  void UnitéEtalonnage(std::string unité);
+  void UnitéEtalonnage(const std::string& unité);
   /// Unit value of point `intIndex`, 0 to 20; outside, failure 9 in the error record.
   [[nodiscard]] double PointX(std::int16_t intIndex) const;
   /// Point value of point `intIndex`, likewise.
@@ -203,9 +203,9 @@ class Capteur : public Objet {
   [[nodiscard]] bool Enabled_bln() const { return Enabled_bln_; }
 
   /// Event `UnitChange`: registers a handler and returns its number, for `DésabonneUnitChange`.
-  using AbonnéUnité = std::function<void(const std::string& NewUnit_str)>;
-  int AbonneUnitChange(AbonnéUnité abonné);
-  void DésabonneUnitChange(int numéro) noexcept;
+  using AbonnéUnité = Evènement<const std::string&>::Abonné;
+  int AbonneUnitChange(AbonnéUnité abonné) { return UnitChange_.Abonne(std::move(abonné)); }
+  void DésabonneUnitChange(int numéro) noexcept { UnitChange_.Désabonne(numéro); }
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return mstrNom; }
 
@@ -238,6 +238,8 @@ class Capteur : public Objet {
   [[nodiscard]] double ContrainteDepuisForce(double force, double surface) const;
 
   void Rafraîchit(Passe& passe);
+  void CalculeLaValeur(Passe& passe);
+  void LitLOffset(Passe& passe);
   [[nodiscard]] bool EntréeLAutorise() const;
   [[nodiscard]] bool ParamètreLAutorise() const;
   void Refuse();
@@ -276,8 +278,7 @@ class Capteur : public Objet {
   bool EtalonnageExterieurPossible_ = false;
   Ref<Recordset> LeRecordset_;
   Ref<FeuilleEtalonnage> mobjFeuilleEtalonnage;
-  std::vector<std::pair<int, AbonnéUnité>> abonnésUnité_;
-  int dernierAbonné_ = 0;
+  Evènement<const std::string&> UnitChange_;
 
   // Values.
   double mdblValeurCourante = 0;

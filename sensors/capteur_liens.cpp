@@ -23,10 +23,11 @@ std::string Introuvable(std::string_view nom, std::string_view quoi, std::string
 void Capteur::Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
                    const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis) {
   Garde(*this, Forme::Procédure, "Lien", [&] {
-    if (MonChassis != nullptr) LieAuChassis(*MonChassis);
-    if (MesParametres_mobj) LieLesParamètres(*MesParametres_mobj);
+    // First: a failure among the references must not leave the sensor without its safety object.
     if (MaSecurite_obj) MaSecurite_obj_ = MaSecurite_obj;
     if (Traducteur_obj) Traducteur_obj_ = Traducteur_obj;
+    if (MonChassis != nullptr) LieAuChassis(*MonChassis);
+    if (MesParametres_mobj) LieLesParamètres(*MesParametres_mobj);
     if (paramètres_[ParamEprouvette::S] && CapteursFils_) DéduitLesLimites();
     if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement && CapteursFils_) {
       PrépareLeRecouvrement();

@@ -1,4 +1,5 @@
 // Zero and tare: measured over a number of refreshes with one sum and one count for both.
+#include <cmath>
 #include <limits>
 
 #include "core/garde.h"
@@ -65,9 +66,10 @@ ENUM_OPERATION_MAV Capteur::EtatRAZ() const {
 
 // The average is complete at exactly that number of readings, and that ends both operations. The
 // count has 16 bits: it stops there, so that a larger number is never reached and the sensor goes
-// on reading.
+// on reading. A reading that is no number does not count: it would make a correction of none.
 bool Capteur::AccumuleMAV(double valeur, double zéro, std::int32_t nbLectures, double& moyenne) {
   if (mintNbLectureEffectuées == std::numeric_limits<std::int16_t>::max()) return false;
+  if (!std::isfinite(valeur)) return false;
   ++mintNbLectureEffectuées;
   mdblSommeCanalPourMAV += valeur;
   if (mintNbLectureEffectuées != nbLectures) return false;
@@ -80,7 +82,13 @@ bool Capteur::AccumuleMAV(double valeur, double zéro, std::int32_t nbLectures, 
 
 // On raw points: the new zero replaces the old one.
 void Capteur::AvanceLeZéro(Passe& passe) {
-  passe.AncienZéroEnPoints = table_.VersPoints(0);
+  try {
+    passe.AncienZéroEnPoints = table_.VersPoints(0);
+  } catch (...) {
+    // Left running it would fail in every refresh, before the limits are looked at.
+    musrOpérationCouranteDeRAZ = ENUM_OPERATION_MAV::RienFaire;
+    throw;
+  }
   if (!AccumuleMAV(mdblValeurCouranteEnPoints, passe.AncienZéroEnPoints, mlngNbLecturePourRAZ,
                    passe.dblMoyenne)) {
     return;

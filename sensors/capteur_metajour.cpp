@@ -22,10 +22,8 @@ void Capteur::Rafraîchit(Passe& passe) {
     return;
   }
   CapteurSelectionne_ = true;
-  if (paramètres_[ParamEprouvette::Offset]) {
-    passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset);
-  }
-  if (genre_ != nullptr && genre_->calcule != nullptr) genre_->calcule(*this, passe);
+  LitLOffset(passe);
+  CalculeLaValeur(passe);
   if (musrOpérationCouranteDeTare == ENUM_OPERATION_MAV::Acquisition) AvanceLaTare(passe);
   mdblValeurCourante = passe.dblOffset + mdblValeurCourante - ValeurTare_;
   if (musrEtat == ENUM_ETAT_CAPTEUR::Correct && mdblSeuilDeLectureNonValide != 0 &&
@@ -34,6 +32,23 @@ void Capteur::Rafraîchit(Passe& passe) {
   }
   if (AutoriseDétectionMaxi_ && genre_ != nullptr && genre_->extrêmes != nullptr) {
     genre_->extrêmes(*this);
+  }
+}
+
+void Capteur::CalculeLaValeur(Passe& passe) {
+  if (genre_ != nullptr && genre_->calcule != nullptr) genre_->calcule(*this, passe);
+}
+
+// An offset that is no number holds the value; the limits are watched all the same.
+void Capteur::LitLOffset(Passe& passe) {
+  if (!paramètres_[ParamEprouvette::Offset]) return;
+  try {
+    passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset);
+  } catch (...) {
+    const double tenue = mdblValeurCourante;
+    CalculeLaValeur(passe);
+    mdblValeurCourante = tenue;
+    throw;
   }
 }
 

@@ -23,7 +23,12 @@ void Capteur::Calcul::Normal(Capteur& c, Passe& passe) {
   if (c.musrOpérationCouranteDeRAZ == ENUM_OPERATION_MAV::Acquisition) c.AvanceLeZéro(passe);
   c.mdblValeurCouranteEnPoints -= c.ValeurDeRAZ_mdbl;
   c.Intègre(passe);
-  c.mdblValeurCourante = c.table_.VersUnités(c.mdblValeurCouranteEnPoints);
+  try {
+    c.mdblValeurCourante = c.table_.VersUnités(c.mdblValeurCouranteEnPoints);
+  } catch (...) {
+    c.ContrôleLesLimites();  // a table that gives no units leaves the limits in points
+    throw;
+  }
   c.ContrôleLesLimites();
 }
 

@@ -1,4 +1,6 @@
 // Overlap of a small and a large sensor on one quantity.
+#include <cmath>
+
 #include "core/garde.h"
 #include "sensors/capteur_genres.h"
 
@@ -90,6 +92,7 @@ void Capteur::RecouvrementChangementCapteur(const CapteursRef& LesCapteurs_cobj,
     if (versPetit) grand->ValeurTare(0);
     CapteurCourant_str = NouveauCapteur_str;
     if (versPetit || NombreDeValeursLues_lng < mlngNbValeursMini) return;
+    if (!std::isfinite(EcartMoyen_dbl)) return;  // a reading gave no number: no gap was learned
     grand->ValeurTare(EcartMoyen_dbl);
     grand->MetàJour();  // so that the corrected value shows in this very refresh
   });

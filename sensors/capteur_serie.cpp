@@ -58,7 +58,9 @@ bool Capteur::EstSilencieux() const {
 
 // Takes what came in; after a silence, opens the line anew and asks again.
 void Capteur::EcouteLaLigne(const DialogueSérie& dialogue) {
-  mstrTamponRS += Liaison().LitTampon();
+  // A port that could not be opened has nothing to read, and reading must not keep it from its
+  // next trial.
+  if (Liaison().EtatPort() == 1) mstrTamponRS += Liaison().LitTampon();
   if (!EstSilencieux()) return;
   if (!dialogue.silence.empty()) Montre(dialogue.silence);
   mstrTamponRS.clear();

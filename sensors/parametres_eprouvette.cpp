@@ -48,7 +48,7 @@ void ParamètresEprouvette::Lie(const ParamètresPartagés& partagés, const Abs
     if (lien.index == 0) continue;
     const std::string nom = std::to_string(lien.index);
     const auto trouvé = std::ranges::find_if(partagés, [&](const Ref<ZED_Parametre>& parametre) {
-      return parametre->NomParamètre() == nom;
+      return parametre && parametre->NomParamètre() == nom;
     });
     if (trouvé == partagés.end()) {
       absent(ligne, lien.index);

@@ -1,5 +1,7 @@
 #include "sensors/regression.h"
 
+#include <cmath>
+
 #include "core/echec.h"
 
 namespace zuma {
@@ -33,6 +35,9 @@ std::optional<double> Régression::Ajoute(double t, double v, double N) {
   const double D = (N - n) * o * (n * o + 2 * s.U) + N * s.U2 - s.U * s.U;
   if (D == 0) return {};
   const double pente = ((N - n) * o * s.V + N * s.UV - s.V * s.U) / D;
+
+  // Shown once, and not kept: it would stay in the sums for ever.
+  if (!std::isfinite(v)) return pente;
 
   sommes_ = s;
   origine_ = o;

@@ -18,7 +18,8 @@ class Régression {
 
   /// Adds the sample `v` at `t` seconds and gives the slope in units per second; N is the length
   /// of the run, a real number that keeps its fraction. Nothing when the slope is undefined: the
-  /// sample is then not kept. Fails with 9 past the capacity: N must not exceed 5000.
+  /// sample is then not kept. Nor is a value that is no number, whose slope is none either. Fails
+  /// with 9 past the capacity: N must not exceed 5000.
   [[nodiscard]] std::optional<double> Ajoute(double t, double v, double N);
 
  private:

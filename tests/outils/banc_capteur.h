@@ -129,13 +129,18 @@ class Ligne232 : public ZED_LiaisonSerie {
   void ParitéSérie(std::int32_t n) override { Note("a", n); }
   void BitsDeDonnées(std::int32_t n) override { Note("d", n); }
   void BitsDeStop(std::int32_t n) override { Note("s", n); }
-  [[nodiscard]] std::int32_t EtatPort() const override { return 1; }
+  [[nodiscard]] std::int32_t EtatPort() const override { return ouverte ? 1 : 0; }
   void OuvrePort() override {
     trace += "[ouvre]";
     if (absente) throw Echec(Numéro::MatérielAbsent);
+    ouverte = true;
   }
-  void FermePort() noexcept override { trace += "[ferme]"; }
+  void FermePort() noexcept override {
+    trace += "[ferme]";
+    ouverte = false;
+  }
   [[nodiscard]] Octets LitTampon(std::optional<std::int32_t>) override {
+    if (!ouverte) throw Echec(Numéro::MatérielAbsent);
     return std::exchange(reçu, {});
   }
   void EcritPort(std::string_view octets) override { trace += octets; }
@@ -145,6 +150,7 @@ class Ligne232 : public ZED_LiaisonSerie {
   std::string trace;
   Octets reçu;
   bool absente = false;
+  bool ouverte = false;
 };
 
 class Lignes232 : public FabriqueLiaisons {

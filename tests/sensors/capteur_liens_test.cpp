@@ -92,11 +92,26 @@ TEST_F(LesLiensDUnCapteur, DisentCeQuiNEstPasTrouvé) {
                        "' qui n'a pas été trouvée.");
   }
   const auto c = Lu(ligne);
+  paramètres->push_back({});  // a hole in the host's set is no parameter
   Lie(*c);
   EXPECT_EQ(messages.textes, attendus);
   EXPECT_EQ(c->CapteursFils()->Count(), 1);
   EXPECT_EQ(c->CapteursFils()->Item("2")->Label(), "F1");  // the first child leaves a gap
   EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(LesLiensDUnCapteur, GardentLaSécuritéQuandUneRéférenceEchoue) {
+  struct Cassé : essai::Parametre {
+    using Parametre::Parametre;
+    [[nodiscard]] std::string NomParamètre() const override { throw Echec(Numéro::ErreurInterne); }
+  };
+  paramètres->push_back(Crée<Cassé>("1", ""));
+  const auto c = Lu(Avec(LigneDeCapteur(), "Offset", Valeur(1)));
+  Lie(*c);
+  EXPECT_TRUE(registre->Contient("Erreur N°51 "));
+  c->Canal(canal);
+  Passe(*c, 2000);
+  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 TEST_F(LesLiensDUnCapteur, NeDisentRienDUnIndexNul) {

@@ -83,6 +83,15 @@ TEST_F(UnCapteurDeForce, SurveilleAussiSesPoints) {
   Devient(Avec(LigneDeCapteur(), "Sécurité Minimale en Points", Valeur(-50.0)));
   Passe(-50);
   EXPECT_EQ(capteur->Etat(), kDangereux);
+  Devient(LigneDeCapteur());
+  sécurité->arrêts = 0;
+  capteur->PointY(2, 0);  // all points on one abscissa: no units any more
+  Passe(100);
+  EXPECT_EQ(capteur->Etat(), kCorrect);
+  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
+  Passe(2500);
+  EXPECT_EQ(capteur->Etat(), kDangereux);
+  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
@@ -222,6 +231,9 @@ TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
   EXPECT_EQ(v[17][0], Texte("Variable mdblValeurCourante"));
   EXPECT_EQ(v[17][1], Valeur(51.5));
   EXPECT_EQ(v[22][0], Texte("Canal utilisé mobjCanal"));
+  Passe(2000);  // the value is held, the limits are watched
+  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
+  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 TEST_F(UnCapteurDeForce, MesureSonZéroSurLesPointsBruts) {
@@ -262,9 +274,20 @@ TEST_F(UnCapteurDeForce, ReferenceSonZéroAuPointQuiLitZéro) {
   EXPECT_NEAR(capteur->ValeurCourante(), 0, 1e-12);
 }
 
+TEST_F(UnCapteurDeForce, AbandonneUnZéroQueSaTableNAPas) {
+  capteur->PointX(2, 0);  // every point reads 0 units
+  capteur->Raz();
+  Passe(100);
+  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
+  Passe(2500);
+  EXPECT_EQ(sécurité->arrêts, 1);
+}
+
 TEST_F(UnCapteurDeForce, MesureSaTare) {
   capteur->Tare(Valeur(5));
   capteur->Tare(Valeur(99));  // lost: one runs
+  Passe(std::nan(""));        // no reading
   for (int i = 0; i < 3; ++i) Passe(300);
   EXPECT_TRUE(capteur->EtatDeLaTare());
   EXPECT_DOUBLE_EQ(capteur->ValeurTare(), 25);

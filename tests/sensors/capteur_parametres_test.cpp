@@ -161,6 +161,9 @@ TEST_F(UneLigneDeCapteur, SignaleSonUnitéMêmeInchangée) {
   c->DésabonneUnitChange(numéro);
   c->UnitéEtalonnage("N");
   EXPECT_EQ(reçues, "daN;daN;");
+  (void)c->AbonneUnitChange([](const std::string&) { throw Echec(Numéro::ErreurInterne); });
+  c->UnitéEtalonnage("kN");
+  EXPECT_TRUE(registre->Contient(" de la propriété UnitéEtalonnage en écriture "));
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // A small and a large cell on one force, shown as one sensor.
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
@@ -67,6 +69,11 @@ TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
   (void)Sous(50);
   (void)Sous(85);
   EXPECT_DOUBLE_EQ(Sous(120), 120);
+  (void)Sous(50);
+  écart_ = std::nan("");
+  (void)Sous(85);
+  écart_ = 6;
+  EXPECT_DOUBLE_EQ(Sous(120), 126);  // what was read is no gap
 }
 
 // Half of each new gap: 4, then (8 + 4) / 2, then (0 + 6) / 2.

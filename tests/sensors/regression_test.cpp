@@ -1,5 +1,6 @@
 #include "sensors/regression.h"
 
+#include <cmath>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -49,6 +50,7 @@ TEST(UnePente, NeGardePasUnEchantillonSansPente) {
   const auto régression = std::make_unique<Régression>();
   EXPECT_FALSE(régression->Ajoute(5, 1, 1));  // a run of one has no slope
   EXPECT_FALSE(régression->Ajoute(6, 2, 1));
+  EXPECT_TRUE(std::isnan(*régression->Ajoute(1, std::nan(""), 4)));
   EXPECT_DOUBLE_EQ(*régression->Ajoute(2, 10, 4), 5);  // nothing is left of them
 }
 
