@@ -1,8 +1,6 @@
 // State of a command: start, properties, in and out of service.
 #include "commands/commande.h"
 
-#include <cmath>
-
 #include "core/garde.h"
 
 namespace zuma {
@@ -39,9 +37,7 @@ void Commande::DéclencheAU() {
 
 void Commande::ValeurCouranteEnUnité(double unités) {
   Garde(*this, Forme::Ecriture, "ValeurCouranteEnUnité", [&] {
-    // Compared with the limits it would pass for the upper one.
-    if (std::isnan(unités)) throw Echec(Numéro::AppelIncorrect);
-    if (unités > mdblMaxiCommande) unités = mdblMaxiCommande;
+    if (ExigeUnNombre(unités) > mdblMaxiCommande) unités = mdblMaxiCommande;
     if (unités < mdblMiniCommande) unités = mdblMiniCommande;
     mdblValeurCouranteEnUnité = unités;
     MetàJour();
@@ -72,14 +68,25 @@ void Commande::MetEnService() {
   Ecrit(table_.VersPoints(mdblValeurCouranteEnUnité));
 }
 
-// The value becomes what the channel stands for; that of a servo-valve without its correction.
+void Commande::FréquenceDither(double hertz) {
+  Garde(*this, Forme::Ecriture, "FréquenceDither",
+        [&] { FréquenceDither_ = ExigeUnNombre(hertz); });
+}
+
+void Commande::AmplitudeDither(double unités) {
+  Garde(*this, Forme::Ecriture, "AmplitudeDither",
+        [&] { AmplitudeDither_ = ExigeUnNombre(unités); });
+}
+
+// The value becomes what the channel stands for; that of a servo-valve without its correction. A
+// pressure that is no number leaves the value asked for, which is what the channel was given.
 void Commande::MetHorsService() {
   dither_.Recale(Heure());
   const double unités = table_.VersUnités(mobjCanal->ValeurCanal());
   const servo::Compensation compensation = CalculeCoefServo();
-  mdblValeurCouranteEnUnité = TypeCommande_ == ENUM_TYPE_COMMANDE::Servo
-                                  ? servo::Décorrige(unités, compensation, décalage_)
-                                  : unités;
+  mdblValeurCouranteEnUnité = ExigeUnNombre(TypeCommande_ == ENUM_TYPE_COMMANDE::Servo
+                                                ? servo::Décorrige(unités, compensation, décalage_)
+                                                : unités);
 }
 
 double Commande::PointX(std::int16_t intIndex) const {

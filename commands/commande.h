@@ -60,11 +60,12 @@ class Commande : public Objet {
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
 
-  /// Dither: frequency in hertz, 0 for none, and peak-to-peak amplitude in units.
+  /// Dither: frequency in hertz, 0 for none, and peak-to-peak amplitude in units. What is no number
+  /// is refused (5): it would keep the output from being written.
   [[nodiscard]] double FréquenceDither() const { return FréquenceDither_; }
-  void FréquenceDither(double hertz) { FréquenceDither_ = hertz; }
+  void FréquenceDither(double hertz);
   [[nodiscard]] double AmplitudeDither() const { return AmplitudeDither_; }
-  void AmplitudeDither(double unités) { AmplitudeDither_ = unités; }
+  void AmplitudeDither(double unités);
   /// Offset of the servo-valve in units, and its slope in units per unit of the use pressure. No
   /// column feeds them.
   [[nodiscard]] double OffsetServovalve() const { return décalage_.fixe; }
@@ -142,6 +143,7 @@ class Commande : public Objet {
                   Ref<T>& cible) const;
 
   [[nodiscard]] double Heure() const;
+  static double ExigeUnNombre(double valeur);
   [[nodiscard]] bool EstDedans(double unités) const;
   [[nodiscard]] double Borne(double unités) const;
   [[nodiscard]] double PointsSûrs(double unités) const;

@@ -7,16 +7,6 @@
 #include "core/publication.h"
 
 namespace zuma {
-namespace {
-
-// Comparisons with the limits would let a value that is no number pass for the upper one.
-double ExigeUnNombre(double valeur) {
-  if (std::isnan(valeur)) throw Echec(Numéro::AppelIncorrect);
-  return valeur;
-}
-
-}  // namespace
-
 void Commande::MetàJour() {
   Garde(
       *this, Forme::Méthode, "MetàJour", [&] { Rafraîchit(); },
@@ -122,9 +112,15 @@ bool Commande::EstDedans(double unités) const {
   return unités > mdblMiniCommande && unités < mdblMaxiCommande;
 }
 
+double Commande::ExigeUnNombre(double valeur) {
+  if (std::isnan(valeur)) throw Echec(Numéro::AppelIncorrect);
+  return valeur;
+}
+
+// Compared with the limits a value that is no number would pass for the upper one.
 double Commande::Borne(double unités) const {
   if (EstDedans(unités)) return unités;
-  return unités <= mdblMiniCommande ? mdblMiniCommande : mdblMaxiCommande;
+  return ExigeUnNombre(unités) <= mdblMiniCommande ? mdblMiniCommande : mdblMaxiCommande;
 }
 
 double Commande::PointsSûrs(double unités) const {

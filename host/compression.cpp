@@ -135,11 +135,13 @@ class Essai {
     } else if (Interruption::Demandée()) {
       Finit(Fin::Interrompu);
     }
-    if (finie_) MesureLArrêt();
+    if (finie_ || !jumelle_.presse.chaîneFermée) MesureLArrêt();
   }
 
-  // Called at the end of each pass, from the one that found the stop on.
+  // Called at the end of each pass, from the one that found the stop on, and as soon as the
+  // watchdog has let go, whether the host has seen it or stands still.
   void MesureLArrêt() {
+    if (rapport_.fin == Fin::Rupture) return;
     if (heurePanne_ >= 0 && rapport_.arrêtAprès < 0) rapport_.arrêtAprès = secondes_ - heurePanne_;
     if (rapport_.passesAuRepos >= 0) return;
     if (AuRepos()) rapport_.passesAuRepos = passesDepuisLArrêt_;
@@ -150,6 +152,11 @@ class Essai {
     if (finie_) return;
     finie_ = true;
     rapport_.fin = fin;
+    if (fin != Fin::Chaîne) return;
+    // Now: the end of the test stops the watchdog, which closes its contact again.
+    rapport_.causes.emplace_back(jumelle_.presse.chaîneFermée
+                                     ? "input Armé is no longer active"
+                                     : "the watchdog tripped: the host did not refresh it in time");
   }
   [[nodiscard]] bool Continue() const { return !finie_; }
 
@@ -273,13 +280,6 @@ class Essai {
     rapport_.vitesseTenue = d > 0 ? (n * stc - st * sc) / d : 0;
     for (const linux_::Securite::Cause& cause : marche_.LaSécurité().Causes()) {
       rapport_.causes.push_back(cause.texte);
-    }
-    if (rapport_.fin == Fin::Chaîne) {
-      const sim::CarteWDT01* garde = jumelle_.ChienDeGarde();
-      const bool déclenchée = garde != nullptr && !jumelle_.presse.chaîneFermée;
-      rapport_.causes.emplace_back(déclenchée
-                                       ? "the watchdog tripped: the host did not refresh it in time"
-                                       : "input Armé is no longer active");
     }
   }
 

@@ -86,7 +86,8 @@ class EntréeLogique : public Objet {
     Ref<ZED_Parametre> paramètre;
   };
 
-  void LitLeNiveauDAU(const Valeur& niveau);
+  /// False for a text that is no level.
+  bool PrendLeNiveauDAU(const Valeur& niveau);
   void LitLesChamps(const Recordset& ligne);
   void LieLesParamètres(const ParamètresPartagés& paramètres);
   void Force(ENUM_ETAT_LOGIQUE état);

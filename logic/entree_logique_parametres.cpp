@@ -42,26 +42,31 @@ void EntréeLogique::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) 
     const Valeur* touche = ChercheChamp(ligne, "Touche");
     if (touche != nullptr && !EstNul(*touche)) Touche_ = colonnes::Texte(*touche, "Touche");
     LitLesChamps(ligne);
-    LitLeNiveauDAU(niveau);
+    // Before the time of the filter, whose failure must not cost the stop.
+    const bool connu = PrendLeNiveauDAU(niveau);
     const Valeur* durée = ChercheChamp(ligne, kColonneAntiRebond);
     if (durée != nullptr && !EstNul(*durée)) {
       mdblAntiRebond = colonnes::Nombre(*durée, kColonneAntiRebond);
     }
+    // A text that is misspelt or missing must not turn a stop off without a word.
+    if (!connu) {
+      throw Echec(Numéro::TypeIncompatible, DescriptionDEchec(Numéro::TypeIncompatible) +
+                                                " : colonne '" + std::string(kColonneNiveau) +
+                                                "', '" +
+                                                (EstNul(niveau) ? "Null" : VersTexte(niveau)) +
+                                                "' n'est ni 'Aucun', ni 'Activé', ni 'Désactivé'");
+    }
   });
 }
 
-// A text that is misspelt or missing must not turn a stop off without a word.
-void EntréeLogique::LitLeNiveauDAU(const Valeur& niveau) {
-  const std::string texte = VersTexte(niveau);
-  const auto connu = std::ranges::find(kNiveaux, texte, &Niveau::texte);
-  if (connu == kNiveaux.end()) {
-    throw Echec(Numéro::TypeIncompatible, DescriptionDEchec(Numéro::TypeIncompatible) +
-                                              " : colonne '" + std::string(kColonneNiveau) +
-                                              "', '" + texte +
-                                              "' n'est ni 'Aucun', ni 'Activé', ni 'Désactivé'");
-  }
+bool EntréeLogique::PrendLeNiveauDAU(const Valeur& niveau) {
+  const auto* texte = std::get_if<std::string>(&niveau);
+  if (texte == nullptr) return false;
+  const auto connu = std::ranges::find(kNiveaux, *texte, &Niveau::texte);
+  if (connu == kNiveaux.end()) return false;
   musrEtatAU = connu->niveau;
   mblnAutoriseAU = connu->niveau != ENUM_ETAT_AU_LOGIQUE::Aucun;
+  return true;
 }
 
 // The state with nothing connected survives only as the last column of the table: every other

@@ -186,6 +186,38 @@ TEST_F(UneCommande, RevientÀSaValeurInitialeParLArrêt) {
   EXPECT_EQ(registre->entrées.size(), 1U);
 }
 
+TEST_F(UneCommande, NePrendJamaisCeQuiNEstPasUnNombrePourSaLimiteHaute) {
+  // Out of service and back between two passes, with a pressure that cannot be read.
+  const auto servo = EnService(Servo());
+  CapteurDe("Alim")->ValeurCourante(100);
+  CapteurDe("Util")->ValeurCourante(50);
+  servo->ValeurCouranteEnUnité(50);
+  CapteurDe("Util")->ValeurCourante(kNaN);
+  servo->Enabled(false);
+  EXPECT_EQ(registre->entrées.size(), 1U);
+  servo->Enabled(true);
+  EXPECT_EQ(Points(), 2100);
+  // The channel itself.
+  const auto commande = EnService(LigneDeCommande());
+  commande->Enabled(false);
+  CanalDe(kCanal)->ValeurCanal(kNaN);
+  commande->MetàJour();
+  Ecritures();
+  commande->Enabled(true);
+  commande->MetàJour();
+  EXPECT_EQ(Ecritures(), 0U);
+  EXPECT_EQ(registre->entrées.size(), 3U);
+  commande->DéclencheAU();
+  EXPECT_EQ(Points(), 900);
+  // A dither.
+  commande->FréquenceDither(10);
+  commande->FréquenceDither(kNaN);
+  commande->AmplitudeDither(kNaN);
+  EXPECT_EQ(registre->entrées.size(), 5U);
+  EXPECT_EQ(commande->FréquenceDither(), 10);
+  EXPECT_EQ(commande->AmplitudeDither(), 0);
+}
+
 TEST_F(UneCommande, ToutOuRienConduitDeuxSorties) {
   const Ligne ligne =
       Avec(Avec(LigneDeCommande("Tout ou Rien"), "Sortie Logique 1", Texte("Monte")),

@@ -271,12 +271,26 @@ TEST_F(UneEntréeLogique, PerdSonForçageEtSaLectureQuandElleEchoue) {
 }
 
 TEST_F(UneEntréeLogique, DitUnNiveauDArrêtMalEcrit) {
-  const auto entrée =
-      Lu<EntréeLogique>(Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte("Active")));
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_TRUE(registre->Contient("'Active' n'est ni"));
-  Lie(*entrée);
-  EXPECT_EQ(entrée->Canal(), CanalDe(kCanal)) << "the rest of the row was read";
+  const Ligne ligne = Avec(AvecCanal(), "Durée Anti-Rebond (s)", Texte("0,5"));
+  for (const auto& [niveau, texte] :
+       {std::pair(Texte("Active"), "'Active' n'est ni"), std::pair(kNul, "'Null' n'est ni")}) {
+    registre->entrées.clear();
+    const auto entrée = Lu<EntréeLogique>(Avec(ligne, "Niveau d'Arrêt d'Urgence", niveau));
+    ASSERT_EQ(registre->entrées.size(), 1U);
+    EXPECT_TRUE(registre->Contient(texte)) << registre->entrées[0].message;
+    Lie(*entrée);
+    Passe(*entrée, -1);
+    EXPECT_EQ(entrée->Canal(), CanalDe(kCanal)) << "the rest of the row was read";
+    EXPECT_EQ(entrée->ValeurCourante(), Inactif) << "the filter's time too";
+  }
+  // The other way round: a filter time that cannot be read does not cost the stop.
+  const auto sansFiltre =
+      Lu<EntréeLogique>(Avec(Avec(AvecCanal(), "Durée Anti-Rebond (s)", Texte("vite")),
+                             "Niveau d'Arrêt d'Urgence", Texte("Activé")));
+  EXPECT_TRUE(registre->Contient("'Durée Anti-Rebond (s)'"));
+  Lie(*sansFiltre);
+  Passe(*sansFiltre, -1);
+  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 class SesParamètres : public UneEntréeLogique {
