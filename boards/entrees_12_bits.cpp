@@ -19,11 +19,6 @@ constexpr double kAttenteConversion813 = 35;
 
 }  // namespace
 
-std::size_t Entrées12Bits::Rang(std::int16_t voie) {
-  ExigeVoie(voie, kVoies);
-  return static_cast<std::size_t>(voie);
-}
-
 void Entrées12Bits::Sélectionne(std::int16_t voie, std::int16_t gain) {
   Ecrit(kGain, static_cast<std::uint8_t>(gain));
   Ecrit(kVoie, static_cast<std::uint8_t>(voie));
@@ -42,16 +37,14 @@ double Entrées12Bits::Résultat() const {
 template <class ApresSélection, class ApresDépart>
 double Entrées12Bits::Lit12Bits(std::int16_t voie, std::int16_t& gain,
                                 ApresSélection&& aprèsSélection, ApresDépart&& aprèsDépart) {
-  const std::size_t rang = Rang(voie);
-  const double valeur = LitAvecGain(gain, kSeuils12Bits, [&](std::int16_t essayé) {
+  ExigeVoie(voie, kVoies);
+  return LitAvecGain(gain, kSeuils12Bits, [&](std::int16_t essayé) {
     Sélectionne(voie, essayé);
     aprèsSélection();
     Lance();
     aprèsDépart();
     return Résultat();
   });
-  gains_[rang] = gain;
-  return valeur;
 }
 
 void ACL_8113::DémarreAnalogique(bool) {

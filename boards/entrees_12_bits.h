@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "boards/carte_es.h"
@@ -16,9 +15,6 @@ class Entrées12Bits : public CarteES {
 
   using CarteES::CarteES;
 
-  /// Gain code that the last conversion of each channel ended with.
-  [[nodiscard]] std::int16_t GainDe(std::int16_t voie) const { return gains_.at(Rang(voie)); }
-
  protected:
   /// One conversion with automatic range, in counts of gain 1. The board's own waits come after
   /// the selection and after the start of a conversion. A channel out of 0 to 31 fails with 9: it
@@ -28,12 +24,9 @@ class Entrées12Bits : public CarteES {
                    ApresDépart&& aprèsDépart);
 
  private:
-  [[nodiscard]] static std::size_t Rang(std::int16_t voie);
   void Sélectionne(std::int16_t voie, std::int16_t gain);
   void Lance();
   [[nodiscard]] double Résultat() const;
-
-  std::array<std::int16_t, kVoies> gains_{};
 };
 
 /// ACL 8113: its waits run on a fine counter of its own.

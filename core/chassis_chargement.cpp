@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "core/chassis.h"
+#include "core/colonnes.h"
 #include "core/garde.h"
 #include "core/requetes.h"
 
@@ -40,10 +41,11 @@ void Chassis::ChargeLeChassis(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t
 
 void Chassis::LitLaLigne(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
   const auto ligne = base->OpenRecordset(requêtes::LigneDuChassis(chassis));
-  Nom_ = VersTexte(LitChamp(*ligne, "Nom du Chassis"));
+  Nom_ = colonnes::Texte(*ligne, "Nom du Chassis");
   const auto litFréquence = [&](std::string_view colonne, double& fréquence) {
     const Valeur* valeur = ChercheChamp(*ligne, colonne);
-    if (valeur != nullptr && !EstNul(*valeur)) fréquence = VersDouble(*valeur);
+    if (valeur == nullptr || EstNul(*valeur)) return;
+    fréquence = colonnes::EnNommant(colonne, [&] { return VersDouble(*valeur); });
   };
   litFréquence("Frequence rafraichissement capteurs", mdblFréquenceEA);
   litFréquence("Frequence rafraichissement entrées logiques", mdblFréquenceEL);

@@ -1,21 +1,6 @@
 #include "core/colonnes.h"
 
-#include "core/outils_communs.h"
-
 namespace zuma::colonnes {
-namespace {
-
-template <class Conversion>
-auto EnNommant(std::string_view colonne, Conversion&& conversion) {
-  try {
-    return conversion();
-  } catch (const Echec& échec) {
-    throw Echec(static_cast<Numéro>(échec.NuméroErreur()),
-                échec.Description() + " : colonne '" + std::string(colonne) + "'");
-  }
-}
-
-}  // namespace
 
 std::string Texte(const Valeur& valeur, std::string_view colonne) {
   return EnNommant(colonne, [&] { return VersTexte(valeur); });

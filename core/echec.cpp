@@ -65,6 +65,12 @@ Echec Echec::AvecLigne(int ligne) const {
   return copie;
 }
 
+Echec Echec::Précisé(std::string_view détail) const {
+  Echec copie = *this;
+  copie.description_ += détail;
+  return copie;
+}
+
 Echec Echec::ObjetAbsent() {
   Echec échec(Numéro::ObjetAbsent);
   échec.ligne_ = 0;

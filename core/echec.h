@@ -3,6 +3,7 @@
 #include <exception>
 #include <source_location>
 #include <string>
+#include <string_view>
 
 namespace zuma {
 
@@ -57,6 +58,9 @@ class Echec : public std::exception {
 
   /// The same failure placed at `ligne` when it has no line of its own.
   [[nodiscard]] Echec AvecLigne(int ligne) const;
+
+  /// The same failure with `détail` behind its description.
+  [[nodiscard]] Echec Précisé(std::string_view détail) const;
 
   /// Failure of a missing object; the line is that of the guarded operation.
   [[nodiscard]] static Echec ObjetAbsent();

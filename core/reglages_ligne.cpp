@@ -57,16 +57,6 @@ void OuvreLigne(ZED_LiaisonSerie& liaison, const RéglagesLigne& réglages) {
   liaison.OuvrePort();
 }
 
-std::vector<std::string_view> DécoupeAuxVirgules(std::string_view texte) {
-  std::vector<std::string_view> parties;
-  while (true) {
-    const auto virgule = texte.find(',');
-    parties.push_back(texte.substr(0, virgule));
-    if (virgule == std::string_view::npos) return parties;
-    texte.remove_prefix(virgule + 1);
-  }
-}
-
 bool LitRéglagesLigne(std::span<const std::string_view> parties, const FormeDeLigne& forme,
                       RéglagesLigne& réglages) {
   const auto même = [&](std::string_view a, std::string_view b) {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "platform/liaison_serie.h"
 
@@ -38,9 +37,6 @@ struct FormeDeLigne {
   std::int32_t vitesseDePlus = 0;  ///< one more rate; 0: none
   bool casseIndifférente = false;  ///< parity in small letters too
 };
-
-/// The parts of a comma-separated text, blanks included; they live as long as `texte`.
-[[nodiscard]] std::vector<std::string_view> DécoupeAuxVirgules(std::string_view texte);
 
 /// Takes the parts that are there, in their order. A part that is not accepted leaves its setting,
 /// but for the rate, which then becomes 9600: false, somebody must be told.

@@ -128,6 +128,16 @@ std::string TexteDeNombre(double nombre, char séparateur) {
   return texte;
 }
 
+std::vector<std::string_view> Découpe(std::string_view texte, char séparateur) {
+  std::vector<std::string_view> parties;
+  while (true) {
+    const auto fin = texte.find(séparateur);
+    parties.push_back(texte.substr(0, fin));
+    if (fin == std::string_view::npos) return parties;
+    texte.remove_prefix(fin + 1);
+  }
+}
+
 std::string_view SansBlancs(std::string_view texte) noexcept {
   constexpr std::string_view kBlancs = " \t\r\n";
   const auto début = texte.find_first_not_of(kBlancs);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace zuma {
 
@@ -65,6 +66,10 @@ inline constexpr int kVrai = -1;
 /// A number as shown to people: up to 15 significant digits, `séparateur` between units and
 /// decimals, no thousands separator.
 [[nodiscard]] std::string TexteDeNombre(double nombre, char séparateur = ',');
+
+/// The parts of `texte` between separators, as they stand; they live as long as it does. A text
+/// without separator is one part.
+[[nodiscard]] std::vector<std::string_view> Découpe(std::string_view texte, char séparateur);
 
 /// `texte` without the blanks at both ends.
 [[nodiscard]] std::string_view SansBlancs(std::string_view texte) noexcept;

@@ -1,6 +1,6 @@
 #include "host/chassis_en_marche.h"
 
-#include "host/session.h"
+#include "host/configuration.h"
 
 namespace zuma::host {
 

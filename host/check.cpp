@@ -2,9 +2,9 @@
 
 #include "core/chassis.h"
 #include "core/echec.h"
+#include "host/configuration.h"
 #include "host/parametres.h"
 #include "host/problemes.h"
-#include "host/session.h"
 #include "host/verbes.h"
 #include "host/verifie_donnees.h"
 #include "platform/linux/base_sqlite.h"

@@ -8,11 +8,11 @@
 
 #include "core/recherche.h"
 #include "host/chassis_en_marche.h"
+#include "host/configuration.h"
 #include "host/courbe.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
-#include "host/session.h"
 #include "host/verbes.h"
 #include "sim/machine_simulee.h"
 
@@ -214,15 +214,17 @@ class Essai {
     rapport_.durée = secondes_ - départ;
   }
 
+  // The curve ends at the break: what the sensors of a broken specimen show is no material.
   void Mesure(double t) {
     const double force = organes_.force->ValeurCourante();
+    if (rapport_.forceMaximale > kForceMinimale && force < kRuptureSous * rapport_.forceMaximale) {
+      Finit(Fin::Rupture);
+      return;
+    }
     points_.push_back(
         {t, organes_.contrainte->ValeurCourante(), organes_.déformation->ValeurCourante()});
     rapport_.forceMaximale = std::max(rapport_.forceMaximale, force);
     rapport_.contrainteMaximale = std::max(rapport_.contrainteMaximale, points_.back().contrainte);
-    if (rapport_.forceMaximale > kForceMinimale && force < kRuptureSous * rapport_.forceMaximale) {
-      Finit(Fin::Rupture);
-    }
   }
 
   // Something goes wrong, once. A frozen host passes no more; the machine's time goes on.

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "host/session.h"
+#include "host/configuration.h"
 
 namespace zuma::host {
 namespace {

@@ -3,8 +3,8 @@
 #include <fstream>
 
 #include "core/echec.h"
+#include "host/configuration.h"
 #include "host/parametres.h"
-#include "host/session.h"
 #include "host/verbes.h"
 #include "platform/linux/base_creation.h"
 #include "platform/linux/demo.h"

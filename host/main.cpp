@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/session.h"
+#include "host/configuration.h"
 #include "host/verbes.h"
 
 namespace {

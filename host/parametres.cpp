@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "host/session.h"
+#include "host/configuration.h"
 
 namespace zuma::host {
 namespace {

@@ -31,7 +31,6 @@ class VariateurLS : public Pilote {
   void MiseEnRoute(Carte& carte);
   [[nodiscard]] bool EcritEtAttend(Carte& carte, std::uint16_t registre, std::uint16_t valeur);
   void ChercheRéponse(Carte& carte);
-  void Juge(Carte& carte, OutilsModbus::Résultat résultat, const OutilsModbus::Valeurs& valeurs);
   void AttendLaSuite(double maintenant);
   void Accepte(Carte& carte, const OutilsModbus::Valeurs& valeurs);
   void Journalise(std::string_view texte, std::int32_t compteur);

@@ -80,7 +80,7 @@ class EntréeLogique : public Objet {
   [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeEntréeLogique_; }
 
  private:
-  enum RangParamètre : std::uint8_t { Etat, EtatActif, EtatInactif, Défaut, kNombreParamètres };
+  enum RangParamètre : std::uint8_t { Etat, EtatActif, EtatInactif, Défaut, kNombreDeRangs };
   struct ParamètreLié {
     Valeur index;
     Ref<ZED_Parametre> paramètre;
@@ -117,7 +117,7 @@ class EntréeLogique : public Objet {
   bool mblnForcée = false;
   ENUM_ETAT_LOGIQUE musrValeurForcée = ENUM_ETAT_LOGIQUE::Inactif;
   Valeur indexCanal_;
-  std::array<ParamètreLié, kNombreParamètres> paramètres_;
+  std::array<ParamètreLié, kNombreDeRangs> paramètres_;
   std::array<std::string, 2> tampons_;  ///< room for the texts of two parameters
   ENUM_ETAT_LOGIQUE musrEtatSiRien = ENUM_ETAT_LOGIQUE::Inconnu;
   ENUM_ETAT_LOGIQUE dernierBrut_ = ENUM_ETAT_LOGIQUE::Inactif;

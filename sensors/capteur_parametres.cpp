@@ -3,43 +3,23 @@
 #include <array>
 #include <string>
 
+#include "core/colonnes.h"
 #include "core/garde.h"
-#include "core/outils_communs.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
 
+using colonnes::LitBooléen;
+using colonnes::LitEntier32;
+using colonnes::LitNombre;
+using colonnes::LitTexte;
+using colonnes::SaufNul;
 using OutilsCommuns::LitChampSûr;
 
 /// The columns of a sensor's row and what is made of them.
 struct Capteur::Lecture {
-  using Lit = void (*)(Capteur&, const Valeur&);
-  struct Colonne {
-    std::string_view nom;
-    Lit lit;
-  };
+  using Colonne = colonnes::Colonne<Capteur>;
 
-  template <auto kChamp>
-  static void Texte(Capteur& c, const Valeur& v) {
-    c.*kChamp = VersTexte(v);
-  }
-  template <auto kChamp>
-  static void Nombre(Capteur& c, const Valeur& v) {
-    c.*kChamp = VersDouble(LitChampSûr(v));
-  }
-  template <auto kChamp>
-  static void Entier32(Capteur& c, const Valeur& v) {
-    c.*kChamp = VersEntier32(LitChampSûr(v));
-  }
-  template <auto kChamp>
-  static void Booléen(Capteur& c, const Valeur& v) {
-    c.*kChamp = VersBooléen(v);
-  }
-  /// The same treatment, of anything but Null.
-  template <Lit kLit>
-  static void SaufNull(Capteur& c, const Valeur& v) {
-    if (!EstNul(v)) kLit(c, v);
-  }
   template <auto kChamp>
   static void TexteOuVide(Capteur& c, const Valeur& v) {
     c.*kChamp = EstNul(v) ? std::string() : VersTexte(v);
@@ -82,7 +62,7 @@ void Capteur::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet,
 // Columns that must exist: a missing one is a failure.
 void Capteur::Lecture::Directes(Capteur& c, const Recordset& ligne,
                                 std::span<const Colonne> colonnes) {
-  for (const Colonne& colonne : colonnes) colonne.lit(c, LitChamp(ligne, colonne.nom));
+  for (const Colonne& colonne : colonnes) colonne.Lit(c, LitChamp(ligne, colonne.nom));
 }
 
 // Columns that may exist.
@@ -90,7 +70,7 @@ void Capteur::Lecture::Cherchées(Capteur& c, const Recordset& ligne,
                                  std::span<const Colonne> colonnes) {
   for (const Colonne& colonne : colonnes) {
     const Valeur* champ = ChercheChamp(ligne, colonne.nom);
-    if (champ != nullptr) colonne.lit(c, *champ);
+    if (champ != nullptr) colonne.Lit(c, *champ);
   }
 }
 
@@ -98,26 +78,26 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   using C = Capteur;
   static constexpr std::array<Colonne, 2> kNom{{
       {"Type de Capteur", &Type},
-      {"Nom du Capteur", &Texte<&C::mstrNom>},
+      {"Nom du Capteur", &LitTexte<&C::mstrNom>},
   }};
   static constexpr std::array<Colonne, 14> kMesure{{
-      {"Seuil de Lecture Non Valide", &Nombre<&C::mdblSeuilDeLectureNonValide>},
-      {"Remise à Zéro Autorisée", &Booléen<&C::RazAutorise_bln_>},
-      {"Arrêt en Cas de Dépassement des sécurités", &Booléen<&C::mblnArrêtSiDépassement>},
+      {"Seuil de Lecture Non Valide", &LitNombre<&C::mdblSeuilDeLectureNonValide>},
+      {"Remise à Zéro Autorisée", &LitBooléen<&C::RazAutorise_bln_>},
+      {"Arrêt en Cas de Dépassement des sécurités", &LitBooléen<&C::mblnArrêtSiDépassement>},
       {"Nombre de Lecture pour une Mise à Valeur", &NombreDeLectures},
-      {"Temps d'Intégration du Canal", &Nombre<&C::mdblTempsIntégration>},
+      {"Temps d'Intégration du Canal", &LitNombre<&C::mdblTempsIntégration>},
       {"Nombre de Lecture Simultanée", &LecturesSimultanées},
-      {"Sécurité Minimale en Unité", &Nombre<&C::mdblSécuritéMiniEnUnité>},
-      {"Sécurité Maximale en Unité", &Nombre<&C::mdblSécuritéMaxiEnUnité>},
-      {"Sécurité Minimale en Points", &Nombre<&C::mdblSécuritéMiniEnPoints>},
-      {"Sécurité Maximale en Points", &Nombre<&C::mdblSécuritéMaxiEnPoints>},
-      {"Unité d'Etalonnage", &Texte<&C::UnitéEtalonnage_>},
-      {"Date d'Etalonnage", &Texte<&C::DateEtalonnage_>},
-      {"Nom de l'Etalonneur", &Texte<&C::NomEtalonneur_>},
-      {"Temps de Calcul de la Vitesse", &SaufNull<&Nombre<&C::mdblTempsCalculVitesse>>},
+      {"Sécurité Minimale en Unité", &LitNombre<&C::mdblSécuritéMiniEnUnité>},
+      {"Sécurité Maximale en Unité", &LitNombre<&C::mdblSécuritéMaxiEnUnité>},
+      {"Sécurité Minimale en Points", &LitNombre<&C::mdblSécuritéMiniEnPoints>},
+      {"Sécurité Maximale en Points", &LitNombre<&C::mdblSécuritéMaxiEnPoints>},
+      {"Unité d'Etalonnage", &LitTexte<&C::UnitéEtalonnage_>},
+      {"Date d'Etalonnage", &LitTexte<&C::DateEtalonnage_>},
+      {"Nom de l'Etalonneur", &LitTexte<&C::NomEtalonneur_>},
+      {"Temps de Calcul de la Vitesse", &SaufNul<&LitNombre<&C::mdblTempsCalculVitesse>>},
   }};
   static constexpr std::array<Colonne, 1> kMaximum{{
-      {"Texte pour le maximum", &SaufNull<&Texte<&C::TexteMaxi_>>},
+      {"Texte pour le maximum", &SaufNul<&LitTexte<&C::TexteMaxi_>>},
   }};
   static constexpr std::array<Colonne, 2> kOpérateurEtLigne{{
       {"Opérateur", &TexteOuVide<&C::Operateur_str_>},
@@ -125,8 +105,8 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   }};
   static constexpr std::array<Colonne, 3> kSélection{{
       {"Valeur de selection", &ValeurDeSélection},
-      {"EL de selection", &SaufNull<&Texte<&C::mstrLabelELSelection>>},
-      {"Etat EL de selection", &SaufNull<&Texte<&C::mstrEtatELSelection>>},
+      {"EL de selection", &SaufNul<&LitTexte<&C::mstrLabelELSelection>>},
+      {"Etat EL de selection", &SaufNul<&LitTexte<&C::mstrEtatELSelection>>},
   }};
 
   Directes(c, ligne, kNom);
@@ -154,14 +134,14 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
 void Capteur::Lecture::Table(Capteur& c, const Recordset& ligne) {
   for (std::int16_t i = 1; i <= TableEtalonnage::kMaxPoints; ++i) {
     const std::string point = "Point " + std::to_string(i);
-    c.table_.PointX(i, VersDouble(LitChampSûr(LitChamp(ligne, point + " - Unité"))));
-    c.table_.PointY(i, VersDouble(LitChampSûr(LitChamp(ligne, point + " - Point"))));
+    c.table_.PointX(i, colonnes::Nombre(ligne, point + " - Unité"));
+    c.table_.PointY(i, colonnes::Nombre(ligne, point + " - Point"));
   }
 }
 
 void Capteur::LitLaConfigurationRS() {
   constexpr FormeDeLigne kForme{.dernierPort = 4, .casseIndifférente = true};
-  const auto parties = DécoupeAuxVirgules(mstrConfigurationRS);
+  const auto parties = Découpe(mstrConfigurationRS, ',');
   if (!LitRéglagesLigne(parties, kForme, réglagesRS_)) {
     Montre("Not supported Baud Rate in 'ParametrageDepuisBD' from object 'Capteur' named '" +
            mstrNom + ". Default baud rate : 9600");
@@ -178,17 +158,17 @@ void Capteur::Lecture::Recouvrement(Capteur& c, const Recordset& ligne) {
     std::string_view format;
   };
   static constexpr std::array<Seuil, 3> kSeuils{{
-      {{"Recouvrement - Seuil bas %", &Nombre<&Capteur::mdblSeuilBasPourCent>},
+      {{"Recouvrement - Seuil bas %", &LitNombre<&Capteur::mdblSeuilBasPourCent>},
        80,
        "Le seuil bas du capteur de recouvrement nommé '",
        "' est invalide. Il est mis à 80%.",
        " : REEL DOUBLE"},
-      {{"Recouvrement - Seuil haut %", &Nombre<&Capteur::mdblSeuilHautPourCent>},
+      {{"Recouvrement - Seuil haut %", &LitNombre<&Capteur::mdblSeuilHautPourCent>},
        90,
        "Le seuil haut du capteur de recouvrement nommé '",
        "' est invalide. Il est mis à 90%.",
        " : REEL DOUBLE"},
-      {{"Recouvrement - Mini valeur pour recouvrement", &Entier32<&Capteur::mlngNbValeursMini>},
+      {{"Recouvrement - Mini valeur pour recouvrement", &LitEntier32<&Capteur::mlngNbValeursMini>},
        1,
        "Le nombre de valeur mini pour le recouvrement du capteur de nommé '",
        "' est invalide. Ils est mis à 1.",
@@ -199,10 +179,10 @@ void Capteur::Lecture::Recouvrement(Capteur& c, const Recordset& ligne) {
   for (const Seuil& seuil : kSeuils) {
     const Valeur* champ = ChercheChamp(ligne, seuil.colonne.nom);
     if (champ != nullptr && !EstNul(*champ)) {
-      seuil.colonne.lit(c, *champ);
+      seuil.colonne.Lit(c, *champ);
     } else if (champ != nullptr && c.musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement) {
       c.Montre(std::string(seuil.invalide) + c.mstrNom + std::string(seuil.correction));
-      seuil.colonne.lit(c, Valeur(seuil.défaut));
+      seuil.colonne.Lit(c, Valeur(seuil.défaut));
     } else if (champ == nullptr && annoncées) {
       c.Montre("Le champs '" + std::string(seuil.colonne.nom) +
                "' n'existe pas. Veuillez le créer avec le format suivant" +
@@ -216,9 +196,9 @@ void Capteur::Lecture::Recouvrement(Capteur& c, const Recordset& ligne) {
 void Capteur::Lecture::Parcours(Capteur& c, const Recordset& ligne) {
   static constexpr std::string_view kFils = "Capteur Fils N° ";
   static constexpr std::array<Colonne, 3> kAutres{{
-      {"Canal", &Entier32<&Capteur::mlngIndexCanal>},
-      {"Etalonnage par utilisateur", &Booléen<&Capteur::EtalonnageExterieurPossible_>},
-      {"Commentaire etalonnage", &Texte<&Capteur::CommentaireEtalonnage_>},
+      {"Canal", &LitEntier32<&Capteur::mlngIndexCanal>},
+      {"Etalonnage par utilisateur", &LitBooléen<&Capteur::EtalonnageExterieurPossible_>},
+      {"Commentaire etalonnage", &LitTexte<&Capteur::CommentaireEtalonnage_>},
   }};
   c.mastrLabelsFils.clear();
   for (const Champ& champ : ligne.Fields()) {
@@ -227,11 +207,11 @@ void Capteur::Lecture::Parcours(Capteur& c, const Recordset& ligne) {
       c.mastrLabelsFils.push_back(VersTexte(champ.Value));
     }
     for (const Colonne& colonne : kAutres) {
-      if (champ.Name == colonne.nom) colonne.lit(c, champ.Value);
+      if (champ.Name == colonne.nom) colonne.Lit(c, champ.Value);
     }
     for (std::size_t rang = 0; rang < kLignesParamètres.size(); ++rang) {
       if (champ.Name != kLignesParamètres[rang].colonne) continue;
-      c.paramètres_.Index(rang, VersEntier32(LitChampSûr(champ.Value)));
+      c.paramètres_.Index(rang, colonnes::Entier32(champ.Value, champ.Name));
     }
   }
 }

@@ -24,6 +24,9 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
+  (void)liaisons.Attache(1, balance);
+  (void)liaisons.Attache(2, comparateur);
+  (void)liaisons.Attache(3, indicateur);
 }
 
 void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {

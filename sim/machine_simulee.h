@@ -10,6 +10,7 @@
 #include "sim/collaborateurs.h"
 #include "sim/compteurs_virtuels.h"
 #include "sim/horloge_virtuelle.h"
+#include "sim/instrument_interroge.h"
 #include "sim/liaisons_simulees.h"
 #include "sim/machine_ports.h"
 #include "sim/presse.h"
@@ -38,6 +39,10 @@ class MachineSimulée {
   FichiersEnMémoire fichiers;
   ClavierSimulé clavier;
   Presse presse;
+  /// Instruments on serial ports 1, 2 and 3.
+  Ref<InstrumentInterrogé> balance = Crée<InstrumentInterrogé>(*horloge, kBalance14, 12.345);
+  Ref<InstrumentInterrogé> comparateur = Crée<InstrumentInterrogé>(*horloge, kComparateur10, 3.21);
+  Ref<InstrumentInterrogé> indicateur = Crée<InstrumentInterrogé>(*horloge, kIndicateurMSV, 54.32);
   /// Watchdog board of the frame; none until one is plugged.
   [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
   Plateforme services;

@@ -1,13 +1,17 @@
 #include "tree/canal.h"
 
+#include <array>
+
+#include "core/colonnes.h"
 #include "core/garde.h"
-#include "core/outils_communs.h"
 #include "tree/carte.h"
 #include "tree/fonction.h"
 
 namespace zuma {
 
-using OutilsCommuns::LitChampSûr;
+using colonnes::LitBooléen;
+using colonnes::LitEntier16;
+using colonnes::LitTexte;
 
 void Canal::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
   Valeur vData;
@@ -17,34 +21,43 @@ void Canal::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
 }
 
 void Canal::LitLigne(const Recordset& ligne, Valeur& vData) {
+  using Colonne = colonnes::Colonne<Canal>;
+  using C = Canal;
+  static constexpr std::array<Colonne, 2> kRequises{{
+      {"Numéro du Canal", &LitEntier16<&C::NuméroCanal_>},
+      {"Nom du Canal", &LitTexte<&C::Nom_>},
+  }};
+  static constexpr Colonne kStatusID{"Status ID", &LitEntier16<&C::StatusID_>};
+  static constexpr std::array<Colonne, 7> kFacultatives{{
+      {"N° de série", &LitTexte<&C::mstrNuméroDeSérie>},
+      {"N° de Node", &LitEntier16<&C::mintNode>},
+      {"Mode opératoire", &LitEntier16<&C::mintMode>},
+      {"Nombre d'aimants", &LitEntier16<&C::mintNombreAimants>},
+      {"Position de l'aimant", &LitEntier16<&C::mintPositionAimant>},
+      {"Position ID", &LitEntier16<&C::PositionID_>},
+      kStatusID,
+  }};
+  static constexpr Colonne kFréquence{"Canal en fréquence", &LitBooléen<&C::mblnCanalEnFréquence>};
   // A field found by walking, skipped when missing, Null or empty.
-  const auto cherche = [&](std::string_view colonne) {
-    const Valeur* champ = ChercheChamp(ligne, colonne);
-    if (champ == nullptr || EstNulOuVide(*champ)) return false;
+  const auto cherche = [&](const Colonne& colonne) {
+    const Valeur* champ = ChercheChamp(ligne, colonne.nom);
+    if (champ == nullptr || EstNulOuVide(*champ)) return;
     vData = *champ;
-    return true;
-  };
-  const auto litEntier16 = [&](std::string_view colonne, std::int16_t& destination) {
-    if (cherche(colonne)) destination = VersEntier16(LitChampSûr(vData));
+    colonne.Lit(*this, vData);
   };
 
-  vData = LitChamp(ligne, "Numéro du Canal");
-  NuméroCanal_ = VersEntier16(LitChampSûr(vData));
-  vData = LitChamp(ligne, "Nom du Canal");
-  Nom_ = VersTexte(vData);
-  if (cherche("N° de série")) mstrNuméroDeSérie = VersTexte(vData);
-  litEntier16("N° de Node", mintNode);
-  litEntier16("Mode opératoire", mintMode);
-  litEntier16("Nombre d'aimants", mintNombreAimants);
+  for (const Colonne& colonne : kRequises) {
+    vData = LitChamp(ligne, colonne.nom);
+    colonne.Lit(*this, vData);
+  }
   const Valeur* aimant = ChercheChamp(ligne, "Position de l'aimant");
   if (aimant != nullptr && EstNul(*aimant)) mintPositionAimant = 0;
-  litEntier16("Position de l'aimant", mintPositionAimant);
-  litEntier16("Position ID", PositionID_);
-  litEntier16("Status ID", StatusID_);
+  for (const Colonne& colonne : kFacultatives) cherche(colonne);
   LitDriver(ligne, vData);
   // Read twice, as tables without "Status ID" rely on the first walk alone.
-  litEntier16("Status ID", StatusID_);
-  mblnCanalEnFréquence = cherche("Canal en fréquence") && VersBooléen(vData);
+  cherche(kStatusID);
+  mblnCanalEnFréquence = false;
+  cherche(kFréquence);
 }
 
 // The driver is looked for behind "Status ID": a table without that column keeps the block's

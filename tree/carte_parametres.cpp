@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "core/colonnes.h"
 #include "core/garde.h"
-#include "core/outils_communs.h"
 #include "tree/carte.h"
 
 namespace zuma {
@@ -22,9 +22,11 @@ void Carte::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
     LeRecordset_ = rstMonRecordSet;
     const Recordset& ligne = *rstMonRecordSet;
     if (const Valeur* v = ChercheChamp(ligne, "Adresse")) {
-      Adresse(OutilsCommuns::HexaVersLong(*v));
+      Adresse(colonnes::EnNommant("Adresse", [&] { return OutilsCommuns::HexaVersLong(*v); }));
     }
-    if (const Valeur* v = ChercheChamp(ligne, "Nom de la Carte")) NomDeLaCarte_ = VersTexte(*v);
+    if (const Valeur* v = ChercheChamp(ligne, "Nom de la Carte")) {
+      NomDeLaCarte_ = colonnes::Texte(*v, "Nom de la Carte");
+    }
     if (const Valeur* v = ChercheChamp(ligne, "Driver de la Carte")) {
       Driver_enm_ = DriverDeCarte(*v);
       ligne_ = &LigneDuDriver(Driver_enm_);
@@ -42,7 +44,7 @@ void Carte::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
 // Comparisons are exact: a field with a blank in it, like one left out, matches nothing. The ramp
 // stands behind the settings of the line.
 void Carte::DécodeConfiguration() {
-  std::vector<std::string_view> champs = DécoupeAuxVirgules(Configuration_);
+  std::vector<std::string_view> champs = Découpe(Configuration_, ',');
   const bool avecRampe = champs.size() == kPartiesDeLigne + 1;
   champs.resize(std::max(champs.size(), kPartiesDeLigne));
   if (!LitRéglagesLigne(champs, kForme, réglages_)) {
@@ -51,7 +53,8 @@ void Carte::DécodeConfiguration() {
   }
   mintConsigneRampe = kRampeParDéfaut;
   if (avecRampe) {
-    const double rampe = VersDouble(Valeur(std::string(champs.back())));
+    const double rampe = colonnes::EnNommant(
+        "Configuration ModBus", [&] { return VersDouble(Valeur(std::string(champs.back()))); });
     mintConsigneRampe = VersEntier32(std::trunc(rampe * 10));
   }
 }

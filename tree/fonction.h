@@ -105,11 +105,7 @@ class Fonction : public Objet {
   void Détache() noexcept;
 
  private:
-  void LitLigne(const Recordset& ligne);
-  void LitVitesse(const Valeur& valeur);
-  void LitParité(const Valeur& valeur);
-  void LitBitsDeDonnées(const Valeur& valeur);
-  void LitBitsDeStop(const Valeur& valeur);
+  struct Lecture;
   void ConfigureCanaux();
   void MessageRS232(std::string_view quoi, std::string_view suite = "'.") const;
 

@@ -2,15 +2,15 @@
 #include <algorithm>
 #include <array>
 
+#include "core/colonnes.h"
 #include "core/garde.h"
-#include "core/outils_communs.h"
 #include "core/reglages_ligne.h"
 #include "tree/fonction.h"
 
 namespace zuma {
 namespace {
 
-using OutilsCommuns::HexaVersLong;
+using namespace colonnes;
 using OutilsCommuns::LitChampSûr;
 
 template <class T>
@@ -34,13 +34,6 @@ constexpr std::array<Choix<std::int32_t>, 5> kParités{{
     {"Space parity", 4},
 }};
 
-// A field found by walking; Null and, where the caller says so, empty text count as missing.
-const Valeur* Présent(const Recordset& ligne, std::string_view colonne, bool videCompris) {
-  const Valeur* champ = ChercheChamp(ligne, colonne);
-  if (champ == nullptr || EstNul(*champ) || (videCompris && EstTexteVide(*champ))) return nullptr;
-  return champ;
-}
-
 template <class T, std::size_t N>
 const Choix<T>* Trouve(const std::array<Choix<T>, N>& choix, const Valeur& valeur) {
   const auto* texte = std::get_if<std::string>(&valeur);
@@ -51,52 +44,53 @@ const Choix<T>* Trouve(const std::array<Choix<T>, N>& choix, const Valeur& valeu
 
 }  // namespace
 
+/// The columns of a block's row and what is made of them.
+struct Fonction::Lecture {
+  static void Driver(Fonction& f, const Valeur& v) { f.musrDriver = DriverDeFonction(v); }
+  static void Type(Fonction& f, const Valeur& v) {
+    if (const auto* type = Trouve(kTypes, v)) f.TypeDeFonction_ = type->valeur;
+  }
+  static void Vitesse(Fonction& f, const Valeur& v);
+  static void Parité(Fonction& f, const Valeur& v);
+  static void BitsDeDonnées(Fonction& f, const Valeur& v);
+  static void BitsDeStop(Fonction& f, const Valeur& v);
+  static void Tout(Fonction& f, const Recordset& ligne);
+};
+
 void Fonction::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
   Garde(*this, Forme::Procédure, "ParamètresDepuisBD", [&] {
-    LitLigne(*rstMonRecordSet);
+    Lecture::Tout(*this, *rstMonRecordSet);
     ConfigureCanaux();
   });
 }
 
-void Fonction::LitLigne(const Recordset& ligne) {
-  if (const Valeur* v = ChercheChamp(ligne, "Driver")) {
-    musrDriver = DriverDeFonction(*v);
+// A missing column leaves its default. Modbus address and function are written in hexadecimal, as
+// the address of a board is.
+void Fonction::Lecture::Tout(Fonction& f, const Recordset& ligne) {
+  using F = Fonction;
+  static constexpr std::array<Colonne<Fonction>, 17> kColonnes{{
+      {"Driver", &Driver},
+      {"Type de Fonction", &Type},
+      {"Nom de la Fonction", &LitTexte<&F::NomDeLaFonction_>},
+      {"Mise à Jour par Fonction", &LitBooléen<&F::MAJParFonction_mbln>},
+      {"Numéro du port CAN", &SaufNul<&LitEntier32<&F::mlngPortCAN>>},
+      {"Vitesse du CAN", &SaufNul<&LitEntier16<&F::mintVitesseCAN>>},
+      {"Mode CAN", &SaufNul<&LitTexte<&F::mstrModeCAN>>},
+      {"Temps", &SaufVide<&LitNombre<&F::mdblTemps>>},
+      {"ModBus - Adresse", &SaufVide<&LitHexa<&F::ModbusAdresse_>>},
+      {"ModBus - Fonction", &SaufVide<&LitHexa<&F::ModbusFonction_>>},
+      {"ModBus - Regitre départ", &SaufVide<&LitEntier32<&F::ModbusRegistreDeDepart_>>},
+      {"RS232 - COM", &SaufVide<&LitEntier16<&F::mintPort>>},
+      {"Nombre de Canaux", &SaufNul<&LitEntier32<&F::NombreDeCanaux_>>},
+      {"RS232 - Baud Rate", &SaufVide<&Vitesse>},
+      {"RS232 - Parity", &SaufVide<&Parité>},
+      {"RS232 - Data", &SaufVide<&BitsDeDonnées>},
+      {"RS232 - Stop", &SaufVide<&BitsDeStop>},
+  }};
+  for (const Colonne<Fonction>& colonne : kColonnes) {
+    const Valeur* champ = ChercheChamp(ligne, colonne.nom);
+    if (champ != nullptr) colonne.Lit(f, *champ);
   }
-  if (const Valeur* v = ChercheChamp(ligne, "Type de Fonction")) {
-    if (const auto* type = Trouve(kTypes, *v)) TypeDeFonction_ = type->valeur;
-  }
-  if (const Valeur* v = ChercheChamp(ligne, "Nom de la Fonction")) {
-    NomDeLaFonction_ = VersTexte(*v);
-  }
-  if (const Valeur* v = ChercheChamp(ligne, "Mise à Jour par Fonction")) {
-    MAJParFonction_mbln = VersBooléen(*v);
-  }
-  if (const Valeur* v = Présent(ligne, "Numéro du port CAN", false)) {
-    mlngPortCAN = VersEntier32(LitChampSûr(*v));
-  }
-  if (const Valeur* v = Présent(ligne, "Vitesse du CAN", false)) {
-    mintVitesseCAN = VersEntier16(LitChampSûr(*v));
-  }
-  if (const Valeur* v = Présent(ligne, "Mode CAN", false)) mstrModeCAN = VersTexte(*v);
-  if (const Valeur* v = Présent(ligne, "Temps", true)) mdblTemps = VersDouble(LitChampSûr(*v));
-  // Address and function are written in hexadecimal, as the address of a board is.
-  if (const Valeur* v = Présent(ligne, "ModBus - Adresse", true)) ModbusAdresse_ = HexaVersLong(*v);
-  if (const Valeur* v = Présent(ligne, "ModBus - Fonction", true)) {
-    ModbusFonction_ = HexaVersLong(*v);
-  }
-  if (const Valeur* v = Présent(ligne, "ModBus - Regitre départ", true)) {
-    ModbusRegistreDeDepart_ = VersEntier32(LitChampSûr(*v));
-  }
-  if (const Valeur* v = Présent(ligne, "RS232 - COM", true)) {
-    mintPort = VersEntier16(LitChampSûr(*v));
-  }
-  if (const Valeur* v = Présent(ligne, "Nombre de Canaux", false)) {
-    NombreDeCanaux_ = VersEntier32(LitChampSûr(*v));
-  }
-  if (const Valeur* v = Présent(ligne, "RS232 - Baud Rate", true)) LitVitesse(*v);
-  if (const Valeur* v = Présent(ligne, "RS232 - Parity", true)) LitParité(*v);
-  if (const Valeur* v = Présent(ligne, "RS232 - Data", true)) LitBitsDeDonnées(*v);
-  if (const Valeur* v = Présent(ligne, "RS232 - Stop", true)) LitBitsDeStop(*v);
 }
 
 void Fonction::MessageRS232(std::string_view quoi, std::string_view suite) const {
@@ -106,47 +100,47 @@ void Fonction::MessageRS232(std::string_view quoi, std::string_view suite) const
 
 // The rate is narrowed to 16 bits first, then recognised by its 16-bit pattern: a rate above
 // 32767 fails here, and databases hold the high rates as their signed low half.
-void Fonction::LitVitesse(const Valeur& valeur) {
-  const std::int16_t motif = VersEntier16(LitChampSûr(valeur));
+void Fonction::Lecture::Vitesse(Fonction& f, const Valeur& v) {
+  const std::int16_t motif = VersEntier16(LitChampSûr(v));
   const auto reconnaît = [motif](std::int32_t vitesse) {
     return static_cast<std::int16_t>(vitesse) == motif;
   };
   const auto vitesse = std::ranges::find_if(kVitessesSérie, reconnaît);
   if (vitesse == kVitessesSérie.end()) {
-    MessageRS232("Baud Rate", "'. Default baud rate : 9600");
-    mlngVitesse = kVitesseParDéfaut;
+    f.MessageRS232("Baud Rate", "'. Default baud rate : 9600");
+    f.mlngVitesse = kVitesseParDéfaut;
     return;
   }
-  mlngVitesse = *vitesse;
+  f.mlngVitesse = *vitesse;
 }
 
-void Fonction::LitParité(const Valeur& valeur) {
-  const auto* parité = Trouve(kParités, valeur);
+void Fonction::Lecture::Parité(Fonction& f, const Valeur& v) {
+  const auto* parité = Trouve(kParités, v);
   if (parité == nullptr) {
-    MessageRS232("Parity ");
+    f.MessageRS232("Parity ");
     return;
   }
-  mlngParité = parité->valeur;
+  f.mlngParité = parité->valeur;
 }
 
-void Fonction::LitBitsDeDonnées(const Valeur& valeur) {
-  const std::int16_t bits = VersEntier16(LitChampSûr(valeur));
+void Fonction::Lecture::BitsDeDonnées(Fonction& f, const Valeur& v) {
+  const std::int16_t bits = VersEntier16(LitChampSûr(v));
   if (bits < 4 || bits > 8) {
-    MessageRS232("Data ");
+    f.MessageRS232("Data ");
     return;
   }
-  mlngBitsDonnées = bits;
+  f.mlngBitsDonnées = bits;
 }
 
-void Fonction::LitBitsDeStop(const Valeur& valeur) {
+void Fonction::Lecture::BitsDeStop(Fonction& f, const Valeur& v) {
   constexpr std::array<std::pair<double, std::int32_t>, 3> kStops{{{1, 1}, {1.5, 15}, {2, 2}}};
-  const double lu = VersDouble(LitChampSûr(valeur));
+  const double lu = VersDouble(LitChampSûr(v));
   const auto stop = std::ranges::find(kStops, lu, &std::pair<double, std::int32_t>::first);
   if (stop == kStops.end()) {
-    MessageRS232("Stop ");
+    f.MessageRS232("Stop ");
     return;
   }
-  mlngBitsStop = stop->second;
+  f.mlngBitsStop = stop->second;
 }
 
 void Fonction::ConfigureCanaux() {

@@ -132,17 +132,16 @@ void AjouteLaCarte(const CarteDémo& carte, std::vector<LigneDeBase>& lignes) {
 
 // Returns the number of channels added.
 std::int32_t AjouteLesCanaux(const BlocDémo& bloc, std::vector<LigneDeBase>& lignes) {
-  std::string_view reste = bloc.canaux;
-  for (std::int32_t n = 0;; ++n) {
-    const auto fin = reste.find(';');
+  std::int32_t n = 0;
+  for (const std::string_view nom : Découpe(bloc.canaux, ';')) {
     lignes.push_back(
         {"Canal",
          {Entier("Index", bloc.index * kCanauxParBloc + n), Entier("Fonction", bloc.index),
-          Entier("Numéro du Canal", n), Texte("Nom du Canal", reste.substr(0, fin)),
+          Entier("Numéro du Canal", n), Texte("Nom du Canal", nom),
           Booléen("Canal en fréquence", n == bloc.canalFréquence)}});
-    if (fin == std::string_view::npos) return n + 1;
-    reste.remove_prefix(fin + 1);
+    ++n;
   }
+  return n;
 }
 
 void AjouteLeBloc(const BlocDémo& bloc, std::vector<LigneDeBase>& lignes) {

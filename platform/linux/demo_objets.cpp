@@ -178,6 +178,35 @@ void AjouteLeCapteur(const CapteurDémo& c, std::vector<LigneDeBase>& lignes) {
   Ajoute(lignes, "Capteur", c.index, std::move(champs), c.label);
 }
 
+// The instruments that a sensor asks by itself stand on a frame of their own: one of them stops the
+// pass with message boxes, as it must.
+struct InstrumentDémo {
+  std::int32_t index;
+  std::string_view type;
+  std::string_view nom;
+  std::string_view unité;
+  std::string_view ligne;
+};
+constexpr std::array kInstruments{
+    InstrumentDémo{31, "Réservé 1", "Balance", "kg", "1,9600,E,7,1"},
+    InstrumentDémo{32, "Réservé 2", "Comparateur", "mm", "2,4800,N,8,2"},
+    InstrumentDémo{33, "Scout 55", "Indicateur", "g", "3,9600,N,8,1"},
+    InstrumentDémo{34, "SOLARTRON LVDT", "Palpeur", "mm", {}},
+};
+
+void AjouteLInstrument(const InstrumentDémo& i, std::vector<LigneDeBase>& lignes) {
+  std::vector<Champ> champs{
+      Texte("Type de Capteur", i.type),
+      Texte("Nom du Capteur", i.nom),
+      Texte("Nom affiché", i.nom),
+      Texte("Unité d'Etalonnage", i.unité),
+      Réel("Sécurité Minimale en Unité", -1000),
+      Réel("Sécurité Maximale en Unité", 1000),
+  };
+  if (!i.ligne.empty()) champs.push_back(Texte("Configuration RS", i.ligne));
+  Ajoute(lignes, "Capteur", i.index, std::move(champs), i.nom, kChassisDesInstruments);
+}
+
 struct EntréeDémo {
   std::int32_t index;
   std::string_view nom;
@@ -268,6 +297,11 @@ std::vector<std::pair<std::int32_t, std::string>> ParamètresDeDémonstration() 
 
 void AjouteLesObjetsDeDémonstration(std::vector<LigneDeBase>& lignes) {
   for (const CapteurDémo& capteur : kCapteurs) AjouteLeCapteur(capteur, lignes);
+  lignes.push_back({"Chassis",
+                    {Entier("Index", kChassisDesInstruments),
+                     Texte("Nom du Chassis", "Instruments de démonstration"),
+                     Texte("Entrée Armé", "Armé"), Texte("Entrée Auto/Manu", "Auto manu")}});
+  for (const InstrumentDémo& instrument : kInstruments) AjouteLInstrument(instrument, lignes);
   for (const EntréeDémo& e : kEntrées) {
     Ajoute(lignes, "Entrée Logique", e.index,
            {Texte("Nom de l'Entrée Logique", e.nom), Entier("Canal", e.canal),

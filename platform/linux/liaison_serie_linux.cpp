@@ -17,16 +17,6 @@ bool LitEntier(std::string_view texte, std::int32_t& entier) {
   return erreur == std::errc() && reste == texte.data() + texte.size();
 }
 
-std::vector<std::string_view> Découpe(std::string_view texte) {
-  std::vector<std::string_view> champs;
-  while (true) {
-    const auto virgule = texte.find(',');
-    champs.push_back(SansBlancs(texte.substr(0, virgule)));
-    if (virgule == std::string_view::npos) return champs;
-    texte.remove_prefix(virgule + 1);
-  }
-}
-
 // Number of a port given as "3" or "COM3"; 0 for a device's name.
 std::int32_t NuméroDe(std::string_view port) {
   if (port.starts_with("COM") || port.starts_with("com")) port.remove_prefix(3);
@@ -69,7 +59,8 @@ std::vector<std::string> PortsDeLaMachine() {
 
 RéglagesInstrument LitRéglages(std::string_view texte) {
   RéglagesInstrument lus;
-  std::vector<std::string_view> champs = Découpe(texte);
+  std::vector<std::string_view> champs = Découpe(texte, ',');
+  for (std::string_view& champ : champs) champ = SansBlancs(champ);
   if (champs.size() == 5) {
     lus.port = champs.front();
     champs.erase(champs.begin());

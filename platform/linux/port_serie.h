@@ -33,8 +33,6 @@ class PortSérieLinux {
   void Ouvre(const std::string& chemin, const RéglagesLigne& réglages);
   void Ferme() noexcept;
   [[nodiscard]] bool Ouvert() const noexcept { return fd_ >= 0; }
-  /// The device is wanted open but has gone away.
-  [[nodiscard]] bool Disparu() const noexcept { return voulu_ && fd_ < 0; }
 
   /// What has arrived, at most `maximum` bytes (all when negative); empty on a device gone away.
   [[nodiscard]] Octets Lit(std::int32_t maximum);

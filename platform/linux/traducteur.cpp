@@ -17,16 +17,6 @@ namespace {
 constexpr std::string_view kBOM = "\xEF\xBB\xBF";
 constexpr std::size_t kColonnesFixes = 2;  // key and section
 
-std::vector<std::string_view> Découpe(std::string_view texte, char séparateur) {
-  std::vector<std::string_view> parties;
-  while (true) {
-    const std::size_t fin = texte.find(séparateur);
-    parties.push_back(texte.substr(0, fin));
-    if (fin == std::string_view::npos) return parties;
-    texte.remove_prefix(fin + 1);
-  }
-}
-
 // Cell without its escapes; false on an escape that does not exist.
 bool Déchappe(std::string_view cellule, std::string& texte) {
   texte.clear();

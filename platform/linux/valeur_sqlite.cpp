@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 
+#include "core/colonnes.h"
 #include "core/echec.h"
 
 namespace zuma::linux_ {
@@ -93,15 +94,12 @@ Valeur LitColonne(sqlite3_stmt* instruction, int rang, TypeColonne type) {
 Valeur PourColonne(const Valeur& valeur, TypeColonne type, std::string_view colonne,
                    std::source_location où) {
   if (EstNul(valeur)) return valeur;
-  try {
+  return colonnes::EnNommant(colonne, [&] {
     Valeur convertie = Convertit(valeur, type);
     const auto* nombre = std::get_if<double>(&convertie);
-    if (nombre != nullptr && !std::isfinite(*nombre)) throw Echec(Numéro::Dépassement);
+    if (nombre != nullptr && !std::isfinite(*nombre)) throw Echec(Numéro::Dépassement, où);
     return convertie;
-  } catch (const Echec& e) {
-    throw Echec(static_cast<Numéro>(e.NuméroErreur()),
-                e.Description() + " : colonne '" + std::string(colonne) + "'", où);
-  }
+  });
 }
 
 }  // namespace zuma::linux_

@@ -66,6 +66,30 @@ class UneCarte : public testing::Test, public essai::Banc {
   Carte carte{plateforme};
 };
 
+// A board of its own, on a bus of its own, with one block: started.
+struct Montage {
+  Montage(UneCarte& banc, sim::CarteSimulée& jumeau, const char* driver, const char* type,
+          const std::vector<std::int32_t>& numéros, bool parFonction = true)
+      : carte(banc.plateforme) {
+    bus.Attache(kBase, 16, jumeau);
+    banc.plateforme.ports = &bus;
+    carte.TimerExact(banc.horloge);
+    carte.ChargeErreur(banc.registre);
+    bloc = essai::AjouteBloc(carte, "1",
+                             {{"Driver", Texte(driver)},
+                              {"Type de Fonction", Texte(type)},
+                              {"Nom de la Fonction", Texte("Bloc")},
+                              {"Mise à Jour par Fonction", Valeur(parFonction)}},
+                             numéros, banc.horloge, banc.registre);
+    const bool pet48 = std::string_view(driver).starts_with("DrvPET");
+    essai::LitCarte(carte, pet48 ? "DrvPET48DIO" : "", "", "220");
+    carte.Initialise();
+  }
+  sim::BusPorts bus;
+  Carte carte;
+  FonctionRef bloc;
+};
+
 TEST_F(UneCarte, LitUneTensionEnPointsAToutGain) {
   const struct {
     const char* driver;
@@ -80,20 +104,8 @@ TEST_F(UneCarte, LitUneTensionEnPointsAToutGain) {
       {"DrvPCL813_PCLD881", std::make_shared<sim::CarteEntrées12Bits>(*horloge), false, true, 4096},
   };
   for (const auto& c : cas) {
-    sim::BusPorts busDuCas;
-    busDuCas.Attache(kBase, 16, *c.jumeau);
-    plateforme.ports = &busDuCas;
-    Carte laCarte(plateforme);
-    laCarte.TimerExact(horloge);
-    laCarte.ChargeErreur(registre);
-    const FonctionRef bloc = essai::AjouteBloc(laCarte, "1",
-                                               {{"Driver", Texte(c.driver)},
-                                                {"Type de Fonction", Texte("Entrée Analogique")},
-                                                {"Nom de la Fonction", Texte("Bloc")},
-                                                {"Mise à Jour par Fonction", Valeur(false)}},
-                                               {0, 3, 7}, horloge, registre);
-    essai::LitCarte(laCarte, "", "", "220");
-    laCarte.Initialise();
+    Montage montage(*this, *c.jumeau, c.driver, "Entrée Analogique", {0, 3, 7}, false);
+    const FonctionRef& bloc = montage.bloc;
     Le(bloc, 3).NbLecture(4);
     for (const double volts : {0.0, 0.31, 1.2, 2.4, 4.9, 9.9, 12.0, -0.2, -6.3}) {
       c.jumeau->bornes.entréesAnalogiques[3] = volts;
@@ -196,21 +208,9 @@ TEST_F(UneCarte, LitLesEntréesLogiquesDansLeSensDeChaqueDriver) {
       {"DrvPET48DIO_PCLD782B", std::make_shared<sim::CartePET48>(), "011", "010", "001"},
   };
   for (const auto& c : cas) {
-    sim::BusPorts busDuCas;
-    busDuCas.Attache(kBase, 16, *c.jumeau);
-    plateforme.ports = &busDuCas;
-    Carte laCarte(plateforme);
-    laCarte.TimerExact(horloge);
-    laCarte.ChargeErreur(registre);
-    const FonctionRef bloc = essai::AjouteBloc(laCarte, "1",
-                                               {{"Driver", Texte(c.driver)},
-                                                {"Type de Fonction", Texte("Entrée Logique")},
-                                                {"Nom de la Fonction", Texte("Bloc")}},
-                                               {0, 1, 9}, horloge, registre);
-    essai::LitCarte(laCarte, std::string_view(c.driver).starts_with("DrvPET") ? "DrvPET48DIO" : "",
-                    "", "220");
     c.jumeau->bornes.entréesLogiques = 0x201;
-    laCarte.Initialise();
+    Montage montage(*this, *c.jumeau, c.driver, "Entrée Logique", {0, 1, 9});
+    const FonctionRef& bloc = montage.bloc;
     bloc->MetàJour();
     EXPECT_EQ(Bits(bloc), c.bloc) << c.driver;
     // Nothing moved: the block leaves the channels alone.
@@ -245,20 +245,9 @@ TEST_F(UneCarte, GardeLesSingularités) {
   for (const CanalRef& canal : *bloc->Canals()) canal->MetàJour();
   EXPECT_EQ(Bits(bloc), "001") << "there is no line 24: it reads true";
 
-  sim::BusPorts autreBus;
   sim::CarteSortiesParPaires acl(6, true);
-  autreBus.Attache(kBase, 16, acl);
-  plateforme.ports = &autreBus;
-  Carte laCarte(plateforme);
-  laCarte.TimerExact(horloge);
-  laCarte.ChargeErreur(registre);
-  const FonctionRef entrées = essai::AjouteBloc(laCarte, "1",
-                                                {{"Driver", Texte("DrvACL6126_ACLD9182")},
-                                                 {"Type de Fonction", Texte("Entrée Logique")},
-                                                 {"Nom de la Fonction", Texte("Bloc")}},
-                                                {0, 1, 2, 3, 4, 5, 6, 7, 8}, horloge, registre);
-  essai::LitCarte(laCarte, "", "", "220");
-  laCarte.Initialise();
+  Montage montage(*this, acl, "DrvACL6126_ACLD9182", "Entrée Logique", {0, 1, 2, 3, 4, 5, 6, 7, 8});
+  const FonctionRef& entrées = montage.bloc;
   acl.bornes.entréesLogiques = 0x00FF;
   entrées->MetàJour();
   EXPECT_EQ(Bits(entrées), "111111110");
@@ -286,20 +275,8 @@ TEST_F(UneCarte, EcritLesSortiesLogiques) {
       {"DrvPET48DIO_PCLD7225", std::make_shared<sim::CartePET48>(), 0xFFFFFF, 0x201, 0x203},
   };
   for (const auto& c : cas) {
-    sim::BusPorts busDuCas;
-    busDuCas.Attache(kBase, 16, *c.jumeau);
-    plateforme.ports = &busDuCas;
-    Carte laCarte(plateforme);
-    laCarte.TimerExact(horloge);
-    laCarte.ChargeErreur(registre);
-    const FonctionRef bloc = essai::AjouteBloc(laCarte, "1",
-                                               {{"Driver", Texte(c.driver)},
-                                                {"Type de Fonction", Texte("Sortie Logique")},
-                                                {"Nom de la Fonction", Texte("Bloc")}},
-                                               {0, 1, 9}, horloge, registre);
-    essai::LitCarte(laCarte, std::string_view(c.driver).starts_with("DrvPET") ? "DrvPET48DIO" : "",
-                    "", "220");
-    laCarte.Initialise();
+    Montage montage(*this, *c.jumeau, c.driver, "Sortie Logique", {0, 1, 9});
+    const FonctionRef& bloc = montage.bloc;
     sim::Bornes& bornes = c.jumeau->bornes;
     EXPECT_EQ(bornes.sortiesLogiques, c.repos) << c.driver;
     Le(bloc, 0).ValeurCanal(kVrai);
@@ -389,19 +366,8 @@ TEST_F(UneCarte, EcritLesSortiesAnalogiques) {
       {"DrvACL8316", std::make_shared<sim::CarteACL8316>(*horloge), 3072, -5},
   };
   for (const auto& c : cas) {
-    sim::BusPorts busDuCas;
-    busDuCas.Attache(kBase, 16, *c.jumeau);
-    plateforme.ports = &busDuCas;
-    Carte laCarte(plateforme);
-    laCarte.TimerExact(horloge);
-    laCarte.ChargeErreur(registre);
-    const FonctionRef bloc = essai::AjouteBloc(laCarte, "1",
-                                               {{"Driver", Texte(c.driver)},
-                                                {"Type de Fonction", Texte("Sortie Analogique")},
-                                                {"Nom de la Fonction", Texte("Bloc")}},
-                                               {0, 1}, horloge, registre);
-    essai::LitCarte(laCarte, "", "", "220");
-    laCarte.Initialise();
+    Montage montage(*this, *c.jumeau, c.driver, "Sortie Analogique", {0, 1});
+    const FonctionRef& bloc = montage.bloc;
     Le(bloc, 1).ValeurCanal(c.valeur);
     Le(bloc, 1).MetàJour();
     EXPECT_NEAR(c.jumeau->bornes.sortiesAnalogiques[1], c.volts, 0.001) << c.driver << c.valeur;

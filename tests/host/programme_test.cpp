@@ -1,8 +1,10 @@
 // The program as its user meets it: what it prints, where, and the code it ends with.
 #include "outils/programme.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -51,7 +53,9 @@ TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
       {{"check", base, "--frame", "un"}, "--frame"},
       {{"check", dossier.Fichier("absente.db")}, "does not exist"},
       {{"check", base, "--frame", "7"},
-       "zuma: " + base + " has no frame 7. Frames: 1 (Presse de démonstration).\n"},
+       "zuma: " + base +
+           " has no frame 7. Frames: 1 (Presse de démonstration), 2 (Instruments de "
+           "démonstration).\n"},
       {{"check", texte}, "Fichier illisible comme base de données"},
       {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
       {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
@@ -133,12 +137,15 @@ TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
       "CREATE TABLE Copie AS SELECT * FROM Chassis; DROP TABLE Chassis; "
       "ALTER TABLE Copie RENAME TO Chassis; "
       "INSERT INTO Chassis ([Index]) VALUES (0); INSERT INTO Chassis ([Index]) VALUES ('x');"
-      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (2, 'Banc')");
+      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (4, 'Banc')");
   const Fin fin = Lance({"check", base, "--frame", "3"});
   EXPECT_EQ(fin.code, 2);
-  EXPECT_NE(fin.erreur.find("Frames: 1 (Presse de démonstration), 0, 2 (Banc)."), std::string::npos)
+  EXPECT_NE(
+      fin.erreur.find(
+          "Frames: 1 (Presse de démonstration), 2 (Instruments de démonstration), 0, 4 (Banc)."),
+      std::string::npos)
       << fin.erreur;
-  EXPECT_TRUE(Lance({"check", base, "--frame", "2"}).sortie.find("Frame 2: 0 boards") !=
+  EXPECT_TRUE(Lance({"check", base, "--frame", "4"}).sortie.find("Frame 4: 0 boards") !=
               std::string::npos);
 }
 
@@ -182,6 +189,44 @@ TEST_F(LeProgramme, MontreEnJsonDesValeursQuiSuiventLesBornes) {
     EXPECT_GE(mesures, 20);
   }
   EXPECT_EQ(vues, 2);
+}
+
+TEST_F(LeProgramme, LitLesInstrumentsQuUnCapteurInterroge) {
+  const Fin fin = Lance({"run", Base(), "--frame", "2", "--sim", "--seconds", "1", "--json"});
+  const auto vue = nlohmann::json::parse(fin.sortie.substr(fin.sortie.find('\n') + 1));
+  const std::map<std::string, double> attendus{
+      {"Balance", 12.345}, {"Comparateur", 3.21}, {"Indicateur", 54.32}};
+  int vus = 0;
+  for (const auto& capteur : vue["sensors"]) {
+    const auto attendu = attendus.find(capteur["name"]);
+    if (attendu == attendus.end()) continue;
+    EXPECT_DOUBLE_EQ(capteur["value"].get<double>(), attendu->second) << capteur.dump();
+    ++vus;
+  }
+  EXPECT_EQ(vus, 3);
+  EXPECT_NE(fin.erreur.find("message: Capteur 31 (Balance): Chaine complète recue"),
+            std::string::npos)
+      << "this kind of balance stops the pass with a box, as it must";
+}
+
+TEST_F(LeProgramme, EnregistreChaqueRafraîchissement) {
+  const std::string csv = dossier.Fichier("essai.csv");
+  const Fin fin = Lance({"run", Base(), "--sim", "--seconds", "1", "--csv", csv});
+  EXPECT_EQ(fin.code, 0) << fin.erreur;
+  std::istringstream lignes(essai::Lit(csv));
+  std::string ligne;
+  std::getline(lignes, ligne);
+  EXPECT_TRUE(ligne.starts_with("time [s],Force 100 kN [kN],Force 10 kN [kN],")) << ligne;
+  const auto colonnes = std::count(ligne.begin(), ligne.end(), ',');
+  int nombre = 0;
+  for (; std::getline(lignes, ligne); ++nombre) {
+    EXPECT_EQ(std::count(ligne.begin(), ligne.end(), ','), colonnes) << ligne;
+  }
+  EXPECT_NEAR(nombre, 200, 3) << "one line for each refresh at 200 Hz";
+  const auto description = nlohmann::json::parse(essai::Lit(csv + ".json"));
+  EXPECT_EQ(description["sensors"].size(), static_cast<std::size_t>(colonnes));
+  EXPECT_EQ(description["specimen"]["parameter 5"], "50");
+  EXPECT_EQ(Lance({"run", Base(), "--sim", "--csv", dossier.Fichier("absent/x.csv")}).code, 2);
 }
 
 TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {

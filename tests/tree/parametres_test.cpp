@@ -168,6 +168,21 @@ TEST_F(UneLigneDeFonction, DitCeQuElleRefuseDeLaLigneSérie) {
   }
 }
 
+TEST_F(UneLigneDeFonction, NommeLaColonneQuiLArrêteEtGardeCeQuiPrécède) {
+  for (const auto& [colonne, valeur] : Ligne{{"Temps", Texte("abc")},
+                                             {"ModBus - Adresse", Texte("0x1F")},
+                                             {"Nombre de Canaux", Valeur(1e12)},
+                                             {"RS232 - Baud Rate", Nombre(57600)}}) {
+    registre->entrées.clear();
+    Fonction neuve(plateforme);
+    neuve.ChargeErreur(registre);
+    neuve.ParamètresDepuisBD(UneLigne(Avec(complète, colonne, valeur)));
+    ASSERT_EQ(registre->entrées.size(), 1U) << colonne;
+    EXPECT_TRUE(registre->Contient(" : colonne '" + colonne + "')")) << colonne;
+    EXPECT_TRUE(registre->Contient("de l'objet Fonction (Efforts)."));
+  }
+}
+
 class UneLigneDeCarte : public testing::Test, protected essai::Banc {
  protected:
   Ligne complète{{"Adresse", Texte("2A0")},
@@ -241,7 +256,7 @@ TEST_F(UneLigneDeCarte, PasseUneColonneAbsenteEtDitUneAdresseIllisible) {
       {Avec(complète, "Driver de la Carte", Texte("drvmodbus")), nullptr, ENUM_DRIVER::DrvAucun},
       {Sans(complète, "Configuration ModBus"), nullptr, ENUM_DRIVER::DrvModBus},
       {Avec(complète, "Config EIR", kNul), nullptr, ENUM_DRIVER::DrvModBus},
-      {Avec(complète, "Adresse", Texte("port")), "Erreur N°13 ", ENUM_DRIVER::DrvAucun},
+      {Avec(complète, "Adresse", Texte("port")), "colonne 'Adresse'", ENUM_DRIVER::DrvAucun},
       {Avec(complète, "Nom de la Carte", kNul), "Erreur N°94 ", ENUM_DRIVER::DrvAucun},
   };
   for (const auto& c : cas) {

@@ -1,4 +1,4 @@
-#include "host/session.h"
+#include "host/configuration.h"
 
 #include "core/echec.h"
 #include "core/outils_communs.h"

@@ -1,0 +1,22 @@
+# Completion of the zuma program: source this file, or put it into the completion folder of bash.
+
+_zuma() {
+  local mot=${COMP_WORDS[COMP_CWORD]} avant=${COMP_WORDS[COMP_CWORD-1]} verbe=${COMP_WORDS[1]:-}
+  local -A options=(
+    [init]="--help"
+    [check]="--frame --json --param --help"
+    [run]="--frame --sim --seconds --csv --json --param --help"
+    [compression]="--frame --out --rate --fault --json --help"
+  )
+  if [ "$COMP_CWORD" -eq 1 ]; then
+    mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
+  elif [ "$avant" = "--fault" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "door button overrange freeze" -- "$mot")
+  elif [[ $mot == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "${options[$verbe]:-}" -- "$mot")
+  else
+    compopt -o default
+    COMPREPLY=()
+  fi
+}
+complete -F _zuma zuma
