@@ -1,4 +1,5 @@
 // The compression test as its user meets it: undisturbed, and with each thing that can go wrong.
+#include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <sstream>

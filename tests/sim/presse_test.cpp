@@ -1,6 +1,7 @@
 // The simulated press against what its equations give on paper.
 #include "sim/presse.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
