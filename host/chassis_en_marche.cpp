@@ -33,6 +33,11 @@ ChassisEnMarche::~ChassisEnMarche() {
   sécurité_->Débranche();
 }
 
+void ChassisEnMarche::Arrête() {
+  sécurité_->PositionneCauseAU("stop asked at the keyboard");
+  (void)sécurité_->DéclencheSécurité();
+}
+
 bool ChassisEnMarche::Acquitte() {
   if (!sécurité_->Acquitte()) return false;
   chassis_.Watchdog()->Réarme();

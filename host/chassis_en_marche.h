@@ -27,6 +27,8 @@ class ChassisEnMarche {
   [[nodiscard]] Chassis& LeChassis() { return chassis_; }
   [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
+  /// Fires the stop for the operator: latched like any other.
+  void Arrête();
   /// Acknowledges a stop and rearms the watchdog; outputs stay at rest until new commands. False
   /// while the stop is being driven.
   bool Acquitte();

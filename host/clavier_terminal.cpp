@@ -1,7 +1,6 @@
 #include "host/clavier_terminal.h"
 
 #include <poll.h>
-#include <string_view>
 
 #include <termios.h>
 #include <unistd.h>
@@ -25,17 +24,25 @@ ClavierTerminal::~ClavierTerminal() {
   if (ancien_) (void)::tcsetattr(STDIN_FILENO, TCSANOW, &ancien_->réglages);
 }
 
+namespace {
+
+// One byte that waits, 0 for none.
+char OctetEnAttente() {
+  pollfd attente{STDIN_FILENO, POLLIN, 0};
+  char octet = 0;
+  if (::poll(&attente, 1, 0) != 1 || ::read(STDIN_FILENO, &octet, 1) != 1) return 0;
+  return octet;
+}
+
+}  // namespace
+
 char ClavierTerminal::Touche() {
   if (!ancien_) return 0;
-  pollfd attente{STDIN_FILENO, POLLIN, 0};
-  if (::poll(&attente, 1, 0) != 1) return 0;
-  char octets[8];
-  const ssize_t lus = ::read(STDIN_FILENO, octets, sizeof octets);
-  if (lus <= 0) return 0;
-  const std::string_view texte(octets, static_cast<std::size_t>(lus));
-  if (texte == "\x1b[A") return 'k';
-  if (texte == "\x1b[B") return 'j';
-  return texte[0] == '\x1b' ? char{0} : texte[0];
+  const char octet = OctetEnAttente();
+  if (octet != '\x1b') return octet;
+  if (OctetEnAttente() != '[') return 0;
+  const char flèche = OctetEnAttente();
+  return flèche == 'A' ? 'k' : flèche == 'B' ? 'j' : char{0};
 }
 
 }  // namespace zuma::host

@@ -38,7 +38,7 @@ class Marche {
       Passe(secondes);
       if (secondes + kPasDePasse / 2 < prochaineVue) continue;
       prochaineVue += période;
-      Traite(clavier_.Touche());
+      while (const char touche = clavier_.Touche()) Traite(touche);
       Montre(secondes);
     }
   }
@@ -81,7 +81,7 @@ class Marche {
     if (touche == 'j') Choisit(1);
     if (touche == 'k') Choisit(-1);
     if (touche == 'a') (void)marche_.Acquitte();
-    if (touche == 's') marche_.LeChassis().DéclencheAU();
+    if (touche == 's') marche_.Arrête();
     if (capteur == nullptr) return;
     if (touche == 't') capteur->Tare();
     if (touche == 'c') capteur->AnnuleTare();

@@ -1,6 +1,7 @@
 #include "host/vue.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -49,7 +50,7 @@ std::string Cellule(const Canal& canal, const Machine& machine, const Terminal& 
   const std::string valeur = ADroite(ValeurDuCanal(canal), kLargeurValeur);
   return "  " + ADroite(std::to_string(canal.NuméroCanal()), 2) + " " +
          AGauche(canal.Nom(), kLargeurNom) + terminal.Colore(valeur, TonDuCanal(canal)) + " " +
-         AGauche(Unité(canal), 6) +
+         AGauche(Unité(canal), 7) +
          terminal.Colore(AGauche(machine.Borne(canal), kLargeurBorne), Ton::Discret);
 }
 
@@ -75,6 +76,8 @@ EtatAffiché Etat(const Capteur& capteur) {
 }
 
 std::string Mesure(double valeur) {
+  constexpr double kMoitiéDuDernierChiffre = 0.0005;
+  if (std::fabs(valeur) < kMoitiéDuDernierChiffre) valeur = 0;  // no "-0.000"
   std::array<char, 32> texte{};
   std::snprintf(texte.data(), texte.size(), "%.3f", valeur);
   return texte.data();
