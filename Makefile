@@ -6,7 +6,7 @@ SHELL := /bin/bash
 .PHONY: help deps demo test bench fuzz lint format clean
 
 PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
-            libgtest-dev libmodbus-dev libevdev-dev
+            libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev
 PACKAGES_BENCH := libbenchmark-dev valgrind
 PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 

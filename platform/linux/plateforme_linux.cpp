@@ -50,6 +50,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.fichiers = &fichiers;
   services.fin = &fin;
   services.clavier = &clavier;
+  services.ftdi = &ftdi;
   services.réglages = choix.réglages;
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);

@@ -8,6 +8,7 @@
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
 #include "platform/linux/fin_du_programme.h"
+#include "platform/linux/ftdi_usb.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/liaison_serie_linux.h"
 #include "platform/linux/messages_terminal.h"
@@ -64,6 +65,7 @@ class PlateformeLinux {
   FichiersLinux fichiers;
   FinDuProgrammeLinux fin;
   ClavierEvdev clavier;
+  FtdiUsb ftdi;
   Ref<Securite> securite;
 
   /// What `Chassis` takes.
