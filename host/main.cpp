@@ -65,6 +65,13 @@ int Lance(int argc, char** argv) {
       ->check(CLI::IsMember({"door", "button", "overrange", "freeze"}));
   verbeCompression->add_flag("--json", compression.json, "print the report for other programs");
 
+  OptionsSim sim;
+  auto* verbeSim =
+      app.add_subcommand("sim", "serve the simulated serial instruments on pseudo-terminals");
+  verbeSim->add_option("--seconds", sim.secondes, "end after that many seconds")
+      ->check(CLI::PositiveNumber);
+  verbeSim->add_flag("--json", sim.json, "print the ports for other programs");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
@@ -77,6 +84,7 @@ int Lance(int argc, char** argv) {
   if (verbeInit->parsed()) return Init(init);
   if (verbeCheck->parsed()) return Check(check);
   if (verbeCompression->parsed()) return Compression(compression);
+  if (verbeSim->parsed()) return Sim(sim);
   return Run(run);
 }
 

@@ -52,4 +52,12 @@ struct OptionsCompression {
 /// recording and its curve.
 int Compression(const OptionsCompression& options);
 
+struct OptionsSim {
+  std::optional<double> secondes;
+  bool json = false;
+};
+/// Serves every simulated serial instrument on a pseudo-terminal of its own, so that real adapters
+/// and other programs can talk to them, until Ctrl-C or the given time.
+int Sim(const OptionsSim& options);
+
 }  // namespace zuma::host

@@ -6,6 +6,7 @@ _zuma() {
     [init]="--help"
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --help"
+    [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
   if [ "$COMP_CWORD" -eq 1 ]; then

@@ -1,0 +1,126 @@
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <numbers>
+#include <thread>
+#include <vector>
+
+#include "host/interruption.h"
+#include "host/pseudo_terminal.h"
+#include "host/verbes.h"
+#include "sim/balances_simulees.h"
+#include "sim/esclave_modbus.h"
+#include "sim/instrument_interroge.h"
+#include "sim/metro_simule.h"
+
+namespace zuma::host {
+namespace {
+
+constexpr std::int32_t kVitesse = 9600;
+constexpr double kPériode = 20;  // seconds of the slow sine that the quantities follow
+
+/// One instrument on its own pseudo-terminal.
+struct Servi {
+  std::string nom;
+  std::string parle;
+  Ref<sim::AppareilSérie> appareil;
+  std::function<void(double)> anime;  ///< sets its quantity, from -1 to 1 times its range
+  PseudoTerminal port{};
+};
+
+class Atelier {
+ public:
+  Atelier() {
+    Interroge("balance", "14-character answer to ESC P", sim::kBalance14, 12);
+    Interroge("comparator", "10-character answer to byte 2", sim::kComparateur10, 5);
+    Interroge("indicator", "MSV? and a number in grams", sim::kIndicateurMSV, 50);
+    Pèse<sim::BalanceLRPC31Simulée>("lrpc", "LRPC 31 balance, sends by itself");
+    Pèse<sim::IndicateurDEXALSimulé>("dexal", "DEXAL indicator, sends by itself");
+    Pèse<sim::BalanceJADEVERSimulée>("jadever", "JADEVER balance, sends by itself");
+    Jauge("metro", "METRO gauge 1", false);
+    Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
+    Registres();
+  }
+
+  [[nodiscard]] const std::vector<Servi>& Servis() const { return servis_; }
+
+  void Sert(double secondes) {
+    horloge_->Avance(secondes * 1e6 - horloge_->Maintenant());
+    const double place = std::sin(2 * std::numbers::pi * secondes / kPériode);
+    for (Servi& servi : servis_) {
+      servi.anime(place);
+      const Octets reçus = servi.port.Lit();
+      if (!reçus.empty()) servi.appareil->Reçoit(reçus, kVitesse);
+      const Octets émis = servi.appareil->Emet();
+      if (!émis.empty()) servi.port.Ecrit(émis);
+    }
+  }
+
+ private:
+  void Interroge(const char* nom, const char* parle, const sim::Langage& langage, double échelle) {
+    const auto appareil = Crée<sim::InstrumentInterrogé>(*horloge_, langage, 0.0);
+    servis_.push_back({nom, parle, appareil, [appareil, échelle](double place) {
+                         appareil->valeur = échelle * (1.5 + place);
+                       }});
+  }
+  template <class Balance>
+  void Pèse(const char* nom, const char* parle) {
+    const auto appareil = Crée<Balance>(*horloge_);
+    servis_.push_back(
+        {nom, parle, appareil, [appareil](double place) { appareil->poids = 20 + 10 * place; }});
+  }
+  void Jauge(const char* nom, const char* parle, bool multiplexeur) {
+    const auto appareil = Crée<sim::METROSimulé>(*horloge_, multiplexeur);
+    servis_.push_back({nom, parle, appareil, [appareil, multiplexeur](double place) {
+                         appareil->jauges[1] = place;
+                         if (multiplexeur) appareil->jauges[2] = 2 + place;
+                       }});
+  }
+  void Registres() {
+    const auto appareil = Crée<sim::EsclaveModbus>(*horloge_, std::uint8_t{1});
+    for (std::uint16_t i = 0; i < 16; ++i) appareil->registres[i] = i;
+    servis_.push_back({"modbus", "Modbus RTU slave 1, registers 0 to 15, register 0 moves",
+                       appareil, [appareil](double place) {
+                         appareil->registres[0] =
+                             static_cast<std::uint16_t>(std::lround(1000 * (1 + place)));
+                       }});
+  }
+
+  Ref<sim::HorlogeVirtuelle> horloge_ = Crée<sim::HorlogeVirtuelle>();
+  std::vector<Servi> servis_;
+};
+
+void Imprime(const Atelier& atelier, bool json) {
+  nlohmann::ordered_json liste = nlohmann::ordered_json::array();
+  for (const Servi& servi : atelier.Servis()) {
+    if (json) {
+      liste.push_back({{"name", servi.nom}, {"speaks", servi.parle}, {"port", servi.port.Nom()}});
+    } else {
+      std::printf("%-12s %-16s %s\n", servi.nom.c_str(), servi.port.Nom().c_str(),
+                  servi.parle.c_str());
+    }
+  }
+  if (json) std::printf("%s\n", liste.dump().c_str());
+  if (!json) std::printf("Serving; Ctrl-C ends.\n");
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+int Sim(const OptionsSim& options) {
+  const Interruption interruption;
+  Atelier atelier;
+  Imprime(atelier, options.json);
+  const auto départ = std::chrono::steady_clock::now();
+  double secondes = 0;
+  while (!Interruption::Demandée() && !(options.secondes && secondes >= *options.secondes)) {
+    secondes = std::chrono::duration<double>(std::chrono::steady_clock::now() - départ).count();
+    atelier.Sert(secondes);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return kBon;
+}
+
+}  // namespace zuma::host
