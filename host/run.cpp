@@ -115,11 +115,11 @@ class Marche {
 }  // namespace
 
 int Run(const OptionsRun& options) {
+  const Interruption interruption;
   const auto recueil = Crée<Recueil>();
   const auto machine = options.simulation ? MachineSimulée(*recueil) : MachineRéelle(*recueil);
   bool complet = true;
   {
-    const Interruption interruption;
     Marche marche(options, *machine, recueil);
     marche.Tourne();
     complet = marche.EnregistrementComplet();

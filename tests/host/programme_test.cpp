@@ -250,8 +250,9 @@ TEST_F(LeProgramme, FinitDeLuiMêmeQuandLeLecteurSEnVa) {
   EXPECT_EQ(essai::Lit(code), "0\n");
   for (const std::string signal : {"INT", "TERM", "HUP"}) {
     std::filesystem::remove(code);
-    const std::string script = "timeout --preserve-status --signal=" + signal + " 0.5 " +
-                               programme + " >/dev/null; echo $? >" + code;
+    // Long enough for the program to have started on a machine that does other things.
+    const std::string script = "timeout --preserve-status --signal=" + signal + " 2 " + programme +
+                               " >/dev/null; echo $? >" + code;
     ASSERT_EQ(std::system(script.c_str()), 0);
     EXPECT_EQ(essai::Lit(code), "0\n") << signal;
   }
