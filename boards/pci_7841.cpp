@@ -218,8 +218,9 @@ void LitCanal25(Canal& canal) {
 }
 
 void FermeBloc26(Fonction& bloc) noexcept {
-  if (!bloc.HandleCAN()) return;
-  bloc.LaPlateforme().can->CanCloseDriver(*bloc.HandleCAN());
+  const auto poignée = bloc.HandleCAN();
+  if (!poignée) return;
+  bloc.LaPlateforme().can->CanCloseDriver(*poignée);
   bloc.HandleCAN({});
 }
 

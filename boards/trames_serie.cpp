@@ -97,9 +97,10 @@ std::optional<double> DecortiqueUneTrameDEXAL_dbl(std::string_view trame) noexce
     if (c == '+' || c == '-' || c == ' ') {
       négative = négative || c == '-';
       fini = true;
-    } else if (fini || places == kPuissances.size()) {
-      return {};
-    } else if ((c == '.' || c == ',') && diviseur == 1) {
+      continue;
+    }
+    if (fini || places == kPuissances.size()) return {};
+    if ((c == '.' || c == ',') && diviseur == 1) {
       diviseur = kPuissances[places];
     } else if (EstChiffre(c)) {
       valeur += (c - '0') * kPuissances[places++];

@@ -129,7 +129,8 @@ class Collection {
 
   [[nodiscard]] std::optional<std::size_t> Cherche(std::string_view clé) const {
     for (std::size_t i = 0; i < clés_.size(); ++i) {
-      if (clés_[i] && MêmeClé(*clés_[i], clé)) return i;
+      const std::optional<std::string>& présente = clés_[i];
+      if (présente && MêmeClé(*présente, clé)) return i;
     }
     return {};
   }

@@ -163,10 +163,14 @@ class Essai {
   // At the terminals: what the machine obeys, not what the program believes.
   [[nodiscard]] bool AuRepos() const {
     const auto borne = [&](const CanalRef& canal) { return jumelle_.ports.BorneDe(*canal); };
+    const auto ouverte = [&](const SortieLogiqueRef& sortie) {
+      const auto ligne = borne(sortie->Canal());
+      return ligne && ligne->SortieLogique();
+    };
+    const auto valve = borne(organes_.servovalve->Canal());
     return !jumelle_.presse.chaîneFermée ||
-           (borne(organes_.servovalve->Canal())->TensionSortie() == 0 &&
-            !borne(organes_.pompe->Canal())->SortieLogique() &&
-            !borne(organes_.distributeur->Canal())->SortieLogique());
+           (valve && valve->TensionSortie() == 0 && !ouverte(organes_.pompe) &&
+            !ouverte(organes_.distributeur));
   }
 
   template <class Condition>

@@ -37,6 +37,9 @@ struct Axe {
   double mini = 0;
   double maxi = 1;
   double pas = 1;
+  [[nodiscard]] int Graduations() const {
+    return static_cast<int>(std::lround((maxi - mini) / pas));
+  }
 };
 
 template <class Lit>
@@ -69,12 +72,14 @@ class Cadre {
 
   [[nodiscard]] std::string Dessine(const Courbe& courbe) const {
     std::string svg;
-    for (double v = x_.mini; v <= x_.maxi + x_.pas / 2; v += x_.pas) {
+    for (int i = 0; i <= x_.Graduations(); ++i) {
+      const double v = x_.mini + i * x_.pas;
       svg += Ligne(X(v), Y(y_.mini), X(v), Y(y_.maxi)) +
              Texte("<text x='%.1f' y='%.1f' text-anchor='middle'>%g</text>\n", X(v),
                    kHauteur - kBas + 18, std::fabs(v) < x_.pas / 100 ? 0.0 : v);
     }
-    for (double v = y_.mini; v <= y_.maxi + y_.pas / 2; v += y_.pas) {
+    for (int i = 0; i <= y_.Graduations(); ++i) {
+      const double v = y_.mini + i * y_.pas;
       svg += Ligne(X(x_.mini), Y(v), X(x_.maxi), Y(v)) +
              Texte("<text x='%.1f' y='%.1f' text-anchor='end'>%g</text>\n", X(x_.mini) - 6,
                    Y(v) + 4, std::fabs(v) < y_.pas / 100 ? 0.0 : v);

@@ -22,8 +22,9 @@ class CompteursVirtuels : public CompteursFins {
     return static_cast<std::int16_t>(libre - départs_.begin());
   }
   [[nodiscard]] std::int32_t Lit(std::int16_t poignée) override {
-    const double départ = départs_.at(static_cast<std::size_t>(poignée)).value();
-    return static_cast<std::int32_t>(horloge_.LitMicrosecondes() - départ);
+    const std::optional<double>& départ = départs_.at(static_cast<std::size_t>(poignée));
+    if (!départ) return 0;  // closed
+    return static_cast<std::int32_t>(horloge_.LitMicrosecondes() - *départ);
   }
   void Ferme(std::int16_t poignée) noexcept override {
     const auto rang = static_cast<std::size_t>(poignée);
