@@ -28,8 +28,10 @@ Banc::Banc(const Lignes& lignes) {
   chassis_.Initialise();
   for (const CarteRef& carte : *chassis_.Cartes()) {
     for (const FonctionRef& bloc : carte->LesFonctions()) {
-      sim::Bornes* bornes = machine_.ports.BornesDe(**bloc->LesCanaux().begin());
-      if (bornes != nullptr && !std::ranges::count(bornes_, bornes)) bornes_.push_back(bornes);
+      auto borne = machine_.ports.BorneDe(**bloc->LesCanaux().begin());
+      if (!borne) continue;
+      sim::Bornes* bornes = &borne->DeLaCarte();
+      if (!std::ranges::count(bornes_, bornes)) bornes_.push_back(bornes);
     }
   }
 }

@@ -18,6 +18,7 @@ class Borne {
   /// Line of the board, from 0.
   [[nodiscard]] std::uint8_t Ligne() const noexcept { return ligne_; }
   [[nodiscard]] const Bornes& DeLaCarte() const noexcept { return *bornes_; }
+  [[nodiscard]] Bornes& DeLaCarte() noexcept { return *bornes_; }
 
   void TensionEntrée(double volts) { bornes_->entréesAnalogiques[ligne_] = volts; }
   [[nodiscard]] double TensionSortie() const { return bornes_->sortiesAnalogiques[ligne_]; }
