@@ -58,16 +58,6 @@ std::string Hexa(std::int32_t n) {
 
 }  // namespace
 
-Champ Texte(std::string_view colonne, std::string_view texte) {
-  return {std::string(colonne), Valeur(std::string(texte))};
-}
-Champ Entier(std::string_view colonne, std::int32_t n) {
-  return {std::string(colonne), Valeur(n)};
-}
-Champ Réel(std::string_view colonne, double x) {
-  return {std::string(colonne), Valeur(x)};
-}
-
 Lignes::Lignes(double fréquenceEA, double fréquenceEL) {
   lignes_.push_back({"Chassis",
                      {Entier("Index", kChassis), Texte("Nom du Chassis", "Banc"),

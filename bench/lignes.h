@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/linux/base_creation.h"
+#include "platform/linux/champs.h"
 
 namespace zuma::banc {
 
@@ -53,8 +54,8 @@ class Lignes {
 /// One board of each family that reads something, eight channels each.
 [[nodiscard]] Lignes HuitCartes(double fréquenceEA, double fréquenceEL);
 
-[[nodiscard]] Champ Texte(std::string_view colonne, std::string_view texte);
-[[nodiscard]] Champ Entier(std::string_view colonne, std::int32_t n);
-[[nodiscard]] Champ Réel(std::string_view colonne, double x);
+using linux_::champs::Entier;
+using linux_::champs::Réel;
+using linux_::champs::Texte;
 
 }  // namespace zuma::banc

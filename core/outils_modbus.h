@@ -8,8 +8,8 @@
 
 #include "core/valeur.h"
 
-/// Modbus RTU frames as in "MODBUS over Serial Line, Specification and Implementation Guide V1.02"
-/// and "MODBUS Application Protocol Specification V1.1b3". Bytes in, bytes out: no port here.
+/// Modbus RTU frames as published by the Modbus Organization: serial line V1.02, application
+/// protocol V1.1b3. Bytes in, bytes out: no port here.
 namespace zuma::OutilsModbus {
 
 /// What an answer turned out to be. The numbers stand in journals.

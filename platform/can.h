@@ -32,6 +32,18 @@ struct Trame7841 {
   [[nodiscard]] constexpr std::uint32_t Identifiant() const noexcept {
     return identifiantBas + 256U * identifiantHaut;
   }
+  /// The same frame in the form of the other calls, and back; an identifier has 16 bits here.
+  [[nodiscard]] constexpr TrameCAN EnTrameCAN() const noexcept {
+    return {
+        .identifiant = Identifiant(), .distante = distante, .nombre = nombre, .données = données};
+  }
+  [[nodiscard]] static constexpr Trame7841 De(const TrameCAN& trame) noexcept {
+    return {.identifiantBas = static_cast<std::uint8_t>(trame.identifiant & 0xFFU),
+            .identifiantHaut = static_cast<std::uint8_t>(trame.identifiant >> 8U & 0xFFU),
+            .distante = trame.distante,
+            .nombre = trame.nombre,
+            .données = trame.données};
+  }
 };
 static_assert(sizeof(Trame7841) == 12);
 

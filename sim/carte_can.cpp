@@ -84,11 +84,7 @@ std::int32_t CarteCANSimulée::W_7841_Config(std::int32_t carte, std::int32_t po
 std::int32_t CarteCANSimulée::W_7841_SendMsg(std::int32_t carte, std::int32_t port,
                                              const Trame7841& trame) {
   if (absente || !Port(carte, port).ouvert) return kEchec;
-  Port(carte, port)
-      .Envoie({.identifiant = trame.Identifiant(),
-               .distante = trame.distante,
-               .nombre = trame.nombre,
-               .données = trame.données});
+  Port(carte, port).Envoie(trame.EnTrameCAN());
   return 0;
 }
 
@@ -96,11 +92,7 @@ std::int32_t CarteCANSimulée::W_7841_RcvMsg(std::int32_t carte, std::int32_t po
                                             Trame7841& trame) {
   TrameCAN reçue;
   if (absente || !Port(carte, port).ouvert || !Port(carte, port).Reçoit(reçue)) return 0;
-  trame = {.identifiantBas = static_cast<std::uint8_t>(reçue.identifiant & 0xFFU),
-           .identifiantHaut = static_cast<std::uint8_t>(reçue.identifiant >> 8U),
-           .distante = reçue.distante,
-           .nombre = reçue.nombre,
-           .données = reçue.données};
+  trame = Trame7841::De(reçue);
   return 1;
 }
 

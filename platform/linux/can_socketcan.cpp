@@ -192,22 +192,14 @@ std::int32_t CanSocketCAN::W_7841_Config(std::int32_t carte, std::int32_t port, 
 std::int32_t CanSocketCAN::W_7841_SendMsg(std::int32_t carte, std::int32_t port,
                                           const Trame7841& trame) {
   Port& ouvert = LePort(carte, port);
-  const TrameCAN envoyée{.identifiant = trame.Identifiant(),
-                         .distante = trame.distante,
-                         .nombre = trame.nombre,
-                         .données = trame.données};
-  return ouvert.prise.Ouverte() && Envoie(ouvert, envoyée) ? 0 : kEchec;
+  return ouvert.prise.Ouverte() && Envoie(ouvert, trame.EnTrameCAN()) ? 0 : kEchec;
 }
 
 std::int32_t CanSocketCAN::W_7841_RcvMsg(std::int32_t carte, std::int32_t port, Trame7841& trame) {
   Port& ouvert = LePort(carte, port);
   TrameCAN reçue;
   if (!ouvert.prise.Ouverte() || !Reçoit(ouvert, reçue)) return 0;
-  trame = {.identifiantBas = static_cast<std::uint8_t>(reçue.identifiant & 0xFFU),
-           .identifiantHaut = static_cast<std::uint8_t>(reçue.identifiant >> 8U),
-           .distante = reçue.distante,
-           .nombre = reçue.nombre,
-           .données = reçue.données};
+  trame = Trame7841::De(reçue);
   return 1;
 }
 

@@ -5,10 +5,13 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/champs.h"
 #include "platform/linux/demo_objets.h"
 
 namespace zuma::linux_ {
 namespace {
+
+using namespace champs;
 
 struct CarteDémo {
   std::int32_t index;
@@ -100,16 +103,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kEntrée
 constexpr std::int32_t kBlocsParCarte = 10;
 constexpr std::int32_t kCanauxParBloc = 100;
 
-Champ Texte(std::string_view colonne, std::string_view texte) {
-  return {std::string(colonne), texte.empty() ? Valeur(Nul{}) : Valeur(std::string(texte))};
-}
-Champ Entier(std::string_view colonne, std::int32_t n) {
-  return {std::string(colonne), Valeur(n)};
-}
-Champ Booléen(std::string_view colonne, bool b) {
-  return {std::string(colonne), Valeur(b)};
-}
-
 LigneDeBase Chassis() {
   LigneDeBase ligne{
       "Chassis",
@@ -123,9 +116,10 @@ LigneDeBase Chassis() {
 }
 
 void AjouteLaCarte(const CarteDémo& carte, std::vector<LigneDeBase>& lignes) {
-  lignes.push_back({"Carte",
-                    {Entier("Index", carte.index), Texte("Nom de la Carte", carte.nom),
-                     Texte("Adresse", carte.adresse), Texte("Driver de la Carte", carte.driver)}});
+  lignes.push_back(
+      {"Carte",
+       {Entier("Index", carte.index), Texte("Nom de la Carte", carte.nom),
+        Texte("Adresse", carte.adresse), TexteOuNul("Driver de la Carte", carte.driver)}});
   lignes.push_back({"Liaison Chassis / Carte",
                     {Entier("Chassis", kChassisDeDémonstration), Entier("Carte", carte.index)}});
 }

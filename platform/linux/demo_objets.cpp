@@ -5,24 +5,17 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/linux/champs.h"
 #include "platform/linux/demo.h"
 
 namespace zuma::linux_ {
 namespace {
 
+using namespace champs;
+
 constexpr double kPleineEchelle = 65536;
 // Seconds; an input that stops the frame is not filtered.
 constexpr double kAntiRebond = 0.02;
-
-Champ Texte(std::string_view colonne, std::string_view texte) {
-  return {std::string(colonne), Valeur(std::string(texte))};
-}
-Champ Entier(std::string_view colonne, std::int32_t n) {
-  return {std::string(colonne), Valeur(n)};
-}
-Champ Réel(std::string_view colonne, double n) {
-  return {std::string(colonne), Valeur(n)};
-}
 
 // Row of the object, and the link row that puts it on the frame with its label.
 void Ajoute(std::vector<LigneDeBase>& lignes, std::string_view table, std::int32_t index,
@@ -135,10 +128,30 @@ void AjouteLesFils(std::string_view fils, std::vector<Champ>& champs) {
   }
 }
 
-// A straight line through two points, the first being the origin.
-void AjouteLEtalonnage(double échelle, double points, std::vector<Champ>& champs) {
-  champs.push_back(Réel("Point 2 - Unité", échelle));
-  champs.push_back(Réel("Point 2 - Point", points));
+// What sensors and commands have in common: unit, who calibrated, and the limits in units.
+void AjouteLesLimites(std::string_view unité, double mini, double maxi,
+                      std::vector<Champ>& champs) {
+  champs.push_back(Texte("Unité d'Etalonnage", unité));
+  champs.push_back(Texte("Date d'Etalonnage", "2024-03-01"));
+  champs.push_back(Texte("Nom de l'Etalonneur", "Laboratoire"));
+  champs.push_back(Réel("Sécurité Minimale en Unité", mini));
+  champs.push_back(Réel("Sécurité Maximale en Unité", maxi));
+}
+
+// A channel, its limits in points, and a straight line from the origin to `échelle` at `points`.
+struct VoieDémo {
+  std::int32_t canal;
+  double échelle;
+  double points;
+  double pointsMini;
+  double pointsMaxi;
+};
+void AjouteLaVoie(const VoieDémo& voie, std::vector<Champ>& champs) {
+  champs.push_back(Entier("Canal", voie.canal));
+  champs.push_back(Réel("Sécurité Minimale en Points", voie.pointsMini));
+  champs.push_back(Réel("Sécurité Maximale en Points", voie.pointsMaxi));
+  champs.push_back(Réel("Point 2 - Unité", voie.échelle));
+  champs.push_back(Réel("Point 2 - Point", voie.points));
 }
 
 void AjouteLeCapteur(const CapteurDémo& c, std::vector<LigneDeBase>& lignes) {
@@ -146,22 +159,15 @@ void AjouteLeCapteur(const CapteurDémo& c, std::vector<LigneDeBase>& lignes) {
       Texte("Type de Capteur", c.type),
       Texte("Nom du Capteur", c.nom),
       Texte("Nom affiché", c.nom),
-      Texte("Unité d'Etalonnage", c.unité),
-      Texte("Date d'Etalonnage", "2024-03-01"),
-      Texte("Nom de l'Etalonneur", "Laboratoire"),
-      Réel("Sécurité Minimale en Unité", c.mini),
-      Réel("Sécurité Maximale en Unité", c.maxi),
       Entier("Nombre de Lecture pour une Mise à Valeur", 10),
-      {"Remise à Zéro Autorisée", Valeur(c.canal != 0)},
-      {"Arrêt en Cas de Dépassement des sécurités", Valeur(c.arrêt)},
+      Booléen("Remise à Zéro Autorisée", c.canal != 0),
+      Booléen("Arrêt en Cas de Dépassement des sécurités", c.arrêt),
   };
+  AjouteLesLimites(c.unité, c.mini, c.maxi, champs);
   if (c.canal != 0) {
     const double points = kPleineEchelle / c.échelle;
-    champs.push_back(Entier("Canal", c.canal));
-    champs.push_back(Réel("Sécurité Minimale en Points", c.mini * points));
-    champs.push_back(Réel("Sécurité Maximale en Points", c.maxi * points));
+    AjouteLaVoie({c.canal, c.échelle, kPleineEchelle, c.mini * points, c.maxi * points}, champs);
     champs.push_back(Réel("Temps d'Intégration du Canal", 0.01));
-    AjouteLEtalonnage(c.échelle, kPleineEchelle, champs);
   }
   if (c.type == "Recouvrement") {
     champs.push_back(Réel("Recouvrement - Seuil bas %", 80));
@@ -261,17 +267,10 @@ void AjouteLaCommande(const CommandeDémo& c, std::vector<LigneDeBase>& lignes) 
   std::vector<Champ> champs{
       Texte("Nom de la Commande", c.nom),
       Texte("Type de Commande", c.type),
-      Texte("Unité d'Etalonnage", c.unité),
-      Texte("Date d'Etalonnage", "2024-03-01"),
-      Texte("Nom de l'Etalonneur", "Laboratoire"),
-      Réel("Sécurité Minimale en Unité", c.mini),
-      Réel("Sécurité Maximale en Unité", c.maxi),
-      Réel("Sécurité Minimale en Points", c.pointsMini),
-      Réel("Sécurité Maximale en Points", c.pointsMaxi),
   };
+  AjouteLesLimites(c.unité, c.mini, c.maxi, champs);
   if (c.canal != 0) {
-    champs.push_back(Entier("Canal", c.canal));
-    AjouteLEtalonnage(c.maxi, c.pointsMaxi, champs);
+    AjouteLaVoie({c.canal, c.maxi, c.pointsMaxi, c.pointsMini, c.pointsMaxi}, champs);
   }
   if (c.dither != 0) {
     champs.push_back(Réel("Fréquence dither", c.dither));
