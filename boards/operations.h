@@ -43,10 +43,24 @@ extern const OpérationsPilote kBalanceJADEVER;
 extern const OpérationsPilote kMETRO;
 extern const OpérationsPilote kMETRO_MUX;
 
+/// PCI boards, encoder board, LVDT network, amplifier read block by block.
+extern const OpérationsPilote kPCI9111Entrées;
+extern const OpérationsPilote kPCI9111Sorties;
+extern const OpérationsPilote kPCI9111Analogique;
+extern const OpérationsPilote kPCI9111SortiesAnalogiques;
+extern const OpérationsPilote kPCI6208VSorties;
+extern const OpérationsPilote kIK121;
+extern const OpérationsPilote kOrbit;
+extern const OpérationsPilote kSpider8;
+
 /// Board-level start of the PET 48 DIO family.
 extern const OpérationsCarte kPET48Carte;
 /// Board-level start of the CAN card's first generation.
 extern const OpérationsCarte kPCI7841Carte;
+/// Board-level starts of the PCI boards and of the LVDT network.
+extern const OpérationsCarte kPCI9111Carte;
+extern const OpérationsCarte kPCI6208VCarte;
+extern const OpérationsCarte kOrbitCarte;
 /// Board-level start of a serial line.
 extern const OpérationsCarte kRS232Carte;
 

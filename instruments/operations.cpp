@@ -7,22 +7,22 @@
 namespace zuma::instruments {
 namespace {
 
-// The object of a board that is one instrument: there is no second base address.
-template <class Instrument>
-Instrument& De(Carte& carte) {
-  return carte.PiloteDe<Instrument>(0);
+// The object of a board that is one drive: there is no second base address.
+template <class Variateur>
+Variateur& LeVariateur(Carte& carte) {
+  return carte.PiloteDe<Variateur>(0);
 }
 
 void RafraîchitVariateur(Carte& carte) {
-  De<VariateurLS>(carte).CommLSAvecSoftK9(carte);
+  LeVariateur<VariateurLS>(carte).CommLSAvecSoftK9(carte);
 }
 
 void DémarreThumler(Carte& carte) {
-  carte.Adresse(De<Thumler>(carte).OuvreThumler(carte.Adresse()));
+  carte.Adresse(LeVariateur<Thumler>(carte).OuvreThumler(carte.Adresse()));
 }
 
 void RafraîchitThumler(Carte& carte) {
-  De<Thumler>(carte).CommThumler(carte);
+  LeVariateur<Thumler>(carte).CommThumler(carte);
 }
 
 }  // namespace

@@ -7,5 +7,11 @@ namespace zuma::instruments {
 
 extern const OpérationsCarte kVariateurLS;
 extern const OpérationsCarte kThumler;
+extern const OpérationsCarte kLaserEIR;
+extern const OpérationsCarte kTesteurCBR;
+extern const OpérationsCarte kBalanceGram;
+extern const OpérationsCarte kSpider;
+extern const OpérationsCarte kConditionneurK9;
+extern const OpérationsCarte kConditionneurK9V1;
 
 }  // namespace zuma::instruments

@@ -35,16 +35,21 @@ class ZED_LiaisonSerie {
   [[nodiscard]] virtual std::int32_t OctetsReçus() const = 0;
 };
 
-/// Serial port of the instruments, set up from one text such as "3,9600,N,8,1".
+/// Serial port of the instruments, set up from one text such as "3,9600,N,8,1". Nothing here fails:
+/// a port that cannot be opened stays closed, a closed or lost one takes bytes to nowhere and gives
+/// none, and the instrument's silence tells.
 class PortInstrument {
  public:
   virtual ~PortInstrument() = default;
 
   [[nodiscard]] virtual bool PortOuvert() const = 0;
   virtual void PortOuvert(bool ouvert) = 0;
-  /// Takes port and line settings from `réglages`; opens the port when `ouvrir`.
+  /// Takes port and line settings from `réglages` (without a port in the text: the port kept);
+  /// opens the port when `ouvrir`.
   virtual void ConfigurePort(std::string_view réglages, bool ouvrir) = 0;
+  /// The machine has the device now.
   [[nodiscard]] virtual bool PortExiste() const = 0;
+  /// The last settings were understood, and the port could be opened when that was asked.
   [[nodiscard]] virtual bool PortConfiguré() const = 0;
   [[nodiscard]] virtual std::int32_t OctetsEnAttente() const = 0;
   [[nodiscard]] virtual Octets LitEntrée(std::optional<std::int32_t> nombre = {}) = 0;

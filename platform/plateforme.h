@@ -3,10 +3,14 @@
 #include "core/ref.h"
 #include "platform/can.h"
 #include "platform/clavier.h"
+#include "platform/fenetres.h"
 #include "platform/ftdi.h"
 #include "platform/liaison_serie.h"
+#include "platform/orbit.h"
+#include "platform/pci_dask.h"
 #include "platform/reglages.h"
 #include "platform/services.h"
+#include "platform/spider.h"
 
 namespace zuma {
 
@@ -23,6 +27,10 @@ struct Plateforme {
   Pointeur<Clavier> clavier;
   Pointeur<FTD2XX> ftdi;
   Pointeur<BibliothèqueCAN> can;
+  Pointeur<BibliothèquePCI> pci;
+  Pointeur<RéseauOrbit> orbit;
+  Pointeur<BibliothèqueSpider> spider;
+  Pointeur<Fenêtres> fenêtres;
   Pointeur<FinDuProgramme> fin;
   Réglages réglages;
 };

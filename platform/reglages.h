@@ -52,6 +52,20 @@ struct RéglagesCAN {
                                  {1000, {0, 0x14}}}};
 };
 
+/// How the third word of a latch of the encoder board joins the count.
+enum class MotHautIK121 : std::uint8_t {
+  Signe,   ///< gives the sign alone: the count has 32 bits
+  Compte,  ///< bits 32 to 47 of the count
+};
+
+/// The encoder board IK 121.
+struct RéglagesIK121 {
+  std::array<std::uint16_t, 2> demandeLatch{1, 2};  ///< control words that request latch 0, latch 1
+  std::uint16_t départCompteur = 0x08;              ///< control word that starts the counter
+  std::int32_t latch = 0;                           ///< latch that channels read, 0 or 1
+  MotHautIK121 motHaut = MotHautIK121::Signe;
+};
+
 /// Settings of the installation, given once with the platform.
 struct Réglages {
   /// Between units and decimals in numbers shown to people.
@@ -61,6 +75,11 @@ struct Réglages {
   /// Clock of the frequency output of the ACL 8316, in hertz.
   double horlogeACL8316 = 2'000'000;
   RéglagesCAN can;
+  RéglagesIK121 ik121;
+  /// Output polarity of the PCI 9111: 0 from 0 to 10 V, 1 from -10 to 10 V.
+  std::uint16_t polaritéPCI9111 = 1;
+  /// First register that the digital conditioners are asked for.
+  std::int32_t premierRegistreConditionneur = 1;
   /// What ends a request to a METRO multiplexer, behind the number of the gauge.
   std::string finDeDemandeMETRO = "\r\n";
 };

@@ -1,6 +1,7 @@
 #include "sim/liaisons_simulees.h"
 
 #include <string>
+#include <utility>
 
 namespace zuma::sim {
 namespace {
@@ -13,6 +14,19 @@ void Abîme(const Pannes& pannes, Octets& octets) {
     char& milieu = octets[octets.size() / 2];
     milieu = static_cast<char>(milieu ^ 0x10);
   }
+}
+
+void Reçoit(LigneSérie& ligne, Octets& tampon) {
+  Octets octets = ligne.appareil->Emet();
+  Abîme(ligne.pannes, octets);
+  tampon += octets;
+}
+
+Octets Retire(Octets& tampon, std::optional<std::int32_t> nombre) {
+  if (!nombre) return std::exchange(tampon, {});
+  Octets lus = tampon.substr(0, static_cast<std::size_t>(*nombre));
+  tampon.erase(0, lus.size());
+  return lus;
 }
 
 }  // namespace
@@ -34,18 +48,12 @@ void LiaisonSimulée::OuvrePort() {
 
 void LiaisonSimulée::Relève() const {
   if (!ouverte_) throw Echec(Numéro::MatérielAbsent, "Port série simulé fermé");
-  LigneSérie& ligne = Ligne();
-  Octets octets = ligne.appareil->Emet();
-  Abîme(ligne.pannes, octets);
-  tampon_ += octets;
+  Reçoit(Ligne(), tampon_);
 }
 
 Octets LiaisonSimulée::LitTampon(std::optional<std::int32_t> nombre) {
   Relève();
-  if (!nombre) return std::exchange(tampon_, {});
-  const Octets lus = tampon_.substr(0, static_cast<std::size_t>(*nombre));
-  tampon_.erase(0, lus.size());
-  return lus;
+  return Retire(tampon_, nombre);
 }
 
 void LiaisonSimulée::EcritPort(std::string_view octets) {
@@ -56,6 +64,68 @@ void LiaisonSimulée::EcritPort(std::string_view octets) {
 std::int32_t LiaisonSimulée::OctetsReçus() const {
   Relève();
   return static_cast<std::int32_t>(tampon_.size());
+}
+
+LigneSérie* PortSimulé::Ligne() const {
+  const auto ligne = lignes_.find(réglages_.NuméroPort());
+  const bool là = ligne != lignes_.end() && !ligne->second.pannes.débranchée;
+  if (!là) tampon_.clear();
+  return là ? &ligne->second : nullptr;
+}
+
+void PortSimulé::PortOuvert(bool ouvert) {
+  LigneSérie* ligne = Ligne();
+  if (ouvert && !ouvert_ && ligne != nullptr) {
+    ++ligne->ouvertures;
+    tampon_.clear();
+  }
+  ouvert_ = ouvert && ligne != nullptr;
+}
+
+void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
+  ouvert_ = false;
+  std::string gardé = std::move(réglages_.port);
+  réglages_ = LitRéglages(réglages);
+  if (réglages_.port.empty()) réglages_.port = std::move(gardé);
+  if (!ouvrir || !réglages_.valides) return;
+  PortOuvert(true);
+  réglages_.valides = PortOuvert();
+}
+
+void PortSimulé::Relève() const {
+  if (PortOuvert()) Reçoit(*Ligne(), tampon_);
+}
+
+std::int32_t PortSimulé::OctetsEnAttente() const {
+  Relève();
+  return static_cast<std::int32_t>(tampon_.size());
+}
+
+Octets PortSimulé::LitEntrée(std::optional<std::int32_t> nombre) {
+  Relève();
+  return Retire(tampon_, nombre);
+}
+
+void PortSimulé::EcritSortie(std::string_view octets) {
+  if (PortOuvert()) Ligne()->appareil->Reçoit(octets, réglages_.ligne.vitesse);
+}
+
+void PortSimulé::RéinitialisePort() {
+  Relève();
+  tampon_.clear();
+}
+
+std::vector<std::string> PortSimulé::ListePorts() const {
+  std::vector<std::string> ports;
+  for (const auto& [numéro, ligne] : lignes_) {
+    if (!ligne.pannes.débranchée) ports.push_back(std::to_string(numéro));
+  }
+  return ports;
+}
+
+LigneSérie* FabriqueLiaisonsSimulée::Ligne(std::int32_t port) {
+  const auto ligne = lignes_.find(port);
+  return ligne == lignes_.end() ? nullptr : &ligne->second;
 }
 
 LigneSérie& FabriqueLiaisonsSimulée::Attache(std::int32_t port, Ref<AppareilSérie> appareil) {

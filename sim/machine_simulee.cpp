@@ -34,6 +34,7 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   câblage_ = câblage;
   ports.Branche(chassis);
   bus.Branche(chassis);
+  instruments.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -138,6 +139,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   if (palier == palier_) return;
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);
+  instruments.Anime(static_cast<double>(palier) * kPalier);
   for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 

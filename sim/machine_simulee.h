@@ -13,6 +13,7 @@
 #include "sim/instrument_interroge.h"
 #include "sim/liaisons_simulees.h"
 #include "sim/machine_bus.h"
+#include "sim/machine_instruments.h"
 #include "sim/machine_ports.h"
 #include "sim/presse.h"
 
@@ -37,6 +38,7 @@ class MachineSimulée {
   MachinePorts ports{*horloge};
   FabriqueLiaisonsSimulée liaisons;
   MachineBus bus{*horloge, liaisons};
+  MachineInstruments instruments{*horloge, liaisons};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
   ClavierSimulé clavier;

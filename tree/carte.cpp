@@ -74,6 +74,17 @@ LiaisonSérieRef Carte::RS() {
   return RS_;
 }
 
+Ref<PortInstrument> Carte::LiaisonSerie2() {
+  if (!LiaisonSerie2_) LiaisonSerie2_ = LaPlateforme().liaisons->CréePort();
+  return LiaisonSerie2_;
+}
+
+void Carte::EnregistreConfiguration(const std::string& réglages) {
+  LeRecordset_->Edit();
+  LeRecordset_->Ecrit("Configuration ModBus", Valeur(réglages));
+  LeRecordset_->Update();
+}
+
 void Carte::OuvreLigneSérie() {
   OuvreLigne(*RS(), réglages_);
 }

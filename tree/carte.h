@@ -73,6 +73,12 @@ class Carte : public Objet {
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
+  /// Writes the settings that an instrument ended up with to the board's row, for the next start.
+  void EnregistreConfiguration(const std::string& réglages);
+  /// Second serial interface of the board, set up from one text; made on first access.
+  [[nodiscard]] Ref<PortInstrument> LiaisonSerie2();
+  /// Parameter that "Config EIR" names, found by `Lien`; Nothing when there is none.
+  [[nodiscard]] const Ref<ZED_Parametre>& ParamètreEIR() const { return mobjParamEIR_; }
   /// Ramp of the drive's set point, in tenths of the configuration's unit.
   [[nodiscard]] std::int32_t ConsigneRampe() const { return mintConsigneRampe; }
 
@@ -92,6 +98,7 @@ class Carte : public Objet {
   ENUM_DRIVER Driver_enm_ = ENUM_DRIVER::DrvAucun;
   FonctionRef FonctionSuivante_;
   LiaisonSérieRef RS_;
+  Ref<PortInstrument> LiaisonSerie2_;
   std::string Configuration_;
   RéglagesLigne réglages_;  ///< read from `Configuration_`
   std::int32_t mintConsigneRampe = 5;

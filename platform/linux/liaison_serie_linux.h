@@ -17,15 +17,6 @@ namespace zuma::linux_ {
 /// /dev/ttyS(n-1).
 using CarteDesPorts = std::map<std::int32_t, std::string>;
 
-/// Settings text of an instrument: a port (number, "COM" and a number, or a device's name), then
-/// rate, parity letter, data bits and stop bits, separated by commas. The port may be left out.
-struct RéglagesInstrument {
-  std::string port;
-  RéglagesLigne ligne;
-  bool valides = false;
-};
-[[nodiscard]] RéglagesInstrument LitRéglages(std::string_view texte);
-
 /// `ZED_LiaisonSerie` on a real device.
 class LiaisonSérieLinux : public ZED_LiaisonSerie {
  public:
@@ -49,7 +40,7 @@ class LiaisonSérieLinux : public ZED_LiaisonSerie {
  private:
   const CarteDesPorts& ports_;
   std::int32_t numéro_ = 0;
-  RéglagesLigne réglages_;
+  RéglagesPort réglages_;
   mutable PortSérieLinux port_;  // reading the count may find the device gone
 };
 
@@ -67,13 +58,13 @@ class PortInstrumentLinux : public PortInstrument {
   [[nodiscard]] Octets LitEntrée(std::optional<std::int32_t> nombre) override {
     return port_.Lit(nombre.value_or(-1));
   }
-  void EcritSortie(std::string_view octets) override { port_.Ecrit(octets); }
+  void EcritSortie(std::string_view octets) override;
   void RéinitialisePort() override { port_.Vide(); }
-  [[nodiscard]] std::int32_t NuméroPort() const override;
+  [[nodiscard]] std::int32_t NuméroPort() const override { return réglages_.NuméroPort(); }
   [[nodiscard]] std::int32_t Vitesse() const override { return réglages_.ligne.vitesse; }
-  [[nodiscard]] std::string Parité() const override;
+  [[nodiscard]] std::string Parité() const override { return LettreParité(réglages_.ligne.parité); }
   [[nodiscard]] std::int32_t BitsDonnées() const override { return réglages_.ligne.bits; }
-  [[nodiscard]] std::string BitsArrêt() const override;
+  [[nodiscard]] std::string BitsArrêt() const override { return TexteStop(réglages_.ligne.stop); }
   [[nodiscard]] std::vector<std::string> ListePorts() const override { return PortsDeLaMachine(); }
 
  private:

@@ -57,7 +57,7 @@ unsigned Parité(std::int32_t code) {
 }
 
 // Raw mode: no echo, no translation, no flow control, reads return at once.
-termios2 Traduit(termios2 t, const RéglagesLigne& r) {
+termios2 Traduit(termios2 t, const RéglagesPort& r) {
   t.c_iflag = 0;
   t.c_oflag = 0;
   t.c_lflag = 0;
@@ -73,7 +73,7 @@ termios2 Traduit(termios2 t, const RéglagesLigne& r) {
 
 }  // namespace
 
-void PortSérieLinux::Ouvre(const std::string& chemin, const RéglagesLigne& réglages) {
+void PortSérieLinux::Ouvre(const std::string& chemin, const RéglagesPort& réglages) {
   Ferme();
   chemin_ = chemin;
   réglages_ = réglages;

@@ -133,7 +133,7 @@ TEST(PortInstrumentLinux, LitSesRéglagesDUnSeulTexte) {
     const char* texte;
     bool valide;
     const char* port;
-    RéglagesLigne ligne;
+    RéglagesPort ligne;
   } cas[] = {
       {"3,9600,N,8,1", true, "3", {9600, 0, 8, 1}},
       {"/dev/ttyUSB0, 115200, E, 7, 2", true, "/dev/ttyUSB0", {115200, 2, 7, 2}},

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "tree/carte.h"
+
+// How a board holds an instrument that a host could also use on its own, and carries its values to
+// the channels.
+namespace zuma::instruments {
+
+/// The instrument of a board, in the place of a driver object. There is no second base address.
+template <class Instrument>
+class PiloteInstrument : public Pilote {
+ public:
+  PiloteInstrument(const Matériel& matériel, std::uint16_t) : instrument(matériel.plateforme) {
+    instrument.TimerExact(matériel.timer);
+  }
+  Instrument instrument;
+};
+
+template <class Instrument>
+[[nodiscard]] Instrument& De(Carte& carte) {
+  return carte.PiloteDe<PiloteInstrument<Instrument>>(0).instrument;
+}
+
+/// One value of an instrument and the channel that takes it: the block's type and the channel's
+/// number. States are told as -1 and 0, like on any logic channel.
+template <class Instrument>
+struct Voie {
+  ENUM_TYPE_FONCTION type;
+  std::int16_t numéro;
+  double (*lit)(const Instrument& instrument);
+};
+
+[[nodiscard]] constexpr double Etat(bool vrai) noexcept {
+  return vrai ? -1 : 0;
+}
+
+/// Copies each value to the channels of its type and number; the others keep theirs.
+template <class Instrument>
+void Publie(Carte& carte, const Instrument& instrument, std::span<const Voie<Instrument>> voies) {
+  for (const FonctionRef& bloc : carte.LesFonctions()) {
+    for (const CanalRef& canal : bloc->LesCanaux()) {
+      for (const Voie<Instrument>& voie : voies) {
+        if (voie.type == bloc->TypeDeFonction() && voie.numéro == canal->NuméroCanal()) {
+          canal->ValeurCanal(voie.lit(instrument));
+        }
+      }
+    }
+  }
+}
+
+}  // namespace zuma::instruments

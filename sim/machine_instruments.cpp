@@ -1,0 +1,48 @@
+#include "sim/machine_instruments.h"
+
+#include <cmath>
+#include <numbers>
+#include <span>
+#include <utility>
+
+#include "platform/reglages_port.h"
+
+namespace zuma::sim {
+namespace {
+
+constexpr double kPériode = 8;       // seconds
+constexpr double kEntreDeux = 0.17;  // turns between the phases of two quantities
+
+/// Which boards have a twin on a serial line, and what plugs it.
+struct Jumeau {
+  ENUM_DRIVER driver;
+  void (*branche)(MachineInstruments& machine, const Carte& carte);
+};
+
+constexpr std::span<const Jumeau> kJumeaux;
+
+}  // namespace
+
+void MachineInstruments::Branche(Chassis& chassis) {
+  for (const CarteRef& carte : *chassis.Cartes()) {
+    for (const Jumeau& jumeau : kJumeaux) {
+      if (jumeau.driver == carte->Driver_enm()) jumeau.branche(*this, *carte);
+    }
+  }
+}
+
+void MachineInstruments::Pose(const Carte& carte, Ref<AppareilSérie> appareil, Grandeur grandeur) {
+  const std::int32_t port = LitRéglages(carte.Configuration()).NuméroPort();
+  liaisons_.Attache(port, std::move(appareil));
+  grandeurs_.push_back(std::move(grandeur));
+}
+
+void MachineInstruments::Anime(double secondes) {
+  double phase = 0;
+  for (const Grandeur& grandeur : grandeurs_) {
+    grandeur(std::sin(2 * std::numbers::pi * (secondes / kPériode + phase)));
+    phase += kEntreDeux;
+  }
+}
+
+}  // namespace zuma::sim
