@@ -1,11 +1,13 @@
 #include "sim/machine_instruments.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
-#include <span>
 #include <utility>
 
 #include "platform/reglages_port.h"
+#include "sim/balance_gram_simulee.h"
+#include "sim/testeur_cbr_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -19,7 +21,21 @@ struct Jumeau {
   void (*branche)(MachineInstruments& machine, const Carte& carte);
 };
 
-constexpr std::span<const Jumeau> kJumeaux;
+// At rest its load cell shows a little; it pushes when it is started.
+void BrancheTesteurCBR(MachineInstruments& machine, const Carte& carte) {
+  const auto testeur = Crée<TesteurCBRSimulé>(machine.LHorloge());
+  machine.Pose(carte, testeur, [testeur](double place) { testeur->précharge = 0.05 * place; });
+}
+
+void BrancheBalanceGram(MachineInstruments& machine, const Carte& carte) {
+  const auto balance = Crée<BalanceGramSimulée>(machine.LHorloge());
+  machine.Pose(carte, balance, [balance](double place) { balance->poids = 500 * (1 + place); });
+}
+
+constexpr std::array kJumeaux{
+    Jumeau{ENUM_DRIVER::Drv_UTS_0107, &BrancheTesteurCBR},
+    Jumeau{ENUM_DRIVER::Drv_Balance_GRAM, &BrancheBalanceGram},
+};
 
 }  // namespace
 
