@@ -10,10 +10,12 @@
 #include "host/interruption.h"
 #include "host/pseudo_terminal.h"
 #include "host/verbes.h"
+#include "sim/balance_gram_simulee.h"
 #include "sim/balances_simulees.h"
 #include "sim/esclave_modbus.h"
 #include "sim/instrument_interroge.h"
 #include "sim/metro_simule.h"
+#include "sim/testeur_cbr_simule.h"
 
 namespace zuma::host {
 namespace {
@@ -39,6 +41,8 @@ class Atelier {
     Pèse<sim::BalanceLRPC31Simulée>("lrpc", "LRPC 31 balance, sends by itself");
     Pèse<sim::IndicateurDEXALSimulé>("dexal", "DEXAL indicator, sends by itself");
     Pèse<sim::BalanceJADEVERSimulée>("jadever", "JADEVER balance, sends by itself");
+    Pèse<sim::BalanceGramSimulée>("gram", "Gram balance, sends by itself");
+    Presse();
     Jauge("metro", "METRO gauge 1", false);
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
     Registres();
@@ -70,6 +74,11 @@ class Atelier {
     const auto appareil = Crée<Balance>(*horloge_);
     servis_.push_back(
         {nom, parle, appareil, [appareil](double place) { appareil->poids = 20 + 10 * place; }});
+  }
+  void Presse() {
+    const auto appareil = Crée<sim::TesteurCBRSimulé>(*horloge_);
+    servis_.push_back({"cbr", "CBR tester, pushes once it is started", appareil,
+                       [appareil](double place) { appareil->précharge = 0.05 * place; }});
   }
   void Jauge(const char* nom, const char* parle, bool multiplexeur) {
     const auto appareil = Crée<sim::METROSimulé>(*horloge_, multiplexeur);
