@@ -22,6 +22,8 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
   services.can = &bus.Can();
+  services.orbit = &réseaux.Orbit();
+  services.spider = &réseaux.Spider();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
@@ -35,6 +37,7 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   ports.Branche(chassis);
   bus.Branche(chassis);
   instruments.Branche(chassis);
+  réseaux.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -140,6 +143,7 @@ void MachineSimulée::AvanceJusquA(double secondes) {
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);
   instruments.Anime(static_cast<double>(palier) * kPalier);
+  réseaux.Anime(static_cast<double>(palier) * kPalier);
   for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
 }
 
