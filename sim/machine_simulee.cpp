@@ -24,6 +24,8 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.can = &bus.Can();
   services.ftdi = &bus.Thumler();
   services.fin = &fin;
+  services.orbit = &réseaux.Orbit();
+  services.spider = &réseaux.Spider();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
@@ -37,6 +39,7 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   ports.Branche(chassis);
   bus.Branche(chassis);
   instruments.Branche(chassis);
+  réseaux.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -152,6 +155,7 @@ double MachineSimulée::AvanceJusquA(double secondes) {
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);
   instruments.Anime(static_cast<double>(palier) * kPalier);
+  réseaux.Anime(static_cast<double>(palier) * kPalier);
   for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
   return secondes;
 }

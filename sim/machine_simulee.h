@@ -15,6 +15,7 @@
 #include "sim/machine_bus.h"
 #include "sim/machine_instruments.h"
 #include "sim/machine_ports.h"
+#include "sim/machine_reseaux.h"
 #include "sim/presse.h"
 
 namespace zuma::sim {
@@ -40,6 +41,7 @@ class MachineSimulée {
   FabriqueLiaisonsSimulée liaisons;
   MachineBus bus{*horloge, liaisons};
   MachineInstruments instruments{*horloge, liaisons};
+  MachineRéseaux réseaux{*horloge};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
   ClavierSimulé clavier;
