@@ -14,6 +14,7 @@
 #include "sim/balances_simulees.h"
 #include "sim/esclave_modbus.h"
 #include "sim/instrument_interroge.h"
+#include "sim/laser_simule.h"
 #include "sim/metro_simule.h"
 #include "sim/testeur_cbr_simule.h"
 
@@ -45,6 +46,7 @@ class Atelier {
     Presse();
     Jauge("metro", "METRO gauge 1", false);
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
+    Laser();
     Registres();
   }
 
@@ -86,6 +88,12 @@ class Atelier {
                          appareil->jauges[1] = place;
                          if (multiplexeur) appareil->jauges[2] = 2 + place;
                        }});
+  }
+  void Laser() {
+    constexpr double kEtendue = 20'000;  // counts
+    const auto appareil = Crée<sim::LaserSimulé>(*horloge_);
+    servis_.push_back({"laser", "EIR laser extensometer, binary measure", appareil,
+                       [appareil](double place) { appareil->extension = kEtendue * place; }});
   }
   void Registres() {
     const auto appareil = Crée<sim::EsclaveModbus>(*horloge_, std::uint8_t{1});

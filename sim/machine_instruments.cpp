@@ -7,6 +7,7 @@
 
 #include "platform/reglages_port.h"
 #include "sim/balance_gram_simulee.h"
+#include "sim/laser_simule.h"
 #include "sim/testeur_cbr_simule.h"
 
 namespace zuma::sim {
@@ -21,6 +22,12 @@ struct Jumeau {
   void (*branche)(MachineInstruments& machine, const Carte& carte);
 };
 
+void BrancheLaser(MachineInstruments& machine, const Carte& carte) {
+  constexpr double kEtendue = 20'000;  // counts
+  const auto laser = Crée<LaserSimulé>(machine.LHorloge());
+  machine.Pose(carte, laser, [laser](double place) { laser->extension = kEtendue * place; });
+}
+
 // At rest its load cell shows a little; it pushes when it is started.
 void BrancheTesteurCBR(MachineInstruments& machine, const Carte& carte) {
   const auto testeur = Crée<TesteurCBRSimulé>(machine.LHorloge());
@@ -33,6 +40,7 @@ void BrancheBalanceGram(MachineInstruments& machine, const Carte& carte) {
 }
 
 constexpr std::array kJumeaux{
+    Jumeau{ENUM_DRIVER::Drv_EIR_LASER, &BrancheLaser},
     Jumeau{ENUM_DRIVER::Drv_UTS_0107, &BrancheTesteurCBR},
     Jumeau{ENUM_DRIVER::Drv_Balance_GRAM, &BrancheBalanceGram},
 };
