@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "sim/liaisons_simulees.h"
 #include "sim/machine_bus.h"
 #include "sim/machine_instruments.h"
+#include "sim/machine_pci.h"
 #include "sim/machine_ports.h"
 #include "sim/presse.h"
 
@@ -33,9 +35,12 @@ class MachineSimulée {
   /// Brings the clock to `secondes` after the start and sets the terminals of the inputs: analog
   /// ones follow slow sines, each channel with its own phase, logic ones blink in turn.
   void AvanceJusquA(double secondes);
+  /// The terminal that a channel sits on; none for a channel that has none.
+  [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
 
   Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
   MachinePorts ports{*horloge};
+  MachinePCI pci;
   FabriqueLiaisonsSimulée liaisons;
   MachineBus bus{*horloge, liaisons};
   MachineInstruments instruments{*horloge, liaisons};
