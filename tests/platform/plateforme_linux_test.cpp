@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/chassis.h"
+#include "outils/arbre.h"
 #include "outils/dossier_provisoire.h"
 #include "tree/journal_modbus.h"
 
@@ -32,6 +33,22 @@ TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
   machine.securite->PositionneCauseAU("porte");
   (void)machine.securite->DéclencheSécurité();
   EXPECT_TRUE(machine.securite->ArrêtComplet());
+}
+
+TEST(PlateformeLinux, DitUneFoisQueLesCartesPCIManquent) {
+  const essai::DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers"));
+  essai::Messages messages;
+  machine.services.messages = &messages;
+  for (const char* driver : {"DrvPCI9111HR", "DrvPCI 6208 V", "DrvPCI9111HR"}) {
+    Carte carte(machine.services);
+    carte.ChargeErreur(machine.registre);
+    essai::LitCarte(carte, driver, "");
+    carte.Initialise();
+  }
+  EXPECT_EQ(messages.textes, std::vector<std::string>{"Init 6208V error : -1"});
+  ASSERT_EQ(machine.registre->Total(), 1U);
+  EXPECT_NE(machine.registre->Entrées().front().message.find("zuma run --sim"), std::string::npos);
 }
 
 TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
