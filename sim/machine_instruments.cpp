@@ -1,11 +1,12 @@
 #include "sim/machine_instruments.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
-#include <span>
 #include <utility>
 
 #include "platform/reglages_port.h"
+#include "sim/laser_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -19,7 +20,15 @@ struct Jumeau {
   void (*branche)(MachineInstruments& machine, const Carte& carte);
 };
 
-constexpr std::span<const Jumeau> kJumeaux;
+void BrancheLaser(MachineInstruments& machine, const Carte& carte) {
+  constexpr double kEtendue = 20'000;  // counts
+  const auto laser = Crée<LaserSimulé>(machine.LHorloge());
+  machine.Pose(carte, laser, [laser](double place) { laser->extension = kEtendue * place; });
+}
+
+constexpr std::array kJumeaux{
+    Jumeau{ENUM_DRIVER::Drv_EIR_LASER, &BrancheLaser},
+};
 
 }  // namespace
 

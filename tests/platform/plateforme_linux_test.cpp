@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "core/chassis.h"
-#include "outils/arbre.h"
 #include "outils/dossier_provisoire.h"
 #include "tree/journal_modbus.h"
 
@@ -35,22 +34,6 @@ TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
   EXPECT_TRUE(machine.securite->ArrêtComplet());
 }
 
-TEST(PlateformeLinux, DitUneFoisQueLesCartesPCIManquent) {
-  const essai::DossierProvisoire dossier;
-  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers"));
-  essai::Messages messages;
-  machine.services.messages = &messages;
-  for (const char* driver : {"DrvPCI9111HR", "DrvPCI 6208 V", "DrvPCI9111HR"}) {
-    Carte carte(machine.services);
-    carte.ChargeErreur(machine.registre);
-    essai::LitCarte(carte, driver, "");
-    carte.Initialise();
-  }
-  EXPECT_EQ(messages.textes, std::vector<std::string>{"Init 6208V error : -1"});
-  ASSERT_EQ(machine.registre->Total(), 1U);
-  EXPECT_NE(machine.registre->Entrées().front().message.find("zuma run --sim"), std::string::npos);
-}
-
 TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
   const essai::DossierProvisoire dossier;
   RéglagesLinux choix = Choix(dossier.Chemin() / "fichiers");
@@ -62,6 +45,20 @@ TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
       },
       testing::ExitedWithCode(EXIT_FAILURE), "liaison perdue");
   EXPECT_NE(essai::Lit(choix.registre.fichier).find("liaison perdue"), std::string::npos);
+}
+
+TEST(PlateformeLinux, DitUneFoisChaqueBibliothèqueQuIlNAPas) {
+  const essai::DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers"));
+  std::int32_t nombre = 5;
+  EXPECT_EQ(machine.services.orbit->ConnectToOrbitNetworks(), 0);
+  EXPECT_NE(machine.services.orbit->OrbitSetaddr(0, 1, "A0"), 0);
+  EXPECT_NE(machine.services.spider->S8_InitAll(90, 1), 0);
+  EXPECT_NE(machine.services.spider->S8_GetDevSettings(1, nombre), 0);
+  EXPECT_EQ(nombre, 0);
+  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType9111, 0), 0);
+  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType6208V, 0), 0);
+  EXPECT_EQ(machine.registre->Total(), 3U);
 }
 
 TEST(PlateformeLinux, UnDossierImpossibleSeLitDansLeRegistre) {
