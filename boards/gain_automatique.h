@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -14,26 +15,31 @@ struct SeuilsDeGain {
 inline constexpr SeuilsDeGain kSeuils16Bits{16284, 32668};
 inline constexpr SeuilsDeGain kSeuils12Bits{1948, 3995};
 
-inline constexpr std::int16_t kGainMaximal = 3;
+/// Gain codes of a board; each code doubles the gain of the one before.
+struct PlageDeGains {
+  std::int16_t premier;
+  std::int16_t dernier;
+};
+inline constexpr PlageDeGains kGainsPortsES{0, 3};
 
 /// A signal that jumps past both thresholds from one conversion to the next would be chased for
 /// ever, and hold the pass with it: after this many conversions the gain only comes down.
 inline constexpr int kConversionsAvecMontée = 32;
 
 /// One conversion with automatic range: converts again until the gain found stays. `gain` starts
-/// at the code given and ends at the one found. The value is brought to gain 1 (code 0), so that
-/// one signal gives one value at any gain.
+/// at the code given and ends at the one found. The value is brought to gain 1 (the first code), so
+/// that one signal gives one value at any gain.
 template <class Conversion>
-double LitAvecGain(std::int16_t& gain, SeuilsDeGain seuils, Conversion&& conversion) {
+double LitAvecGain(std::int16_t& gain, SeuilsDeGain seuils, Conversion&& conversion,
+                   PlageDeGains plage = kGainsPortsES) {
   for (int conversions = 1;; ++conversions) {
     const std::int16_t essayé = gain;
     const double lecture = conversion(essayé);
     const double grandeur = std::fabs(lecture);
     if (grandeur < seuils.montée && conversions <= kConversionsAvecMontée) ++gain;
     if (grandeur > seuils.descente) --gain;
-    if (gain < 0) gain = 0;
-    if (gain > kGainMaximal) gain = kGainMaximal;
-    if (gain == essayé) return lecture / std::ldexp(1.0, essayé);
+    gain = std::clamp(gain, plage.premier, plage.dernier);
+    if (gain == essayé) return lecture / std::ldexp(1.0, essayé - plage.premier);
   }
 }
 

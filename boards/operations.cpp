@@ -1,4 +1,4 @@
-// What blocks and channels ask of the port-mapped boards, once for all boards.
+// What blocks and channels ask of the port-mapped and PCI boards, once for all boards.
 #include "boards/operations.h"
 
 #include <algorithm>
@@ -8,6 +8,9 @@
 #include "boards/acl_8316.h"
 #include "boards/blocs.h"
 #include "boards/entrees_12_bits.h"
+#include "boards/ik_121.h"
+#include "boards/pci_6208_v.h"
+#include "boards/pci_9111_hr.h"
 #include "boards/pcl_731.h"
 #include "boards/pet48_dio.h"
 #include "tree/carte.h"
@@ -208,6 +211,27 @@ void EcritSortieOuFréquence(Canal& canal) {
   canal.PiloteDe<ACL_8316>().ProgrammeFréquence(VersEntier16(canal.ValeurCanal()));
 }
 
+// --- Channels that have a start of their own
+
+constexpr OpérationsPilote AvecDépart(OpérationsPilote opérations, void (*démarreCanal)(Canal&)) {
+  opérations.démarreCanal = démarreCanal;
+  return opérations;
+}
+
+// The PCI library's answers are not looked at: a number that its board lacks is told at the start.
+template <std::int16_t kNombre>
+void VérifieVoie(Canal& canal) {
+  ExigeVoie(canal.NuméroCanal(), kNombre);
+}
+
+void RemetAZéro(Canal& canal) {
+  canal.PiloteDe<PCI_6208_V>().EcritAnalogique(canal.NuméroCanal(), 0);
+}
+
+void DémarreAxe(Canal& canal) {
+  canal.PiloteDe<IK_121>().IK121_InitialiseAxe(canal.NuméroCanal());
+}
+
 // --- Whole boards
 
 void DémarrePET48(Carte& carte) {
@@ -246,6 +270,16 @@ const OpérationsPilote kPCL813Analogique = kAnalogiqueDe<PCL_813B>;
 const OpérationsPilote kACL8113Analogique = kAnalogiqueDe<ACL_8113>;
 const OpérationsPilote kPCL728Sorties = kSortiesAnalogiquesDe<PCL_728>;
 const OpérationsPilote kACL6128Sorties = kSortiesAnalogiquesDe<ACL_6128>;
+const OpérationsPilote kPCI9111Entrées =
+    AvecDépart(kEntréesDe<PCI_9111_HR>, &VérifieVoie<PCI_9111_HR::kLignesDesPorts>);
+const OpérationsPilote kPCI9111Sorties =
+    AvecDépart(kSortiesDe<PCI_9111_HR>, &VérifieVoie<PCI_9111_HR::kLignesDesPorts>);
+const OpérationsPilote kPCI9111Analogique =
+    AvecDépart(kAnalogiqueDe<PCI_9111_HR>, &VérifieVoie<PCI_9111_HR::kVoies>);
+const OpérationsPilote kPCI9111SortiesAnalogiques = kSortiesAnalogiquesDe<PCI_9111_HR>;
+const OpérationsPilote kPCI6208VSorties =
+    AvecDépart(kSortiesAnalogiquesDe<PCI_6208_V>, &RemetAZéro);
+const OpérationsPilote kIK121 = AvecDépart(kAnalogiqueDe<IK_121>, &DémarreAxe);
 const OpérationsCarte kPET48Carte{.démarre = &DémarrePET48};
 
 }  // namespace zuma::pilotes

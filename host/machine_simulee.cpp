@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "host/machine.h"
+#include "sim/carte_ik121.h"
 
 namespace zuma::host {
 namespace {
@@ -14,6 +15,11 @@ std::string Volts(double volts) {
   std::array<char, 32> texte{};
   std::snprintf(texte.data(), texte.size(), "%+.4f V", volts);
   return texte.data();
+}
+
+// Where an encoder stands, in the unit that its channel reads.
+std::string Comptes(double volts) {
+  return std::to_string(sim::CarteIK121::Position(volts)) + " counts";
 }
 
 // Wires of the demo frame: channel, quantity, and what makes 10 V.
@@ -51,13 +57,14 @@ class Simulée : public Machine {
   }
 
   std::string Borne(const Canal& canal) const override {
-    const auto borne = machine_.ports.BorneDe(canal);
+    const auto borne = machine_.BorneDe(canal);
     if (!borne) return {};
     const sim::Bornes* bornes = &borne->DeLaCarte();
     const std::size_t rang = borne->Ligne();
     switch (canal.TypeCanal()) {
       case ENUM_TYPE_FONCTION::FctEntréesAnalogiques:
-        return Volts(bornes->entréesAnalogiques[rang]);
+        return canal.Driver() == ENUM_DRIVER::DrvIK121 ? Comptes(bornes->entréesAnalogiques[rang])
+                                                       : Volts(bornes->entréesAnalogiques[rang]);
       case ENUM_TYPE_FONCTION::FctSortiesAnalogiques:
         return canal.EnFréquence() ? std::to_string(bornes->fréquence) + " Hz"
                                    : Volts(bornes->sortiesAnalogiques[rang]);

@@ -31,7 +31,8 @@ class Borne {
   bool inversée_;
 };
 
-/// Points that a channel reads for a voltage within its board's range, whatever the board.
+/// Points that a channel reads for a voltage within its board's range, whatever the board but a
+/// counter of encoders.
 [[nodiscard]] constexpr double PointsPourVolts(double volts) noexcept {
   return volts / kVoltsPleineEchelle * 65536;
 }

@@ -4,25 +4,29 @@
 #include <array>
 
 #include "sim/carte_acl8316.h"
+#include "sim/carte_ik121.h"
 #include "sim/cartes_simples.h"
 
 namespace zuma::sim {
 namespace {
 
 using enum ENUM_DRIVER;
-using Fabrique = std::unique_ptr<CarteSimulée> (*)(HorlogeVirtuelle&);
+using Fabrique = std::unique_ptr<CarteSimulée> (*)(HorlogeVirtuelle&, const Réglages&);
 
 template <class Board>
-std::unique_ptr<CarteSimulée> AvecHorloge(HorlogeVirtuelle& horloge) {
+std::unique_ptr<CarteSimulée> AvecHorloge(HorlogeVirtuelle& horloge, const Réglages&) {
   return std::make_unique<Board>(horloge);
 }
 template <class Board>
-std::unique_ptr<CarteSimulée> Sans(HorlogeVirtuelle&) {
+std::unique_ptr<CarteSimulée> Sans(HorlogeVirtuelle&, const Réglages&) {
   return std::make_unique<Board>();
 }
 template <unsigned kVoies, bool kLogique>
-std::unique_ptr<CarteSimulée> Paires(HorlogeVirtuelle&) {
+std::unique_ptr<CarteSimulée> Paires(HorlogeVirtuelle&, const Réglages&) {
   return std::make_unique<CarteSortiesParPaires>(kVoies, kLogique);
+}
+std::unique_ptr<CarteSimulée> Codeurs(HorlogeVirtuelle&, const Réglages& réglages) {
+  return std::make_unique<CarteIK121>(réglages.ik121);
 }
 
 // Whether a channel sits on the line of its rank in the block rather than of its number.
@@ -35,8 +39,10 @@ struct Jumeau {
   std::uint16_t ports = 16;
   ParRang parRang = ParRang::Jamais;
   bool inversé = false;
+  std::uint16_t masque = 0xFFFF;  ///< bits of the address that count
+  int première = 0;               ///< number of the channel on the first line
 };
-constexpr std::array<Jumeau, 21> kJumeaux{{
+constexpr std::array<Jumeau, 22> kJumeaux{{
     {.driver = DrvPCL731_PCLD782B, .fabrique = &Sans<CartePCL731>, .ports = 8},
     {.driver = DrvPCL731_PCLD7225, .fabrique = &Sans<CartePCL731>, .ports = 8, .inversé = true},
     {.driver = DrvPET48DIO_TB24P,
@@ -69,6 +75,7 @@ constexpr std::array<Jumeau, 21> kJumeaux{{
     {.driver = DrvACL8113, .fabrique = &AvecHorloge<CarteEntrées12Bits>},
     {.driver = DrvPCL728, .fabrique = &Paires<8, false>},
     {.driver = DrvACL6128, .fabrique = &Paires<8, false>},
+    {.driver = DrvIK121, .fabrique = &Codeurs, .masque = 0xFF0, .première = 1},
 }};
 
 const Jumeau* JumeauDe(ENUM_DRIVER driver) {
@@ -87,10 +94,15 @@ int RangDe(const Canal& canal) {
   return -1;
 }
 
-int LigneDe(const Canal& canal, ParRang règle) {
+std::uint16_t BaseDe(const Jumeau& jumeau, std::uint16_t base) {
+  return static_cast<std::uint16_t>(base & jumeau.masque);
+}
+
+int LigneDe(const Canal& canal, const Jumeau& jumeau) {
   const bool enBloc = canal.Parent() != nullptr && canal.Parent()->MAJParFonction();
-  const bool parRang = règle == ParRang::Toujours || (règle == ParRang::EnBloc && enBloc);
-  return parRang ? RangDe(canal) : canal.NuméroCanal();
+  const bool parRang =
+      jumeau.parRang == ParRang::Toujours || (jumeau.parRang == ParRang::EnBloc && enBloc);
+  return parRang ? RangDe(canal) : canal.NuméroCanal() - jumeau.première;
 }
 
 }  // namespace
@@ -104,9 +116,11 @@ void MachinePorts::Branche(Chassis& chassis) {
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const Jumeau* jumeau = JumeauDe(bloc->Driver_enm());
-      if (jumeau == nullptr || Trouve(bloc->Base()) != nullptr) continue;
-      cartes_.push_back({bloc->Base(), jumeau->fabrique(horloge_)});
-      bus_.Attache(bloc->Base(), jumeau->ports, *cartes_.back().carte);
+      if (jumeau == nullptr) continue;
+      const std::uint16_t base = BaseDe(*jumeau, bloc->Base());
+      if (Trouve(base) != nullptr) continue;
+      cartes_.push_back({base, jumeau->fabrique(horloge_, bloc->LaPlateforme().réglages)});
+      bus_.Attache(base, jumeau->ports, *cartes_.back().carte);
     }
   }
   const auto adresse = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
@@ -117,9 +131,9 @@ void MachinePorts::Branche(Chassis& chassis) {
 
 std::optional<Borne> MachinePorts::BorneDe(const Canal& canal) const {
   const Jumeau* jumeau = JumeauDe(canal.Driver());
-  CarteSimulée* carte = jumeau == nullptr ? nullptr : Trouve(canal.Base());
+  CarteSimulée* carte = jumeau == nullptr ? nullptr : Trouve(BaseDe(*jumeau, canal.Base()));
   if (carte == nullptr) return {};
-  const int ligne = LigneDe(canal, jumeau->parRang);
+  const int ligne = LigneDe(canal, *jumeau);
   if (ligne < 0 || ligne >= kLignesParCarte) return {};
   return Borne(carte->bornes, static_cast<std::uint8_t>(ligne), jumeau->inversé);
 }

@@ -29,6 +29,7 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
+  services.pci = &pci.Bibliothèque();
   (void)liaisons.Attache(1, balance);
   (void)liaisons.Attache(2, comparateur);
   (void)liaisons.Attache(3, indicateur);
@@ -37,6 +38,7 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
 void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   câblage_ = câblage;
   ports.Branche(chassis);
+  pci.Branche(chassis);
   bus.Branche(chassis);
   instruments.Branche(chassis);
   réseaux.Branche(chassis);
@@ -50,8 +52,13 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   }
 }
 
-void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entrée) {
+std::optional<Borne> MachineSimulée::BorneDe(const Canal& canal) const {
   const auto borne = ports.BorneDe(canal);
+  return borne ? borne : pci.BorneDe(canal);
+}
+
+void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entrée) {
+  const auto borne = BorneDe(canal);
   if (!borne) return;
   const auto fil = std::ranges::find(câblage_, canal.Key(), &Fil::canal);
   if (fil != câblage_.end()) {

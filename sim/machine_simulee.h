@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "sim/liaisons_simulees.h"
 #include "sim/machine_bus.h"
 #include "sim/machine_instruments.h"
+#include "sim/machine_pci.h"
 #include "sim/machine_ports.h"
 #include "sim/machine_reseaux.h"
 #include "sim/presse.h"
@@ -35,9 +37,12 @@ class MachineSimulée {
   /// terminals of the inputs: analog ones follow slow sines, each channel with its own phase, logic
   /// ones blink in turn. Returns the time that it is, in seconds after the start.
   double AvanceJusquA(double secondes);
+  /// The terminal that a channel sits on; none for a channel that has none.
+  [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
 
   Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
   MachinePorts ports{*horloge};
+  MachinePCI pci;
   FabriqueLiaisonsSimulée liaisons;
   MachineBus bus{*horloge, liaisons};
   MachineInstruments instruments{*horloge, liaisons};

@@ -42,6 +42,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       fichiers(std::move(choix.dossier)),
       fin(registre),
       clavier(choix.clavier),
+      pci(registre),
       securite(Crée<Securite>(timer, &horloge)) {
   services.messages = &messages;
   services.ports = &ports;
@@ -55,6 +56,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.fin = &fin;
   services.clavier = &clavier;
   services.ftdi = &ftdi;
+  services.pci = &pci;
   services.réglages = choix.réglages;
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);

@@ -236,8 +236,7 @@ TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
   const Fin fin = Lance({"run", Base("UPDATE Fonction SET Driver='DrvIK121' WHERE [Index]=11"),
                          "--sim", "--seconds", "0.6"});
   EXPECT_EQ(fin.code, 1);
-  EXPECT_NE(fin.erreur.find("failure: Erreur N°445 (Driver DrvIK121 (23) non disponible"),
-            std::string::npos)
+  EXPECT_NE(fin.erreur.find("failure: Erreur N°9 (Axe 0 absent de la carte"), std::string::npos)
       << fin.erreur;
   EXPECT_NE(fin.sortie.find("| Four zone 1 | "), std::string::npos);
 }

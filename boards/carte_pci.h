@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+
+#include "boards/carte_es.h"
+
+namespace zuma {
+
+/// What the boards reached through the PCI library have in common: each is known by the handle that
+/// its registration gave. The library's answers are not looked at: a board that is missing reads as
+/// 0, and the library tells why in its own way.
+class CartePCI : public Pilote {
+ public:
+  CartePCI(const Matériel& matériel, std::uint16_t poignée)
+      : matériel_(matériel), poignée_(poignée) {}
+
+ protected:
+  [[nodiscard]] BibliothèquePCI& Lib() const { return *matériel_.plateforme.pci; }
+  [[nodiscard]] const Réglages& LesRéglages() const { return matériel_.plateforme.réglages; }
+  [[nodiscard]] std::uint16_t Poignée() const noexcept { return poignée_; }
+
+ private:
+  Matériel matériel_;
+  std::uint16_t poignée_;
+};
+
+/// Registers the board of that type whose number stands in `Adresse`, and puts the handle there
+/// instead, for its blocks and channels too. Started again, the board is registered under the same
+/// number. Gives the library's answer, which is negative when there is no such board.
+[[nodiscard]] std::int16_t EnregistreCartePCI(Carte& carte, std::uint16_t type);
+
+}  // namespace zuma

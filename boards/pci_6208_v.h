@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+#include "boards/carte_pci.h"
+
+namespace zuma {
+
+/// PCI 6208 V: analog outputs of 16 bits.
+class PCI_6208_V : public CartePCI {
+ public:
+  using CartePCI::CartePCI;
+
+  /// Outputs 0 to 5 to 0.
+  void DémarreSortiesAnalogiques();
+  void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
+};
+
+}  // namespace zuma

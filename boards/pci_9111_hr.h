@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "boards/carte_pci.h"
+
+namespace zuma {
+
+/// PCI 9111 HR behind a Vorlanex break-out: 16 analog inputs of 16 bits with five gains, one analog
+/// output of 12 bits, and logic lines each way, 16 on port 0 and 4 more on port 1.
+class PCI_9111_HR : public CartePCI {
+ public:
+  static constexpr double kPleineEchelle = 32768;
+  static constexpr std::int16_t kVoies = 16;
+  static constexpr std::int16_t kLignesDesPorts = 20;
+  /// A write takes every line that a word has: those that the board lacks are for the library to
+  /// refuse.
+  static constexpr std::int16_t kLignes = kBitsDuMot;
+
+  using CartePCI::CartePCI;
+
+  void DémarreAnalogique(bool scan);
+  /// Mean of so many conversions with automatic range, in signed counts of gain code 1; 0 counts as
+  /// one conversion. `gain` is brought to 1 to 5 first.
+  [[nodiscard]] double LitAnalogique(std::int16_t voie, std::int16_t& gain,
+                                     std::int16_t lectures = 1);
+
+  void DémarreSortiesAnalogiques() {}
+  /// Codes 0 to 2047 are positive, 2048 to 4095 negative (two's complement on 12 bits). The board
+  /// has one output: the channel's number is not used.
+  void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
+
+  /// A block takes the bit of a channel's number.
+  static constexpr bool kBitParNuméro = true;
+  void DémarreEntrées() {}
+  [[nodiscard]] std::uint32_t LitEntrées() const;
+  /// A set line is the true level.
+  [[nodiscard]] bool LitEntrée(std::int16_t voie) const;
+
+  /// All lines to 0, whatever was written before.
+  void DémarreSorties();
+  /// Whole word; one that the board already holds is skipped.
+  void EcritSorties(std::uint32_t image);
+  void EcritSortie(std::int16_t voie, bool active);
+
+ private:
+  /// Word that the logic outputs hold, while that is certain: none after a start, after the write
+  /// of a single line or after a write that failed. The next word then goes out whatever it is: a
+  /// stop must not be taken for a word already there.
+  std::optional<std::uint32_t> imageSorties_;
+};
+
+}  // namespace zuma

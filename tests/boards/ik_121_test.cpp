@@ -1,0 +1,91 @@
+// The encoder board through its block and channels, against a twin made from its register map.
+#include "boards/ik_121.h"
+
+#include <gtest/gtest.h>
+
+#include "outils/arbre.h"
+#include "sim/carte_ik121.h"
+
+namespace zuma {
+namespace {
+
+using essai::Texte;
+
+class DesCodeurs : public testing::Test, public essai::Banc {
+ public:
+  DesCodeurs() {
+    bus.Attache(0x300, 16, jumelle);
+    plateforme.ports = &bus;
+    carte.TimerExact(timer);
+    carte.ChargeErreur(registre);
+  }
+  // At an address that is not a multiple of 16: its low digit does not count.
+  void Démarre(const std::vector<std::int32_t>& axes) {
+    bloc = essai::AjouteBloc(carte, "1",
+                             {{"Driver", Texte("DrvIK121")},
+                              {"Type de Fonction", Texte("Entrée Analogique")},
+                              {"Nom de la Fonction", Texte("Codeurs")}},
+                             axes, timer, registre);
+    essai::LitCarte(carte, "", "", "305");
+    carte.Initialise();
+  }
+  void Place(std::size_t rang, double comptes) {
+    jumelle.bornes.entréesAnalogiques[rang] = comptes / 10'000;
+  }
+  Canal& Axe(std::int32_t numéro) { return *bloc->Canals()->Item(essai::CléDuCanal(numéro)); }
+
+  sim::CarteIK121 jumelle;
+  sim::BusPorts bus;
+  Carte carte{plateforme};
+  FonctionRef bloc;
+};
+
+TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
+  Place(0, 777);
+  Démarre({1, 2});
+  EXPECT_EQ(jumelle.départs, (std::array{2, 2})) << "with the block, then with its channel";
+  Axe(1).NbLecture(3);
+  for (const std::int32_t latch : {0, 1}) {
+    plateforme.réglages.ik121.latch = latch;
+    for (const auto& [un, deux] :
+         {std::pair{5.0, -70000.0}, {-65536.0, 131072.0}, {-2147483647.0, 2147483647.0}}) {
+      Place(0, 777 + un);
+      Place(1, deux);
+      bloc->MetàJour();
+      EXPECT_EQ(Axe(1).ValeurCanal(), -un) << latch;
+      EXPECT_EQ(Axe(2).ValeurCanal(), -deux) << latch;
+    }
+  }
+  jumelle.regardsAvantPrêt = 100'000;
+  Place(0, 12);
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(1).ValeurCanal(), 765) << "a late latch is awaited";
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(DesCodeurs, AjoutentLeMotHautOuNonSelonLeRéglage) {
+  using enum MotHautIK121;
+  const struct {
+    std::array<std::uint16_t, 3> mots;
+    std::int64_t signe, compte;
+  } cas[] = {{{0xFFFB, 0xFFFF, 0xFFFF}, -5, -5},
+             {{0xFFFF, 0x7FFF, 0}, 0x7FFFFFFF, 0x7FFFFFFF},
+             {{0, 0x8000, 0x8000}, INT32_MIN, INT32_MIN - 0x7FFF00000000},
+             {{2, 1, 3}, 65538, 3 * 0x100000000 + 65538}};
+  for (const auto& c : cas) {
+    EXPECT_EQ(CompteIK121(c.mots, Compte), c.compte);
+    EXPECT_EQ(CompteIK121(c.mots, Signe), c.signe);
+  }
+  EXPECT_THROW((void)CompteIK121(std::array<std::uint16_t, 3>{0, 0x8000, 0}, Signe), Echec);
+  plateforme.réglages.ik121.motHaut = Compte;
+  Démarre({2});
+  Place(1, -1e12);
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(2).ValeurCanal(), 1e12);
+  plateforme.réglages.ik121.latch = 2;
+  bloc->MetàJour();
+  EXPECT_TRUE(registre->Contient("Latch 2 absent"));
+}
+
+}  // namespace
+}  // namespace zuma
