@@ -1,11 +1,12 @@
 #include "sim/machine_instruments.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
-#include <span>
 #include <utility>
 
 #include "platform/reglages_port.h"
+#include "sim/conditionneur_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -19,7 +20,19 @@ struct Jumeau {
   void (*branche)(MachineInstruments& machine, const Carte& carte);
 };
 
-constexpr std::span<const Jumeau> kJumeaux;
+// Three values of unlike size, so that a channel taken for another shows.
+void BrancheConditionneur(MachineInstruments& machine, const Carte& carte) {
+  const auto appareil =
+      Crée<ConditionneurSimulé>(machine.LHorloge(), static_cast<std::uint8_t>(carte.Adresse()));
+  machine.Pose(carte, appareil, [appareil](double place) {
+    appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
+  });
+}
+
+constexpr std::array<Jumeau, 2> kJumeaux{{
+    {ENUM_DRIVER::DrvConditionneurNumeriqueK9, &BrancheConditionneur},
+    {ENUM_DRIVER::DrvConditionneurNumeriqueK9_V1_00, &BrancheConditionneur},
+}};
 
 }  // namespace
 
