@@ -19,14 +19,21 @@ constexpr std::array<TexteDeForme, 5> kFormes{{
     {" de la propriété ", " en Lecture"},
 }};
 
-std::string Message(const Objet& objet, Forme forme, std::string_view nom, const Echec& échec) {
+std::string Début(const Echec& échec) {
+  std::string début = "Erreur N°";
+  début += std::to_string(échec.NuméroErreur());
+  début += " (";
+  début += échec.Description();
+  début += ')';
+  return début;
+}
+
+std::string Message(const Objet& objet, Forme forme, std::string_view nom, std::string_view début,
+                    int ligne) {
   const TexteDeForme& texte = kFormes[static_cast<std::size_t>(forme)];
-  std::string message = "Erreur N°";
-  message += std::to_string(échec.NuméroErreur());
-  message += " (";
-  message += échec.Description();
-  message += ") à la ligne ";
-  message += std::to_string(échec.Ligne());
+  std::string message(début);
+  message += " à la ligne ";
+  message += std::to_string(ligne);
   message += texte.genre;
   message += nom;
   message += texte.suffixe;
@@ -54,12 +61,18 @@ void Objet::Montre(std::string_view texte) const {
 
 void détail::Signale(const Objet& objet, Forme forme, std::string_view nom, const Echec& échec,
                      const Variables& variables, SansErreur sans) {
-  const std::string message = Message(objet, forme, nom, échec);
+  const std::string message = Message(objet, forme, nom, Début(échec), échec.Ligne());
   if (sans == SansErreur::Montre && !objet.Erreur()) {
     objet.Montre(message);
     return;
   }
   objet.Erreur()->AjouteErreur(message, variables.Table());
+}
+
+void Consigne(const Objet& objet, Forme forme, std::string_view nom, std::string_view début,
+              std::source_location où) {
+  objet.Erreur()->AjouteErreur(Message(objet, forme, nom, début, static_cast<int>(où.line())),
+                               TableVariables(1));
 }
 
 }  // namespace zuma

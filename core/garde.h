@@ -45,6 +45,11 @@ void Signale(const Objet& objet, Forme forme, std::string_view nom, const Echec&
              const Variables& variables, SansErreur sans);
 }  // namespace détail
 
+/// Adds an entry to the object's error record under words of its own, in the form of the tail:
+/// `début` stands in the place of number and description. The operation goes on.
+void Consigne(const Objet& objet, Forme forme, std::string_view nom, std::string_view début,
+              std::source_location où = std::source_location::current());
+
 /// The error tail, the only one: runs `travail`; on a failure builds the message, collects the
 /// variables with `remplit` and hands both to the object's error record, then returns normally
 /// with a default result. Free on success.

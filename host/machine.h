@@ -2,8 +2,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "core/chassis.h"
 
@@ -23,15 +27,32 @@ class Machine {
   /// Called once, between load and start.
   virtual void Branche(Chassis&) {}
   /// Called before each pass: lets the time of the machine come to `secondes` after the start.
-  virtual void AvanceJusquA(double secondes) = 0;
+  /// Returns the time that it is by then; a pass may have taken longer.
+  virtual double AvanceJusquA(double secondes) = 0;
   /// What stands at the terminals of a channel, for people; empty when nobody knows.
   [[nodiscard]] virtual std::string Borne(const Canal&) const { return {}; }
+  /// Why the process has to end at once; empty while nothing asked for it. A real machine never
+  /// answers: there the process is gone.
+  [[nodiscard]] virtual std::string_view Fini() const { return {}; }
+  /// Hands over what its adapters told on their own: a missing interface, a lost board.
+  virtual void Rapporte(ZED_Erreur&) const {}
   /// The twins, to be looked at and disturbed; none on a real machine.
   [[nodiscard]] virtual sim::MachineSimulée* Jumelle() { return nullptr; }
 };
 
+/// Devices of the machine at hand, where they are not the usual ones.
+struct Raccordement {
+  std::map<std::int32_t, std::string> ports;  ///< serial devices by number
+  std::map<std::pair<std::int32_t, std::int32_t>, std::string>
+      can;  ///< interfaces by card and port
+};
+/// Reads "number=device" and "card:port=interface". Throws `MauvaisUsage` on anything else.
+[[nodiscard]] Raccordement LitLesPorts(const std::vector<std::string>& ports,
+                                       const std::vector<std::string>& can);
+
 /// The machine at hand. Messages of the library go to `messages`.
-[[nodiscard]] std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages);
+[[nodiscard]] std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages,
+                                                     const Raccordement& raccordement = {});
 /// How fast the simulated machine's time runs.
 enum class Cadence { Réelle, Libre };
 /// Twins for everything the frame names, the demo frame's press included.

@@ -1,29 +1,90 @@
+#include <charconv>
 #include <chrono>
+#include <string_view>
 #include <thread>
 
+#include "host/configuration.h"
 #include "host/machine.h"
 #include "platform/linux/plateforme_linux.h"
 
 namespace zuma::host {
 namespace {
 
+linux_::RéglagesLinux Choix(const Raccordement& raccordement) {
+  linux_::RéglagesLinux choix;
+  choix.portsSérie = raccordement.ports;
+  choix.interfacesCAN = raccordement.can;
+  return choix;
+}
+
 class Réelle : public Machine {
  public:
-  explicit Réelle(BoîteDeMessage& messages) : linux_({}) { linux_.services.messages = &messages; }
+  Réelle(BoîteDeMessage& messages, const Raccordement& raccordement) : linux_(Choix(raccordement)) {
+    linux_.services.messages = &messages;
+  }
 
   Plateforme& Services() override { return linux_.services; }
   Ref<ZED_Timer> Timer() override { return linux_.timer; }
   // A pass costs little when nothing is due: a host may ask a thousand times a second.
-  void AvanceJusquA(double) override { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
+  double AvanceJusquA(double) override {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - départ_).count();
+  }
+  void Rapporte(ZED_Erreur& registre) const override {
+    for (const auto& entrée : linux_.registre->Entrées()) {
+      registre.AjouteErreur(entrée.message, entrée.variables);
+    }
+  }
 
  private:
   linux_::PlateformeLinux linux_;
+  std::chrono::steady_clock::time_point départ_ = std::chrono::steady_clock::now();
 };
+
+bool LitNombre(std::string_view texte, std::int32_t& nombre) {
+  const auto [fin, erreur] = std::from_chars(texte.data(), texte.data() + texte.size(), nombre);
+  return erreur == std::errc() && fin == texte.data() + texte.size() && nombre >= 0;
+}
+
+[[noreturn]] void Refuse(std::string_view texte, std::string_view attendu) {
+  throw MauvaisUsage("\"" + std::string(texte) + "\": expected " + std::string(attendu));
+}
+
+// The two sides of a sign; neither may be empty.
+std::pair<std::string_view, std::string_view> Partage(std::string_view texte, char signe,
+                                                      std::string_view attendu) {
+  const std::size_t place = texte.find(signe);
+  if (place == 0 || place == std::string_view::npos || place + 1 == texte.size()) {
+    Refuse(texte, attendu);
+  }
+  return {texte.substr(0, place), texte.substr(place + 1)};
+}
 
 }  // namespace
 
-std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages) {
-  return std::make_unique<Réelle>(messages);
+Raccordement LitLesPorts(const std::vector<std::string>& ports,
+                         const std::vector<std::string>& can) {
+  constexpr std::string_view kPort = "NUMBER=DEVICE, as in 4=/dev/ttyUSB0";
+  constexpr std::string_view kCan = "CARD:PORT=INTERFACE, as in 1:0=can0";
+  Raccordement lu;
+  for (const std::string& texte : ports) {
+    const auto [numéro, appareil] = Partage(texte, '=', kPort);
+    std::int32_t port = 0;
+    if (!LitNombre(numéro, port)) Refuse(texte, kPort);
+    lu.ports[port] = appareil;
+  }
+  for (const std::string& texte : can) {
+    const auto [place, interface] = Partage(texte, '=', kCan);
+    const auto [carte, port] = Partage(place, ':', kCan);
+    std::pair<std::int32_t, std::int32_t> clé;
+    if (!LitNombre(carte, clé.first) || !LitNombre(port, clé.second)) Refuse(texte, kCan);
+    lu.can[clé] = interface;
+  }
+  return lu;
+}
+
+std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages, const Raccordement& raccordement) {
+  return std::make_unique<Réelle>(messages, raccordement);
 }
 
 }  // namespace zuma::host

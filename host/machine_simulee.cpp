@@ -43,10 +43,11 @@ class Simulée : public Machine {
   Ref<ZED_Timer> Timer() override { return machine_.horloge; }
   void Branche(Chassis& chassis) override { machine_.Branche(chassis, kCâblage); }
   sim::MachineSimulée* Jumelle() override { return &machine_; }
+  std::string_view Fini() const override { return machine_.fin.raison; }
 
-  void AvanceJusquA(double secondes) override {
+  double AvanceJusquA(double secondes) override {
     if (cadence_ == Cadence::Réelle) Dors(secondes);
-    machine_.AvanceJusquA(secondes);
+    return machine_.AvanceJusquA(secondes);
   }
 
   std::string Borne(const Canal& canal) const override {

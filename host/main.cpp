@@ -44,9 +44,20 @@ int Lance(int argc, char** argv) {
   verbeRun->add_option("--seconds", run.secondes, "end after that many seconds")
       ->check(CLI::PositiveNumber);
   verbeRun->add_option("--csv", run.csv, "record the sensors on each refresh");
+  verbeRun
+      ->add_option(
+          "--fault", run.pannes,
+          "disturb the simulated machine: silence, garbage, crc, cut, babble or unplug, on "
+          "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
+      ->type_name("KIND[:WHERE][@FROM[-TO]]");
+  verbeRun->add_flag("--fast", run.auPlusVite, "let simulated time run as fast as it goes");
+  verbeRun->add_option("--port", run.ports, "device of a serial port of the configuration")
+      ->type_name("N=DEVICE");
+  verbeRun->add_option("--can", run.can, "network interface of a port of a CAN card")
+      ->type_name("CARD:PORT=INTERFACE");
   verbeRun->footer(
       "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
-      "s stop, a acknowledge, q quit.");
+      "s stop, a acknowledge, f next fault (simulated machine), q quit.");
 
   OptionsCompression compression;
   auto* verbeCompression = app.add_subcommand(

@@ -1,13 +1,19 @@
+#include <algorithm>
 #include <cstdio>
+#include <limits>
+#include <memory>
 #include <optional>
 
 #include "host/chassis_en_marche.h"
 #include "host/clavier_terminal.h"
+#include "host/configuration.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
+#include "host/pannes.h"
 #include "host/parametres.h"
 #include "host/verbes.h"
 #include "host/vue.h"
+#include "sim/machine_simulee.h"
 
 namespace zuma::host {
 namespace {
@@ -31,13 +37,12 @@ class Marche {
     const double période = terminal_.EstTerminal() ? kPeriodeTerminal : kPeriodeLignes;
     double prochaineVue = période;
     double secondes = 0;
-    while (!fin_ && !Interruption::Demandée() &&
+    while (!fin_ && !Interruption::Demandée() && machine_.Fini().empty() &&
            !(options_.secondes && secondes >= *options_.secondes)) {
-      secondes += kPasDePasse;
-      machine_.AvanceJusquA(secondes);
+      secondes = machine_.AvanceJusquA(secondes + kPasDePasse);
       Passe(secondes);
       if (secondes + kPasDePasse / 2 < prochaineVue) continue;
-      prochaineVue += période;
+      prochaineVue = std::max(prochaineVue + période, secondes);
       while (const char touche = clavier_.Touche()) Traite(touche);
       Montre(secondes);
     }
@@ -52,7 +57,9 @@ class Marche {
   void Passe(double secondes) {
     Chassis& chassis = marche_.LeChassis();
     const std::uint64_t avant = chassis.RafraichissementsEA();
+    const double départ = timer_->LitMicrosecondes();
     chassis.MetàJour();
+    plusLonguePasse_ = std::max(plusLonguePasse_, (timer_->LitMicrosecondes() - départ) / 1000);
     if (enregistreur_ && chassis.RafraichissementsEA() != avant) enregistreur_->Note(secondes);
   }
 
@@ -82,6 +89,7 @@ class Marche {
     if (touche == 'k') Choisit(-1);
     if (touche == 'a') (void)marche_.Acquitte();
     if (touche == 's') marche_.Arrête();
+    if (touche == 'f') ChangeDePanne();
     if (capteur == nullptr) return;
     if (touche == 't') capteur->Tare();
     if (touche == 'c') capteur->AnnuleTare();
@@ -89,8 +97,28 @@ class Marche {
     if (touche == 'm') capteur->RazMaxiDétecté();
   }
 
+  // Each press goes on to the next kind of fault, on all lines, and from the last one to none.
+  void ChangeDePanne() {
+    sim::MachineSimulée* jumelle = machine_.Jumelle();
+    if (jumelle == nullptr) return;
+    sim::PannePrévue panne{.fin = std::numeric_limits<double>::infinity()};
+    if (parTouche_) panne.genre = *parTouche_;
+    const bool encore = !parTouche_ || PanneSuivante(panne.genre);
+    parTouche_.reset();
+    jumelle->pannes.clear();
+    if (!encore) return;
+    parTouche_ = panne.genre;
+    jumelle->pannes.push_back(panne);
+  }
+
   void Montre(double secondes) {
-    const Instantané vue{marche_.LeChassis(), machine_, marche_.LaSécurité(), secondes, choisi_};
+    const Instantané vue{marche_.LeChassis(),
+                         machine_,
+                         marche_.LaSécurité(),
+                         secondes,
+                         choisi_,
+                         plusLonguePasse_,
+                         parTouche_ ? NomDePanne(*parTouche_) : std::string_view()};
     if (options_.json) {
       std::printf("%s\n", VueEnJson(vue).c_str());
       std::fflush(stdout);
@@ -108,25 +136,46 @@ class Marche {
   ClavierTerminal clavier_;
   ChassisEnMarche marche_;
   std::optional<Enregistreur> enregistreur_;
+  Ref<ZED_Timer> timer_ = machine_.Timer();
+  double plusLonguePasse_ = 0;  // milliseconds
+  std::optional<sim::GenreDePanne> parTouche_;
   std::int32_t choisi_ = 0;
   bool fin_ = false;
 };
+
+std::unique_ptr<Machine> LaMachine(const OptionsRun& options, BoîteDeMessage& messages) {
+  if (!options.simulation) {
+    if (!options.pannes.empty() || options.auPlusVite) {
+      throw MauvaisUsage("--fault and --fast belong to the simulated machine: add --sim");
+    }
+    return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
+  }
+  auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle);
+  for (const std::string& panne : options.pannes) {
+    machine->Jumelle()->pannes.push_back(LitLaPanne(panne));
+  }
+  return machine;
+}
 
 }  // namespace
 
 int Run(const OptionsRun& options) {
   const Interruption interruption;
   const auto recueil = Crée<Recueil>();
-  const auto machine = options.simulation ? MachineSimulée(*recueil) : MachineRéelle(*recueil);
+  const auto machine = LaMachine(options, *recueil);
   bool complet = true;
   {
     Marche marche(options, *machine, recueil);
     marche.Tourne();
     complet = marche.EnregistrementComplet();
   }
+  machine->Rapporte(*recueil);
   if (!complet) {
     std::fprintf(stderr, "zuma: %s is incomplete: the disk did not take all lines\n",
                  options.csv.c_str());
+  }
+  if (!machine->Fini().empty()) {
+    std::fprintf(stderr, "zuma: the process ends here: %s\n", std::string(machine->Fini()).c_str());
   }
   for (const Problème& problème : recueil->Problèmes()) {
     std::fprintf(stderr, "%s\n", Ligne(problème).c_str());

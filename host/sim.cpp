@@ -14,6 +14,7 @@
 #include "sim/conditionneur_simule.h"
 #include "sim/esclave_modbus.h"
 #include "sim/instrument_interroge.h"
+#include "sim/laser_simule.h"
 #include "sim/metro_simule.h"
 
 namespace zuma::host {
@@ -42,6 +43,7 @@ class Atelier {
     Pèse<sim::BalanceJADEVERSimulée>("jadever", "JADEVER balance, sends by itself");
     Jauge("metro", "METRO gauge 1", false);
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
+    Laser();
     Registres();
     Conditionne();
   }
@@ -79,6 +81,12 @@ class Atelier {
                          appareil->jauges[1] = place;
                          if (multiplexeur) appareil->jauges[2] = 2 + place;
                        }});
+  }
+  void Laser() {
+    constexpr double kEtendue = 20'000;  // counts
+    const auto appareil = Crée<sim::LaserSimulé>(*horloge_);
+    servis_.push_back({"laser", "EIR laser extensometer, binary measure", appareil,
+                       [appareil](double place) { appareil->extension = kEtendue * place; }});
   }
   void Registres() {
     const auto appareil = Crée<sim::EsclaveModbus>(*horloge_, std::uint8_t{1});

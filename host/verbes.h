@@ -34,6 +34,10 @@ struct OptionsRun {
   std::optional<double> secondes;
   bool json = false;
   std::string csv;                      ///< recording of the sensors; empty for none
+  std::vector<std::string> pannes;      ///< faults of the simulated machine, see host/pannes.h
+  bool auPlusVite = false;              ///< simulated time runs as fast as it goes
+  std::vector<std::string> ports;       ///< "number=device" of serial ports
+  std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
 };
 /// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.

@@ -20,6 +20,12 @@ std::string Secondes(double secondes) {
   return texte.data();
 }
 
+std::string Millisecondes(double millisecondes) {
+  std::array<char, 32> texte{};
+  std::snprintf(texte.data(), texte.size(), "%.3f ms", millisecondes);
+  return texte.data();
+}
+
 bool EstLogique(const Canal& canal) {
   return canal.TypeCanal() == ENUM_TYPE_FONCTION::FctEntréesLogiques ||
          canal.TypeCanal() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
@@ -117,6 +123,11 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
   std::vector<std::string> lignes;
   lignes.push_back(terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
                    "   j k choose, t tare, z zero, m extremes, s stop, q quit");
+  lignes.push_back(
+      terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
+  if (!vue.panne.empty()) {
+    lignes.back() += terminal.Colore("   fault: " + std::string(vue.panne), Ton::Attention);
+  }
   AjouteLArrêt(vue.sécurité, terminal, lignes);
   std::int32_t rangCapteur = 0;
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
@@ -140,6 +151,7 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
 std::vector<std::string> VueEnLignes(const Instantané& vue) {
   std::vector<std::string> lignes;
   const std::string heure = Secondes(vue.secondes);
+  lignes.push_back(heure + " | longest pass | " + Millisecondes(vue.plusLonguePasse));
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
     lignes.push_back(heure + " | stop | " + cause.texte);
   }
@@ -163,7 +175,9 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
 }
 
 std::string VueEnJson(const Instantané& vue) {
-  nlohmann::ordered_json json{{"time_s", vue.secondes}, {"frame", vue.chassis.Nom()}};
+  nlohmann::ordered_json json{{"time_s", vue.secondes},
+                              {"frame", vue.chassis.Nom()},
+                              {"longest_pass_ms", vue.plusLonguePasse}};
   auto& causes = json["stop_causes"] = nlohmann::ordered_json::array();
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) causes.push_back(cause.texte);
   auto& capteurs = json["sensors"] = nlohmann::ordered_json::array();

@@ -18,6 +18,8 @@ struct Instantané {
   const linux_::Securite& sécurité;
   double secondes;
   std::int32_t capteurChoisi;  ///< rank, from 0
+  double plusLonguePasse;      ///< milliseconds, since the start
+  std::string_view panne{};    ///< fault put on by hand; empty for none
 };
 
 /// The frame as a person watches it: stop, sensors, then boards, blocks and channels.

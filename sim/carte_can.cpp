@@ -65,7 +65,7 @@ std::int32_t CarteCANSimulée::CanSendMsg(std::int32_t poignée, const TrameCAN&
 
 std::int32_t CarteCANSimulée::CanRcvMsg(std::int32_t poignée, TrameCAN& trame) {
   PortCANSimulé* port = Ouvert(poignée);
-  return port != nullptr && port->Reçoit(trame) ? 0 : kEchec;
+  return port != nullptr && port->Reçoit(trame) && !muette ? 0 : kEchec;
 }
 
 void CarteCANSimulée::CanCloseDriver(std::int32_t poignée) noexcept {
@@ -91,7 +91,9 @@ std::int32_t CarteCANSimulée::W_7841_SendMsg(std::int32_t carte, std::int32_t p
 std::int32_t CarteCANSimulée::W_7841_RcvMsg(std::int32_t carte, std::int32_t port,
                                             Trame7841& trame) {
   TrameCAN reçue;
-  if (absente || !Port(carte, port).ouvert || !Port(carte, port).Reçoit(reçue)) return 0;
+  if (absente || !Port(carte, port).ouvert || !Port(carte, port).Reçoit(reçue) || muette) {
+    return 0;
+  }
   trame = Trame7841::De(reçue);
   return 1;
 }

@@ -74,6 +74,7 @@ class CarteCANSimulée : public BibliothèqueCAN {
                                            Trame7841& trame) override;
 
   bool absente = false;       ///< every call fails
+  bool muette = false;        ///< frames are lost on their way to the card
   bool refuseConfig = false;  ///< configurations alone fail
 
  private:

@@ -21,4 +21,13 @@ class FichiersEnMémoire : public Fichiers {
   std::vector<std::string> lignes;
 };
 
+/// Keeps why the process should have ended, and lets it go on.
+class FinNotée : public FinDuProgramme {
+ public:
+  void ArrêteLeProgramme(std::string_view pourquoi) override {
+    if (raison.empty()) raison = pourquoi;
+  }
+  std::string raison;  ///< the first one; empty while there is none
+};
+
 }  // namespace zuma::sim

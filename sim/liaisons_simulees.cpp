@@ -6,19 +6,9 @@
 namespace zuma::sim {
 namespace {
 
-void Abîme(const Pannes& pannes, Octets& octets) {
-  if (pannes.muette) octets.clear();
-  if (octets.empty()) return;
-  if (pannes.coupée) octets.pop_back();
-  if (pannes.parasitée && !octets.empty()) {
-    char& milieu = octets[octets.size() / 2];
-    milieu = static_cast<char>(milieu ^ 0x10);
-  }
-}
-
 void Reçoit(LigneSérie& ligne, Octets& tampon) {
   Octets octets = ligne.appareil->Emet();
-  Abîme(ligne.pannes, octets);
+  Abîme(ligne.pannes, ligne.hasard, octets);
   tampon += octets;
 }
 
@@ -124,6 +114,17 @@ std::vector<std::string> PortSimulé::ListePorts() const {
   return ports;
 }
 
+void FabriqueLiaisonsSimulée::Applique(std::span<const PannePrévue> pannes, double secondes) {
+  for (auto& [port, ligne] : lignes_) {
+    ligne.pannes = {};
+    for (const PannePrévue& panne : pannes) {
+      const bool ici = panne.lieu == LieuDePanne::Partout ||
+                       (panne.lieu == LieuDePanne::Port && panne.port == port);
+      if (ici && panne.EstLà(secondes)) Ajoute(panne.genre, ligne.pannes);
+    }
+  }
+}
+
 LigneSérie* FabriqueLiaisonsSimulée::Ligne(std::int32_t port) {
   const auto ligne = lignes_.find(port);
   return ligne == lignes_.end() ? nullptr : &ligne->second;
@@ -131,6 +132,7 @@ LigneSérie* FabriqueLiaisonsSimulée::Ligne(std::int32_t port) {
 
 LigneSérie& FabriqueLiaisonsSimulée::Attache(std::int32_t port, Ref<AppareilSérie> appareil) {
   LigneSérie& ligne = lignes_[port];
+  ligne.hasard = Hasard(static_cast<std::uint32_t>(port) * 2'654'435'761U);
   ligne.appareil = std::move(appareil);
   return ligne;
 }

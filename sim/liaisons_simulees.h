@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -85,7 +86,8 @@ class FabriqueLiaisonsSimulée : public FabriqueLiaisons {
   [[nodiscard]] Ref<PortInstrument> CréePort() override { return Crée<PortSimulé>(lignes_); }
   /// A line by its port; none where nothing is attached.
   [[nodiscard]] LigneSérie* Ligne(std::int32_t port);
-  [[nodiscard]] const Lignes& LesLignes() const noexcept { return lignes_; }
+  /// Puts the faults of that instant, and no other, on all lines.
+  void Applique(std::span<const PannePrévue> pannes, double secondes);
 
  private:
   Lignes lignes_;

@@ -6,6 +6,7 @@
 
 #include "core/ref.h"
 #include "core/valeur.h"
+#include "sim/pannes.h"
 
 namespace zuma::sim {
 
@@ -19,19 +20,12 @@ class AppareilSérie {
   [[nodiscard]] virtual Octets Emet() = 0;
 };
 
-/// What the line does to the traffic of its device, for trials of the library's resistance.
-struct Pannes {
-  bool débranchée = false;  ///< opening, reading and writing fail
-  bool muette = false;      ///< nothing comes back
-  bool parasitée = false;   ///< one bit of each chunk is turned over
-  bool coupée = false;      ///< the last byte of each chunk is lost
-};
-
 /// One simulated port: the device on it and its state of health.
 struct LigneSérie {
   Ref<AppareilSérie> appareil;
   Pannes pannes;
   std::int32_t ouvertures = 0;
+  Hasard hasard{1};
 };
 
 }  // namespace zuma::sim

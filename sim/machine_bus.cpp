@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <string>
 
 #include "core/outils_communs.h"
+#include "platform/reglages_port.h"
 #include "sim/balances_simulees.h"
 #include "sim/metro_simule.h"
+#include "sim/variateur_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -19,6 +22,8 @@ constexpr std::int32_t kCourse = 20'000;  // counts of a ruler around the rest o
 constexpr std::int32_t kEntraxe = 200'000;
 constexpr double kPoids = 10;
 constexpr double kMillimètres = 5;
+constexpr double kRegistre = 1000;  // Modbus measures move between 0 and twice that
+constexpr double kCharge = 20;      // of the USB drive
 
 bool EstUneRègle(ENUM_DRIVER driver) {
   return driver == DrvRègleMTS1Aimant || driver == DrvRègleMTS3Aimants3 ||
@@ -102,18 +107,97 @@ void MachineBus::BrancheMETRO(const Fonction& bloc, bool multiplexeur) {
   }
 }
 
+// Bits for the functions that read bits, words for those that read words; what is written makes
+// its own registers.
+void MachineBus::PoseLesRegistres(const Fonction& bloc, const Ref<EsclaveModbus>& esclave) {
+  const std::int32_t fonction = bloc.ModbusFonction();
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (canal->NuméroCanal() < 0) continue;
+    const auto adresse =
+        static_cast<std::uint16_t>(bloc.ModbusRegistreDeDepart() + canal->NuméroCanal());
+    if (fonction == 1 || fonction == 2) {
+      esclave->bits[adresse] = false;
+      grandeurs_.push_back([esclave, adresse](double part) { esclave->bits[adresse] = part > 0; });
+    } else if (fonction == 3 || fonction == 4) {
+      esclave->registres[adresse] = 0;
+      grandeurs_.push_back([esclave, adresse](double part) {
+        esclave->registres[adresse] =
+            static_cast<std::uint16_t>(std::lround(kRegistre * (1 + part)));
+      });
+    }
+  }
+}
+
+// One line a board; a drive keeps its registers itself.
+void MachineBus::BrancheModbus(Carte& carte) {
+  const auto bus = Crée<BusModbus>();
+  // A drive's ramp may stand behind the settings of the line: the port alone counts here.
+  RéglagesInstrument port;
+  port.port = carte.Configuration().substr(0, carte.Configuration().find(','));
+  liaisons_.Attache(port.NuméroPort(), bus);
+  std::map<std::uint8_t, Ref<EsclaveModbus>> esclaves;
+  RegistresDeVariateur places;
+  for (const FonctionRef& bloc : carte.LesFonctions()) {
+    const auto premier = static_cast<std::uint16_t>(bloc->ModbusRegistreDeDepart());
+    if (bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques) {
+      places.consigne = premier;
+    }
+    if (bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctEntréesLogiques) places.état = premier;
+  }
+  const bool variateur = carte.Driver_enm() == Drv_VarioLS_K9_Modbus;
+  for (const FonctionRef& bloc : carte.LesFonctions()) {
+    const auto adresse = static_cast<std::uint8_t>(bloc->ModbusAdresse());
+    Ref<EsclaveModbus>& esclave = esclaves[adresse];
+    if (!esclave && variateur) esclave = Crée<VariateurSimulé>(horloge_, adresse, places);
+    if (!esclave) esclave = Crée<EsclaveModbus>(horloge_, adresse);
+    if (!variateur) PoseLesRegistres(*bloc, esclave);
+  }
+  for (const auto& [adresse, esclave] : esclaves) bus->Attache(adresse, esclave);
+}
+
+void MachineBus::BrancheCanaux(const Fonction& bloc) {
+  const ENUM_DRIVER driver = bloc.Driver_enm();
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (driver == drvpci7841) BrancheRègle25(*canal);
+    if (EstUneRègle(canal->Driver())) BrancheRègle(bloc, *canal);
+    if (driver == DrvRS232) BrancheBalance(bloc, *canal);
+  }
+}
+
 void MachineBus::Branche(Chassis& chassis) {
+  grandeurs_.push_back([this](double part) { thumler_.charge = kCharge * (1 + part); });
   for (const CarteRef& carte : *chassis.Cartes()) {
+    const ENUM_DRIVER driverDeCarte = carte->Driver_enm();
+    if (driverDeCarte == DrvModBus || driverDeCarte == Drv_UMV4301_Modbus ||
+        driverDeCarte == Drv_VarioLS_K9_Modbus) {
+      BrancheModbus(*carte);
+    }
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       dialogue_ = bloc->LaPlateforme().réglages.can.dialogue;
       const ENUM_DRIVER driver = bloc->Driver_enm();
       const bool metro = driver == DrvRS232METRO || driver == DrvRS232METRO_MUX;
+      (void)bloc->Canals();  // made on first access
       if (metro) BrancheMETRO(*bloc, driver == DrvRS232METRO_MUX);
-      for (const CanalRef& canal : *bloc->Canals()) {
-        if (driver == drvpci7841) BrancheRègle25(*canal);
-        if (EstUneRègle(canal->Driver())) BrancheRègle(*bloc, *canal);
-        if (driver == DrvRS232) BrancheBalance(*bloc, *canal);
-      }
+      BrancheCanaux(*bloc);
+    }
+  }
+}
+
+// Bits on CAN and USB are guarded by their links: only silence and a cable pulled out get through.
+void MachineBus::Applique(std::span<const PannePrévue> pannes, double secondes) {
+  can_.absente = can_.muette = false;
+  thumler_.branché = true;
+  thumler_.muet = false;
+  for (const PannePrévue& panne : pannes) {
+    if (!panne.EstLà(secondes)) continue;
+    const bool débranché = panne.genre == GenreDePanne::Débranchement;
+    const bool muet = panne.genre == GenreDePanne::Silence;
+    if (panne.lieu == LieuDePanne::USB) {
+      thumler_.branché = thumler_.branché && !débranché;
+      thumler_.muet = thumler_.muet || muet;
+    } else if (panne.lieu != LieuDePanne::Port) {
+      can_.absente = can_.absente || débranché;
+      can_.muette = can_.muette || muet;
     }
   }
 }

@@ -1,27 +1,34 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <vector>
 
 #include "core/chassis.h"
+#include "sim/bus_modbus.h"
 #include "sim/carte_can.h"
 #include "sim/horloge_virtuelle.h"
 #include "sim/liaisons_simulees.h"
 #include "sim/regle_mts.h"
+#include "sim/thumler_simule.h"
 
 namespace zuma::sim {
 
-/// The rulers, balances and gauges of a frame as twins on simulated buses and lines.
+/// The rulers, balances, gauges, Modbus slaves and drives of a frame as twins on simulated buses
+/// and lines.
 class MachineBus {
  public:
   MachineBus(HorlogeVirtuelle& horloge, FabriqueLiaisonsSimulée& liaisons)
       : horloge_(horloge), liaisons_(liaisons) {}
 
-  /// Plugs the twin of every ruler, balance and gauge of a loaded frame, before it is started.
+  /// Plugs the twin of everything that a loaded frame has on a bus or line, before it is started.
   void Branche(Chassis& chassis);
   /// Brings each quantity to where it is after `secondes`: slow sines, each with its own phase.
   void Anime(double secondes);
+  /// Puts the faults of that instant, and no other, on the CAN card and the USB drive.
+  void Applique(std::span<const PannePrévue> pannes, double secondes);
   [[nodiscard]] CarteCANSimulée& Can() noexcept { return can_; }
+  [[nodiscard]] ThumlerSimulé& Thumler() noexcept { return thumler_; }
 
  private:
   struct RèglePosée {
@@ -34,10 +41,14 @@ class MachineBus {
   void Pose(std::int32_t carte, std::int32_t port, const Ref<RègleMTSSimulée>& règle);
   void BrancheBalance(const Fonction& bloc, const Canal& canal);
   void BrancheMETRO(const Fonction& bloc, bool multiplexeur);
+  void BrancheCanaux(const Fonction& bloc);
+  void BrancheModbus(Carte& carte);
+  void PoseLesRegistres(const Fonction& bloc, const Ref<EsclaveModbus>& esclave);
 
   HorlogeVirtuelle& horloge_;
   FabriqueLiaisonsSimulée& liaisons_;
   CarteCANSimulée can_{horloge_};
+  ThumlerSimulé thumler_;
   DialogueRègles dialogue_;
   std::vector<RèglePosée> posées_;
   std::vector<Grandeur> grandeurs_;

@@ -7,6 +7,7 @@
 
 #include "platform/reglages_port.h"
 #include "sim/conditionneur_simule.h"
+#include "sim/laser_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -20,6 +21,12 @@ struct Jumeau {
   void (*branche)(MachineInstruments& machine, const Carte& carte);
 };
 
+void BrancheLaser(MachineInstruments& machine, const Carte& carte) {
+  constexpr double kEtendue = 20'000;  // counts
+  const auto laser = Crée<LaserSimulé>(machine.LHorloge());
+  machine.Pose(carte, laser, [laser](double place) { laser->extension = kEtendue * place; });
+}
+
 // Three values of unlike size, so that a channel taken for another shows.
 void BrancheConditionneur(MachineInstruments& machine, const Carte& carte) {
   const auto appareil =
@@ -29,10 +36,11 @@ void BrancheConditionneur(MachineInstruments& machine, const Carte& carte) {
   });
 }
 
-constexpr std::array<Jumeau, 2> kJumeaux{{
-    {ENUM_DRIVER::DrvConditionneurNumeriqueK9, &BrancheConditionneur},
-    {ENUM_DRIVER::DrvConditionneurNumeriqueK9_V1_00, &BrancheConditionneur},
-}};
+constexpr std::array kJumeaux{
+    Jumeau{ENUM_DRIVER::Drv_EIR_LASER, &BrancheLaser},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9, &BrancheConditionneur},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9_V1_00, &BrancheConditionneur},
+};
 
 }  // namespace
 

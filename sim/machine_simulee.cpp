@@ -22,6 +22,10 @@ MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
   services.can = &bus.Can();
+  services.ftdi = &bus.Thumler();
+  services.fin = &fin;
+  services.orbit = &réseaux.Orbit();
+  services.spider = &réseaux.Spider();
   services.horloge = horloge.Brut();
   services.fichiers = &fichiers;
   services.clavier = &clavier;
@@ -35,6 +39,7 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   ports.Branche(chassis);
   bus.Branche(chassis);
   instruments.Branche(chassis);
+  réseaux.Branche(chassis);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -128,19 +133,31 @@ void MachineSimulée::Anime(Entrée& entrée, double secondes) {
   entrée.borne.EntréeLogique(rang % 2 != 0);
 }
 
-void MachineSimulée::AvanceJusquA(double secondes) {
+// Faults that a test put on by hand stay as they are while none is planned.
+void MachineSimulée::AppliqueLesPannes(double secondes) {
+  if (pannes.empty() && !enPanne_) return;
+  enPanne_ = !pannes.empty();
+  liaisons.Applique(pannes, secondes);
+  bus.Applique(pannes, secondes);
+}
+
+double MachineSimulée::AvanceJusquA(double secondes) {
   // The start of the boards took its own time.
   if (passe_ == 0) origine_ = horloge->Maintenant();
   const double retard = origine_ + secondes * 1e6 - horloge->Maintenant();
   if (retard > 0) horloge->Avance(retard);
+  secondes = std::max(secondes, (horloge->Maintenant() - origine_) / 1e6);
   ports.Bus().Passe(++passe_);
+  AppliqueLesPannes(secondes);
   FaitVivreLaPresse();
   const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
-  if (palier == palier_) return;
+  if (palier == palier_) return secondes;
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);
   instruments.Anime(static_cast<double>(palier) * kPalier);
+  réseaux.Anime(static_cast<double>(palier) * kPalier);
   for (Entrée& entrée : entrées_) Anime(entrée, static_cast<double>(palier) * kPalier);
+  return secondes;
 }
 
 }  // namespace zuma::sim

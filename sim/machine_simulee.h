@@ -15,6 +15,7 @@
 #include "sim/machine_bus.h"
 #include "sim/machine_instruments.h"
 #include "sim/machine_ports.h"
+#include "sim/machine_reseaux.h"
 #include "sim/presse.h"
 
 namespace zuma::sim {
@@ -30,15 +31,17 @@ class MachineSimulée {
   /// Plugs a twin for everything that a loaded frame names and that has one. Channels named by a
   /// wire hang on the press, the other inputs move by themselves.
   void Branche(Chassis& chassis, std::span<const Fil> câblage = {});
-  /// Brings the clock to `secondes` after the start and sets the terminals of the inputs: analog
-  /// ones follow slow sines, each channel with its own phase, logic ones blink in turn.
-  void AvanceJusquA(double secondes);
+  /// Brings the clock to `secondes` after the start, unless it is past that already, and sets the
+  /// terminals of the inputs: analog ones follow slow sines, each channel with its own phase, logic
+  /// ones blink in turn. Returns the time that it is, in seconds after the start.
+  double AvanceJusquA(double secondes);
 
   Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
   MachinePorts ports{*horloge};
   FabriqueLiaisonsSimulée liaisons;
   MachineBus bus{*horloge, liaisons};
   MachineInstruments instruments{*horloge, liaisons};
+  MachineRéseaux réseaux{*horloge};
   CompteursVirtuels compteurs{*horloge};
   FichiersEnMémoire fichiers;
   ClavierSimulé clavier;
@@ -49,6 +52,10 @@ class MachineSimulée {
   Ref<InstrumentInterrogé> indicateur = Crée<InstrumentInterrogé>(*horloge, kIndicateurMSV, 54.32);
   /// Watchdog board of the frame; none until one is plugged.
   [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
+  /// Faults to come, in any order. An instant without one is without faults.
+  std::vector<PannePrévue> pannes;
+  /// Why the process should have ended.
+  FinNotée fin;
   Plateforme services;
 
  private:
@@ -64,6 +71,7 @@ class MachineSimulée {
   void BrancheLeCanal(const Canal& canal, bool logique, bool entrée);
   void Anime(Entrée& entrée, double secondes);
   void FaitVivreLaPresse();
+  void AppliqueLesPannes(double secondes);
   void LitLesSorties(const FilPosé& posé);
   void PoseLesEntrées(FilPosé& posé);
   [[nodiscard]] double Bruit();
@@ -72,6 +80,7 @@ class MachineSimulée {
   std::vector<FilPosé> fils_;
   double heurePresse_ = 0;  ///< microseconds
   std::uint32_t graine_ = 20'240'503;
+  bool enPanne_ = false;  ///< faults were put on, and must be taken off
   std::vector<Entrée> entrées_;
   std::uint64_t passe_ = 0;
   double origine_ = 0;        ///< clock at the first pass, microseconds

@@ -30,6 +30,8 @@ struct OpérationsPilote {
   void (*rafraîchitCanal)(Canal& canal) = nullptr;
   /// Closes what the block's start opened: at discharge and again at the block's end.
   void (*fermeBloc)(Fonction& bloc) noexcept = nullptr;
+  /// Closes at the block's end alone what a discharge leaves open.
+  void (*termineBloc)(Fonction& bloc) noexcept = nullptr;
 };
 
 /// What a driver does for a whole board.

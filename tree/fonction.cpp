@@ -21,6 +21,9 @@ Fonction::~Fonction() {
   CanalErreurModbus_ = nullptr;
   Canals_ = nullptr;
   if (RS_ && RS_->EtatPort() == 1) RS_->FermePort();
+  if (opérations_ != nullptr && opérations_->termineBloc != nullptr) {
+    opérations_->termineBloc(*this);
+  }
 }
 
 void Fonction::Détache() noexcept {

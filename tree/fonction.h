@@ -29,6 +29,12 @@ struct EtatMETRO {
   Octets tampon;
 };
 
+/// State of an amplifier that a block opened.
+struct EtatSpider {
+  bool ouvert = false;
+  std::vector<std::int32_t> Spider_Canaux;  ///< its channels, from 0, in the order of the block's
+};
+
 /// One functional block of a board: like channels behind one driver, at one address. It opens the
 /// hardware link at start and carries the exchange of each cycle.
 class Fonction : public Objet {
@@ -121,6 +127,10 @@ class Fonction : public Objet {
   [[nodiscard]] std::optional<std::int32_t> HandleCAN() const { return mlngHandleCAN; }
   void HandleCAN(std::optional<std::int32_t> poignée) { mlngHandleCAN = poignée; }
   [[nodiscard]] EtatMETRO& Metro() { return metro_; }
+  [[nodiscard]] EtatSpider& Spider() { return spider_; }
+  /// `Key` of the channel that a block which reads one channel a cycle read last.
+  [[nodiscard]] const std::string& DernierCanal() const { return dernierCanal_; }
+  void DernierCanal(const std::string& clé) { dernierCanal_ = clé; }
   /// State of the block's Modbus exchange.
   [[nodiscard]] EchangeModbus& Modbus_Echange() { return Modbus_Echange_; }
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
@@ -161,6 +171,8 @@ class Fonction : public Objet {
   std::int32_t NombreDeCanaux_ = 0;
   EchangeModbus Modbus_Echange_;
   EtatMETRO metro_;
+  EtatSpider spider_;
+  std::string dernierCanal_;
   std::optional<std::uint32_t> motPrécédent_;
   Pointeur<Carte> Parent_;
 

@@ -6,19 +6,15 @@
 #include <utility>
 
 #include "platform/linux/champs.h"
+#include "platform/linux/demo_arbre.h"
+#include "platform/linux/demo_bus.h"
 #include "platform/linux/demo_objets.h"
 
 namespace zuma::linux_ {
 namespace {
 
 using namespace champs;
-
-struct CarteDémo {
-  std::int32_t index;
-  std::string_view nom;
-  std::string_view adresse;  // hexadecimal
-  std::string_view driver;   // for boards with a start of their own
-};
+using namespace types_de_bloc;
 
 constexpr std::array kCartes{
     CarteDémo{1, "ACL 8316 - Mesures", "220", {}},
@@ -31,22 +27,6 @@ constexpr std::array kCartes{
     CarteDémo{8, "PET 48 DIO - Armoire PCLD", "310", "DrvPET48DIO"},
     CarteDémo{9, "A 826 PG - Extensométrie", "320", {}},
     CarteDémo{10, "ACL 6126 - Vérin auxiliaire", "340", {}},
-};
-
-constexpr std::string_view kEL = "Entrée Logique";
-constexpr std::string_view kSL = "Sortie Logique";
-constexpr std::string_view kEA = "Entrée Analogique";
-constexpr std::string_view kSA = "Sortie Analogique";
-
-constexpr int kAucun = -1;
-
-struct BlocDémo {
-  std::int32_t index;
-  std::string_view type;
-  std::string_view driver;
-  bool parFonction;
-  std::string_view canaux;      // names from channel 0 on, between ';'
-  int canalFréquence = kAucun;  // channel that is a frequency output
 };
 
 constexpr std::array kBlocs{
@@ -84,6 +64,14 @@ constexpr std::array kBlocs{
     BlocDémo{103, kSL, "DrvACL6126_ACLD9185", true, "Rentrée vérin;Sortie vérin"},
 };
 
+constexpr ChassisDémo kPresse{.index = kChassisDeDémonstration,
+                              .nom = "Presse de démonstration",
+                              .cartes = kCartes,
+                              .blocs = kBlocs,
+                              .colonnes = {},
+                              .capteurs = {},
+                              .commandes = {}};
+
 // Labels of the well-known inputs. None is left empty: an empty one means every input without a
 // label.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kEntréesConnues{{
@@ -100,61 +88,24 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kEntrée
     {"Entrée manuelle 6", "Manuelle 6"},
 }};
 
-constexpr std::int32_t kBlocsParCarte = 10;
-constexpr std::int32_t kCanauxParBloc = 100;
-
 LigneDeBase Chassis() {
-  LigneDeBase ligne{
-      "Chassis",
-      {Entier("Index", kChassisDeDémonstration), Texte("Nom du Chassis", "Presse de démonstration"),
-       Entier("Frequence rafraichissement capteurs", 200),
-       Entier("Frequence rafraichissement entrées logiques", 20)}};
+  LigneDeBase ligne{"Chassis",
+                    {Entier("Index", kChassisDeDémonstration), Texte("Nom du Chassis", kPresse.nom),
+                     Entier("Frequence rafraichissement capteurs", 200),
+                     Entier("Frequence rafraichissement entrées logiques", 20)}};
   for (const auto& [colonne, label] : kEntréesConnues) {
     ligne.champs.push_back(Texte(colonne, label));
   }
   return ligne;
 }
 
-void AjouteLaCarte(const CarteDémo& carte, std::vector<LigneDeBase>& lignes) {
-  lignes.push_back(
-      {"Carte",
-       {Entier("Index", carte.index), Texte("Nom de la Carte", carte.nom),
-        Texte("Adresse", carte.adresse), TexteOuNul("Driver de la Carte", carte.driver)}});
-  lignes.push_back({"Liaison Chassis / Carte",
-                    {Entier("Chassis", kChassisDeDémonstration), Entier("Carte", carte.index)}});
-}
-
-// Returns the number of channels added.
-std::int32_t AjouteLesCanaux(const BlocDémo& bloc, std::vector<LigneDeBase>& lignes) {
-  std::int32_t n = 0;
-  for (const std::string_view nom : Découpe(bloc.canaux, ';')) {
-    lignes.push_back(
-        {"Canal",
-         {Entier("Index", bloc.index * kCanauxParBloc + n), Entier("Fonction", bloc.index),
-          Entier("Numéro du Canal", n), Texte("Nom du Canal", nom),
-          Booléen("Canal en fréquence", n == bloc.canalFréquence)}});
-    ++n;
-  }
-  return n;
-}
-
-void AjouteLeBloc(const BlocDémo& bloc, std::vector<LigneDeBase>& lignes) {
-  const std::int32_t nombre = AjouteLesCanaux(bloc, lignes);
-  lignes.push_back(
-      {"Fonction",
-       {Entier("Index", bloc.index), Entier("Carte", bloc.index / kBlocsParCarte),
-        Texte("Nom de la Fonction", bloc.type), Texte("Driver", bloc.driver),
-        Texte("Type de Fonction", bloc.type), Booléen("Mise à Jour par Fonction", bloc.parFonction),
-        Entier("Nombre de Canaux", nombre)}});
-}
-
 }  // namespace
 
 std::vector<LigneDeBase> LignesDeDémonstration() {
   std::vector<LigneDeBase> lignes{Chassis()};
-  for (const CarteDémo& carte : kCartes) AjouteLaCarte(carte, lignes);
-  for (const BlocDémo& bloc : kBlocs) AjouteLeBloc(bloc, lignes);
+  AjouteLArbre(kPresse, lignes);
   AjouteLesObjetsDeDémonstration(lignes);
+  for (const ChassisDémo* chassis : {&kDémoBus}) AjouteLeChassis(*chassis, lignes);
   return lignes;
 }
 

@@ -14,6 +14,9 @@ inline constexpr std::int32_t kChassisDeDémonstration = 1;
 /// `Index` of the frame with the sensors that ask an instrument on a serial line.
 inline constexpr std::int32_t kChassisDesInstruments = 2;
 
+/// `Index` of the frame with rulers on CAN, balances and gauges on serial lines, and drives.
+inline constexpr std::int32_t kChassisDesBus = 3;
+
 /// A whole frame to try the system with: one board of each port-mapped family, the digital board
 /// in both wirings, at addresses that do not overlap. Block b of board c has the Index 10c + b,
 /// channel n of block f 100f + n.

@@ -30,20 +30,6 @@ void Ajoute(std::vector<LigneDeBase>& lignes, std::string_view table, std::int32
   lignes.push_back(std::move(lien));
 }
 
-struct CapteurDémo {
-  std::int32_t index;
-  std::string_view type;
-  std::string_view nom;
-  std::string_view label;
-  std::string_view unité;
-  std::int32_t canal = 0;
-  double échelle = 0;  // units at full scale
-  double mini = 0;
-  double maxi = 0;
-  bool arrêt = false;
-  std::string_view fils{};  // labels, between ';'
-};
-
 constexpr std::array kCapteurs{
     CapteurDémo{1, "Normal", "Force 100 kN", "Force grande", "kN", 1100, 100, -5, 95, true},
     CapteurDémo{2, "Normal", "Force 10 kN", "Force petite", "kN", 1101, 10, -1, 10.5},
@@ -154,7 +140,7 @@ void AjouteLaVoie(const VoieDémo& voie, std::vector<Champ>& champs) {
   champs.push_back(Réel("Point 2 - Point", voie.points));
 }
 
-void AjouteLeCapteur(const CapteurDémo& c, std::vector<LigneDeBase>& lignes) {
+void AjouteLeCapteur(const CapteurDémo& c, std::int32_t chassis, std::vector<LigneDeBase>& lignes) {
   std::vector<Champ> champs{
       Texte("Type de Capteur", c.type),
       Texte("Nom du Capteur", c.nom),
@@ -181,7 +167,7 @@ void AjouteLeCapteur(const CapteurDémo& c, std::vector<LigneDeBase>& lignes) {
                                             : Texte(colonne.colonne, colonne.texte));
   }
   AjouteLesFils(c.fils, champs);
-  Ajoute(lignes, "Capteur", c.index, std::move(champs), c.label);
+  Ajoute(lignes, "Capteur", c.index, std::move(champs), c.label, chassis);
 }
 
 // The instruments that a sensor asks by itself stand on a frame of their own: one of them stops the
@@ -243,27 +229,16 @@ constexpr std::array kSorties{
     SortieDémo{5, "Refroidissement", 7200}, SortieDémo{6, "Filtration", 7201},
 };
 
-struct CommandeDémo {
-  std::int32_t index;
-  std::string_view type;
-  std::string_view nom;
-  std::string_view unité;
-  std::int32_t canal = 0;
-  double mini = 0;
-  double maxi = 100;
-  double pointsMini = 0;
-  double pointsMaxi = 4095;
-  double dither = 0;
-};
 constexpr std::array kCommandes{
     CommandeDémo{1, "Servo", "Servovalve", "%", 1200, -100, 100, -2047, 2047},
     CommandeDémo{2, "Normale", "Consigne 1", "%", 2100},
     CommandeDémo{3, "Normale", "Consigne 2", "%", 2101, 0, 100, 0, 4095, 25},
-    CommandeDémo{4, "Recopie", "Recopie force", "kN", 2102},
+    CommandeDémo{4, "Recopie", "Recopie force", "kN", 2102, 0, 100, 0, 4095, 0, "Force"},
     CommandeDémo{5, "Tout ou Rien", "Refroidissement huile", ""},
 };
 
-void AjouteLaCommande(const CommandeDémo& c, std::vector<LigneDeBase>& lignes) {
+void AjouteLaCommande(const CommandeDémo& c, std::int32_t chassis,
+                      std::vector<LigneDeBase>& lignes) {
   std::vector<Champ> champs{
       Texte("Nom de la Commande", c.nom),
       Texte("Type de Commande", c.type),
@@ -280,12 +255,12 @@ void AjouteLaCommande(const CommandeDémo& c, std::vector<LigneDeBase>& lignes) 
     champs.push_back(Texte("Capteur Alimentation", "Pression alimentation"));
     champs.push_back(Texte("Capteur Utilisation", "Pression utilisation"));
   }
-  if (c.type == "Recopie") champs.push_back(Texte("Capteur de recopie", "Force"));
+  if (!c.recopie.empty()) champs.push_back(Texte("Capteur de recopie", c.recopie));
   if (c.type == "Tout ou Rien") {
     champs.push_back(Texte("Sortie Logique 1", "Refroidissement"));
     champs.push_back(Texte("Sortie Logique 2", "Filtration"));
   }
-  Ajoute(lignes, "Commande", c.index, std::move(champs), c.nom);
+  Ajoute(lignes, "Commande", c.index, std::move(champs), c.nom, chassis);
 }
 
 }  // namespace
@@ -294,8 +269,18 @@ std::vector<std::pair<std::int32_t, std::string>> ParamètresDeDémonstration() 
   return {kParamètres.begin(), kParamètres.end()};
 }
 
+void AjouteLesCapteurs(std::span<const CapteurDémo> capteurs, std::int32_t chassis,
+                       std::vector<LigneDeBase>& lignes) {
+  for (const CapteurDémo& capteur : capteurs) AjouteLeCapteur(capteur, chassis, lignes);
+}
+
+void AjouteLesCommandes(std::span<const CommandeDémo> commandes, std::int32_t chassis,
+                        std::vector<LigneDeBase>& lignes) {
+  for (const CommandeDémo& commande : commandes) AjouteLaCommande(commande, chassis, lignes);
+}
+
 void AjouteLesObjetsDeDémonstration(std::vector<LigneDeBase>& lignes) {
-  for (const CapteurDémo& capteur : kCapteurs) AjouteLeCapteur(capteur, lignes);
+  AjouteLesCapteurs(kCapteurs, kChassisDeDémonstration, lignes);
   lignes.push_back({"Chassis",
                     {Entier("Index", kChassisDesInstruments),
                      Texte("Nom du Chassis", "Instruments de démonstration"),
@@ -312,7 +297,7 @@ void AjouteLesObjetsDeDémonstration(std::vector<LigneDeBase>& lignes) {
     Ajoute(lignes, "Sortie Logique", s.index,
            {Texte("Nom de la Sortie Logique", s.nom), Entier("Canal", s.canal)}, s.nom);
   }
-  for (const CommandeDémo& commande : kCommandes) AjouteLaCommande(commande, lignes);
+  AjouteLesCommandes(kCommandes, kChassisDeDémonstration, lignes);
   Ajoute(lignes, "WatchDog", 1,
          {Texte("Nom du Watchdog", "Chien de garde"), Texte("Adresse", "380"),
           Réel("Temps en seconde", 0.2)},

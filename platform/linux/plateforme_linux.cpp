@@ -37,6 +37,8 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
       compteurs(timer),
       liaisons(std::move(choix.portsSérie)),
       can(registre, std::move(choix.interfacesCAN)),
+      orbit(registre),
+      spider(registre),
       fichiers(std::move(choix.dossier)),
       fin(registre),
       clavier(choix.clavier),
@@ -46,6 +48,8 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.compteurs = &compteurs;
   services.liaisons = &liaisons;
   services.can = &can;
+  services.orbit = &orbit;
+  services.spider = &spider;
   services.horloge = &horloge;
   services.fichiers = &fichiers;
   services.fin = &fin;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/linux/bibliotheques_absentes.h"
 #include "platform/linux/can_socketcan.h"
 #include "platform/linux/clavier_evdev.h"
 #include "platform/linux/compteurs_linux.h"
@@ -62,6 +63,8 @@ class PlateformeLinux {
   CompteursLinux compteurs;
   FabriqueLiaisonsLinux liaisons;
   CanSocketCAN can;
+  OrbitAbsent orbit;
+  SpiderAbsent spider;
   FichiersLinux fichiers;
   FinDuProgrammeLinux fin;
   ClavierEvdev clavier;

@@ -55,7 +55,7 @@ TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
       {{"check", base, "--frame", "7"},
        "zuma: " + base +
            " has no frame 7. Frames: 1 (Presse de démonstration), 2 (Instruments de "
-           "démonstration).\n"},
+           "démonstration), 3 (Bus de démonstration)"},
       {{"check", texte}, "Fichier illisible comme base de données"},
       {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
       {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
@@ -137,8 +137,9 @@ TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
       "CREATE TABLE Copie AS SELECT * FROM Chassis; DROP TABLE Chassis; "
       "ALTER TABLE Copie RENAME TO Chassis; "
       "INSERT INTO Chassis ([Index]) VALUES (0); INSERT INTO Chassis ([Index]) VALUES ('x');"
+      "DELETE FROM Chassis WHERE [Index] BETWEEN 3 AND 9;"
       "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (4, 'Banc')");
-  const Fin fin = Lance({"check", base, "--frame", "3"});
+  const Fin fin = Lance({"check", base, "--frame", "77"});
   EXPECT_EQ(fin.code, 2);
   EXPECT_NE(
       fin.erreur.find(

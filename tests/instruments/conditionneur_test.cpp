@@ -305,6 +305,12 @@ TYPED_TEST(UnConditionneur, ServentLesCanauxDeLeurCarte) {
   tourne(20);
   EXPECT_EQ(lus(états, 2), (std::vector<double>{-1, 0})) << "a start makes the object again";
   EXPECT_TRUE(this->registre->entrées.empty());
+  this->ligne.pannes.débranchée = true;
+  carte.Initialise();
+  EXPECT_TRUE(this->registre->Contient("'3,115200,N,8,1' non détecté (port absent"));
+  tourne(20);
+  EXPECT_EQ(lus(états, 2), (std::vector<double>{0, 0}));
+  EXPECT_EQ(this->registre->entrées.size(), 1U);
 }
 
 }  // namespace

@@ -47,6 +47,18 @@ TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
   EXPECT_NE(essai::Lit(choix.registre.fichier).find("liaison perdue"), std::string::npos);
 }
 
+TEST(PlateformeLinux, DitUneFoisChaqueBibliothèqueQuIlNAPas) {
+  const essai::DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers"));
+  std::int32_t nombre = 5;
+  EXPECT_EQ(machine.services.orbit->ConnectToOrbitNetworks(), 0);
+  EXPECT_NE(machine.services.orbit->OrbitSetaddr(0, 1, "A0"), 0);
+  EXPECT_NE(machine.services.spider->S8_InitAll(90, 1), 0);
+  EXPECT_NE(machine.services.spider->S8_GetDevSettings(1, nombre), 0);
+  EXPECT_EQ(nombre, 0);
+  EXPECT_EQ(machine.registre->Total(), 2U);
+}
+
 TEST(PlateformeLinux, UnDossierImpossibleSeLitDansLeRegistre) {
   const essai::DossierProvisoire dossier;
   std::ofstream(dossier.Chemin() / "obstacle") << "x";

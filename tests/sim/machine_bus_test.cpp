@@ -1,4 +1,5 @@
-// A frame of rulers, balances and gauges on its twins, plugged by the machine itself.
+// A frame of rulers, balances, gauges, probes and amplifiers on its twins, plugged by the machine
+// itself.
 #include "sim/machine_bus.h"
 
 #include <gtest/gtest.h>
@@ -73,6 +74,14 @@ TEST_F(DesBusSimulés, FaitMarcherTousLesBus) {
   LitCanal(Le(balance, 0), "RS232 - Balance JADEVER", "", 0);
   const FonctionRef jauge = Bloc(Ajoute("4", ""), "Drv METRO RS232", {2}, 5);
   const FonctionRef jauges = Bloc(Ajoute("5", ""), "Drv METRO RS232 MUX 2/4/8", {1, 2}, 6);
+  const FonctionRef palpeurs =
+      Bloc(Ajoute("6", "Drv SOLARTRON LVDT"), "Drv SOLARTRON LVDT", {0, 1}, 0);
+  LitCanal(Le(palpeurs, 0), "", "L0", 0);
+  LitCanal(Le(palpeurs, 1), "", "L1", 0);
+  for (const CanalRef& canal : *palpeurs->Canals()) canal->Driver(ENUM_DRIVER::DrvLvdtSolartron);
+  // Both on port 90, since the amplifier's library opens one at a time.
+  const FonctionRef spider = Bloc(Ajoute("7", "Spider V1", "5A"), "", {0, 1}, 0);
+  const FonctionRef spider8 = Bloc(Ajoute("8", ""), "Drv RS232 - SPIDER", {0, 1}, 0);
   for (const auto& [carte, ligne] : cartes) essai::LitCarte(*carte, ligne.first, "", ligne.second);
   machine.Branche(chassis);
   for (const auto& [carte, ligne] : cartes) carte->Initialise();
@@ -82,7 +91,7 @@ TEST_F(DesBusSimulés, FaitMarcherTousLesBus) {
     double mini = 1e9, maxi = -1e9;
   };
   std::vector<Suivi> suivis;
-  for (const auto& bloc : {règles, première, balance, jauge, jauges}) {
+  for (const auto& bloc : {règles, première, balance, jauge, jauges, palpeurs, spider, spider8}) {
     for (const CanalRef& canal : *bloc->Canals()) suivis.push_back({canal.Brut()});
   }
   for (int i = 1; i < 500; ++i) {

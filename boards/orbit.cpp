@@ -1,0 +1,97 @@
+#include "boards/orbit.h"
+
+#include <string_view>
+
+#include "boards/operations.h"
+#include "core/garde.h"
+
+namespace zuma {
+namespace {
+
+constexpr std::int32_t kRéseau = 0;
+constexpr int kRemisesAZéro = 2;
+constexpr double kAttenteRemise = 500'000;  // microseconds before modules take an address
+constexpr double kPleineEchelleOrbit = 32768;
+constexpr std::string_view kAucunModule =
+    "Erreur d'initialisation (Aucun de module détecté - probablement débranché) du carte Solartron";
+
+// Modules count from 1 on the network, channels from 0 in the configuration.
+std::int32_t NuméroDeModule(const Canal& canal) {
+  return canal.NuméroCanal() + 1;
+}
+
+// The start of the board starts its channels and reads none: a reconnection never leads to another.
+void Reconnecte(const Canal& canal) {
+  canal.LaPlateforme().orbit->DisconnectFromOrbitNetworks();
+  Pointeur<Fonction>(canal.Parent())->LaCarte()->Initialise();
+}
+
+// The channel after the one of that key; the first one at the end, or when no channel bears it.
+Canal* Suivant(const Canals& canaux, std::string_view clé) {
+  bool vu = false;
+  for (const CanalRef& canal : canaux) {
+    if (vu) return canal.Brut();
+    vu = canal->Key() == clé;
+  }
+  return canaux.Count() == 0 ? nullptr : canaux.begin()->Brut();
+}
+
+}  // namespace
+
+void orbit::DémarreCarte(Carte& carte) {
+  RéseauOrbit& réseau = *carte.LaPlateforme().orbit;
+  if (réseau.ConnectToOrbitNetworks() <= 0) {
+    Consigne(carte, Forme::Méthode, "Initialise", kAucunModule);
+  }
+  for (int i = 0; i < kRemisesAZéro; ++i) (void)réseau.OrbitRst(kRéseau);
+  ZED_Timer& timer = *carte.LeTimer();
+  const double fin = timer.LitMicrosecondes() + kAttenteRemise;
+  while (timer.LitMicrosecondes() < fin) {
+  }
+}
+
+void orbit::DémarreCanal(Canal& canal) {
+  canal.EnService(false);
+  const std::int32_t refus = canal.LaPlateforme().orbit->OrbitSetaddr(
+      kRéseau, NuméroDeModule(canal), canal.NuméroDeSérie());
+  canal.EnService(refus == 0);
+}
+
+void orbit::RafraîchitBloc(Fonction& bloc) {
+  Canal* canal = Suivant(bloc.LesCanaux(), bloc.DernierCanal());
+  if (canal == nullptr) return;
+  canal->MetàJour();
+  bloc.DernierCanal(canal->Key());
+}
+
+// A failed reading counts as the last good one, so that a mean never takes in a 0 that no probe
+// gave. Once the reconnection has left the channel out of service its module is not asked again:
+// each attempt would hold the pass for another half second.
+void orbit::LitCanal(Canal& canal) {
+  RéseauOrbit& réseau = *canal.LaPlateforme().orbit;
+  double dernière = canal.ValeurCanal() * kPleineEchelleOrbit / kPleineEchelle;
+  canal.LitMoyenne(
+      [&](std::int16_t&) {
+        if (!canal.EnService()) return dernière;
+        std::int32_t compte = 0;
+        if (réseau.OrbitRead1(kRéseau, NuméroDeModule(canal), compte) ==
+            RéseauOrbit::kEchecDeLecture) {
+          Reconnecte(canal);
+        } else {
+          dernière = compte;
+        }
+        return dernière;
+      },
+      kPleineEchelleOrbit);
+}
+
+namespace pilotes {
+
+// The network stays connected when its board goes away: another frame may be using it.
+const OpérationsCarte kOrbitCarte{.démarre = &orbit::DémarreCarte};
+const OpérationsPilote kOrbit{.rafraîchitBloc = &orbit::RafraîchitBloc,
+                              .démarreCanal = &orbit::DémarreCanal,
+                              .rafraîchitCanal = &orbit::LitCanal};
+
+}  // namespace pilotes
+}  // namespace zuma

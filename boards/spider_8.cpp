@@ -1,0 +1,56 @@
+#include "boards/spider_8.h"
+
+#include <numeric>
+
+#include "boards/operations.h"
+
+namespace zuma {
+namespace {
+
+constexpr std::int32_t kPort = 90;
+constexpr std::int32_t kMode = 1;
+
+}  // namespace
+
+void spider_8::Démarre(Fonction& bloc) {
+  BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
+  EtatSpider& état = bloc.Spider();
+  (void)lib.S8_InitAll(kPort, kMode);
+  état.ouvert = true;
+  const std::int32_t nombre = bloc.LesCanaux().Count();
+  état.Spider_Canaux.resize(static_cast<std::size_t>(nombre));
+  std::iota(état.Spider_Canaux.begin(), état.Spider_Canaux.end(), 0);
+  (void)lib.S8_ACQSetup(état.Spider_Canaux, nombre);
+  (void)lib.S8_TareSetup(état.Spider_Canaux, nombre);
+}
+
+// A read that fails leaves the variable, and so the channel, with the value that it had.
+void spider_8::Rafraîchit(Fonction& bloc) {
+  BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
+  const auto& rangs = bloc.Spider().Spider_Canaux;
+  (void)lib.S8_MeasOneVal();
+  std::size_t rang = 0;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (rang >= rangs.size()) throw Echec(Numéro::IndiceHorsPlage);
+    auto valeur = static_cast<float>(canal->ValeurCanal());
+    (void)lib.S8_GetChanSettings(rangs[rang++], BibliothèqueSpider::kMesure, valeur);
+    canal->ValeurCanal(valeur);
+  }
+}
+
+void spider_8::Termine(Fonction& bloc) noexcept {
+  if (!bloc.Spider().ouvert) return;
+  bloc.Spider().ouvert = false;
+  bloc.LaPlateforme().spider->S8_CloseDevice();
+  bloc.LaPlateforme().spider->S8_ClosePort();
+}
+
+namespace pilotes {
+
+// A discharge leaves the amplifier open: it is closed at the block's end alone.
+const OpérationsPilote kSpider8{.démarreBloc = &spider_8::Démarre,
+                                .rafraîchitBloc = &spider_8::Rafraîchit,
+                                .termineBloc = &spider_8::Termine};
+
+}  // namespace pilotes
+}  // namespace zuma

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "core/evenement.h"
+#include "instruments/class_comm_packet.h"
+#include "instruments/trames_laser.h"
+#include "platform/collaborateurs.h"
+#include "platform/plateforme.h"
+
+namespace zuma {
+
+enum class EnumEtatCommExtenso : std::int32_t {
+  Pret = 0,             ///< a request can be sent
+  EnCommunication = 1,  ///< a request is out
+  EnErreur = 2,         ///< the last reply was wrong, or none came to four tries
+};
+
+enum class EnumUnite : std::int32_t { mm = 0, inch = 1 };
+
+enum class EnumState : std::int32_t { StateOFF = 0, StateON = 1, StateUNDEFINED = 99 };
+
+/// Laser extensometer on a serial line. `Refresh`, called on every pass, keeps one exchange going
+/// without ever waiting; the last measure and states stand ready. Whatever fails on the line ends
+/// in `CommState` and `Timeout`; a collaborator that was not given fails with 91.
+class LASER_EIR {
+ public:
+  explicit LASER_EIR(Plateforme&) { LastError({}); }
+  /// Leaves the port as `ClosePort` does.
+  ~LASER_EIR();
+  LASER_EIR(const LASER_EIR&) = delete;
+  LASER_EIR& operator=(const LASER_EIR&) = delete;
+
+  void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
+  /// Text of the last error. No failure of the protocol sets it.
+  [[nodiscard]] const std::string& LastError() const { return LastError_; }
+  /// The line, set up by its owner at 9600 bits per second, no parity, 8 data bits, 1 stop bit.
+  void MaComm(Ref<PortInstrument> liaison) { MaComm_ = std::move(liaison); }
+  [[nodiscard]] const Ref<PortInstrument>& MaComm() const { return MaComm_; }
+  [[nodiscard]] EnumEtatCommExtenso CommState() const { return CommState_; }
+  /// True from the fourth try without an answer until the next right reply.
+  [[nodiscard]] bool Timeout() const { return Timeout_; }
+  /// `Pret` gives up the exchange in progress.
+  void CommState(EnumEtatCommExtenso état) { CommState_ = état; }
+  /// Last good measure, in signed counts.
+  [[nodiscard]] double ReadValue() const { return lu_.ReadValue; }
+  /// States as the laser last told them; writing one keeps a wish and sends nothing.
+  [[nodiscard]] bool LaserState() const { return lu_.LaserState; }
+  void LaserState(bool voulu) { LaserStateVoulu_ = voulu ? 1 : 0; }
+  [[nodiscard]] bool EchoState() const { return lu_.EchoState; }
+  void EchoState(bool voulu) { EchoStateVoulu_ = voulu ? 1 : 0; }
+  [[nodiscard]] bool ZeroState() const { return lu_.ZeroState; }
+  void ZeroState(bool voulu) { ZeroStateVoulu_ = voulu ? 1 : 0; }
+  /// Unit last written. Asks the laser for its own too: a later `Refresh` consumes that reply.
+  [[nodiscard]] EnumUnite UnitState();
+  /// Keeps the unit and sends it, without waiting.
+  void UnitState(EnumUnite unité);
+
+  /// Writes target distance, echo off, measuring type 1, millimetres and zero off. Waits for each
+  /// answer, up to 300 milliseconds, and takes none as well as any: for the start-up. Never ends
+  /// while an exchange is in progress: `CommState` must be `Pret`.
+  void Initialise(std::int32_t DistanceCible_lng);
+  /// One step: opens a closed port, once a second at most; takes what arrived; sends the next
+  /// request. Ten measures are asked, then one state in its turn.
+  void Refresh();
+  /// Sends a laser state, without waiting.
+  void EnvoieLaserState(EnumState état);
+  /// Opens a closed port and gives up the exchange in progress.
+  void OpenPort();
+  /// Leaves an open port open: closing is the link's business.
+  void ClosePort();
+
+  /// Event `Error`: registers a handler and returns its number, for `DésabonneError`.
+  using AbonnéError = Evènement<const std::string&>::Abonné;
+  int AbonneError(AbonnéError abonné) { return Error_.Abonne(std::move(abonné)); }
+  void DésabonneError(int numéro) noexcept { Error_.Désabonne(numéro); }
+
+ private:
+  void LastError(std::string texte);
+  void Demande(EnumEIRCommande commande, std::string_view valeur = {});
+  void EnvoiePaquet();
+  void TraiteRéponse();
+  bool CommandeSynchrone(EnumEIRCommande commande, std::string_view valeur);
+  [[nodiscard]] bool TientLePort(double maintenant);
+  [[nodiscard]] bool ResteSansRéponse(double maintenant);
+  void DemandeLaSuite(double maintenant, bool reprise);
+
+  Evènement<const std::string&> Error_;
+  std::string LastError_;
+  Ref<ZED_Timer> TimerExact_;
+  Ref<PortInstrument> MaComm_;
+  EnumEtatCommExtenso CommState_ = EnumEtatCommExtenso::Pret;
+  EnumEIRCommande commande_ = EnumEIRCommande::ReadEcho;  ///< the one that the reply belongs to
+  ClassCommPacket paquet_;
+  trames_laser::EtatLu lu_;
+  bool Timeout_ = false;
+  std::int32_t LaserStateVoulu_ = 0;
+  std::int32_t EchoStateVoulu_ = 0;
+  std::int32_t ZeroStateVoulu_ = 0;
+  EnumUnite UnitState_ = EnumUnite::mm;
+
+  // From one `Refresh` to the next.
+  double dernierInstant_ = 0;  ///< of the last request or opening, microseconds
+  std::int32_t reprises_ = 0;
+  std::int32_t cycle_ = 0;  ///< measures asked since the last state
+  std::int32_t sélecteur_ = 0;
+};
+
+}  // namespace zuma

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string_view>
+
+#include "sim/horloge_virtuelle.h"
+#include "sim/ligne_serie.h"
+
+namespace zuma::sim {
+
+/// Laser extensometer. A request is a letter, a value when something is written, and a carriage
+/// return; a write is answered ":", a read the letter, the value and ":", a measure three bytes.
+/// What it does not understand it does not answer.
+class LaserSimulé : public AppareilSérie {
+ public:
+  explicit LaserSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+
+  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
+  [[nodiscard]] Octets Emet() override;
+
+  double extension = 0;    ///< distance between the marks, in counts
+  bool cibleVue = true;    ///< false: a measure tells that there is none
+  double latence = 5'000;  ///< microseconds before an answer
+  Octets réponseForcée;    ///< in place of every answer, when not empty
+
+  // Written by "1" and "0", read as "0" when on and "1" when off.
+  bool laser = true;
+  bool écho = true;
+  bool zéro = false;  ///< counts from where the marks were when it was switched on
+  // Kept and told as they are written.
+  Octets unité = "I";
+  Octets distance = "0";
+  Octets type = "0";
+
+ private:
+  [[nodiscard]] Octets Répond(std::string_view demande);
+  [[nodiscard]] Octets Mesure() const;
+  [[nodiscard]] bool Ecrit(char lettre, std::string_view valeur);
+  [[nodiscard]] Octets Lit(char lettre) const;
+
+  HorlogeVirtuelle& horloge_;
+  Octets entrée_;
+  Octets sortie_;
+  double heureDeRéponse_ = 0;
+  double origine_ = 0;
+};
+
+}  // namespace zuma::sim

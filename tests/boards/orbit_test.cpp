@@ -1,0 +1,104 @@
+// The LVDT network: from modules that come and go to the channels.
+#include <gtest/gtest.h>
+
+#include "outils/allocations.h"
+#include "outils/arbre.h"
+#include "sim/orbit_simule.h"
+
+namespace zuma {
+namespace {
+
+using essai::Nombre;
+using essai::Texte;
+using Valeurs = std::vector<double>;
+
+class UnRéseauOrbit : public testing::Test, public essai::Banc {
+ public:
+  UnRéseauOrbit() {
+    plateforme.orbit = &réseau;
+    carte.TimerExact(horloge);
+    carte.ChargeErreur(registre);
+    essai::LitCarte(carte, "Drv SOLARTRON LVDT", "");
+    bloc = essai::AjouteBloc(carte, "1",
+                             {{"Driver", Texte("Drv SOLARTRON LVDT")},
+                              {"Type de Fonction", Texte("Entrée Analogique")},
+                              {"Nom de la Fonction", Texte("Bloc")}},
+                             {0, 1, 2}, horloge, registre);
+    for (int i = 0; i < 3; ++i) {
+      const std::string identité = "A" + std::to_string(i);
+      Le(i).ParamètresDepuisBD(essai::UneLigne({{"Numéro du Canal", Nombre(i)},
+                                                {"Nom du Canal", Texte("c")},
+                                                {"N° de série", Valeur(identité)}}));
+      réseau.Module(identité).compte = static_cast<std::int16_t>(100 * (i + 1));
+    }
+  }
+  Canal& Le(std::int32_t numéro) { return *bloc->Canals()->Item(essai::CléDuCanal(numéro)); }
+  Valeurs Lues() { return {Le(0).ValeurCanal(), Le(1).ValeurCanal(), Le(2).ValeurCanal()}; }
+  // Refreshes of the block, and the microseconds that they took.
+  double Passe(int nombre) {
+    const double départ = horloge->Maintenant();
+    for (int i = 0; i < nombre; ++i) bloc->MetàJour();
+    return horloge->Maintenant() - départ;
+  }
+
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
+  sim::OrbitSimulé réseau{*horloge};
+  Carte carte{plateforme};
+  FonctionRef bloc;
+};
+
+TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
+  carte.Initialise();
+  for (const Valeurs& après : {Valeurs{200, 0, 0}, {200, 400, 0}, {200, 400, 600}}) {
+    Passe(1);
+    EXPECT_EQ(Lues(), après);
+  }
+  réseau.Module("A0").compte = -32768;
+  réseau.Module("A1").compte = 32767;
+  Le(1).NbLecture(4);
+  const auto avant = essai::Allocations();
+  Passe(2);
+  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(Lues(), (Valeurs{-65536, 65534, 600})) << "the first one again behind the last";
+  EXPECT_EQ(réseau.Module("A1").lectures, 5);
+}
+
+TEST_F(UnRéseauOrbit, DitQuIlNyAAucunModule) {
+  réseau.sansCarte = true;
+  carte.Initialise();
+  ASSERT_EQ(registre->entrées.size(), 1U);
+  const std::string& message = registre->entrées[0].message;
+  EXPECT_TRUE(message.starts_with(
+      "Erreur d'initialisation (Aucun de module détecté - probablement débranché) du carte "
+      "Solartron à la ligne "))
+      << message;
+  EXPECT_TRUE(message.ends_with(" de la méthode Initialise de l'objet Carte (Carte).")) << message;
+  EXPECT_LT(Passe(3), 100) << "channels out of service: no attempt to connect again";
+}
+
+TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
+  réseau.Débranche("A1");
+  carte.Initialise();
+  Passe(3);
+  EXPECT_EQ(Lues(), (Valeurs{200, 0, 600})) << "out of service since the start";
+
+  réseau.Rebranche("A1");
+  réseau.Débranche("A0");  // for a moment: it has lost its address
+  réseau.Rebranche("A0");
+  réseau.Module("A0").compte = 300;
+  Le(0).NbLecture(2);
+  EXPECT_GE(Passe(1), 500'000);
+  EXPECT_EQ(Le(0).ValeurCanal(), 400) << "the lost reading counts as the last, the next one is new";
+  Passe(3);
+  EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "the whole board started anew, A1 with it";
+
+  réseau.Débranche("A0");
+  Le(0).NbLecture(10);
+  EXPECT_LT(Passe(30), 510'000) << "one reconnection for a module that is gone";
+  EXPECT_FALSE(Le(0).EnService());
+  EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "its value stays";
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,125 @@
+// A frame of buses and drives under faults: values, error channels, and how long a pass takes.
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "outils/programme.h"
+
+namespace zuma {
+namespace {
+
+using essai::Fin;
+using essai::LeProgramme;
+
+class DesBusEnPanne : public LeProgramme {
+ public:
+  /// Views of a run with a fault from 2 to 6 s.
+  std::vector<nlohmann::json> Tourne(const std::string& panne) {
+    const Fin fin = Lance({"run", Base(), "--frame", "3", "--sim", "--fast", "--json", "--seconds",
+                           "8", "--fault", panne + "@2-6"});
+    std::vector<nlohmann::json> vues;
+    std::istringstream lignes(fin.sortie);
+    for (std::string ligne; std::getline(lignes, ligne);) {
+      vues.push_back(nlohmann::json::parse(ligne));
+    }
+    return vues;
+  }
+  /// Blocks whose error indicator is up.
+  static std::set<std::string> EnDéfaut(const nlohmann::json& vue) {
+    std::set<std::string> blocs;
+    for (const auto& canal : vue["channels"]) {
+      if (canal["channel"] != -1) continue;
+      const bool levé = canal.contains("on") ? canal["on"].get<bool>() : canal["points"] != 0;
+      if (levé) blocs.insert(canal["block"]);
+    }
+    return blocs;
+  }
+  static double Capteur(const nlohmann::json& vue, const std::string& nom) {
+    for (const auto& capteur : vue["sensors"]) {
+      if (capteur["name"] == nom) return capteur["value"];
+    }
+    ADD_FAILURE() << nom;
+    return 0;
+  }
+};
+
+TEST_F(DesBusEnPanne, DisentLeurDéfautTiennentEtReviennent) {
+  const std::set<std::string> modbus{"141", "142", "143", "161"};
+  std::set<std::string> tous = modbus;
+  tous.insert({"151", "153"});
+  const struct {
+    std::string panne;
+    std::set<std::string> défauts;
+    double passe;  ///< longest one, milliseconds
+  } cas[] = {
+      {"silence", modbus, 35},         // three rulers of 10 ms each; a silent drive is not told
+      {"garbage", tous, 5},            //
+      {"crc", tous, 5},                //
+      {"cut", modbus, 5},              // an answer cut short is waited for, like silence
+      {"babble", tous, 5},             //
+      {"unplug", {"141", "161"}, 35},  // a bus without its port does not get past its first block
+      {"crc:9", {"141", "142", "143"}, 5},
+      {"silence:can", {}, 35},
+  };
+  for (const auto& c : cas) {
+    const auto vues = Tourne(c.panne);
+    ASSERT_EQ(vues.size(), 16U) << c.panne;
+    for (const auto& vue : vues) {
+      const double heure = vue["time_s"];
+      if (heure < 2 || heure > 6.9) {
+        EXPECT_EQ(EnDéfaut(vue), std::set<std::string>()) << c.panne << " at " << heure;
+      } else if (heure > 5.4 && heure < 6) {
+        EXPECT_EQ(EnDéfaut(vue), c.défauts) << c.panne << " at " << heure;
+      }
+    }
+    EXPECT_LT(vues.back()["longest_pass_ms"], c.passe) << c.panne;
+    for (const char* nom :
+         {"Traverse", "Règle d'origine", "Balance LRPC", "Indicateur DEXAL", "Balance JADEVER",
+          "Palpeur", "Palpeur 2", "Température 1", "Vitesse de traverse"}) {
+      EXPECT_NE(Capteur(vues[14], nom), Capteur(vues[15], nom)) << c.panne << ": " << nom;
+    }
+    const bool surLesLignes = c.panne.find(':') == std::string::npos;
+    if (surLesLignes && c.panne != "cut") {
+      EXPECT_EQ(Capteur(vues[7], "Température 1"), Capteur(vues[10], "Température 1"))
+          << c.panne << ": a value without a good answer stays";
+    }
+  }
+}
+
+// A drive that no longer obeys ends the process, and the user is told why.
+TEST_F(DesBusEnPanne, FinissentAvecLEntraînementUSB) {
+  const Fin fin = Lance({"run", Base(), "--frame", "3", "--sim", "--fast", "--seconds", "8",
+                         "--fault", "unplug:usb@2"});
+  EXPECT_EQ(fin.code, 1);
+  EXPECT_NE(fin.erreur.find("the process ends here: Thumler : FT_"), std::string::npos)
+      << fin.erreur;
+  EXPECT_EQ(fin.sortie.find("2.50 s"), std::string::npos);
+}
+
+TEST_F(DesBusEnPanne, RefusentUnePanneMalDite) {
+  const struct {
+    std::vector<std::string> options;
+    const char* erreur;
+  } cas[] = {
+      {{"--sim", "--fault", "fire"}, "no such kind"},
+      {{"--sim", "--fault", "crc:lpt"}, "no such place \"lpt\""},
+      {{"--sim", "--fault", "crc@soon"}, "unreadable time"},
+      {{"--sim", "--fault", "crc@4-2"}, "unreadable time"},
+      {{"--fault", "crc"}, "add --sim"},
+      {{"--port", "four=/dev/ttyUSB0"}, "expected NUMBER=DEVICE"},
+      {{"--can", "1=can0"}, "expected CARD:PORT=INTERFACE"},
+  };
+  for (const auto& c : cas) {
+    std::vector<std::string> arguments{"run", Base(), "--frame", "3"};
+    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+    const Fin fin = Lance(arguments);
+    EXPECT_EQ(fin.code, 2) << c.erreur;
+    EXPECT_NE(fin.erreur.find(c.erreur), std::string::npos) << fin.erreur;
+  }
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,105 @@
+// The measuring amplifier: on its own as a host uses it, and as a board of a frame.
+#include "instruments/class_spider.h"
+
+#include <gtest/gtest.h>
+
+#include "core/chassis.h"
+#include "outils/allocations.h"
+#include "outils/arbre.h"
+#include "sim/spider_simule.h"
+
+namespace zuma {
+namespace {
+
+using essai::Texte;
+
+class UnSpider : public testing::Test, public essai::Banc {
+ public:
+  UnSpider() {
+    plateforme.spider = &lib;
+    spider.TimerExact(horloge);
+  }
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(1);
+  sim::SpiderSimulé lib{*horloge};
+  ClassSpider spider{plateforme};
+};
+
+TEST_F(UnSpider, MesureLesCanauxConnusDesAppareilsEntiers) {
+  lib.Chaîne(7).resize(16);
+  for (std::int32_t i = 0; i < 160; ++i) lib.Voie(7, i).type = static_cast<float>(345 + i);
+  lib.Voie(7, 450 - 345).état = 5050;
+  lib.Voie(7, 451 - 345).état = 5049;
+  spider.Initialise(7);
+  EXPECT_EQ(spider.NombreCanauxDisponible(), 160) << "measured or not";
+  std::vector<std::int32_t> types;
+  for (std::int32_t i = 0; i < 160; ++i) {
+    if (lib.Voie(7, i).choisie) types.push_back(345 + i);
+  }
+  EXPECT_EQ(types, (std::vector<std::int32_t>{350, 351, 352, 420, 421, 451, 452, 453, 454, 455, 456,
+                                              501, 502, 503}));
+  for (const auto& [annoncées, disponibles] :
+       std::vector<std::pair<int, int>>{{25, 20}, {10, 10}, {7, 0}, {0, 0}, {-1, 0}}) {
+    lib.annoncées = annoncées;
+    spider.Initialise(7);
+    EXPECT_EQ(spider.NombreCanauxDisponible(), disponibles) << annoncées;
+  }
+  spider.Refresh();
+  EXPECT_EQ(lib.mesures, 0) << "no channel, no measure";
+}
+
+TEST_F(UnSpider, LitA50HertzEtRattrapeSonRetard) {
+  lib.Chaîne(7).resize(1);
+  for (std::int32_t i = 0; i < 10; ++i) lib.Voie(7, i).grandeur = 0.1 * (i + 1);
+  lib.Voie(7, 1).type = 0;
+  spider.Initialise(7);
+  spider.Refresh();
+  EXPECT_EQ(lib.mesures, 0) << "not due yet";
+  horloge->Avance(20'000);
+  const auto avant = essai::Allocations();
+  for (int i = 0; i < 2; ++i) spider.Refresh();
+  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(lib.mesures, 1);
+  EXPECT_EQ(spider.ValeurCanal(1), static_cast<double>(0.1F)) << "single precision";
+  EXPECT_EQ(spider.ValeurCanal(2), 0) << "not measured";
+  EXPECT_EQ(spider.ValeurCanal(10), 1);
+  EXPECT_EQ(spider.ValeurCanal(11), 0);
+  EXPECT_THROW((void)spider.ValeurCanal(0), Echec);
+  horloge->Avance(100'000);
+  for (int i = 0; i < 20; ++i) spider.Refresh();
+  EXPECT_EQ(lib.mesures, 6) << "one measure a call, until the schedule is met again";
+  lib.muet = true;
+  horloge->Avance(100'000);
+  spider.Refresh();
+  EXPECT_EQ(spider.ValeurCanal(10), 1) << "an error leaves the value";
+}
+
+TEST_F(UnSpider, RemplitLesCanauxDeSaCarteQuandLHôteLaRafraîchit) {
+  lib.Chaîne(7).resize(1);
+  lib.Voie(7, 3).grandeur = -2.5;
+  Chassis chassis(plateforme);
+  chassis.TimerExact(horloge);
+  chassis.ChargeErreur(registre);
+  const CarteRef carte = chassis.Cartes()->Add("1");
+  carte->TimerExact(horloge);
+  carte->ChargeErreur(registre);
+  const FonctionRef bloc = essai::AjouteBloc(*carte, "1",
+                                             {{"Type de Fonction", Texte("Entrée Analogique")},
+                                              {"Nom de la Fonction", Texte("Bloc")},
+                                              {"Driver", Texte("")}},
+                                             {-1, 3, 10}, horloge, registre);
+  essai::LitCarte(*carte, "Spider V1", "", "7");
+  carte->Initialise();
+  for (int i = 0; i < 5; ++i) {
+    horloge->Avance(2'000'000);
+    chassis.MetàJour();
+  }
+  EXPECT_EQ(lib.mesures, 0) << "the pass refreshes the blocks, never the board";
+  EXPECT_TRUE(registre->entrées.empty());
+  carte->MetàJour();
+  EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(3))->ValeurCanal(), -2.5);
+  EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(10))->ValeurCanal(), 0) << "above the count";
+  EXPECT_TRUE(registre->Contient("canal 0 de l'amplificateur"));
+}
+
+}  // namespace
+}  // namespace zuma

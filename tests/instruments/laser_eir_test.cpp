@@ -1,0 +1,245 @@
+// The laser extensometer: its protocol on bytes, its turn of requests over a simulated line, and
+// its board.
+#include "instruments/laser_eir.h"
+
+#include <gtest/gtest.h>
+
+#include "core/chassis.h"
+#include "instruments/liaison_en_port.h"
+#include "outils/allocations.h"
+#include "outils/arbre.h"
+#include "platform/linux/parametres.h"
+#include "sim/laser_simule.h"
+#include "sim/machine_instruments.h"
+
+namespace zuma {
+namespace {
+
+using essai::Texte;
+using enum EnumEIRCommande;
+
+// What a reply does: a word, or the letters of the states that it sets and the measure, from all
+// off and a measure of 7.
+std::string Effet(EnumEIRCommande commande, const char* envoyée, const Octets& reçue) {
+  const auto* échange = trames_laser::EchangeDe(commande);
+  if (échange == nullptr) return "muette";
+  if (échange->incomplète(reçue.size())) return "incomplète";
+  if (!échange->valide(*échange, reçue)) return "fausse";
+  trames_laser::EtatLu état{.ReadValue = 7};
+  Octets réponse = reçue;
+  échange->prend(envoyée, réponse, état);
+  return std::string(état.LaserState ? "L" : "") + (état.EchoState ? "E" : "") +
+         (état.ZeroState ? "Z" : "") + TexteDeNombre(état.ReadValue);
+}
+
+TEST(TramesDuLaser, JugeChaqueRéponse) {
+  const struct {
+    EnumEIRCommande commande;
+    const char* envoyée;
+    Octets reçue;
+    const char* effet;
+  } cas[] = {
+      {ReadEcho, "", "E0", "incomplète"},
+      {ReadEcho, "", "E0:", "E7"},
+      {ReadEcho, "", "E1:", "7"},
+      {ReadEcho, "", "Z0:", "fausse"},
+      {ReadEcho, "", "E0;", "fausse"},
+      {ReadZero, "", "Z0:", "Z7"},
+      {ReadUnit, "", "UM:", "fausse"},
+      {ReadUnit, "", ":MU", "7"},
+      {ReadTargetDistance, "", "T12:", "7"},
+      {ReadMeasuringType, "", "T1:", "fausse"},
+      {ReadLaserState, "", "L0:", "L7"},
+      {ReadDataBinary, "", "ab", "incomplète"},
+      {ReadDataBinary, "", "abcd", "incomplète"},
+      {ReadDataBinary, "", Octets("\x01\x02\x00", 3), "513"},
+      {ReadDataBinary, "", "\xFF\xFF\x7F", "0"},
+      {ReadDataBinary, "", Octets("\x00\x00\x80", 3), "-8388608"},
+      {ReadDataBinary, "", "\xFF\xFF\xFF", "-1"},
+      {WriteEcho, "1", ":", "Z7"},
+      {WriteZero, "1", "?", "fausse"},
+      {WriteUnit, "M", "", "incomplète"},
+      {WriteTargetDistance, "5", "T5:", "7"},
+      {WriteMeasuringType, "1", "?", "fausse"},
+      {writeLaserState, "1", ":", "L7"},
+      {writeLaserState, "1", "L:", "incomplète"},
+      {ReadCounts, "", ":", "muette"},
+      {ActionNextSegment, "", ":", "muette"},
+  };
+  for (const auto& c : cas) EXPECT_EQ(Effet(c.commande, c.envoyée, c.reçue), c.effet) << c.reçue;
+}
+
+// The laser, and all that it is asked.
+class LaserEcouté : public sim::LaserSimulé {
+ public:
+  using LaserSimulé::LaserSimulé;
+  void Reçoit(std::string_view octets, std::int32_t vitesse) override {
+    demandes += octets;
+    LaserSimulé::Reçoit(octets, vitesse);
+  }
+  Octets demandes;
+};
+
+class UneCarteLaser : public testing::Test, public essai::Banc {
+ public:
+  UneCarteLaser() {
+    plateforme.liaisons = &fabrique;
+    carte.TimerExact(horloge);
+    carte.ChargeErreur(registre);
+    mesure = Ajoute("1", "Entrée Analogique", {0, 1});
+    états = Ajoute("2", "Entrée Logique", {0, 1, 2, 3});
+    essai::LitCarte(carte, "Extensometre EIR LASER", "3,9600,N,8,1");
+    laser->demandes.reserve(1000);
+  }
+  FonctionRef Ajoute(const char* clé, const char* type, const std::vector<std::int32_t>& numéros) {
+    return essai::AjouteBloc(
+        carte, clé, {{"Type de Fonction", Texte(type)}, {"Nom de la Fonction", Texte("Bloc")}},
+        numéros, horloge, registre);
+  }
+  // Passes of 10 ms, and what the laser was asked in them.
+  Octets Passe(int fois) {
+    laser->demandes.clear();
+    for (; fois > 0; --fois) {
+      carte.MetàJour();
+      horloge->Avance(10'000);
+    }
+    return laser->demandes;
+  }
+  [[nodiscard]] double Mesure() const { return mesure->Canals()->Item("10")->ValeurCanal(); }
+  [[nodiscard]] std::string Etats() const {
+    std::string vrais;
+    for (const CanalRef& canal : *états->Canals()) vrais += canal->ValeurCanal() == -1 ? '1' : '0';
+    return vrais;
+  }
+
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
+  sim::FabriqueLiaisonsSimulée fabrique;
+  Ref<LaserEcouté> laser = Crée<LaserEcouté>(*horloge);
+  sim::LigneSérie& ligne = fabrique.Attache(3, laser);
+  Carte carte{plateforme};
+  FonctionRef mesure, états;
+};
+
+TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
+  laser->extension = -1234;
+  carte.Initialise();
+  EXPECT_EQ(laser->demandes, "T1\rE0\rM1\rUM\rZ0\r") << "1 without a parameter";
+  const Octets dix = "B\rB\rB\rB\rB\rB\rB\rB\rB\rB\r";
+  EXPECT_EQ(Passe(33), dix + "E\r" + dix + "Z\r" + dix + "L\r");
+  (void)Passe(1);
+  EXPECT_EQ(Mesure(), -1234);
+  EXPECT_EQ(mesure->Canals()->Item("11")->ValeurCanal(), 0) << "no value has that number";
+  EXPECT_EQ(Etats(), "1000");
+  laser->écho = laser->zéro = true;
+  laser->laser = false;
+  const std::int64_t avant = essai::Allocations();
+  for (int i = 0; i < 34; ++i) {
+    carte.MetàJour();
+    horloge->Avance(10'000);
+  }
+  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(Mesure(), 0) << "no measure without beam";
+  EXPECT_EQ(Etats(), "0110");
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UneCarteLaser, PrendSaDistanceDansUnParamètre) {
+  linux_::Parametres paramètres;
+  const auto distance = paramètres.Ajoute(1, "250", "Distance");
+  carte.ParamètresDepuisBD(essai::UneLigne({{"Config EIR", Texte("Distance")}}));
+  carte.Lien(paramètres.Collection());
+  (void)Passe(1);
+  carte.Initialise();
+  (void)Passe(1);
+  carte.Initialise();  // in the midst of an exchange
+  EXPECT_TRUE(laser->demandes.ends_with("T250\rE0\rM1\rUM\rZ0\r"));
+  distance->ValeurParamètre("loin");
+  carte.Initialise();
+  EXPECT_TRUE(registre->Contient("paramètre 'Distance' = 'loin'"));
+}
+
+TEST_F(UneCarteLaser, DitLeSilenceALaQuatrièmeFoisEtGardeSaMesure) {
+  carte.Initialise();
+  laser->extension = 77;
+  (void)Passe(3);
+  for (int fois = 0; fois < 2; ++fois) {
+    ligne.pannes.muette = true;
+    EXPECT_EQ(Passe(39), "B\rB\rB\r") << "behind the one that is out";
+    EXPECT_EQ(Etats().back(), '0');
+    (void)Passe(1);
+    EXPECT_EQ(Etats().back(), '1');
+    EXPECT_EQ(Mesure(), 77);
+    ligne.pannes.muette = false;
+    if (fois == 0) (void)Passe(4);
+  }
+  EXPECT_EQ(Passe(6), "B\rB\rB\rB\rE\r") << "tries again count once among the ten";
+  EXPECT_EQ(Etats().back(), '0');
+  for (const char* parasite : {"ab", "abcd", "???", ""}) {
+    laser->réponseForcée = parasite;
+    (void)Passe(300);
+  }
+  EXPECT_EQ(Mesure(), 77) << "measures again after garbage";
+}
+
+TEST_F(UneCarteLaser, RessaieChaqueSecondeUnPortAbsentOuPerdu) {
+  laser->extension = 5;
+  ligne.pannes.débranchée = true;
+  carte.Initialise();
+  EXPECT_TRUE(registre->Contient("COM3 absent"));
+  for (int fois = 1; fois <= 2; ++fois) {
+    (void)Passe(205);
+    EXPECT_EQ(Etats().back(), '1') << "an old measure is told as one";
+    ligne.pannes.débranchée = false;
+    (void)Passe(80);
+    EXPECT_EQ(ligne.ouvertures, fois - 1) << "not before its second is over";
+    (void)Passe(40);
+    EXPECT_EQ(ligne.ouvertures, fois);
+    EXPECT_EQ(Mesure(), 5);
+    EXPECT_EQ(Etats().back(), '0');
+    ligne.pannes.débranchée = true;
+  }
+  EXPECT_EQ(registre->entrées.size(), 1U);
+}
+
+TEST_F(UneCarteLaser, TrouveSonJumeauDansLaMachine) {
+  Chassis chassis(plateforme);
+  essai::LitCarte(*chassis.Cartes()->Add("1"), "Extensometre EIR LASER", "3,9600,N,8,1");
+  sim::MachineInstruments machine(*horloge, fabrique);
+  machine.Branche(chassis);
+  machine.Anime(2);
+  carte.Initialise();
+  (void)Passe(3);
+  EXPECT_EQ(Mesure(), 20'000) << "at the top of its sine";
+}
+
+TEST_F(UneCarteLaser, SertUnHôteSansCarte) {
+  const auto port = Crée<LiaisonEnPort>(fabrique.CréeLiaison());
+  port->ConfigurePort("COM4,9600,N,8,1", true);
+  EXPECT_FALSE(port->PortConfiguré() || port->PortExiste());
+  port->ConfigurePort("3,9600,N,8,1", false);
+  EXPECT_TRUE(port->PortConfiguré() && port->PortExiste() && !port->PortOuvert());
+  {
+    LASER_EIR seul(plateforme);
+    seul.TimerExact(horloge);
+    seul.MaComm(port);
+    seul.OpenPort();
+    seul.LaserState(true);
+    seul.EchoState(true);
+    seul.ZeroState(true);
+    EXPECT_EQ(laser->demandes, "") << "wishes";
+    seul.EnvoieLaserState(EnumState::StateUNDEFINED);
+    seul.UnitState(EnumUnite::inch);
+    EXPECT_EQ(seul.UnitState(), EnumUnite::inch);
+    horloge->Avance(10'000);
+    seul.Refresh();
+    EXPECT_EQ(seul.CommState(), EnumEtatCommExtenso::EnErreur) << "its own unit does not parse";
+    seul.Refresh();
+    EXPECT_EQ(seul.CommState(), EnumEtatCommExtenso::Pret);
+    EXPECT_EQ(laser->demandes, "L99\rUI\rU\r") << "that pass does nothing else";
+    seul.ClosePort();
+  }
+  EXPECT_TRUE(port->PortOuvert());
+}
+
+}  // namespace
+}  // namespace zuma
