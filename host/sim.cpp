@@ -12,6 +12,7 @@
 #include "host/verbes.h"
 #include "sim/balance_gram_simulee.h"
 #include "sim/balances_simulees.h"
+#include "sim/conditionneur_simule.h"
 #include "sim/esclave_modbus.h"
 #include "sim/instrument_interroge.h"
 #include "sim/laser_simule.h"
@@ -48,6 +49,7 @@ class Atelier {
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
     Laser();
     Registres();
+    Conditionne();
   }
 
   [[nodiscard]] const std::vector<Servi>& Servis() const { return servis_; }
@@ -102,6 +104,13 @@ class Atelier {
                        appareil, [appareil](double place) {
                          appareil->registres[0] =
                              static_cast<std::uint16_t>(std::lround(1000 * (1 + place)));
+                       }});
+  }
+  void Conditionne() {
+    const auto appareil = Crée<sim::ConditionneurSimulé>(*horloge_, std::uint8_t{1});
+    servis_.push_back({"conditioner", "K9 digital conditioner, Modbus slave 1, three values",
+                       appareil, [appareil](double place) {
+                         appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
                        }});
   }
 

@@ -7,6 +7,7 @@
 
 #include "platform/reglages_port.h"
 #include "sim/balance_gram_simulee.h"
+#include "sim/conditionneur_simule.h"
 #include "sim/laser_simule.h"
 #include "sim/testeur_cbr_simule.h"
 
@@ -39,10 +40,21 @@ void BrancheBalanceGram(MachineInstruments& machine, const Carte& carte) {
   machine.Pose(carte, balance, [balance](double place) { balance->poids = 500 * (1 + place); });
 }
 
+// Three values of unlike size, so that a channel taken for another shows.
+void BrancheConditionneur(MachineInstruments& machine, const Carte& carte) {
+  const auto appareil =
+      Crée<ConditionneurSimulé>(machine.LHorloge(), static_cast<std::uint8_t>(carte.Adresse()));
+  machine.Pose(carte, appareil, [appareil](double place) {
+    appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
+  });
+}
+
 constexpr std::array kJumeaux{
     Jumeau{ENUM_DRIVER::Drv_EIR_LASER, &BrancheLaser},
     Jumeau{ENUM_DRIVER::Drv_UTS_0107, &BrancheTesteurCBR},
     Jumeau{ENUM_DRIVER::Drv_Balance_GRAM, &BrancheBalanceGram},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9, &BrancheConditionneur},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9_V1_00, &BrancheConditionneur},
 };
 
 }  // namespace

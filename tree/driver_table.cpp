@@ -212,9 +212,9 @@ const std::array<LigneDriver, 56> kTable{{
     // Not refreshed by the pass, which goes block by block here: the host refreshes the board.
     ALaCarte(DrvSpiderV1, "DrvSpiderV1", "Spider V1", kParFonction, &instruments::kSpider),
     ALaCarte(DrvConditionneurNumeriqueK9, "DrvConditionneurNumeriqueK9",
-             "Conditionneur numerique K9", kParFonction),
+             "Conditionneur numerique K9", kParFonction, &instruments::kConditionneurK9),
     ALaCarte(DrvConditionneurNumeriqueK9_V1_00, "DrvConditionneurNumeriqueK9_V1_00",
-             "Conditionneur numerique K9 V1.00", kCarteEntière),
+             "Conditionneur numerique K9 V1.00", kCarteEntière, &instruments::kConditionneurK9V1),
     AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31", "RS232 - Balance LRPC 31",
             &pilotes::kBalanceLRPC31),
     AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL", "RS232 - Indicateur DEXAL",
