@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Makes a demo database, checks it, shows its frame live on the simulated machine, then runs a
-# compression test on the simulated press: demo.sh PROGRAM FOLDER SECONDS
+# Makes a demo database, checks its frames, shows the first one live on the simulated machine, runs
+# the others for some seconds of simulated time, then runs a compression test on the simulated press:
+# demo.sh PROGRAM FOLDER SECONDS
 set -euo pipefail
 
 zuma=$1
@@ -10,7 +11,20 @@ secondes=${3:-}
 mkdir -p "$dossier"
 base="$dossier/demo.db"
 [ -e "$base" ] || "$zuma" init "$base"
-"$zuma" check "$base" --frame 1
+for chassis in 1 3 4 5; do "$zuma" check "$base" --frame "$chassis"; done
 "$zuma" run "$base" --frame 1 --sim --csv "$dossier/run.csv" ${secondes:+--seconds "$secondes"}
+echo
+
+# A frame as fast as it goes; what it prints goes to a file, its sum to the screen.
+montre() {
+  local chassis=$1 titre=$2
+  shift 2
+  "$zuma" run "$base" --frame "$chassis" --sim --fast --seconds 8 "$@" >"$dossier/frame$chassis.txt"
+  tools/resume_chassis.sh "Frame $chassis ($titre)" "$dossier/frame$chassis.txt"
+}
+montre 3 "buses and drives, wrong check sums from 2 to 5 s" --fault crc@2-5
+montre 4 "instruments"
+montre 5 "PCI boards, encoders, LVDT probes"
+echo "See them live: $zuma run $base --frame 3 --sim (or 4, 5)"
 echo
 "$zuma" compression "$base" --frame 1 --out "$dossier"
