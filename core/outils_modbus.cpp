@@ -205,8 +205,8 @@ std::int32_t LongueurTrame(std::string_view question) noexcept {
 }
 
 Résultat DécodeRéponse(std::string_view réponse, std::string_view question, Valeurs* valeurs,
-                       FormeValeurs forme) noexcept {
-  const auto longueur = static_cast<std::size_t>(LongueurTrame(question));
+                       FormeValeurs forme, Longueur mesure) noexcept {
+  auto longueur = static_cast<std::size_t>(LongueurTrame(question));
   if (longueur == 0) return Résultat::Inconnue;
   const FonctionModbus& fonction = *Trouve(Octet(question, 1));
   if (réponse.empty()) return Résultat::Incomplète;
@@ -217,6 +217,10 @@ Résultat DécodeRéponse(std::string_view réponse, std::string_view question, 
     return CrcJuste(réponse.substr(0, kLongueurException)) ? Refus(fonction) : Résultat::Crc;
   }
   if (réponse[1] != question[1]) return Résultat::AutreFonction;
+  if (mesure == Longueur::Annoncée && fonction.genre == Genre::Lecture) {
+    if (réponse.size() < kEnTêteLecture) return Résultat::Incomplète;
+    longueur = kEnTêteLecture + Octet(réponse, 2) + kOctetsCrc;
+  }
   if (réponse.size() < longueur) return Résultat::Incomplète;
   const std::string_view trame = réponse.substr(0, longueur);
   if (!CrcJuste(trame)) return Résultat::Crc;

@@ -28,6 +28,10 @@ enum class Résultat : std::int8_t {
 /// How the data of an answer are handed over: byte by byte, or as unsigned big-endian words.
 enum class FormeValeurs : std::uint8_t { Octets, Mots };
 
+/// What settles how long the answer to a read is: the question, or the byte count that the answer
+/// announces. The latter is for devices that give another number of registers than was asked.
+enum class Longueur : std::uint8_t { Demandée, Annoncée };
+
 /// List of values numbered from 1, in fixed memory: the largest frame fits.
 class Valeurs {
  public:
@@ -69,6 +73,7 @@ void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t
 /// Analyses what was received so far. On a good read the data go to `valeurs` in `forme`, when
 /// given. Bytes beyond the expected length are left alone.
 [[nodiscard]] Résultat DécodeRéponse(std::string_view réponse, std::string_view question,
-                                     Valeurs* valeurs, FormeValeurs forme) noexcept;
+                                     Valeurs* valeurs, FormeValeurs forme,
+                                     Longueur mesure = Longueur::Demandée) noexcept;
 
 }  // namespace zuma::OutilsModbus

@@ -3,6 +3,15 @@
 #include "host/configuration.h"
 
 namespace zuma::host {
+namespace {
+
+bool EstLaissée(const Carte& carte) {
+  const LigneDriver& ligne = LigneDuDriver(carte.Driver_enm());
+  return ligne.service == ServiceCarte::ParFonction && ligne.carte != nullptr &&
+         ligne.carte->rafraîchit != nullptr;
+}
+
+}  // namespace
 
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres)
@@ -19,8 +28,19 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
   chassis_.ChargeLeChassis(base, index);
   chassis_.Lien(base, std::to_string(index), sécurité_, paramètres_.Collection(), traducteur_);
   chassis_.MiseàJourDesLiens();
+  for (const CarteRef& carte : *chassis_.Cartes()) {
+    carte->Lien(paramètres_.Collection());
+    if (EstLaissée(*carte)) laissées_.push_back(carte);
+  }
   machine.Branche(chassis_);
   chassis_.Initialise();
+}
+
+void ChassisEnMarche::Passe() {
+  const std::uint64_t avant = chassis_.RafraichissementsEA();
+  chassis_.MetàJour();
+  if (chassis_.RafraichissementsEA() == avant) return;
+  for (const CarteRef& carte : laissées_) carte->MetàJour();
 }
 
 ChassisEnMarche::~ChassisEnMarche() {

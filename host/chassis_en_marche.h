@@ -27,6 +27,9 @@ class ChassisEnMarche {
   [[nodiscard]] Chassis& LeChassis() { return chassis_; }
   [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
+  /// One pass, and after a refresh of the sensors the instruments that the pass leaves to the host:
+  /// their exchange may take as long as a conversion.
+  void Passe();
   /// Fires the stop for the operator: latched like any other.
   void Arrête();
   /// Acknowledges a stop and rearms the watchdog; outputs stay at rest until new commands. False
@@ -39,6 +42,7 @@ class ChassisEnMarche {
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;
+  std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };
 
 }  // namespace zuma::host

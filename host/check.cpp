@@ -55,6 +55,26 @@ void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
   }
 }
 
+// A stop puts every output to its inactive level, and -1 starts a CBR tester: the level that the
+// stop writes is looked at on the channel itself, nothing being started here.
+void VérifieLesArrêts(Chassis& chassis, Recueil& recueil) {
+  for (const SortieLogiqueRef& sortie : *chassis.SortiesLogiques()) {
+    const CanalRef canal = sortie->Canal();
+    if (!canal || canal->NuméroCanal() != 0 || canal->Parent() == nullptr) continue;
+    const Carte* carte = canal->Parent()->Parent();
+    if (carte == nullptr || carte->Driver_enm() != ENUM_DRIVER::Drv_UTS_0107) continue;
+    sortie->DéclencheAU();
+    if (canal->ValeurCanal() != kVrai) continue;
+    recueil.Ajoute({.origine = Origine::Donnée,
+                    .table = "Sortie Logique",
+                    .ligne = sortie->Key(),
+                    .colonne = "Etat d'Activation",
+                    .trouvé = "0",
+                    .attendu = "1",
+                    .texte = "a stop would start the tester behind this output"});
+  }
+}
+
 struct Contenu {
   int cartes = 0, blocs = 0, canaux = 0, capteurs = 0, commandes = 0, entrées = 0, sorties = 0;
 };
@@ -92,6 +112,7 @@ Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
                Crée<linux_::Traducteur>());
   chassis.MiseàJourDesLiens();
   VérifieLesDrivers(chassis, *recueil);
+  VérifieLesArrêts(chassis, *recueil);
   return Compte(chassis);
 }
 

@@ -121,7 +121,7 @@ class Essai {
     machine_.AvanceJusquA(secondes_);
     Chassis& chassis = marche_.LeChassis();
     const std::uint64_t avant = chassis.RafraichissementsEA();
-    chassis.MetàJour();
+    marche_.Passe();
     if (chassis.RafraichissementsEA() != avant) enregistreur_.Note(secondes_);
     Surveille();
   }

@@ -58,7 +58,7 @@ class Marche {
     Chassis& chassis = marche_.LeChassis();
     const std::uint64_t avant = chassis.RafraichissementsEA();
     const double départ = timer_->LitMicrosecondes();
-    chassis.MetàJour();
+    marche_.Passe();
     plusLonguePasse_ = std::max(plusLonguePasse_, (timer_->LitMicrosecondes() - départ) / 1000);
     if (enregistreur_ && chassis.RafraichissementsEA() != avant) enregistreur_->Note(secondes);
   }

@@ -10,11 +10,14 @@
 #include "host/interruption.h"
 #include "host/pseudo_terminal.h"
 #include "host/verbes.h"
+#include "sim/balance_gram_simulee.h"
 #include "sim/balances_simulees.h"
+#include "sim/conditionneur_simule.h"
 #include "sim/esclave_modbus.h"
 #include "sim/instrument_interroge.h"
 #include "sim/laser_simule.h"
 #include "sim/metro_simule.h"
+#include "sim/testeur_cbr_simule.h"
 
 namespace zuma::host {
 namespace {
@@ -40,10 +43,13 @@ class Atelier {
     Pèse<sim::BalanceLRPC31Simulée>("lrpc", "LRPC 31 balance, sends by itself");
     Pèse<sim::IndicateurDEXALSimulé>("dexal", "DEXAL indicator, sends by itself");
     Pèse<sim::BalanceJADEVERSimulée>("jadever", "JADEVER balance, sends by itself");
+    Pèse<sim::BalanceGramSimulée>("gram", "Gram balance, sends by itself");
+    Presse();
     Jauge("metro", "METRO gauge 1", false);
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
     Laser();
     Registres();
+    Conditionne();
   }
 
   [[nodiscard]] const std::vector<Servi>& Servis() const { return servis_; }
@@ -73,6 +79,11 @@ class Atelier {
     servis_.push_back(
         {nom, parle, appareil, [appareil](double place) { appareil->poids = 20 + 10 * place; }});
   }
+  void Presse() {
+    const auto appareil = Crée<sim::TesteurCBRSimulé>(*horloge_);
+    servis_.push_back({"cbr", "CBR tester, pushes once it is started", appareil,
+                       [appareil](double place) { appareil->précharge = 0.05 * place; }});
+  }
   void Jauge(const char* nom, const char* parle, bool multiplexeur) {
     const auto appareil = Crée<sim::METROSimulé>(*horloge_, multiplexeur);
     servis_.push_back({nom, parle, appareil, [appareil, multiplexeur](double place) {
@@ -93,6 +104,13 @@ class Atelier {
                        appareil, [appareil](double place) {
                          appareil->registres[0] =
                              static_cast<std::uint16_t>(std::lround(1000 * (1 + place)));
+                       }});
+  }
+  void Conditionne() {
+    const auto appareil = Crée<sim::ConditionneurSimulé>(*horloge_, std::uint8_t{1});
+    servis_.push_back({"conditioner", "K9 digital conditioner, Modbus slave 1, three values",
+                       appareil, [appareil](double place) {
+                         appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
                        }});
   }
 

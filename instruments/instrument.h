@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "tree/carte.h"
@@ -13,15 +14,31 @@ namespace zuma::instruments {
 template <class Instrument>
 class PiloteInstrument : public Pilote {
  public:
-  PiloteInstrument(const Matériel& matériel, std::uint16_t) : instrument(matériel.plateforme) {
-    instrument.TimerExact(matériel.timer);
+  PiloteInstrument(const Matériel& matériel, std::uint16_t) : matériel_(matériel) { Recommence(); }
+  /// Makes the instrument again, in the same place.
+  void Recommence() {
+    instrument_ = &place_.emplace(matériel_.plateforme);
+    instrument_->TimerExact(matériel_.timer);
   }
-  Instrument instrument;
+  [[nodiscard]] Instrument& LInstrument() noexcept { return *instrument_; }
+
+ private:
+  Matériel matériel_;
+  std::optional<Instrument> place_;
+  Instrument* instrument_ = nullptr;
 };
 
 template <class Instrument>
 [[nodiscard]] Instrument& De(Carte& carte) {
-  return carte.PiloteDe<PiloteInstrument<Instrument>>(0).instrument;
+  return carte.PiloteDe<PiloteInstrument<Instrument>>(0).LInstrument();
+}
+
+/// The board's instrument as new, for the start of a board: what the last one latched is gone.
+template <class Instrument>
+[[nodiscard]] Instrument& Neuf(Carte& carte) {
+  auto& pilote = carte.PiloteDe<PiloteInstrument<Instrument>>(0);
+  pilote.Recommence();
+  return pilote.LInstrument();
 }
 
 /// One value of an instrument and the channel that takes it: the block's type and the channel's

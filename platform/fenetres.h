@@ -18,6 +18,9 @@ class Fenêtres {
   virtual ~Fenêtres() = default;
   /// Shows the form modally: returns once it is hidden.
   virtual void MontreModal(ChoixDuPort& feuille) = 0;
+  /// The single form of the digital conditioners, which belongs to the host like its translator;
+  /// null where the host has none.
+  [[nodiscard]] virtual FeuilleConditionneurNumerique* FeuilleDuConditionneur() { return nullptr; }
   /// Shows the form as a child of `mère` (none when null) and returns at once; the form lives until
   /// it is unloaded.
   virtual void Montre(FeuilleConditionneurNumerique& feuille, FenêtreHôte* mère) = 0;

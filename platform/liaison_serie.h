@@ -54,7 +54,8 @@ class PortInstrument {
   [[nodiscard]] virtual std::int32_t OctetsEnAttente() const = 0;
   [[nodiscard]] virtual Octets LitEntrée(std::optional<std::int32_t> nombre = {}) = 0;
   virtual void EcritSortie(std::string_view octets) = 0;
-  /// Drops what waits in both directions.
+  /// Drops what waits in both directions. A port that was to be open and is not is tried again, so
+  /// that a late or lost adapter is found.
   virtual void RéinitialisePort() = 0;
   [[nodiscard]] virtual std::int32_t NuméroPort() const = 0;
   [[nodiscard]] virtual std::int32_t Vitesse() const = 0;

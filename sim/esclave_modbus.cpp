@@ -62,6 +62,7 @@ void EsclaveModbus::Reçoit(std::string_view octets, std::int32_t vitesse) {
     corps = {static_cast<char>(octets[1] | 0x80), static_cast<char>(refus.code)};
   }
   const std::uint8_t adresse = fausseAdresse != 0 ? fausseAdresse : adresse_;
+  if (fausseFonction != 0) corps[0] = static_cast<char>(fausseFonction);
   réponse_ = AvecCrc(static_cast<char>(adresse) + corps);
   const auto nombre = static_cast<double>(octets.size() + réponse_.size());
   heureDeRéponse_ = horloge_.Maintenant() + latence + nombre * kBitsParOctet * 1e6 / vitesse;

@@ -28,13 +28,18 @@ class EsclaveModbus : public AppareilSérie {
   double latence = 2000;
   /// Address put into answers instead of its own, when not 0.
   std::uint8_t fausseAdresse = 0;
+  /// The same for the function.
+  std::uint8_t fausseFonction = 0;
 
   [[nodiscard]] int Questions() const noexcept { return questions_; }
+
+ protected:
+  /// Byte count and data of an answer to functions 3 and 4.
+  [[nodiscard]] virtual Octets LitRegistres(std::uint16_t premier, std::uint16_t nombre) const;
 
  private:
   [[nodiscard]] Octets Répond(std::string_view question);
   [[nodiscard]] Octets LitBits(std::uint16_t premier, std::uint16_t nombre) const;
-  [[nodiscard]] Octets LitRegistres(std::uint16_t premier, std::uint16_t nombre) const;
 
   HorlogeVirtuelle& horloge_;
   std::uint8_t adresse_;

@@ -70,6 +70,7 @@ void PortSimulé::PortOuvert(bool ouvert) {
     tampon_.clear();
   }
   ouvert_ = ouvert && ligne != nullptr;
+  if (ouvert_ || !ouvert) manqué_ = false;
 }
 
 void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
@@ -77,9 +78,8 @@ void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
   std::string gardé = std::move(réglages_.port);
   réglages_ = LitRéglages(réglages);
   if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  if (!ouvrir || !réglages_.valides) return;
-  PortOuvert(true);
-  réglages_.valides = PortOuvert();
+  manqué_ = ouvrir && réglages_.valides;
+  if (manqué_) PortOuvert(true);
 }
 
 void PortSimulé::Relève() const {
@@ -101,6 +101,7 @@ void PortSimulé::EcritSortie(std::string_view octets) {
 }
 
 void PortSimulé::RéinitialisePort() {
+  if (manqué_) PortOuvert(true);
   Relève();
   tampon_.clear();
 }

@@ -53,7 +53,7 @@ class PortSimulé : public PortInstrument {
   void PortOuvert(bool ouvert) override;
   void ConfigurePort(std::string_view réglages, bool ouvrir) override;
   [[nodiscard]] bool PortExiste() const override { return Ligne() != nullptr; }
-  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides; }
+  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides && !manqué_; }
   [[nodiscard]] std::int32_t OctetsEnAttente() const override;
   [[nodiscard]] Octets LitEntrée(std::optional<std::int32_t> nombre) override;
   void EcritSortie(std::string_view octets) override;
@@ -73,6 +73,7 @@ class PortSimulé : public PortInstrument {
   Lignes& lignes_;
   RéglagesInstrument réglages_;
   bool ouvert_ = false;
+  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
   mutable Octets tampon_;
 };
 

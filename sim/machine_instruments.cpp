@@ -6,7 +6,10 @@
 #include <utility>
 
 #include "platform/reglages_port.h"
+#include "sim/balance_gram_simulee.h"
+#include "sim/conditionneur_simule.h"
 #include "sim/laser_simule.h"
+#include "sim/testeur_cbr_simule.h"
 
 namespace zuma::sim {
 namespace {
@@ -26,8 +29,32 @@ void BrancheLaser(MachineInstruments& machine, const Carte& carte) {
   machine.Pose(carte, laser, [laser](double place) { laser->extension = kEtendue * place; });
 }
 
+// At rest its load cell shows a little; it pushes when it is started.
+void BrancheTesteurCBR(MachineInstruments& machine, const Carte& carte) {
+  const auto testeur = Crée<TesteurCBRSimulé>(machine.LHorloge());
+  machine.Pose(carte, testeur, [testeur](double place) { testeur->précharge = 0.05 * place; });
+}
+
+void BrancheBalanceGram(MachineInstruments& machine, const Carte& carte) {
+  const auto balance = Crée<BalanceGramSimulée>(machine.LHorloge());
+  machine.Pose(carte, balance, [balance](double place) { balance->poids = 500 * (1 + place); });
+}
+
+// Three values of unlike size, so that a channel taken for another shows.
+void BrancheConditionneur(MachineInstruments& machine, const Carte& carte) {
+  const auto appareil =
+      Crée<ConditionneurSimulé>(machine.LHorloge(), static_cast<std::uint8_t>(carte.Adresse()));
+  machine.Pose(carte, appareil, [appareil](double place) {
+    appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
+  });
+}
+
 constexpr std::array kJumeaux{
     Jumeau{ENUM_DRIVER::Drv_EIR_LASER, &BrancheLaser},
+    Jumeau{ENUM_DRIVER::Drv_UTS_0107, &BrancheTesteurCBR},
+    Jumeau{ENUM_DRIVER::Drv_Balance_GRAM, &BrancheBalanceGram},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9, &BrancheConditionneur},
+    Jumeau{ENUM_DRIVER::DrvConditionneurNumeriqueK9_V1_00, &BrancheConditionneur},
 };
 
 }  // namespace

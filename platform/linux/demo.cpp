@@ -8,7 +8,9 @@
 #include "platform/linux/champs.h"
 #include "platform/linux/demo_arbre.h"
 #include "platform/linux/demo_bus.h"
+#include "platform/linux/demo_instruments.h"
 #include "platform/linux/demo_objets.h"
+#include "platform/linux/demo_pci.h"
 
 namespace zuma::linux_ {
 namespace {
@@ -105,7 +107,8 @@ std::vector<LigneDeBase> LignesDeDémonstration() {
   std::vector<LigneDeBase> lignes{Chassis()};
   AjouteLArbre(kPresse, lignes);
   AjouteLesObjetsDeDémonstration(lignes);
-  for (const ChassisDémo* chassis : {&kDémoBus}) AjouteLeChassis(*chassis, lignes);
+  for (const ChassisDémo* chassis : {&kDémoBus, &kDémoInstruments, &kDémoPCI})
+    AjouteLeChassis(*chassis, lignes);
   return lignes;
 }
 

@@ -16,6 +16,10 @@ inline constexpr std::int32_t kChassisDesInstruments = 2;
 
 /// `Index` of the frame with rulers on CAN, balances and gauges on serial lines, and drives.
 inline constexpr std::int32_t kChassisDesBus = 3;
+/// `Index` of the frame whose boards are instruments.
+inline constexpr std::int32_t kChassisDesAppareils = 4;
+/// `Index` of the frame with PCI boards, encoders and LVDT probes.
+inline constexpr std::int32_t kChassisPCI = 5;
 
 /// A whole frame to try the system with: one board of each port-mapped family, the digital board
 /// in both wirings, at addresses that do not overlap. Block b of board c has the Index 10c + b,

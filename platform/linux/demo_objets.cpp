@@ -91,7 +91,7 @@ constexpr std::array kColonnes{
     ColonneDémo{12, "S", {}, 11},
 };
 
-constexpr std::array<std::pair<std::int32_t, std::string_view>, 12> kParamètres{{
+constexpr std::array<std::pair<std::int32_t, std::string_view>, 13> kParamètres{{
     {1, "Compression"},
     {2, "Par dimension"},
     {3, "mm"},
@@ -104,6 +104,7 @@ constexpr std::array<std::pair<std::int32_t, std::string_view>, 12> kParamètres
     {10, "0"},
     {11, "100"},
     {12, "Force"},
+    {13, "120"},
 }};
 
 void AjouteLesFils(std::string_view fils, std::vector<Champ>& champs) {

@@ -45,10 +45,12 @@ void LiaisonSérieLinux::OuvrePort() {
 
 void PortInstrumentLinux::PortOuvert(bool ouvert) {
   if (!ouvert) {
+    manqué_ = false;
     port_.Ferme();
   } else if (!port_.Ouvert()) {
     try {
       port_.Ouvre(Chemin(ports_, réglages_), réglages_.ligne);
+      manqué_ = false;
     } catch (const Echec&) {
       port_.Ferme();  // the instruments ask `PortOuvert` and `PortExiste`, and look for another one
     }
@@ -60,9 +62,13 @@ void PortInstrumentLinux::ConfigurePort(std::string_view réglages, bool ouvrir)
   std::string gardé = std::move(réglages_.port);
   réglages_ = LitRéglages(réglages);
   if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  if (!ouvrir || !réglages_.valides) return;
-  PortOuvert(true);
-  réglages_.valides = PortOuvert();
+  manqué_ = ouvrir && réglages_.valides;
+  if (manqué_) PortOuvert(true);
+}
+
+void PortInstrumentLinux::RéinitialisePort() {
+  if (manqué_) PortOuvert(true);
+  port_.Vide();
 }
 
 void PortInstrumentLinux::EcritSortie(std::string_view octets) {

@@ -53,13 +53,13 @@ class PortInstrumentLinux : public PortInstrument {
   void PortOuvert(bool ouvert) override;
   void ConfigurePort(std::string_view réglages, bool ouvrir) override;
   [[nodiscard]] bool PortExiste() const override;
-  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides; }
+  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides && !manqué_; }
   [[nodiscard]] std::int32_t OctetsEnAttente() const override { return port_.EnAttente(); }
   [[nodiscard]] Octets LitEntrée(std::optional<std::int32_t> nombre) override {
     return port_.Lit(nombre.value_or(-1));
   }
   void EcritSortie(std::string_view octets) override;
-  void RéinitialisePort() override { port_.Vide(); }
+  void RéinitialisePort() override;
   [[nodiscard]] std::int32_t NuméroPort() const override { return réglages_.NuméroPort(); }
   [[nodiscard]] std::int32_t Vitesse() const override { return réglages_.ligne.vitesse; }
   [[nodiscard]] std::string Parité() const override { return LettreParité(réglages_.ligne.parité); }
@@ -70,6 +70,7 @@ class PortInstrumentLinux : public PortInstrument {
  private:
   const CarteDesPorts& ports_;
   RéglagesInstrument réglages_;
+  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
   mutable PortSérieLinux port_;
 };
 

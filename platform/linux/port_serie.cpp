@@ -161,7 +161,7 @@ void PortSérieLinux::Ecrit(std::string_view octets) {
 }
 
 void PortSérieLinux::Vide() {
-  if (fd_ >= 0) (void)::ioctl(fd_, TCFLSH, TCIOFLUSH);
+  if (Rouvre()) (void)::ioctl(fd_, TCFLSH, TCIOFLUSH);
 }
 
 }  // namespace zuma::linux_

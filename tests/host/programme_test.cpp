@@ -85,8 +85,10 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE Fonction SET Driver='DrvPCL999' WHERE [Index]=11",
        "data: table Fonction, row 11, column Driver: unknown text: it selects nothing; found "
        "\"DrvPCL999\"; expected the text of a block's driver\n"},
-      {"UPDATE Carte SET [Driver de la Carte]='UTS-0107' WHERE [Index]=2",
-       "message: Carte 2 (ACL 6128 - Consignes): Driver Drv_UTS_0107 (3005) non disponible"},
+      {"UPDATE Carte SET [Driver de la Carte]='UTS-0107' WHERE [Index]=7; "
+       "UPDATE [Sortie Logique] SET [Etat d'Activation]=0 WHERE [Index]=5",
+       "data: table Sortie Logique, row 5, column Etat d'Activation: a stop would start the tester "
+       "behind this output; found 0; expected 1\n"},
       {"UPDATE Fonction SET [Type de Fonction]='Entrée Analogique' WHERE [Index]=12",
        "data: table Fonction, row 12, column Type de Fonction: the driver DrvACL8316 does not"},
       {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",

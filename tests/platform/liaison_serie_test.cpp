@@ -173,10 +173,19 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
   port.RéinitialisePort();
   EXPECT_EQ(port.LitEntrée({}), "");
 
-  port.ConfigurePort("/nulle/part,9600,N,8,1", true);
-  EXPECT_FALSE(port.PortExiste());
-  EXPECT_FALSE(port.PortOuvert());
-  EXPECT_FALSE(port.PortConfiguré());
+  // Pulled and put back, then absent when it is set up: a reset finds it both times.
+  for (const bool perdu : {true, false}) {
+    bout.Débranche();
+    if (perdu) (void)port.LitEntrée({});
+    if (!perdu) port.ConfigurePort(bout.Nom() + ",9600,N,8,1", true);
+    EXPECT_FALSE(port.PortExiste());
+    EXPECT_FALSE(port.PortOuvert());
+    EXPECT_EQ(port.PortConfiguré(), perdu);
+    bout.Branche();
+    port.RéinitialisePort();
+    EXPECT_TRUE(port.PortOuvert());
+    EXPECT_TRUE(port.PortConfiguré());
+  }
 }
 
 }  // namespace

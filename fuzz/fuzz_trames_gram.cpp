@@ -1,0 +1,26 @@
+// Records of the Gram balance on any bytes: a record has its ten characters and is one of those
+// received, and the buffer does not grow.
+#include "fuzz/entree.h"
+#include "instruments/trames_gram.h"
+
+using namespace zuma;
+using namespace zuma::trames_gram;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* données, std::size_t taille) {
+  Entrée entrée(données, taille);
+  Octets tampon;
+  while (!entrée.Reste().empty()) {
+    tampon += entrée.Octets(1U + entrée.Octet() % 40U);
+    const Octets avant = tampon;
+    if (ExtraitEnregistrement(tampon)) {
+      Exige(tampon.size() == kLongueurEnregistrement, "longueur");
+      Exige(avant.find(tampon + "\r\n") != Octets::npos, "enregistrement");
+      Exige(!ExtraitEnregistrement(tampon), "enregistrement répété");
+      Exige(TexteDuNombre(tampon).size() <= kLongueurNombre, "nombre");
+    }
+    Exige(avant.ends_with(tampon) || tampon.size() == kLongueurEnregistrement, "tampon");
+    Exige(tampon.size() <= 64, "tampon sans fin");
+  }
+  (void)ContientUnEnregistrement({reinterpret_cast<const char*>(données), taille});
+  return 0;
+}

@@ -1,0 +1,36 @@
+// The board that holds a Gram balance.
+#include <array>
+
+#include "instruments/balance_gram.h"
+#include "instruments/instrument.h"
+#include "instruments/operations.h"
+#include "instruments/reglages_gardes.h"
+
+namespace zuma::instruments {
+namespace {
+
+constexpr std::array<Voie<BalanceGram_CLASS>, 2> kVoies{{
+    {ENUM_TYPE_FONCTION::FctEntréesAnalogiques, 0,
+     [](const BalanceGram_CLASS& balance) { return balance.ValeurCourante(); }},
+    {ENUM_TYPE_FONCTION::FctEntréesLogiques, 0,
+     [](const BalanceGram_CLASS& balance) { return Etat(balance.BalanceConnectee()); }},
+}};
+
+// With search: only a search finds settings that are worth writing back.
+void Démarre(Carte& carte) {
+  BalanceGram_CLASS& balance = De<BalanceGram_CLASS>(carte);
+  (void)balance.Initialise(carte.Configuration(), true);
+  GardeLesRéglages(carte, balance.Settings());
+}
+
+void Rafraîchit(Carte& carte) {
+  BalanceGram_CLASS& balance = De<BalanceGram_CLASS>(carte);
+  balance.Refresh();
+  Publie<BalanceGram_CLASS>(carte, balance, kVoies);
+}
+
+}  // namespace
+
+const OpérationsCarte kBalanceGram{.démarre = &Démarre, .rafraîchit = &Rafraîchit};
+
+}  // namespace zuma::instruments

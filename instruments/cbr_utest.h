@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "dialogs/choix_du_port.h"
+#include "instruments/trames_utest.h"
+#include "platform/collaborateurs.h"
+#include "platform/plateforme.h"
+
+namespace zuma {
+
+/// Link to a CBR, Marshall or UU tester that reports a force and a displacement (`Drv_UTS_0107`).
+/// One exchange at a time, at the pace of `Refresh`. `TimerExact` is given before anything else.
+///
+/// **Hazard**: starting moves the machine, and `Refresh` then holds its caller for 1.2 s; a stop
+/// holds it for 0.2 s, after up to 0.1 s of the exchange that was going on.
+class CBR_UTEST_CLASS : public TesteurDePort {
+ public:
+  /// Makes its own serial port with the services of `plateforme`, which outlive it.
+  explicit CBR_UTEST_CLASS(Plateforme& plateforme);
+
+  void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
+  /// Settings of the port in use, such as "3,9600,N,8,1"; empty until `Initialise` found one.
+  [[nodiscard]] const std::string& Settings() const noexcept { return mstrSettings; }
+  /// Force and displacement of the last good answer, in the machine's own units.
+  [[nodiscard]] double ForceCourante() const noexcept { return mdblForceCourante; }
+  [[nodiscard]] double DeplacementCourant() const noexcept { return mdblDeplacementCourant; }
+  /// The kind of machine, told by each start; all three False before the first one.
+  [[nodiscard]] bool TestCBR() const noexcept { return EstUn(trames_utest::Machine::CBR); }
+  [[nodiscard]] bool TestPort(const std::string& Settings_str) override;
+  [[nodiscard]] bool TestMarshall() const noexcept {
+    return EstUn(trames_utest::Machine::Marshall);
+  }
+  [[nodiscard]] bool TestUU() const noexcept { return EstUn(trames_utest::Machine::UU); }
+  /// The port is there and open, and the machine answers.
+  [[nodiscard]] bool EtatMachine() const;
+  /// The port is there.
+  [[nodiscard]] bool EtatCom() const;
+  /// The machine left its requests without a good answer, until the next good one.
+  [[nodiscard]] bool Timeout() const noexcept { return mblnTimeout; }
+  /// Starts anew with the present settings; the machine is stopped.
+  void ResetMachine();
+  /// The machine said that it runs.
+  [[nodiscard]] bool IsRunning() const noexcept { return mblnIsRunning; }
+  /// Asks for a start, carried out by `Refresh`.
+  void Marche() noexcept { mblnMarche = true; }
+  /// Asks for a stop, carried out by `Refresh` before a start asked at the same time. That start is
+  /// not forgotten: the next `Refresh` carries it out, unless `AnnuleMarche` was called.
+  void Arrete() noexcept { mblnArrêt = true; }
+  /// Opens the port and stops the machine. A port that does not work is asked for in the form,
+  /// again and again until one does: then True. False, at once, when the host has no windows to ask
+  /// in.
+  bool Initialise(std::string Settings_str);
+  /// One step of the exchange: takes what came in, and asks for the measures or carries out a stop
+  /// or a start when no answer is awaited.
+  void Refresh();
+
+  // For the board.
+
+  /// Withdraws a start that was asked and not carried out yet.
+  void AnnuleMarche() noexcept { mblnMarche = false; }
+  /// A stop was asked and not carried out yet.
+  [[nodiscard]] bool ArrêtEnAttente() const noexcept { return mblnArrêt; }
+
+  /// What was wrong with answers since the last good one.
+  struct Erreurs {
+    bool somme = false;
+    bool fonction = false;
+    bool sansEntête = false;
+    friend bool operator==(const Erreurs&, const Erreurs&) = default;
+  };
+  [[nodiscard]] const Erreurs& LesErreurs() const noexcept { return erreurs_; }
+
+ private:
+  enum class Echange : std::int32_t { Repos = 0, Identification = 1, Mesures = 2 };
+
+  [[nodiscard]] bool EstUn(trames_utest::Machine machine) const noexcept {
+    return machine_ == machine;
+  }
+  [[nodiscard]] bool PortUtilisable() const;
+  [[nodiscard]] bool EnRetard() const;
+  [[nodiscard]] std::string DemandeLePort();
+  void Envoie(trames_utest::Demande demande);
+  void Attend(double secondes);
+  void SuitLIdentification();
+  void SuitLesMesures();
+  void AccepteLaRéponse() noexcept;
+  void ProchaineDemande();
+  void Démarre();
+  void EffaceLesErreurs() noexcept;
+
+  Plateforme& plateforme_;
+  Ref<PortInstrument> port_;
+  std::string mstrSettings;
+  std::optional<trames_utest::Machine> machine_;
+  bool mblnMarche = false;
+  bool mblnArrêt = false;
+  bool mblnTimeout = false;
+  Erreurs erreurs_;
+  bool mblnIsRunning = false;
+  double mdblForceCourante = 0;
+  double mdblDeplacementCourant = 0;
+  Octets tampon_;
+  Echange échange_ = Echange::Repos;
+  std::int32_t essais_ = 0;
+  double heureDEnvoi_ = 0;  ///< microseconds
+  Ref<ZED_Timer> TimerExact_;
+};
+
+}  // namespace zuma

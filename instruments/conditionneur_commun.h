@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "dialogs/feuille_conditionneur_numerique.h"
+#include "instruments/canal_element_k9.h"
+#include "instruments/echange_conditionneur.h"
+#include "platform/plateforme.h"
+
+namespace zuma {
+
+/// What the two classes of the digital conditioner have in common. Each of them gives out what
+/// belongs to it.
+class ConditionneurCommun : protected ConditionneurAffiché {
+ public:
+  /// Clock of the exchanges; an operation that needs it fails with 91 when there is none.
+  void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
+  void LiaisonSerie(Ref<PortInstrument> liaison) { LiaisonSerie_ = std::move(liaison); }
+  [[nodiscard]] const Ref<PortInstrument>& LiaisonSerie() const { return LiaisonSerie_; }
+  /// A module of a known kind has answered.
+  [[nodiscard]] bool Initialised() const { return Initialised_; }
+  /// Modbus slave, 0 to 127.
+  [[nodiscard]] std::int32_t Adresse() const { return Adresse_; }
+  [[nodiscard]] bool ErreurGenerale() const { return Levé(DrapeauConditionneur::ErreurGenerale); }
+  [[nodiscard]] bool Timeout() const { return Levé(DrapeauConditionneur::Timeout); }
+  [[nodiscard]] bool ErreurAdresseModbus() const {
+    return Levé(DrapeauConditionneur::ErreurAdresseModbus);
+  }
+  [[nodiscard]] bool ErreurCRC() const { return Levé(DrapeauConditionneur::ErreurCRC); }
+  [[nodiscard]] bool ErreurDiagnostic() const {
+    return Levé(DrapeauConditionneur::ErreurDiagnostic);
+  }
+  [[nodiscard]] bool ErreurEcriture() const { return Levé(DrapeauConditionneur::ErreurEcriture); }
+  [[nodiscard]] bool ErreurLecture() const { return Levé(DrapeauConditionneur::ErreurLecture); }
+  [[nodiscard]] bool ErreurProblemeFonction() const {
+    return Levé(DrapeauConditionneur::ErreurProblemeFonction);
+  }
+  [[nodiscard]] bool ErreurAutre() const { return Levé(DrapeauConditionneur::ErreurAutre); }
+  /// Firmware of the module: 1 or 2; 99999 for any other; 0 before an answer.
+  [[nodiscard]] double version() const { return version_; }
+  /// Hands the object to the host's maintenance form and shows it as a child of `FeuilleMere_obj`;
+  /// nothing where the host has no windows.
+  void Reglage(FenêtreHôte* FeuilleMere_obj);
+
+ protected:
+  /// `timeOut`: of an exchange, in microseconds.
+  ConditionneurCommun(Plateforme& plateforme, double timeOut)
+      : plateforme_(plateforme), échange_(timeOut) {}
+
+  /// True when a module can be asked: link given, port open, address from 0 to 127.
+  [[nodiscard]] static bool PeutInterroger(const Ref<PortInstrument>& liaison,
+                                           std::int32_t adresse);
+  bool EnvoieRequête(std::int32_t nbRegistres, EchangeConditionneur::Envoi envoi);
+  /// The three analog channels, at 0, in the place of any others.
+  void CréeLesCanaux();
+  /// Gives each channel its value from a good answer; false, and nothing changed, when the answer
+  /// is too short to hold them.
+  bool MetLesValeurs();
+  [[nodiscard]] EchangeConditionneur::Ligne Ligne() const { return {*LiaisonSerie_, *TimerExact_}; }
+  [[nodiscard]] double Maintenant() const { return TimerExact_->LitMicrosecondes(); }
+  [[nodiscard]] bool Levé(DrapeauConditionneur drapeau) const { return échange_.Levé(drapeau); }
+
+  [[nodiscard]] Ref<PortInstrument> PortAffiché() const override { return LiaisonSerie_; }
+  [[nodiscard]] bool InitialiséAffiché() const override { return Initialised_; }
+  [[nodiscard]] Drapeaux DrapeauxAffichés() const override;
+
+  Plateforme& plateforme_;
+  EchangeConditionneur échange_;
+  std::vector<ClassCanalElementK9> canaux_;
+  Ref<PortInstrument> LiaisonSerie_;
+  std::int32_t Adresse_ = 0;
+  bool Initialised_ = false;
+  double version_ = 0;
+
+ private:
+  Ref<ZED_Timer> TimerExact_;
+};
+
+}  // namespace zuma

@@ -1,0 +1,84 @@
+#include "instruments/conditionneur_num_k9_v1_00.h"
+
+#include <utility>
+
+#include "instruments/trames_conditionneur.h"
+
+namespace zuma {
+
+using Envoi = EchangeConditionneur::Envoi;
+
+namespace {
+
+// One register tells the firmwares apart; three bring the values from both.
+constexpr std::int32_t kRegistresDeDétection = 1;
+constexpr std::int32_t kRegistresDeLecture = 3;
+
+double VersionDe(std::int32_t octets) {
+  if (octets == trames_conditionneur::kOctetsVersion1) return 1;
+  if (octets == trames_conditionneur::kOctetsVersion2) return 2;
+  return trames_conditionneur::kVersionInconnue;
+}
+
+}  // namespace
+
+double ClassConditionneurNum_K9_V1_00::ValeurCanal(std::int32_t IndexCanal) const {
+  double valeur = 0;
+  for (const ClassCanalElementK9& canal : canaux_) {
+    if (canal.IndexCanal == IndexCanal) valeur = canal.Valeur;
+  }
+  return valeur;
+}
+
+bool ClassConditionneurNum_K9_V1_00::PortExistant() const {
+  return LiaisonSerie_ && LiaisonSerie_->PortExiste();
+}
+
+// The mark of the time-out is a boolean, -1 or 0, where a time was meant. It must stay: hosts take
+// the property as it is.
+bool ClassConditionneurNum_K9_V1_00::TimeoutAffichable() const {
+  return Maintenant() < (Timeout() ? kVrai : 0) + kAffichage;
+}
+
+bool ClassConditionneurNum_K9_V1_00::Initialise(Ref<PortInstrument> MaLiaisonSerie,
+                                                std::int32_t adresse) {
+  Adresse_ = adresse;
+  LiaisonSerie_ = std::move(MaLiaisonSerie);
+  if (!PeutInterroger(LiaisonSerie_, Adresse_)) return false;
+  canaux_.clear();
+  Initialised_ = false;
+  dernierEssai_ = Maintenant();
+  (void)EnvoieRequête(kRegistresDeDétection, Envoi::Forcé);
+  if (!échange_.AttendRéponse(Ligne())) return false;
+  version_ = VersionDe(échange_.Données().Nombre());
+  Initialised_ = version_ != trames_conditionneur::kVersionInconnue;
+  if (Initialised_) CréeLesCanaux();
+  return false;
+}
+
+void ClassConditionneurNum_K9_V1_00::Refresh() {
+  if (Initialised_) {
+    Lit();
+    SurveilleLePort();
+  }
+  if (!Initialised_) Réessaie();
+}
+
+void ClassConditionneurNum_K9_V1_00::Lit() {
+  if (!LiaisonSerie_) return;
+  if (échange_.EnAttente() && échange_.LitRéponse(Ligne())) (void)MetLesValeurs();
+  if (!échange_.EnAttente()) (void)EnvoieRequête(kRegistresDeLecture, Envoi::SiLibre);
+}
+
+void ClassConditionneurNum_K9_V1_00::SurveilleLePort() {
+  if (!PortExistant() || !LiaisonSerie_->PortConfiguré()) Initialised_ = false;
+}
+
+void ClassConditionneurNum_K9_V1_00::Réessaie() {
+  if (!LiaisonSerie_ || Maintenant() - dernierEssai_ < kEntreDeuxEssais) return;
+  LiaisonSerie_->RéinitialisePort();
+  Initialise(LiaisonSerie_, Adresse_);
+  dernierEssai_ = Maintenant();
+}
+
+}  // namespace zuma

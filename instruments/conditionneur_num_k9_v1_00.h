@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include "instruments/conditionneur_commun.h"
+
+namespace zuma {
+
+/// Digital conditioner on Modbus, reduced form for both firmwares: one exchange behind the other,
+/// as fast as the refresh. It finds a module that is plugged in late or again by itself. Flags are
+/// latched until the object is made again.
+class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
+ public:
+  explicit ClassConditionneurNum_K9_V1_00(Plateforme& plateforme)
+      : ConditionneurCommun(plateforme, kTimeOut) {}
+
+  /// Value of a channel in the module's raw units, -32768 to 32767; 0 for no such channel.
+  [[nodiscard]] double ValeurCanal(std::int32_t IndexCanal) const;
+  using ConditionneurCommun::LiaisonSerie;
+  using ConditionneurCommun::TimerExact;
+  /// The machine has the port now; false without a link.
+  [[nodiscard]] bool PortExistant() const;
+  using ConditionneurCommun::Adresse;
+  using ConditionneurCommun::ErreurGenerale;
+  using ConditionneurCommun::Initialised;
+  using ConditionneurCommun::Timeout;
+  /// True in the first 10 s of the clock's life, time-out or not. Advice to a display, and no more.
+  [[nodiscard]] bool TimeoutAffichable() const;
+  using ConditionneurCommun::ErreurAdresseModbus;
+  using ConditionneurCommun::ErreurAutre;
+  using ConditionneurCommun::ErreurCRC;
+  using ConditionneurCommun::ErreurDiagnostic;
+  using ConditionneurCommun::ErreurEcriture;
+  using ConditionneurCommun::ErreurLecture;
+  using ConditionneurCommun::ErreurProblemeFonction;
+  using ConditionneurCommun::version;
+  /// Keeps link and address for later tries, then finds out which module answers at `adresse` (0 to
+  /// 127) if the link is open. Blocks until the answer or for 10 s. The result is false in all
+  /// cases, and hosts know it: `Initialised` tells.
+  bool Initialise(Ref<PortInstrument> MaLiaisonSerie, std::int32_t adresse);
+  /// One step of the reading. It waits only while the module is not initialised: once a second
+  /// `Initialise` is tried again, and a port that is there without its module costs 10 s each time.
+  void Refresh();
+  using ConditionneurCommun::Reglage;
+
+ private:
+  static constexpr double kTimeOut = 10e6;  ///< microseconds, like all that follow
+  static constexpr double kAffichage = 10e6;
+  static constexpr double kEntreDeuxEssais = 1e6;
+
+  void Lit();
+  void SurveilleLePort();
+  void Réessaie();
+  [[nodiscard]] double ValeurAffichée(std::int32_t index) const override {
+    return ValeurCanal(index);
+  }
+
+  double dernierEssai_ = 0;
+};
+
+}  // namespace zuma

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "core/outils_modbus.h"
+#include "platform/collaborateurs.h"
+#include "platform/liaison_serie.h"
+
+namespace zuma {
+
+/// What a conditioner reports of its line.
+enum class DrapeauConditionneur : std::uint8_t {
+  ErreurGenerale,
+  Timeout,
+  ErreurAdresseModbus,
+  ErreurCRC,
+  ErreurDiagnostic,
+  ErreurEcriture,
+  ErreurLecture,
+  ErreurProblemeFonction,
+  ErreurAutre
+};
+inline constexpr std::size_t kNombreDeDrapeaux = 9;
+
+/// Name of a flag, as the classes bear it.
+[[nodiscard]] std::string_view NomDuDrapeau(DrapeauConditionneur drapeau) noexcept;
+
+/// Flag that a wrong answer raises beside `ErreurGenerale`.
+[[nodiscard]] DrapeauConditionneur DrapeauDe(OutilsModbus::Résultat résultat) noexcept;
+
+/// One question to the module and the wait for its answer. The flags are latched: no exchange
+/// lowers one.
+class EchangeConditionneur {
+ public:
+  /// An answer later than `timeOut` microseconds is no answer.
+  explicit EchangeConditionneur(double timeOut) : timeOut_(timeOut) {}
+
+  /// The line and the clock of an exchange.
+  struct Ligne {
+    PortInstrument& port;
+    ZED_Timer& timer;
+  };
+  enum class Envoi : std::uint8_t {
+    SiLibre,  ///< refused while an answer is awaited
+    Forcé     ///< drops the exchange in progress and resets the port
+  };
+
+  /// Asks slave `adresse` for `nbRegistres` registers from `premierRegistre` on. False, and nothing
+  /// sent, while an answer is awaited.
+  bool EnvoieRequête(const Ligne& ligne, std::int32_t adresse, std::int32_t premierRegistre,
+                     std::int32_t nbRegistres, Envoi envoi);
+  /// Looks at what came in: true on a good answer, whose data `Données` then holds. A wrong one
+  /// raises its flags and ends the exchange, and so does the time-out.
+  bool LitRéponse(const Ligne& ligne);
+  /// Waits for a good answer: false once the time-out has passed. A wrong answer does not shorten
+  /// the wait.
+  bool AttendRéponse(const Ligne& ligne);
+
+  [[nodiscard]] bool EnAttente() const noexcept { return enAttente_; }
+  /// Data bytes of the last good answer.
+  [[nodiscard]] const OutilsModbus::Valeurs& Données() const noexcept { return données_; }
+  [[nodiscard]] bool Levé(DrapeauConditionneur drapeau) const noexcept {
+    return drapeaux_[static_cast<std::size_t>(drapeau)];
+  }
+
+ private:
+  void Lève(DrapeauConditionneur drapeau) noexcept {
+    drapeaux_[static_cast<std::size_t>(drapeau)] = true;
+  }
+  bool Echoit(ZED_Timer& timer);
+
+  double timeOut_;
+  bool enAttente_ = false;
+  double heureDEnvoi_ = 0;  ///< microseconds
+  Octets question_;
+  Octets réponse_;
+  OutilsModbus::Valeurs données_;
+  std::array<bool, kNombreDeDrapeaux> drapeaux_{};
+};
+
+}  // namespace zuma

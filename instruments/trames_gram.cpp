@@ -1,0 +1,40 @@
+#include "instruments/trames_gram.h"
+
+#include <algorithm>
+
+namespace zuma::trames_gram {
+namespace {
+
+constexpr std::string_view kFin = "\r\n";
+// Longer than a record, so that nothing is lost of one that is still coming.
+constexpr std::size_t kTexteGardé = 64;
+
+}  // namespace
+
+bool ExtraitEnregistrement(Octets& tampon) {
+  const std::size_t fin = tampon.rfind(kFin);
+  const bool complet = fin != Octets::npos && fin >= kLongueurEnregistrement;
+  if (!complet || tampon.size() <= kLongueurEnregistrement + kFin.size()) {
+    if (tampon.size() > kTexteGardé) tampon.erase(0, tampon.size() - kTexteGardé);
+    return false;
+  }
+  tampon.erase(fin);
+  tampon.erase(0, fin - kLongueurEnregistrement);
+  return true;
+}
+
+std::string TexteDuNombre(std::string_view enregistrement) {
+  std::string nombre(enregistrement.substr(0, kLongueurNombre));
+  if (!nombre.starts_with('+') && !nombre.starts_with('-')) return nombre;
+  nombre.erase(1, std::min(nombre.find_first_not_of(' ', 1), nombre.size()) - 1);
+  return nombre;
+}
+
+bool ContientUnEnregistrement(std::string_view reçus) noexcept {
+  std::size_t signe = reçus.find('+');
+  if (signe == std::string_view::npos) signe = reçus.find('-');
+  if (signe == std::string_view::npos) return false;
+  return reçus.find(kFin, signe) == signe + kLongueurEnregistrement;
+}
+
+}  // namespace zuma::trames_gram

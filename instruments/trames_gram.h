@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/valeur.h"
+
+/// Records of the Gram balance: 8 characters of number, sign first, 2 of unit, then CR LF. Pure
+/// functions on the bytes, nothing here fails.
+namespace zuma::trames_gram {
+
+inline constexpr std::size_t kLongueurNombre = 8;
+inline constexpr std::size_t kLongueurUnité = 2;
+inline constexpr std::size_t kLongueurEnregistrement = kLongueurNombre + kLongueurUnité;
+
+/// True when a record was taken off `tampon`, which is then that record alone, without terminator:
+/// what came before and behind it is gone. The last terminator counts; a text of 12 characters or
+/// less, one whole record, is not looked at yet. A text that never ends is kept to its last part.
+[[nodiscard]] bool ExtraitEnregistrement(Octets& tampon);
+
+/// The number's characters of a record, without the blanks between sign and digits.
+[[nodiscard]] std::string TexteDuNombre(std::string_view enregistrement);
+
+/// True when a terminator follows the first "+", or without any the first "-", by exactly one
+/// record. Nothing else is looked at.
+[[nodiscard]] bool ContientUnEnregistrement(std::string_view reçus) noexcept;
+
+}  // namespace zuma::trames_gram

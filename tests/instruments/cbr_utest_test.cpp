@@ -1,0 +1,245 @@
+// The CBR tester: its frames, its exchanges, and its board from the machine to the channels.
+#include "instruments/cbr_utest.h"
+
+#include <gtest/gtest.h>
+
+#include "outils/banc_instrument.h"
+#include "sim/testeur_cbr_simule.h"
+
+namespace zuma {
+namespace {
+
+using essai::Nombre;
+using essai::Texte;
+using trames_utest::Code;
+using Fonctions_ = std::vector<int>;
+
+Octets Trame(int fonction, const Octets& données) {
+  Octets trame("UTEST\0n\0f", 9);
+  trame[6] = static_cast<char>(10 + données.size());
+  trame[8] = static_cast<char>(fonction);
+  trame += données;
+  char somme = 0;
+  for (const char octet : trame) somme = static_cast<char>(somme ^ octet);
+  return trame + somme;
+}
+
+const Octets kMesures = Trame(11, Octets("\2\0\0\0\x40\xE2\1\0\x40\xE2\1\0", 12));
+
+TEST(LesTramesUTEST, ReçoiventLeurCode) {
+  Octets fausse = kMesures;
+  fausse[12] = static_cast<char>(fausse[12] ^ 1);
+  const struct {
+    const char* quoi;
+    Octets reçus;
+    Code code;
+  } cas[] = {
+      {"no header", "UTES" + kMesures.substr(5), Code::SansEntête},
+      {"garbage, then a frame", "UTE\xFF" + kMesures, Code::Bonne},
+      {"eight bytes", kMesures.substr(0, 8), Code::Incomplète},
+      {"all but the last byte", kMesures.substr(0, 21), Code::Incomplète},
+      {"one bit wrong", fausse, Code::SommeFausse},
+      {"other function", Trame(1, "ab"), Code::AutreFonction},
+      {"echo of a request", Trame(11, ""), Code::Incomplète},
+      {"two frames", kMesures + kMesures, Code::SommeFausse},
+  };
+  for (const auto& [quoi, reçus, code] : cas) {
+    Octets tampon = reçus;
+    EXPECT_EQ(trames_utest::Analyse(tampon, trames_utest::kMesures), code) << quoi;
+  }
+}
+
+TEST(LesTramesUTEST, DonnentUneForceSignéeEtUnDéplacementQuiNeLEstPas) {
+  const std::tuple<Octets, double, double> cas[] = {
+      {"\xFF\xFF\xFF\xFF", -0.00001, 4294967.295},
+      {Octets("\0\0\0\x80", 4), -21474.83648, 2147483.648}};
+  for (const auto& [octets, force, déplacement] : cas) {
+    const auto lues = trames_utest::DécodeMesures(Trame(11, "\2..." + octets + octets));
+    EXPECT_DOUBLE_EQ(lues.force, force);
+    EXPECT_DOUBLE_EQ(lues.déplacement, déplacement);
+  }
+}
+
+// A line that keeps what it is asked, with the time in milliseconds, and answers by function.
+class Pupitre : public sim::AppareilSérie {
+ public:
+  explicit Pupitre(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+  void Reçoit(std::string_view octets, std::int32_t) override {
+    const int fonction = octets.at(8);
+    EXPECT_EQ(octets, Trame(fonction, ""));
+    fonctions.push_back(fonction);
+    heures.push_back(horloge_.Maintenant() / 1000);
+    sortie += réponses[fonction];
+  }
+  Octets Emet() override { return std::exchange(sortie, {}); }
+
+  std::map<int, Octets> réponses;
+  Octets sortie;
+  Fonctions_ fonctions;
+  std::vector<double> heures;
+
+ private:
+  sim::HorlogeVirtuelle& horloge_;
+};
+
+class UnTesteurCBR : public testing::Test, public essai::BancInstrument {
+ public:
+  UnTesteurCBR() {
+    liaisons.Attache(2, pupitre);
+    testeur.TimerExact(horloge);
+    EXPECT_TRUE(testeur.Initialise("2,9600,N,8,1"));
+  }
+  // Functions sent by one refresh, `attente` milliseconds after the last one.
+  Fonctions_ Demandées(double attente = 0) {
+    horloge->Avance(attente * 1000);
+    pupitre->fonctions.clear();
+    pupitre->heures.clear();
+    départ = horloge->Maintenant() / 1000;
+    testeur.Refresh();
+    return pupitre->fonctions;
+  }
+  double départ = 0;
+  Ref<Pupitre> pupitre = Crée<Pupitre>(*horloge);
+  CBR_UTEST_CLASS testeur{plateforme};
+};
+
+TEST_F(UnTesteurCBR, RedemandeDixFoisPuisDitLeTempsDépassé) {
+  EXPECT_EQ(Demandées(), (Fonctions_{11}));
+  EXPECT_EQ(Demandées(99), (Fonctions_{})) << "still time to answer";
+  for (int i = 1; i <= 10; ++i) {
+    EXPECT_EQ(Demandées(100), (Fonctions_{11, 11})) << "again, then the next request";
+  }
+  EXPECT_TRUE(testeur.EtatMachine());
+  EXPECT_EQ(Demandées(100), (Fonctions_{11}));
+  EXPECT_TRUE(testeur.Timeout() && testeur.EtatCom() && !testeur.EtatMachine());
+  pupitre->sortie = kMesures + kMesures;
+  EXPECT_EQ(Demandées(), (Fonctions_{11}));
+  EXPECT_TRUE(testeur.LesErreurs().somme && testeur.Timeout());
+  pupitre->sortie = kMesures;
+  EXPECT_EQ(Demandées(), (Fonctions_{11}));
+  EXPECT_TRUE(testeur.EtatMachine() && testeur.IsRunning() && !testeur.LesErreurs().somme);
+  EXPECT_DOUBLE_EQ(testeur.ForceCourante(), 1.23456);
+}
+
+TEST_F(UnTesteurCBR, RedemandeUneIdentificationInachevéeTantQuIlResteUnEssai) {
+  pupitre->réponses[1] = "UTEST";
+  for (const int ratés : {9, 10}) {
+    testeur.ResetMachine();
+    for (int i = 0; i <= ratés; ++i) (void)Demandées(100);
+    testeur.Marche();
+    pupitre->sortie = kMesures + "x";  // a wrong check sum ends the exchange and counts for none
+    EXPECT_EQ(Demandées(), (Fonctions_{3, 7, 2, 1}));
+    EXPECT_EQ(Demandées(), ratés == 9 ? (Fonctions_{1, 11}) : (Fonctions_{11})) << ratés;
+    EXPECT_EQ(testeur.Timeout(), ratés == 10);
+  }
+}
+
+TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
+  testeur.Marche();
+  testeur.Arrete();
+  EXPECT_EQ(Demandées(), (Fonctions_{3})) << "the stop first";
+  EXPECT_NEAR(pupitre->heures.front() - départ, 100, 1);
+  EXPECT_NEAR(horloge->Maintenant() / 1000 - départ, 200, 1);
+  for (const char* genre : {"\1\1", "\3\1"}) {  // an unknown kind changes nothing
+    pupitre->réponses[1] = Trame(1, genre);
+    testeur.Marche();
+    EXPECT_EQ(Demandées(), (Fonctions_{3, 7, 2, 1}));
+    const double attendues[] = {0, 500, 1000, 1100};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(pupitre->heures[i] - départ, attendues[i], 1);
+    EXPECT_NEAR(horloge->Maintenant() / 1000 - départ, 1200, 1);
+    testeur.Refresh();
+    EXPECT_TRUE(testeur.TestMarshall() && !testeur.TestCBR() && !testeur.TestUU());
+    pupitre->sortie = kMesures;
+  }
+}
+
+class UneCarteCBR : public testing::Test, public essai::BancInstrument {
+ public:
+  Ref<sim::TesteurCBRSimulé> machine = Crée<sim::TesteurCBRSimulé>(*horloge);
+  sim::Pannes& pannes = liaisons.Attache(3, machine).pannes;
+  Canal& marche = Le(Ajoute("Sortie Logique", {0}), 0);
+  FonctionRef mesures = Ajoute("Entrée Analogique", {0, 1});
+  FonctionRef états = Ajoute("Entrée Logique", {0, 1});
+};
+
+TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
+  marche.ValeurCanal(-1);  // left there before the frame started
+  Démarre("UTS-0107", "3,9600,N,8,1");
+  Passe(1);
+  EXPECT_EQ(machine->Commandes(), Fonctions_{}) << "nothing moves by itself";
+  marche.ValeurCanal(0);
+  carte.MetàJour();
+  marche.ValeurCanal(-1);
+  Passe(10);
+  EXPECT_EQ(machine->Commandes(), (Fonctions_{3, 3, 7, 2, 1}));
+  EXPECT_EQ(Le(états, 0).ValeurCanal(), -1);
+  EXPECT_EQ(Le(états, 1).ValeurCanal(), 0);
+  EXPECT_GT(machine->Déplacement(), 0.15) << "1.27 mm in a minute";
+  EXPECT_NEAR(Le(mesures, 0).ValeurCanal(), machine->Force(), 0.02);
+  EXPECT_NEAR(Le(mesures, 1).ValeurCanal(), machine->Déplacement(), 0.005);
+  pannes.muette = true;
+  Passe(1.5);
+  EXPECT_EQ(Le(états, 1).ValeurCanal(), -1);
+}
+
+TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
+  const SortieLogiqueRef sortie = chassis.SortiesLogiques()->Add("1");
+  sortie->ParamètresDepuisBD(essai::UneLigne({{"Index", Nombre(1)},
+                                              {"Nom de la Sortie Logique", Texte("Marche")},
+                                              {"Etat d'Activation", Nombre(1)},
+                                              {"Canal", Nombre(10)}}));
+  sortie->Lien({}, {}, {}, &chassis);
+  Démarre("UTS-0107", "3,9600,N,8,1");
+  for (int décalage = 0; décalage < 40; décalage += 7) {  // wherever the exchange stands
+    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+    Passe(2);
+    horloge->Avance(1000.0 * décalage);
+    carte.MetàJour();
+    ASSERT_TRUE(machine->EnMarche());
+    const double départ = horloge->Maintenant();
+    chassis.DéclencheAU();
+    EXPECT_FALSE(machine->EnMarche()) << décalage;
+    EXPECT_LT(horloge->Maintenant() - départ, 350'000);
+  }
+  // A start that was asked in the middle of an exchange and overtaken by the stop is forgotten.
+  pannes.muette = true;
+  carte.MetàJour();
+  const std::size_t avant = machine->Commandes().size();
+  sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+  carte.MetàJour();
+  chassis.DéclencheAU();
+  Passe(2);
+  EXPECT_EQ(machine->Commandes().size(), avant + 1) << "the stop alone";
+}
+
+TEST_F(UneCarteCBR, DitUnPortInutilisableEtResteSansEchange) {
+  for (const char* réglages : {"9,9600,N,8,1", "3,9600,X,8,1"}) {
+    registre->entrées.clear();
+    Démarre("UTS-0107", réglages);
+    Passe(2);
+    ASSERT_EQ(registre->entrées.size(), 1U) << réglages;
+    EXPECT_TRUE(registre->Contient("'" + std::string(réglages) + "'"));
+    EXPECT_EQ(Le(états, 1).ValeurCanal(), -1);
+  }
+}
+
+TEST_F(UneCarteCBR, DemandeUnPortPuisLEcritOuDitPourquoiNon) {
+  machine->vitesseDeLigne = 38400;
+  plateforme.fenêtres = &fenêtres;
+  fenêtres.opérateur = [&](ChoixDuPort& feuille) {
+    if (fenêtres.montrées > 1) feuille.BtnAutoScan();  // closed at first with nothing chosen
+  };
+  ligne->panne = Numéro::BaseEnLectureSeule;
+  Démarre("UTS-0107", "9,9600,N,8,1");
+  EXPECT_TRUE(registre->Contient("Erreur N°3027"));
+  EXPECT_EQ(fenêtres.montrées, 2);
+  machine->précharge = 0.25;
+  Passe(0.2);
+  EXPECT_EQ(Le(mesures, 0).ValeurCanal(), 0.25) << "the exchange goes on";
+  ligne->panne.reset();
+  carte.Initialise();
+  EXPECT_EQ(Réglages(), "3,38400,N,8,1");
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/chassis.h"
+#include "dialogs/choix_du_port.h"
+#include "outils/arbre.h"
+#include "sim/horloge_virtuelle.h"
+#include "sim/liaisons_simulees.h"
+
+namespace zuma::essai {
+
+/// Windows of a test: an operator who acts on the form, and what happens while events are served.
+class FenêtresDEssai : public Fenêtres {
+ public:
+  void MontreModal(ChoixDuPort& feuille) override {
+    ++montrées;
+    opérateur(feuille);
+  }
+  void Montre(FeuilleConditionneurNumerique&, FenêtreHôte*) override {}
+  void TraiteLesEvénements() override { événements(); }
+
+  std::function<void(ChoixDuPort&)> opérateur = [](ChoixDuPort&) {};
+  std::function<void()> événements = [] {};
+  int montrées = 0;
+};
+
+/// The board of one instrument on a simulated line, passed at 200 Hz.
+class BancInstrument : public Banc {
+ public:
+  BancInstrument() {
+    plateforme.liaisons = &liaisons;
+    plateforme.horloge = horloge.Brut();
+    chassis.ChargeErreur(registre);
+    carte.TimerExact(horloge);
+    carte.ChargeErreur(registre);
+  }
+  FonctionRef Ajoute(const char* type, const std::vector<std::int32_t>& numéros) {
+    return AjouteBloc(carte, type,
+                      {{"Type de Fonction", Texte(type)}, {"Nom de la Fonction", Texte("Bloc")}},
+                      numéros, horloge, registre);
+  }
+  static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
+    return *bloc->Canals()->Item(CléDuCanal(numéro));
+  }
+  void Démarre(const char* driver, const char* réglages) {
+    ligne->lignes = {
+        {{"Driver de la Carte", Texte(driver)}, {"Configuration ModBus", Texte(réglages)}}};
+    carte.ParamètresDepuisBD(ligne);
+    carte.Initialise();
+  }
+  [[nodiscard]] std::string Réglages() const {
+    return VersTexte(*ChercheChamp(*ligne, "Configuration ModBus"));
+  }
+  void Passe(double secondes) {
+    for (int i = 0; i < static_cast<int>(secondes * 200); ++i) {
+      horloge->Avance(5000);
+      carte.MetàJour();
+    }
+  }
+
+  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
+  sim::FabriqueLiaisonsSimulée liaisons;
+  FenêtresDEssai fenêtres;
+  Ref<RecordsetFixe> ligne = Crée<RecordsetFixe>(std::vector<Ligne>());
+  Chassis chassis{plateforme};
+  Carte& carte = *chassis.Cartes()->Add("1");
+};
+
+}  // namespace zuma::essai
