@@ -68,9 +68,9 @@ void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
   pilote.marcheDemandée = demandée;
   if (demandée == avant) return;
   if (demandée) {
-    pilote.instrument.Marche();
+    pilote.LInstrument().Marche();
   } else {
-    Arrête(carte, pilote.instrument);
+    Arrête(carte, pilote.LInstrument());
   }
 }
 
@@ -87,17 +87,17 @@ void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
 void Démarre(Carte& carte) {
   PiloteCBR& pilote = Pilote_(carte);
   pilote.marcheDemandée = MarcheDemandée(carte);
-  if (!pilote.instrument.Initialise(carte.Configuration())) {
-    RefuseLePort(carte, pilote.instrument);
+  if (!pilote.LInstrument().Initialise(carte.Configuration())) {
+    RefuseLePort(carte, pilote.LInstrument());
   }
-  GardeLesRéglages(carte, pilote.instrument.Settings());
+  GardeLesRéglages(carte, pilote.LInstrument().Settings());
 }
 
 void Rafraîchit(Carte& carte) {
   PiloteCBR& pilote = Pilote_(carte);
   TransmetLaCommande(carte, pilote);
-  pilote.instrument.Refresh();
-  Publie<CBR_UTEST_CLASS>(carte, pilote.instrument, kVoies);
+  pilote.LInstrument().Refresh();
+  Publie<CBR_UTEST_CLASS>(carte, pilote.LInstrument(), kVoies);
 }
 
 }  // namespace

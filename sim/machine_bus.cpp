@@ -20,6 +20,7 @@ using enum ENUM_DRIVER;
 constexpr double kPériode = 8;            // seconds
 constexpr std::int32_t kCourse = 20'000;  // counts of a ruler around the rest of each magnet
 constexpr std::int32_t kEntraxe = 200'000;
+constexpr double kEcart = 0.1;  // part of the travel that the next magnet has more
 constexpr double kPoids = 10;
 constexpr double kMillimètres = 5;
 constexpr double kRegistre = 1000;  // Modbus measures move between 0 and twice that
@@ -53,10 +54,12 @@ Ref<BalanceSimulée> BalanceDe(ENUM_DRIVER driver, HorlogeVirtuelle& horloge) {
   return {};
 }
 
+// Each magnet goes a little further than the one before, so that their distances move too.
 void PlaceLesAimants(RègleMTSSimulée& règle, double part) {
   for (std::size_t i = 0; i < règle.aimants.size(); ++i) {
+    const double course = kCourse * part * (1 + kEcart * static_cast<double>(i));
     règle.aimants[i] = kEntraxe * static_cast<std::int32_t>(i + 1) +
-                       static_cast<std::int32_t>(std::lround(kCourse * part));
+                       static_cast<std::int32_t>(std::lround(course));
   }
 }
 

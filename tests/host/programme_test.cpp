@@ -140,15 +140,15 @@ TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
       "ALTER TABLE Copie RENAME TO Chassis; "
       "INSERT INTO Chassis ([Index]) VALUES (0); INSERT INTO Chassis ([Index]) VALUES ('x');"
       "DELETE FROM Chassis WHERE [Index] BETWEEN 3 AND 9;"
-      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (4, 'Banc')");
+      "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (40, 'Banc')");
   const Fin fin = Lance({"check", base, "--frame", "77"});
   EXPECT_EQ(fin.code, 2);
   EXPECT_NE(
       fin.erreur.find(
-          "Frames: 1 (Presse de démonstration), 2 (Instruments de démonstration), 0, 4 (Banc)."),
+          "Frames: 1 (Presse de démonstration), 2 (Instruments de démonstration), 0, 40 (Banc)."),
       std::string::npos)
       << fin.erreur;
-  EXPECT_TRUE(Lance({"check", base, "--frame", "4"}).sortie.find("Frame 4: 0 boards") !=
+  EXPECT_TRUE(Lance({"check", base, "--frame", "40"}).sortie.find("Frame 40: 0 boards") !=
               std::string::npos);
 }
 

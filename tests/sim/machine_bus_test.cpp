@@ -104,14 +104,12 @@ TEST_F(DesBusSimulés, FaitMarcherTousLesBus) {
   }
   EXPECT_TRUE(registre->entrées.empty()) << registre->entrées.front().message;
   EXPECT_TRUE(messages.textes.empty());
-  const double distance = Le(règles, 1).ValeurCanal();
-  EXPECT_EQ(distance, 200'000) << "between two magnets of one ruler";
+  EXPECT_NEAR(Le(règles, 1).ValeurCanal(), 200'000, 2'000) << "between two magnets of one ruler";
   for (const Suivi& suivi : suivis) {
-    if (suivi.canal == &Le(règles, 1)) continue;
     EXPECT_GT(suivi.maxi, suivi.mini + 5) << suivi.canal->Key() << " moves";
   }
   EXPECT_NEAR(Le(règles, 0).ValeurCanal(), 200'000, 20'000);
-  EXPECT_NEAR(Le(règles, 2).ValeurCanal(), 600'000, 20'000);
+  EXPECT_NEAR(Le(règles, 2).ValeurCanal(), 600'000, 24'000);
 }
 
 }  // namespace
