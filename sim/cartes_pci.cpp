@@ -29,7 +29,7 @@ double VoltsSur12Bits(std::int16_t valeur, bool bipolaire) {
   const int code = static_cast<std::uint16_t>(valeur) % kCodes12Bits;
   if (!bipolaire) return code * kVoltsPleineEchelle / kCodes12Bits;
   const int signé = code < kCodes12Bits / 2 ? code : code - kCodes12Bits;
-  return signé * kVoltsPleineEchelle / (kCodes12Bits / 2);
+  return 2 * signé * kVoltsPleineEchelle / kCodes12Bits;
 }
 
 }  // namespace

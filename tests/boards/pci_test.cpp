@@ -195,9 +195,9 @@ TEST_F(UneCartePCI, MontreSesBornesEtBougeSurLaMachineSimulée) {
   for (const double secondes : {1.0, 3.0}) {
     machine.AvanceJusquA(secondes);
     for (const CarteRef& une : *chassis.Cartes()) une->MetàJour();
-    const double volts = machine.BorneDe(mesure)->DeLaCarte().entréesAnalogiques[5];
+    const double volts = machine.BorneDe(mesure).value().DeLaCarte().entréesAnalogiques[5];
     EXPECT_NEAR(mesure.ValeurCanal(), sim::PointsPourVolts(volts), 2);
-    const double codeur = machine.BorneDe(axe)->DeLaCarte().entréesAnalogiques[1];
+    const double codeur = machine.BorneDe(axe).value().DeLaCarte().entréesAnalogiques[1];
     EXPECT_NEAR(axe.ValeurCanal(), -10'000 * codeur, 1);
     EXPECT_GE(std::min(volts, codeur), 1) << "the terminals are set";
   }
