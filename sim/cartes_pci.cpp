@@ -25,11 +25,13 @@ const Port* LePort(std::uint16_t port) {
   return port < kPorts.size() ? &kPorts[port] : nullptr;
 }
 
+bool TientSur12Bits(std::int16_t valeur) {
+  return valeur >= -kCodes12Bits / 2 && valeur < kCodes12Bits / 2;
+}
+
 double VoltsSur12Bits(std::int16_t valeur, bool bipolaire) {
-  const int code = static_cast<std::uint16_t>(valeur) % kCodes12Bits;
-  if (!bipolaire) return code * kVoltsPleineEchelle / kCodes12Bits;
-  const int signé = code < kCodes12Bits / 2 ? code : code - kCodes12Bits;
-  return 2 * signé * kVoltsPleineEchelle / kCodes12Bits;
+  if (bipolaire) return 2 * valeur * kVoltsPleineEchelle / kCodes12Bits;
+  return (valeur < 0 ? valeur + kCodes12Bits : valeur) * kVoltsPleineEchelle / kCodes12Bits;
 }
 
 }  // namespace
@@ -90,7 +92,7 @@ std::int16_t BibliothèquePCISimulée::AO_9111_Config(std::uint16_t carte, std::
 std::int16_t BibliothèquePCISimulée::AO_WriteChannel(std::uint16_t carte, std::uint16_t canal,
                                                      std::int16_t valeur) {
   CartePCISimulée* la = La(carte, kType9111);
-  if (la != nullptr && la->sortiesPrêtes && canal == 0) {
+  if (la != nullptr && la->sortiesPrêtes && canal == 0 && TientSur12Bits(valeur)) {
     la->bornes.sortiesAnalogiques[0] = VoltsSur12Bits(valeur, la->sortiesBipolaires);
     return 0;
   }

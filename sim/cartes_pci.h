@@ -27,7 +27,8 @@ struct CartePCISimulée {
 /// its last registration; no handle equals a board's number.
 ///
 /// PCI 9111: ranges from 10 V (code 1) to 0.625 V (code 5), lines 0 to 15 on port 0 and 0 to 3 on
-/// port 1, whose upper bits float. PCI 6208: eight outputs of 16 bits.
+/// port 1, whose upper bits float; its output takes signed codes of 12 bits, the negative ones
+/// being the upper half when it is unipolar. PCI 6208: eight outputs of 16 bits.
 class BibliothèquePCISimulée : public BibliothèquePCI {
  public:
   /// Puts a board of that type in the machine; gives the one that is there already.
