@@ -51,7 +51,7 @@ CartePCISimulée* BibliothèquePCISimulée::La(std::uint16_t poignée, std::uint
   const std::size_t rang = static_cast<std::size_t>(poignée) - kPremièrePoignée;
   if (rang >= enregistrées_.size() || enregistrées_[rang] == nullptr) return nullptr;
   CartePCISimulée& carte = *enregistrées_[rang];
-  return carte.type == type && !carte.refuse ? &carte : nullptr;
+  return carte.type == type ? &carte : nullptr;
 }
 
 std::int16_t BibliothèquePCISimulée::Register_Card(std::uint16_t type, std::uint16_t numéro) {
@@ -126,7 +126,7 @@ std::int16_t BibliothèquePCISimulée::DO_WritePort(std::uint16_t carte, std::ui
                                                   std::uint32_t mot) {
   CartePCISimulée* la = La(carte, kType9111);
   const Port* lePort = LePort(port);
-  if (la == nullptr || lePort == nullptr) return Refuse();
+  if (la == nullptr || lePort == nullptr || port == la->portMort) return Refuse();
   const std::uint32_t masque = lePort->Masque() << lePort->première;
   la->bornes.sortiesLogiques =
       (la->bornes.sortiesLogiques & ~masque) | (mot << lePort->première & masque);

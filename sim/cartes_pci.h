@@ -15,7 +15,7 @@ namespace zuma::sim {
 struct CartePCISimulée {
   std::uint16_t type = 0;
   Bornes bornes;
-  bool refuse = false;         ///< every call on it fails, as when its driver was lost
+  int portMort = -1;           ///< logic port whose writes fail
   bool entréesPrêtes = false;  ///< conversions were set up; none before
   bool sortiesBipolaires = false;
   bool sortiesPrêtes = false;                 ///< a polarity was chosen; nothing comes out before
