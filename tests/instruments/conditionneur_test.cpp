@@ -189,11 +189,12 @@ TEST_F(UnV1, RetrouveSonModuleSansAttendre) {
   prise.pannes.débranchée = true;
   Tourne(0.001);
   EXPECT_EQ(Canaux(), (Valeurs{7, 8, 9, 0, 0, 0})) << "kept, and told";
+  carte.LiaisonSerie2()->PortOuvert(true);  // somebody tries in vain
   const int avant = module->Questions();
   Tourne(5);
   EXPECT_EQ(module->Questions(), avant);
   prise.pannes = {.muette = true};
-  Tourne(25);
+  Tourne(31);
   EXPECT_EQ(module->Questions(), avant + 3) << "ten seconds to wait, then one before the next try";
   EXPECT_TRUE(Objet().Timeout());
   EXPECT_FALSE(Objet().TimeoutAffichable());
