@@ -177,6 +177,10 @@ TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
   EXPECT_GT(machine->Déplacement(), 0.15) << "1.27 mm in a minute";
   EXPECT_NEAR(Le(mesures, 0).ValeurCanal(), machine->Force(), 0.02);
   EXPECT_NEAR(Le(mesures, 1).ValeurCanal(), machine->Déplacement(), 0.005);
+  carte.Initialise();
+  EXPECT_FALSE(machine->EnMarche()) << "a second start reaches it";
+  Passe(1);
+  EXPECT_EQ(Le(états, 0).ValeurCanal(), 0);
   pannes.muette = true;
   Passe(1.5);
   EXPECT_EQ(Le(états, 1).ValeurCanal(), -1);
@@ -239,6 +243,7 @@ TEST_F(UneCarteCBR, DemandeUnPortPuisLEcritOuDitPourquoiNon) {
   ligne->panne.reset();
   carte.Initialise();
   EXPECT_EQ(Réglages(), "3,38400,N,8,1");
+  EXPECT_EQ(fenêtres.montrées, 2) << "what was chosen is not asked again";
 }
 
 }  // namespace
