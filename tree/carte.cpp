@@ -82,6 +82,7 @@ Ref<PortInstrument> Carte::LiaisonSerie2() {
 }
 
 void Carte::EnregistreConfiguration(const std::string& réglages) {
+  Configuration_ = réglages;
   LeRecordset_->Edit();
   LeRecordset_->Ecrit("Configuration ModBus", Valeur(réglages));
   LeRecordset_->Update();
