@@ -64,13 +64,14 @@ LigneSérie* PortSimulé::Ligne() const {
 }
 
 void PortSimulé::PortOuvert(bool ouvert) {
+  ouvert = ouvert && réglages_.valides;
   LigneSérie* ligne = Ligne();
   if (ouvert && !ouvert_ && ligne != nullptr) {
     ++ligne->ouvertures;
     tampon_.clear();
   }
   ouvert_ = ouvert && ligne != nullptr;
-  if (ouvert_ || !ouvert) manqué_ = false;
+  manqué_ = ouvert && !ouvert_;
 }
 
 void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
@@ -78,8 +79,7 @@ void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
   std::string gardé = std::move(réglages_.port);
   réglages_ = LitRéglages(réglages);
   if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  manqué_ = ouvrir && réglages_.valides;
-  if (manqué_) PortOuvert(true);
+  PortOuvert(ouvrir);
 }
 
 void PortSimulé::Relève() const {

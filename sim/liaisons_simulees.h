@@ -73,7 +73,7 @@ class PortSimulé : public PortInstrument {
   Lignes& lignes_;
   RéglagesInstrument réglages_;
   bool ouvert_ = false;
-  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
+  bool manqué_ = false;  ///< to be open, and the last try failed
   mutable Octets tampon_;
 };
 

@@ -47,7 +47,8 @@ void PortInstrumentLinux::PortOuvert(bool ouvert) {
   if (!ouvert) {
     manqué_ = false;
     port_.Ferme();
-  } else if (!port_.Ouvert()) {
+  } else if (réglages_.valides && !port_.Ouvert()) {
+    manqué_ = true;
     try {
       port_.Ouvre(Chemin(ports_, réglages_), réglages_.ligne);
       manqué_ = false;
@@ -62,8 +63,8 @@ void PortInstrumentLinux::ConfigurePort(std::string_view réglages, bool ouvrir)
   std::string gardé = std::move(réglages_.port);
   réglages_ = LitRéglages(réglages);
   if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  manqué_ = ouvrir && réglages_.valides;
-  if (manqué_) PortOuvert(true);
+  manqué_ = false;
+  if (ouvrir) PortOuvert(true);
 }
 
 void PortInstrumentLinux::RéinitialisePort() {

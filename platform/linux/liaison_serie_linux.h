@@ -70,7 +70,7 @@ class PortInstrumentLinux : public PortInstrument {
  private:
   const CarteDesPorts& ports_;
   RéglagesInstrument réglages_;
-  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
+  bool manqué_ = false;  ///< to be open, and the last try failed
   mutable PortSérieLinux port_;
 };
 
