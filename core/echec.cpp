@@ -30,7 +30,6 @@ constexpr std::array kLibellés{
     Libellé{Numéro::CheminIntrouvable, "Chemin introuvable"},
     Libellé{Numéro::ObjetAbsent, "Objet absent"},
     Libellé{Numéro::NullIncorrect, "Valeur Null à un endroit qui n'en admet pas"},
-    Libellé{Numéro::PasConstruit, "Fonction non disponible dans cette version"},
     Libellé{Numéro::CléDéjàPrésente, "Clé déjà présente dans la collection"},
     Libellé{Numéro::PasDEnregistrement, "Pas d'enregistrement courant"},
     Libellé{Numéro::ColonneAbsente, "Colonne absente de la base de données"},

@@ -23,7 +23,6 @@ enum class Numéro : int {
   CheminIntrouvable = 76,
   ObjetAbsent = 91,
   NullIncorrect = 94,
-  PasConstruit = 445,
   CléDéjàPrésente = 457,
   PasDEnregistrement = 3021,
   ColonneAbsente = 3061,

@@ -18,15 +18,6 @@
 namespace zuma::host {
 namespace {
 
-template <class Objet>
-void ExigeConstruit(const Objet& objet, ENUM_DRIVER driver, Recueil& recueil) {
-  try {
-    LigneDuDriver(driver).ExigeConstruit();
-  } catch (const Echec& e) {
-    recueil.Montre(e.Description(), {objet.MotDeClasse(), objet.Key(), objet.NomPourErreur()});
-  }
-}
-
 // A driver in a block of a type that it does not serve neither reads nor writes, and says nothing.
 void ExigeUnTypeServi(const Fonction& bloc, Recueil& recueil) {
   const LigneDriver& ligne = LigneDuDriver(bloc.Driver_enm());
@@ -39,19 +30,9 @@ void ExigeUnTypeServi(const Fonction& bloc, Recueil& recueil) {
                            " does not serve blocks of this type: nothing is read or written"});
 }
 
-// A driver that this version lacks would only show when the frame is started.
 void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
   for (const CarteRef& carte : *chassis.Cartes()) {
-    ExigeConstruit(*carte, carte->Driver_enm(), recueil);
-    for (const FonctionRef& bloc : *carte->Fonctions()) {
-      ExigeConstruit(*bloc, bloc->Driver_enm(), recueil);
-      ExigeUnTypeServi(*bloc, recueil);
-      for (const CanalRef& canal : *bloc->Canals()) {
-        if (canal->Driver() != bloc->Driver_enm()) {
-          ExigeConstruit(*canal, canal->Driver(), recueil);
-        }
-      }
-    }
+    for (const FonctionRef& bloc : *carte->Fonctions()) ExigeUnTypeServi(*bloc, recueil);
   }
 }
 

@@ -97,7 +97,6 @@ void Canal::Résout() {
 
 void Canal::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
-    LigneDuDriver(musrDriver).ExigeConstruit();
     if (opérations_ == nullptr) return;
     if (opérations_->ouvre != nullptr) pilote_ = &opérations_->ouvre(*Parent_->LaCarte(), Base());
     if (opérations_->démarreCanal != nullptr) opérations_->démarreCanal(*this);

@@ -91,7 +91,6 @@ void Carte::OuvreLigneSérie() {
 
 void Carte::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
-    ligne_->ExigeConstruit();
     if (ligne_->carte != nullptr && ligne_->carte->démarre != nullptr) {
       ligne_->carte->démarre(*this);
     }
@@ -111,7 +110,6 @@ void Carte::MetàJour() {
       ligne_->carte->rafraîchit(*this);
       return;
     }
-    if (!ligne_->construit) return;
     for (const FonctionRef& fonction : LesFonctions()) fonction->MetàJour();
   });
 }

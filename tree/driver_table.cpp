@@ -30,7 +30,6 @@ constexpr LigneDriver Bloc(ENUM_DRIVER valeur, std::string_view nom, std::string
           .texteFonction = texte,
           .texteCanal = {},
           .types = types,
-          .construit = pilote != nullptr,
           .pilote = pilote};
 }
 
@@ -50,7 +49,6 @@ constexpr LigneDriver AuCanal(ENUM_DRIVER valeur, std::string_view nom, std::str
           .texteFonction = {},
           .texteCanal = texte,
           .types = kEA,
-          .construit = pilote != nullptr,
           .pilote = pilote};
 }
 
@@ -63,7 +61,6 @@ constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::st
           .texteFonction = {},
           .texteCanal = {},
           .service = service,
-          .construit = carte != nullptr,
           .carte = carte};
 }
 
@@ -72,7 +69,7 @@ constexpr OpérationsPilote kModBus{.rafraîchitBloc = &echange_modbus::Rafraîc
 constexpr auto kParFonction = ServiceCarte::ParFonction;
 constexpr auto kCarteEntière = ServiceCarte::CarteEntière;
 
-// In the order of the values. A driver that is not part of this version has no operations.
+// In the order of the values.
 const std::array<LigneDriver, 56> kTable{{
     {.valeur = DrvAucun,
      .nom = "DrvAucun",
@@ -235,13 +232,6 @@ ENUM_DRIVER DuTexte(const Valeur& valeur, std::string_view LigneDriver::* colonn
 }
 
 }  // namespace
-
-void LigneDriver::ExigeConstruit() const {
-  if (construit) return;
-  throw Echec(Numéro::PasConstruit,
-              "Driver " + std::string(nom) + " (" + std::to_string(static_cast<int>(valeur)) +
-                  ") non disponible dans cette version : ses canaux ne sont ni lus ni écrits");
-}
 
 std::span<const LigneDriver> TableDesDrivers() noexcept {
   return kTable;

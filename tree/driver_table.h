@@ -64,16 +64,12 @@ struct LigneDriver {
   std::string_view texteCanal;     ///< column "Driver canal"
   TypesServis types = 0;
   ServiceCarte service = ServiceCarte::ParFonction;
-  /// False while the driver is not part of this version: its start fails clearly.
-  bool construit = true;
   const OpérationsPilote* pilote = nullptr;
   const OpérationsCarte* carte = nullptr;
 
   [[nodiscard]] bool Sert(ENUM_TYPE_FONCTION type) const noexcept {
     return (types & TypeServi(type)) != 0;
   }
-  /// Fails with a clear text when the driver is not part of this version.
-  void ExigeConstruit() const;
 };
 
 /// The whole table, in the order of the values.

@@ -78,7 +78,6 @@ Carte* Fonction::LaCarte() const {
 
 void Fonction::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
-    LigneDuDriver(musrDriver).ExigeConstruit();
     if (opérations_ != nullptr) {
       if (opérations_->ouvre != nullptr) pilote_ = &opérations_->ouvre(*Parent_, Base());
       if (opérations_->démarreBloc != nullptr) opérations_->démarreBloc(*this);

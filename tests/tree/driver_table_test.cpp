@@ -105,28 +105,5 @@ TEST(TableDesDriversTest, ReconnaîtChaqueTexteEtNulAutre) {
   }
 }
 
-TEST(TableDesDriversTest, ChaqueDriverAbsentLeDitAuDémarrage) {
-  essai::Banc banc;
-  for (const LigneDriver& ligne : TableDesDrivers()) {
-    if (ligne.construit) continue;
-    banc.registre->entrées.clear();
-    Carte carte(banc.plateforme);
-    carte.ChargeErreur(banc.registre);
-    essai::LitCarte(carte, std::string(ligne.texteCarte).c_str(), "");
-    essai::AjouteBloc(carte, "1",
-                      {{"Driver", Texte(std::string(ligne.texteFonction).c_str())},
-                       {"Type de Fonction", Texte("Entrée Analogique")},
-                       {"Nom de la Fonction", Texte("Bloc")}},
-                      {0}, banc.timer, banc.registre);
-    carte.Fonctions()->Item("1")->Canals()->Item("10")->Driver(ligne.valeur);
-    carte.Initialise();
-    ASSERT_EQ(banc.registre->entrées.size(), 1U) << ligne.nom;
-    EXPECT_TRUE(banc.registre->Contient("Erreur N°445 (Driver " + std::string(ligne.nom)));
-    carte.MetàJour();  // nothing is read, and nothing fails
-    EXPECT_EQ(banc.registre->entrées.size(), 1U) << ligne.nom;
-  }
-  EXPECT_EQ(TableDesDrivers().size(), 56U);
-}
-
 }  // namespace
 }  // namespace zuma

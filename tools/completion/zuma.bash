@@ -5,12 +5,14 @@ _zuma() {
   local -A options=(
     [init]="--help"
     [check]="--frame --json --param --help"
-    [run]="--frame --sim --seconds --csv --json --param --help"
+    [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
+  elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
+    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug" -- "$mot")
   elif [ "$avant" = "--fault" ]; then
     mapfile -t COMPREPLY < <(compgen -W "door button overrange freeze" -- "$mot")
   elif [[ $mot == -* ]]; then
