@@ -1,5 +1,6 @@
 #include <charconv>
 #include <chrono>
+#include <optional>
 #include <string_view>
 #include <thread>
 
@@ -25,10 +26,12 @@ class Réelle : public Machine {
 
   Plateforme& Services() override { return linux_.services; }
   Ref<ZED_Timer> Timer() override { return linux_.timer; }
-  // A pass costs little when nothing is due: a host may ask a thousand times a second.
+  // A pass costs little when nothing is due: a host may ask a thousand times a second. Time counts
+  // from the first pass, since a start may wait seconds for an instrument that is not there.
   double AvanceJusquA(double) override {
+    if (!départ_) départ_ = Instant::now();
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - départ_).count();
+    return std::chrono::duration<double>(Instant::now() - *départ_).count();
   }
   void Rapporte(ZED_Erreur& registre) const override {
     for (const auto& entrée : linux_.registre->Entrées()) {
@@ -37,8 +40,9 @@ class Réelle : public Machine {
   }
 
  private:
+  using Instant = std::chrono::steady_clock;
   linux_::PlateformeLinux linux_;
-  std::chrono::steady_clock::time_point départ_ = std::chrono::steady_clock::now();
+  std::optional<Instant::time_point> départ_;
 };
 
 bool LitNombre(std::string_view texte, std::int32_t& nombre) {

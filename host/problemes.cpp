@@ -7,6 +7,8 @@
 namespace zuma::host {
 namespace {
 
+constexpr std::ptrdiff_t kVariantes = 5;  // entries of one failure, by its variables
+
 constexpr std::array<std::string_view, 4> kOrigines{"file", "data", "message", "failure"};
 
 std::string_view Nom(Origine origine) {
@@ -31,7 +33,13 @@ void Recueil::Ajoute(Problème problème) {
   problèmes_.push_back(std::move(problème));
 }
 
+// What fails on every pass has other variables each time: a few of them tell enough.
 void Recueil::AjouteErreur(std::string_view message, const TableVariables& variables) {
+  const auto connue = [&](const Problème& p) {
+    return p.origine == Origine::Echec && p.texte.starts_with(message) &&
+           (p.texte.size() == message.size() || p.texte[message.size()] == '\n');
+  };
+  if (std::ranges::count_if(problèmes_, connue) >= kVariantes) return;
   Problème problème{.origine = Origine::Echec};
   problème.texte = message;
   for (const auto& [nom, valeur] : variables) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <numbers>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -18,6 +19,7 @@
 #include "sim/laser_simule.h"
 #include "sim/metro_simule.h"
 #include "sim/testeur_cbr_simule.h"
+#include "sim/variateur_simule.h"
 
 namespace zuma::host {
 namespace {
@@ -34,6 +36,7 @@ struct Servi {
   PseudoTerminal port{};
 };
 
+/// Slave addresses are those of the demo frames, which thus run on the served instruments.
 class Atelier {
  public:
   Atelier() {
@@ -48,8 +51,11 @@ class Atelier {
     Jauge("metro", "METRO gauge 1", false);
     Jauge("metro-mux", "METRO gauges 1 and 2 behind a multiplexer", true);
     Laser();
-    Registres();
-    Conditionne();
+    Registres("modbus", 1);
+    Registres("umv", 2);
+    Entraîne();
+    Conditionne("conditioner", 5);
+    Conditionne("conditioner-2", 6);
   }
 
   [[nodiscard]] const std::vector<Servi>& Servis() const { return servis_; }
@@ -86,6 +92,7 @@ class Atelier {
   }
   void Jauge(const char* nom, const char* parle, bool multiplexeur) {
     const auto appareil = Crée<sim::METROSimulé>(*horloge_, multiplexeur);
+    appareil->refuse = true;  // silence would hold the start of a frame for 6 s a gauge
     servis_.push_back({nom, parle, appareil, [appareil, multiplexeur](double place) {
                          appareil->jauges[1] = place;
                          if (multiplexeur) appareil->jauges[2] = 2 + place;
@@ -97,21 +104,33 @@ class Atelier {
     servis_.push_back({"laser", "EIR laser extensometer, binary measure", appareil,
                        [appareil](double place) { appareil->extension = kEtendue * place; }});
   }
-  void Registres() {
-    const auto appareil = Crée<sim::EsclaveModbus>(*horloge_, std::uint8_t{1});
-    for (std::uint16_t i = 0; i < 16; ++i) appareil->registres[i] = i;
-    servis_.push_back({"modbus", "Modbus RTU slave 1, registers 0 to 15, register 0 moves",
+  void Registres(const char* nom, std::uint8_t adresse) {
+    const auto appareil = Crée<sim::EsclaveModbus>(*horloge_, adresse);
+    for (std::uint16_t i = 0; i < 16; ++i) {
+      appareil->registres[i] = i;
+      appareil->bits[i] = i % 2 != 0;
+    }
+    servis_.push_back({nom, Esclave("registers and inputs 0 to 15, register 0 moves", adresse),
                        appareil, [appareil](double place) {
                          appareil->registres[0] =
                              static_cast<std::uint16_t>(std::lround(1000 * (1 + place)));
                        }});
   }
-  void Conditionne() {
-    const auto appareil = Crée<sim::ConditionneurSimulé>(*horloge_, std::uint8_t{1});
-    servis_.push_back({"conditioner", "K9 digital conditioner, Modbus slave 1, three values",
-                       appareil, [appareil](double place) {
+  // It moves by its set point alone.
+  void Entraîne() {
+    constexpr std::uint8_t kAdresse = 5;
+    servis_.push_back({"drive", Esclave("variable-speed drive", kAdresse),
+                       Crée<sim::VariateurSimulé>(*horloge_, kAdresse), [](double) {}});
+  }
+  void Conditionne(const char* nom, std::uint8_t adresse) {
+    const auto appareil = Crée<sim::ConditionneurSimulé>(*horloge_, adresse);
+    servis_.push_back({nom, Esclave("K9 digital conditioner, three values", adresse), appareil,
+                       [appareil](double place) {
                          appareil->valeurs = {20'000 * place, 5'000 * place, -1'000 * place};
                        }});
+  }
+  static std::string Esclave(const char* quoi, unsigned adresse) {
+    return "Modbus RTU slave " + std::to_string(adresse) + ", " + quoi;
   }
 
   Ref<sim::HorlogeVirtuelle> horloge_ = Crée<sim::HorlogeVirtuelle>();
@@ -124,7 +143,7 @@ void Imprime(const Atelier& atelier, bool json) {
     if (json) {
       liste.push_back({{"name", servi.nom}, {"speaks", servi.parle}, {"port", servi.port.Nom()}});
     } else {
-      std::printf("%-12s %-16s %s\n", servi.nom.c_str(), servi.port.Nom().c_str(),
+      std::printf("%-14s %-16s %s\n", servi.nom.c_str(), servi.port.Nom().c_str(),
                   servi.parle.c_str());
     }
   }

@@ -6,7 +6,7 @@ namespace zuma {
 namespace {
 
 // False on a port that will not open.
-bool Ouvre(ZED_LiaisonSerie& liaison) {
+bool OuvreLaLiaison(ZED_LiaisonSerie& liaison) {
   try {
     liaison.OuvrePort();
   } catch (const Echec&) {
@@ -29,32 +29,23 @@ auto LitOuFerme(ZED_LiaisonSerie& liaison, Lit&& lit) -> decltype(lit()) {
 
 }  // namespace
 
-void LiaisonEnPort::PortOuvert(bool ouvert) {
-  if (!ouvert) {
-    liaison_->FermePort();
-  } else if (!PortOuvert()) {
-    (void)Ouvre(*liaison_);
-  }
+bool LiaisonEnPort::Ouvre() {
+  return OuvreLaLiaison(*liaison_);
 }
 
-void LiaisonEnPort::ConfigurePort(std::string_view réglages, bool ouvrir) {
-  liaison_->FermePort();
-  std::string gardé = std::move(réglages_.port);
-  réglages_ = LitRéglages(réglages);
-  if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  réglages_.valides = réglages_.valides && NuméroPort() > 0;
-  if (!réglages_.valides) return;
-  liaison_->VitesseSérie(réglages_.ligne.vitesse);
-  liaison_->ParitéSérie(réglages_.ligne.parité);
-  liaison_->BitsDeDonnées(réglages_.ligne.bits);
-  liaison_->BitsDeStop(réglages_.ligne.stop);
-  liaison_->PortSérie(NuméroPort());
-  if (ouvrir) réglages_.valides = Ouvre(*liaison_);
+void LiaisonEnPort::Prend(RéglagesInstrument& réglages) {
+  réglages.valides = réglages.valides && réglages.NuméroPort() > 0;
+  if (!réglages.valides) return;
+  liaison_->VitesseSérie(réglages.ligne.vitesse);
+  liaison_->ParitéSérie(réglages.ligne.parité);
+  liaison_->BitsDeDonnées(réglages.ligne.bits);
+  liaison_->BitsDeStop(réglages.ligne.stop);
+  liaison_->PortSérie(réglages.NuméroPort());
 }
 
 bool LiaisonEnPort::PortExiste() const {
   if (PortOuvert()) return true;
-  const bool existe = Ouvre(*liaison_);
+  const bool existe = OuvreLaLiaison(*liaison_);
   liaison_->FermePort();
   return existe;
 }

@@ -98,8 +98,7 @@ Octets Thumler::QuestionThumler(std::string_view commande, std::int32_t longueur
 }
 
 std::string_view Thumler::Coupe(std::string_view octets) noexcept {
-  if (octets.empty()) return octets;
-  return octets.substr(0, octets.find_first_of("A\n", 1));
+  return octets.substr(0, std::min(octets.find('\n'), octets.find('A', 1)));
 }
 
 std::optional<Thumler::Champs> Thumler::LitChamps(std::string_view réponse) noexcept {

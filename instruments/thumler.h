@@ -23,7 +23,7 @@ class Thumler : public Pilote {
   void CommThumler(Carte& carte);
 
   /// What an answer keeps of the bytes received: it ends at a line feed or where the next one,
-  /// another "A", begins.
+  /// another "A", begins. A line feed in front leaves no answer.
   [[nodiscard]] static std::string_view Coupe(std::string_view octets) noexcept;
   using Champs = std::array<std::string_view, 2>;
   /// The two fields of an answer "Ax<field>;<field>"; none when it is anything else.

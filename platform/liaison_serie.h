@@ -43,6 +43,7 @@ class PortInstrument {
   virtual ~PortInstrument() = default;
 
   [[nodiscard]] virtual bool PortOuvert() const = 0;
+  /// Opens or closes; settings that were not understood open nothing.
   virtual void PortOuvert(bool ouvert) = 0;
   /// Takes port and line settings from `réglages` (without a port in the text: the port kept);
   /// opens the port when `ouvrir`.

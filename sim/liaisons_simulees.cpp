@@ -57,29 +57,22 @@ std::int32_t LiaisonSimulée::OctetsReçus() const {
 }
 
 LigneSérie* PortSimulé::Ligne() const {
-  const auto ligne = lignes_.find(réglages_.NuméroPort());
+  const auto ligne = lignes_.find(NuméroPort());
   const bool là = ligne != lignes_.end() && !ligne->second.pannes.débranchée;
   if (!là) tampon_.clear();
   return là ? &ligne->second : nullptr;
 }
 
-void PortSimulé::PortOuvert(bool ouvert) {
+bool PortSimulé::Ouvre() {
   LigneSérie* ligne = Ligne();
-  if (ouvert && !ouvert_ && ligne != nullptr) {
-    ++ligne->ouvertures;
-    tampon_.clear();
+  if (ligne == nullptr) {
+    ouvert_ = false;
+    return false;
   }
-  ouvert_ = ouvert && ligne != nullptr;
-  manqué_ = ouvert && !ouvert_;
-}
-
-void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {
-  ouvert_ = false;
-  std::string gardé = std::move(réglages_.port);
-  réglages_ = LitRéglages(réglages);
-  if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  manqué_ = ouvrir && réglages_.valides;
-  if (manqué_) PortOuvert(true);
+  ++ligne->ouvertures;
+  tampon_.clear();
+  ouvert_ = true;
+  return true;
 }
 
 void PortSimulé::Relève() const {
@@ -97,11 +90,10 @@ Octets PortSimulé::LitEntrée(std::optional<std::int32_t> nombre) {
 }
 
 void PortSimulé::EcritSortie(std::string_view octets) {
-  if (PortOuvert()) Ligne()->appareil->Reçoit(octets, réglages_.ligne.vitesse);
+  if (PortOuvert()) Ligne()->appareil->Reçoit(octets, Vitesse());
 }
 
-void PortSimulé::RéinitialisePort() {
-  if (manqué_) PortOuvert(true);
+void PortSimulé::Vide() {
   Relève();
   tampon_.clear();
 }

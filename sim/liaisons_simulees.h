@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/liaison_serie.h"
-#include "platform/reglages_port.h"
+#include "platform/port_regle.h"
 #include "sim/ligne_serie.h"
 
 namespace zuma::sim {
@@ -45,35 +45,30 @@ class LiaisonSimulée : public ZED_LiaisonSerie {
 
 /// `PortInstrument` on the simulated lines. A line that is unplugged is lost at once and found
 /// again when it is plugged back.
-class PortSimulé : public PortInstrument {
+class PortSimulé : public PortRéglé {
  public:
   explicit PortSimulé(Lignes& lignes) : lignes_(lignes) {}
 
+  using PortRéglé::PortOuvert;
   [[nodiscard]] bool PortOuvert() const override { return ouvert_ && Ligne() != nullptr; }
-  void PortOuvert(bool ouvert) override;
-  void ConfigurePort(std::string_view réglages, bool ouvrir) override;
   [[nodiscard]] bool PortExiste() const override { return Ligne() != nullptr; }
-  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides && !manqué_; }
   [[nodiscard]] std::int32_t OctetsEnAttente() const override;
   [[nodiscard]] Octets LitEntrée(std::optional<std::int32_t> nombre) override;
   void EcritSortie(std::string_view octets) override;
-  void RéinitialisePort() override;
-  [[nodiscard]] std::int32_t NuméroPort() const override { return réglages_.NuméroPort(); }
-  [[nodiscard]] std::int32_t Vitesse() const override { return réglages_.ligne.vitesse; }
-  [[nodiscard]] std::string Parité() const override { return LettreParité(réglages_.ligne.parité); }
-  [[nodiscard]] std::int32_t BitsDonnées() const override { return réglages_.ligne.bits; }
-  [[nodiscard]] std::string BitsArrêt() const override { return TexteStop(réglages_.ligne.stop); }
   /// Numbers of the ports that are there.
   [[nodiscard]] std::vector<std::string> ListePorts() const override;
+
+ protected:
+  [[nodiscard]] bool Ouvre() override;
+  void Ferme() noexcept override { ouvert_ = false; }
+  void Vide() override;
 
  private:
   [[nodiscard]] LigneSérie* Ligne() const;
   void Relève() const;
 
   Lignes& lignes_;
-  RéglagesInstrument réglages_;
   bool ouvert_ = false;
-  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
   mutable Octets tampon_;
 };
 

@@ -45,34 +45,18 @@ void LiaisonSérieLinux::OuvrePort() {
   port_.Ouvre(Chemin(ports_, numéro_), réglages_);
 }
 
-void PortInstrumentLinux::PortOuvert(bool ouvert) {
-  if (!ouvert) {
-    manqué_ = false;
-    port_.Ferme();
-  } else if (!port_.Ouvert()) {
-    manqué_ = true;
-    try {
-      port_.Ouvre(chemin_, réglages_.ligne);
-      manqué_ = false;
-    } catch (const Echec&) {
-      port_.Ferme();  // the instruments ask `PortOuvert` and `PortExiste`, and look for another one
-    }
+bool PortInstrumentLinux::Ouvre() {
+  try {
+    port_.Ouvre(chemin_, LesRéglages().ligne);
+    return true;
+  } catch (const Echec&) {
+    port_.Ferme();  // the instruments ask `PortOuvert` and `PortExiste`, and look for another one
+    return false;
   }
 }
 
-void PortInstrumentLinux::ConfigurePort(std::string_view réglages, bool ouvrir) {
-  port_.Ferme();
-  std::string gardé = std::move(réglages_.port);
-  réglages_ = LitRéglages(réglages);
-  if (réglages_.port.empty()) réglages_.port = std::move(gardé);
-  chemin_ = Chemin(ports_, réglages_);
-  manqué_ = ouvrir && réglages_.valides;
-  if (manqué_) PortOuvert(true);
-}
-
-void PortInstrumentLinux::RéinitialisePort() {
-  if (manqué_) PortOuvert(true);
-  port_.Vide();
+void PortInstrumentLinux::Prend(RéglagesInstrument& réglages) {
+  chemin_ = Chemin(ports_, réglages);
 }
 
 void PortInstrumentLinux::EcritSortie(std::string_view octets) {

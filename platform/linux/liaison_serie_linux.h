@@ -6,6 +6,7 @@
 
 #include "platform/liaison_serie.h"
 #include "platform/linux/port_serie.h"
+#include "platform/port_regle.h"
 
 namespace zuma::linux_ {
 
@@ -45,33 +46,29 @@ class LiaisonSérieLinux : public ZED_LiaisonSerie {
 };
 
 /// `PortInstrument` on a real device.
-class PortInstrumentLinux : public PortInstrument {
+class PortInstrumentLinux : public PortRéglé {
  public:
   explicit PortInstrumentLinux(const CarteDesPorts& ports) : ports_(ports) {}
 
+  using PortRéglé::PortOuvert;
   [[nodiscard]] bool PortOuvert() const override { return port_.Ouvert(); }
-  void PortOuvert(bool ouvert) override;
-  void ConfigurePort(std::string_view réglages, bool ouvrir) override;
   [[nodiscard]] bool PortExiste() const override;
-  [[nodiscard]] bool PortConfiguré() const override { return réglages_.valides && !manqué_; }
   [[nodiscard]] std::int32_t OctetsEnAttente() const override { return port_.EnAttente(); }
   [[nodiscard]] Octets LitEntrée(std::optional<std::int32_t> nombre) override {
     return port_.Lit(nombre.value_or(-1));
   }
   void EcritSortie(std::string_view octets) override;
-  void RéinitialisePort() override;
-  [[nodiscard]] std::int32_t NuméroPort() const override { return réglages_.NuméroPort(); }
-  [[nodiscard]] std::int32_t Vitesse() const override { return réglages_.ligne.vitesse; }
-  [[nodiscard]] std::string Parité() const override { return LettreParité(réglages_.ligne.parité); }
-  [[nodiscard]] std::int32_t BitsDonnées() const override { return réglages_.ligne.bits; }
-  [[nodiscard]] std::string BitsArrêt() const override { return TexteStop(réglages_.ligne.stop); }
   [[nodiscard]] std::vector<std::string> ListePorts() const override { return PortsDeLaMachine(); }
+
+ protected:
+  [[nodiscard]] bool Ouvre() override;
+  void Ferme() noexcept override { port_.Ferme(); }
+  void Vide() override { port_.Vide(); }
+  void Prend(RéglagesInstrument& réglages) override;
 
  private:
   const CarteDesPorts& ports_;
-  RéglagesInstrument réglages_;
-  std::string chemin_;   ///< of the device that `réglages_` name
-  bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
+  std::string chemin_;  ///< of the device that the settings name
   mutable PortSérieLinux port_;
 };
 

@@ -1,37 +1,46 @@
-// The instruments that the program serves, through the real serial adapter.
+// The instruments that the program serves, through the real serial adapter and the program itself.
+#include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "core/outils_modbus.h"
+#include "outils/programme.h"
 #include "platform/linux/liaison_serie_linux.h"
 #include "sensors/trames_capteur.h"
 
 namespace zuma {
 namespace {
 
-// The program, started with its output on a pipe.
+// The program, started with its output on a pipe, behind its process number.
 class ProgrammeLancé {
  public:
-  ProgrammeLancé() : tube_(::popen("'" ZUMA_PROGRAMME "' sim --seconds 2 --json", "r")) {
-    char* ligne = nullptr;
-    std::size_t taille = 0;
-    if (tube_ != nullptr && ::getline(&ligne, &taille, tube_) > 0) {
-      for (const auto& servi : nlohmann::json::parse(ligne)) {
-        ports_[servi["name"]] = servi["port"];
-      }
-    }
-    ::free(ligne);
+  ProgrammeLancé()
+      : tube_(::popen("echo $$; exec '" ZUMA_PROGRAMME "' sim --seconds 60 --json", "r")) {
+    processus_ = std::atoi(Ligne().c_str());
+    for (const auto& servi : nlohmann::json::parse(Ligne())) ports_[servi["name"]] = servi["port"];
   }
   ~ProgrammeLancé() {
-    if (tube_ != nullptr) ::pclose(tube_);
+    if (processus_ > 0) ::kill(processus_, SIGTERM);
+    ::pclose(tube_);
   }
   [[nodiscard]] std::string Port(const std::string& nom) const { return ports_.at(nom); }
 
  private:
+  std::string Ligne() {
+    std::string ligne;
+    for (int c = std::fgetc(tube_); c != EOF && c != '\n'; c = std::fgetc(tube_)) {
+      ligne += static_cast<char>(c);
+    }
+    return ligne;
+  }
   std::FILE* tube_;
+  pid_t processus_ = 0;
   std::map<std::string, std::string> ports_;
 };
 
@@ -84,6 +93,85 @@ TEST(LeProgrammeServi, RépondSurSesPseudoTerminaux) {
   ASSERT_EQ(résultat, OutilsModbus::Résultat::Bonne);
   EXPECT_LE(valeurs.Item(1), 2000);
   EXPECT_EQ(valeurs.Item(4), 3);
+}
+
+using LesChassisDeDémonstration = essai::LeProgramme;
+
+// A demo frame on the machine at hand: library, adapters, pseudo-terminals and twins at once.
+TEST_F(LesChassisDeDémonstration, MesurentParLesVraisAdaptateurs) {
+  const struct {
+    const char* chassis;
+    const char* base;  ///< the USB drive ends a process that lacks its device
+    const char* secondes;
+    std::vector<std::pair<const char*, const char*>> ports;
+    std::vector<const char*> mesures;                 ///< sensors that move
+    std::vector<std::pair<const char*, bool>> états;  ///< "block.channel"
+  } cas[] = {
+      {"4",
+       "",
+       "1.6",
+       {{"12", "laser"},
+        {"13", "conditioner"},
+        {"14", "conditioner-2"},
+        {"15", "cbr"},
+        {"16", "gram"}},
+       {"Allongement", "Jauge A", "Pont A", "Force CBR", "Poids"},
+       {{"212.0", true},
+        {"212.3", false},
+        {"222.0", true},
+        {"222.1", false},
+        {"232.0", true},
+        {"232.1", false},
+        {"242.1", false},
+        {"252.0", true}}},
+      {"3",
+       "DELETE FROM Carte WHERE [Index] = 17",
+       "1.6",
+       {{"4", "lrpc"},
+        {"5", "dexal"},
+        {"6", "jadever"},
+        {"7", "metro"},
+        {"8", "metro-mux"},
+        {"9", "modbus"},
+        {"10", "drive"},
+        {"11", "umv"}},
+       {"Balance LRPC", "Indicateur DEXAL", "Balance JADEVER", "Palpeur", "Palpeur 2",
+        "Température 1", "Vitesse de traverse"},
+       {{"141.-1", false},
+        {"142.-1", false},
+        {"142.6", true},
+        {"151.-1", false},
+        {"153.-1", false},
+        {"153.0", true},
+        {"153.1", true},
+        {"161.-1", false}}},
+  };
+  const ProgrammeLancé programme;
+  for (const auto& c : cas) {
+    std::vector<std::string> arguments{"run",    Base(c.base), "--frame", c.chassis,
+                                       "--json", "--seconds",  c.secondes};
+    for (const auto& [numéro, nom] : c.ports) {
+      arguments.insert(arguments.end(), {"--port", numéro + ("=" + programme.Port(nom))});
+    }
+    const essai::Fin fin = Lance(arguments);
+    std::map<std::string, std::vector<double>> mesures;
+    std::map<std::string, bool> états;
+    std::istringstream lignes(fin.sortie);
+    for (std::string ligne; std::getline(lignes, ligne);) {
+      const auto vue = nlohmann::json::parse(ligne);
+      for (const auto& capteur : vue["sensors"])
+        mesures[capteur["name"]].push_back(capteur["value"]);
+      for (const auto& canal : vue["channels"]) {
+        const std::string place = canal["block"].get<std::string>() + "." + canal["channel"].dump();
+        états[place] = canal.contains("on") ? canal["on"].get<bool>() : canal["points"] != 0;
+      }
+    }
+    for (const char* nom : c.mesures) {
+      const auto [mini, maxi] = std::ranges::minmax(mesures.at(nom));
+      EXPECT_NE(mini, maxi) << nom << " stays\n" << fin.erreur;
+    }
+    for (const auto& [place, attendu] : c.états) EXPECT_EQ(états.at(place), attendu) << place;
+  }
 }
 
 }  // namespace

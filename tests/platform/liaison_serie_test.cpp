@@ -181,12 +181,16 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
     EXPECT_FALSE(port.PortExiste());
     EXPECT_FALSE(port.PortOuvert());
     EXPECT_EQ(port.PortConfiguré(), perdu);
-    port.PortOuvert(true);  // in vain
+    port.PortOuvert(true);
+    EXPECT_FALSE(port.PortConfiguré()) << "it was asked to open, and is not";
     bout.Branche();
     port.RéinitialisePort();
     EXPECT_TRUE(port.PortOuvert());
     EXPECT_TRUE(port.PortConfiguré());
   }
+  port.ConfigurePort(bout.Nom() + ",9600,X,8,1", false);
+  port.PortOuvert(true);
+  EXPECT_FALSE(port.PortOuvert()) << "never with settings that were not understood";
 }
 
 }  // namespace
