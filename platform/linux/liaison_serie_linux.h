@@ -70,6 +70,7 @@ class PortInstrumentLinux : public PortInstrument {
  private:
   const CarteDesPorts& ports_;
   RéglagesInstrument réglages_;
+  std::string chemin_;   ///< of the device that `réglages_` name
   bool manqué_ = false;  ///< to be open, and the last try failed
   mutable PortSérieLinux port_;
 };
