@@ -29,24 +29,23 @@ constexpr const char* kLectures = "Nombre de Lecture pour une Mise à Valeur";
 
 class UnCapteurDeForce : public testing::Test, protected essai::BancCapteur {
  protected:
-  void Passe(double points, int fois = 1) {
-    for (; fois > 0; --fois) BancCapteur::Passe(*capteur, points);
+  /// What the sensor shows after that number of refreshes with these points on its channel.
+  double Sur(double points, int fois = 1) {
+    for (; fois > 0; --fois) Passe(*capteur, points);
+    return capteur->ValeurCourante();
   }
   Ref<Capteur> capteur = Monté();
 };
 
 TEST_F(UnCapteurDeForce, ConvertitLesPointsDeSonCanal) {
-  Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 25);
-  EXPECT_EQ(capteur->ValeurEnPoints(), 250);
+  EXPECT_DOUBLE_EQ(Sur(250), 25);
   capteur->Enabled_bln(false);
   EXPECT_EQ(capteur->ValeurCourante(), 0);
   EXPECT_EQ(capteur->ValeurEnPoints(), 0);
   capteur->Enabled_bln(true);
+  EXPECT_EQ(capteur->ValeurEnPoints(), 250);
   capteur->Canal({});
-  Passe(250);
-  EXPECT_EQ(capteur->ValeurCourante(), 0);
-  EXPECT_TRUE(registre->entrées.empty());
+  EXPECT_EQ(Sur(250), 0);
 }
 
 TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
@@ -72,31 +71,22 @@ TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
   for (const auto& c : cas) {
     capteur = Monté(c.colonnes);
     sécurité->arrêts = 0;
-    Passe(c.points);
+    Sur(c.points);
     EXPECT_EQ(capteur->Etat(), c.état) << c.quoi;
     EXPECT_EQ(capteur->AU(), c.état == kDangereux) << c.quoi;
     EXPECT_EQ(sécurité->arrêts, c.état == kDangereux ? 1 : 0) << c.quoi;
   }
   capteur = Monté();
   capteur->InterditAU();
-  Passe(1200);
+  Sur(1200);
   EXPECT_EQ(capteur->Etat(), kNonDangereux);
-}
-
-TEST_F(UnCapteurDeForce, SurveilleSesPointsQuandLaTableNeDonnePlusDUnités) {
-  capteur->PointY(2, 0);  // all points on one abscissa
-  Passe(100);
-  EXPECT_EQ(capteur->Etat(), kCorrect);
-  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
-  Passe(2500);
-  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
   traducteur->mots = {{"Texte depassement dangeureux", "Arrêt : capteur"},
                       {"Texte valeur courante UC", " à"},
                       {"Texte valeur courante pts", ", points"}};
-  Passe(1234.5, 2);
+  Sur(1234.5, 2);
   EXPECT_EQ(sécurité->arrêts, 2);
   ASSERT_EQ(sécurité->causes.size(), 2U);
   EXPECT_EQ(sécurité->causes[0], "Arrêt : capteur Force à 123,45kN, points 1234,5");
@@ -109,7 +99,7 @@ TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
   std::vector<std::string> pleine{"", "prise"};
   capteur->TesteAU(pleine);
   EXPECT_EQ(pleine[1], "prise");
-  Passe(100);
+  Sur(100);
   EXPECT_EQ(sécurité->arrêts, 2);
   causes = libres;
   capteur->TesteAU(causes);
@@ -119,19 +109,19 @@ TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
 TEST_F(UnCapteurDeForce, DéclencheMêmeQuandLaCauseNePasseParPersonne) {
   traducteur = nullptr;  // the keys themselves
   capteur = Monté();
-  Passe(2000);
+  Sur(2000);
   ASSERT_EQ(sécurité->causes.size(), 1U);
   EXPECT_EQ(sécurité->causes[0],
             "Texte depassement dangeureux ForceTexte valeur courante UC 200kN"
             "Texte valeur courante pts 2000");
   sécurité->refuse = true;
-  Passe(2000);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 2);
   EXPECT_TRUE(registre->Contient("Erreur N°51 "));
   // Without a safety object the state and the record still tell.
   sécurité = nullptr;
   capteur = Monté();
-  Passe(2000);
+  Sur(2000);
   EXPECT_TRUE(capteur->AU());
   EXPECT_TRUE(registre->Contient("Erreur N°91 "));
 }
@@ -141,7 +131,7 @@ TEST_F(UnCapteurDeForce, SupporteUneRéactionQuiRentreDansLaPasse) {
   chassis.ChargeErreur(registre);
   chassis.Capteurs()->Add("1", capteur);
   sécurité->réaction = [&] { chassis.DéclencheAU(); };
-  Passe(2000);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 1);
   EXPECT_EQ(capteur->Etat(), kDangereux);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 200);
@@ -149,7 +139,7 @@ TEST_F(UnCapteurDeForce, SupporteUneRéactionQuiRentreDansLaPasse) {
 
 TEST_F(UnCapteurDeForce, IntègreSelonLaPériodeRéelle) {
   capteur = Monté({{kIntégration, 1.0}});
-  Passe(0);
+  Sur(0);
   const struct {
     double secondes;
     double poids;
@@ -159,26 +149,26 @@ TEST_F(UnCapteurDeForce, IntègreSelonLaPériodeRéelle) {
              {0.0334, 1}};
   for (const auto& c : cas) {
     const double ancienne = capteur->ValeurEnPoints();
-    BancCapteur::Passe(*capteur, 1000, c.secondes);
+    Passe(*capteur, 1000, c.secondes);
     EXPECT_NEAR(capteur->ValeurEnPoints(), ((c.poids - 1) * ancienne + 1000) / c.poids, 1e-6)
         << c.secondes;
-    BancCapteur::Passe(*capteur, 0, 10);  // too slow: the filter starts again from here
+    Passe(*capteur, 0, 10);  // too slow: the filter starts again from here
   }
-  Passe(std::numeric_limits<double>::infinity());
-  Passe(500);
+  Sur(std::numeric_limits<double>::infinity());
+  Sur(500);
   EXPECT_EQ(capteur->ValeurEnPoints(), 500);  // not held by what was no number
 }
 
 TEST_F(UnCapteurDeForce, RetientSesExtrêmesEtLEtatDuMaxi) {
   capteur = Monté({{kArrêt, false}});
-  for (const double points : {500.0, 1200.0, -50.0, 100.0}) Passe(points);
+  for (const double points : {500.0, 1200.0, -50.0, 100.0}) Sur(points);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 120);
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), -5);
   EXPECT_EQ(capteur->EtatMaxi(), ENUM_ETAT_CAPTEUR::DépassementNonDangeureux);
   capteur->AutoriseDétectionMaxi(false);
   capteur->RazMaxiDétecté();
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), 10);
-  Passe(700);
+  Sur(700);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 10);
   capteur->AutoriseDétectionMaxi(true);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 70);
@@ -187,12 +177,12 @@ TEST_F(UnCapteurDeForce, RetientSesExtrêmesEtLEtatDuMaxi) {
 TEST_F(UnCapteurDeForce, NeLitQueSiSonParamètreLeSélectionne) {
   const auto mode = Partage(4, "Traction de la barre");
   capteur = Monté({{"Parametre de sélection", 4}, {"Valeur de selection", "Traction de la barre"}});
-  Passe(-50);
-  Passe(500);
+  Sur(-50);
+  Sur(500);
   EXPECT_TRUE(capteur->CapteurSelectionne());
   capteur->Raz();
   mode->ValeurParamètre("traction de la barre");
-  Passe(600);
+  Sur(600);
   EXPECT_FALSE(capteur->CapteurSelectionne());
   EXPECT_EQ(capteur->ValeurCourante(), 0);
   EXPECT_EQ(capteur->MaxiDétecté(), 0);
@@ -204,10 +194,9 @@ TEST_F(UnCapteurDeForce, NeLitQueSiSonParamètreLeSélectionne) {
 TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
   const auto offset = Partage(9, "1,5");
   capteur = Monté({{"Offset", 9}});
-  Passe(500);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
+  EXPECT_DOUBLE_EQ(Sur(500), 51.5);
   offset->ValeurParamètre("un peu");
-  Passe(600);
+  Sur(600);
   ASSERT_EQ(registre->entrées.size(), 1U);
   EXPECT_TRUE(registre->entrées[0].message.starts_with("Erreur N°13 "));
   const TableVariables& v = registre->entrées[0].variables;
@@ -215,7 +204,7 @@ TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
   EXPECT_EQ(v[1][0], Texte("Variable musrEtat"));
   EXPECT_EQ(v[17], (TableVariables::value_type{"Variable mdblValeurCourante", 51.5}));
   EXPECT_EQ(v[22][0], Texte("Canal utilisé mobjCanal"));
-  Passe(2000);  // the value is held, the limits are watched
+  Sur(2000);  // the value is held, the limits are watched
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
   EXPECT_EQ(sécurité->arrêts, 1);
 }
@@ -223,58 +212,59 @@ TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
 TEST_F(UnCapteurDeForce, MesureSonZéroSurLesPointsBruts) {
   capteur->Raz();
   for (const double points : {40.0, 50.0}) {
-    Passe(points);
+    Sur(points);
     EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
     EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), points / 10);
   }
-  Passe(60);
+  Sur(60);
   EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 1);  // 60 less the mean of 50
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 1);     // restarted from the lower limit
   capteur->Raz();
-  Passe(250, 3);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 0);  // the new zero replaces the old one
+  EXPECT_DOUBLE_EQ(Sur(250, 3), 0);  // the new zero replaces the old one
   capteur->AnnuleRaz();
-  Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 25);
+  EXPECT_DOUBLE_EQ(Sur(250), 25);
 
   capteur = Monté({{kIntégration, 1.0}});
-  Passe(400);
+  Sur(400);
   capteur->Raz();
-  Passe(400, 3);
-  EXPECT_EQ(capteur->ValeurCourante(), 0);  // the filter shows no step
+  EXPECT_DOUBLE_EQ(Sur(400, 3), 0);  // the filter shows no step
 }
 
 TEST_F(UnCapteurDeForce, ReferenceSonZéroAuPointQuiLitZéro) {
   capteur->PointX(1, -20);
   capteur->PointY(1, 0);  // 0 units stand at 1000 / 6 points
   capteur->Raz();
-  Passe(400, 4);
+  Sur(400, 4);
   EXPECT_NEAR(capteur->ValeurCourante(), 0, 1e-12);
   capteur->PointX(1, 0);
   capteur->PointX(2, 0);  // every point reads 0 units: no zero to be had
   capteur->Raz();
-  Passe(100);
+  Sur(100);
   EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   EXPECT_TRUE(registre->Contient("Erreur N°11 "));
-  Passe(2500);
+  Sur(2500);
   EXPECT_EQ(sécurité->arrêts, 1);
+  capteur = Monté();
+  capteur->PointY(2, 0);  // all points on one abscissa: no units, the points are watched still
+  Sur(100);
+  EXPECT_EQ(capteur->Etat(), kCorrect);
+  Sur(2500);
+  EXPECT_EQ(sécurité->arrêts, 2);
 }
 
 TEST_F(UnCapteurDeForce, MesureSaTare) {
   capteur->Tare(5.0);
   capteur->Tare(99.0);  // lost: one runs
-  Passe(std::nan(""));  // no reading
-  Passe(300, 3);
+  Sur(std::nan(""));    // no reading
+  Sur(300, 3);
   EXPECT_TRUE(capteur->EtatDeLaTare());
   EXPECT_DOUBLE_EQ(capteur->ValeurTare(), 25);
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), -20);  // the wanted 5 less the tare, once
-  Passe(300);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 5);
+  EXPECT_DOUBLE_EQ(Sur(300), 5);
   capteur->AnnuleTare();
   EXPECT_FALSE(capteur->EtatDeLaTare());
-  Passe(300);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 30);
+  EXPECT_DOUBLE_EQ(Sur(300), 30);
   capteur->Tare("beaucoup");
   EXPECT_EQ(capteur->EtatTare(), kRepos);
   EXPECT_TRUE(registre->Contient("Erreur N°13 "));
@@ -283,22 +273,21 @@ TEST_F(UnCapteurDeForce, MesureSaTare) {
 TEST_F(UnCapteurDeForce, PartageSommeEtCompteEntreZéroEtTare) {
   capteur = Monté({{kLectures, 4}});
   capteur->Raz();
-  Passe(100);
+  Sur(100);
   capteur->Tare();  // clears the sum: from here on two readings a refresh
-  Passe(100);
+  Sur(100);
   EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
-  Passe(100);
+  Sur(100);
   // The fourth reading is the tare's: (100 + 10 + 100 + 10) / 4, and the zero ends without result.
   EXPECT_DOUBLE_EQ(capteur->ValeurTare(), 55);
   EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   capteur->AnnuleTare();
-  Passe(100);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 10);
+  EXPECT_DOUBLE_EQ(Sur(100), 10);
 
   capteur = Monté();
   capteur->Raz();
   capteur->Tare();
-  Passe(100, 2);  // the third reading is the zero's: (100 + 10 + 100) / 3
+  Sur(100, 2);  // the third reading is the zero's: (100 + 10 + 100) / 3
   EXPECT_EQ(capteur->EtatTare(), kRepos);
   EXPECT_FALSE(capteur->EtatDeLaTare());
   EXPECT_DOUBLE_EQ(capteur->ValeurEnPoints(), 30);
@@ -307,14 +296,14 @@ TEST_F(UnCapteurDeForce, PartageSommeEtCompteEntreZéroEtTare) {
 TEST_F(UnCapteurDeForce, SurveilleSesLimitesPendantUnZéroQuiNeFinitPas) {
   capteur = Monté({{kLectures, 40000}});
   capteur->Raz();
-  Passe(100, 40001);
+  Sur(100, 40001);
   EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
-  Passe(2000);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 1);
   EXPECT_TRUE(registre->entrées.empty());
   capteur = Monté({{kLectures, -4}});
   capteur->Raz();
-  Passe(70);
+  Sur(70);
   EXPECT_EQ(capteur->EtatRAZ(), kRepos);
 }
 
@@ -328,7 +317,7 @@ TEST_F(UnCapteurDeForce, NAllouePasEnSeRafraîchissant) {
   capteur->Raz();
   capteur->Tare();
   const std::int64_t avant = essai::Allocations();
-  Passe(100, 10);
+  Sur(100, 10);
   EXPECT_EQ(essai::Allocations(), avant);
   EXPECT_TRUE(capteur->CapteurSelectionne());
 }

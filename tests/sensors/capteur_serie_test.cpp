@@ -45,20 +45,15 @@ TEST_F(UnCapteurSérie, LitCeQuUnInstrumentEnvoie) {
       {"Réservé 1", "-    123.45 g \r", -12.345, "g"},
       {"Réservé 1", "+ 123.45 g\r", 0, "kN"},  // a character short: asked again
       {"Réservé 1", "+ERR 12345 kg \r", 0, "kN", "Erreur N°94 "},
-      {"Réservé 2", "+ 12.345  \r", 1.2345, "mm"},
       {"Réservé 2", "+ 0.48615x\r", 0.048615, "kN"},
       {"Réservé 2", "+ 0.4861\"x\r", 0.04861, "\""},
       {"Réservé 2", "-  1.250? \r", -0.125, "?"},
       {"Réservé 2", "+  12.345 x\r", 0, "kN"},
       {"Réservé 2", "+ 12,x45  \r", 0, "kN", "Erreur N°94 "},
       {"Réservé 2", "+ 12.345  \r\n-+  1.000  \r\n+3", 0.1, "mm"},  // last sign, last return
-      {"Réservé 2", "+ 12.345  ", 0, "kN"},
-      {"Réservé 2", "12.3456789\r", 0, "kN"},
-      {"Réservé 2", "\xAB\xB1\xB2.345678\x8D", 1.234567, "kN"},  // parity bits set
-      {"Scout 55", "12.5 N", 0, "kN"},
+      {"Réservé 2", "\xAB\xB1\xB2.345678\x8D", 1.234567, "kN"},     // parity bits set
       {"Scout 55", "-3,25kg\r\n+1 N\r\n", -3.25, "kN"},
       {"Scout 55", "12?5 N\r\n", 0, "kN"},
-      {"Scout 55", "N\r\n", 0, "kN"},
       {"Scout 55", "OVERLOAD\r\n", 0, "kN"},
       {"Scout 55", "?", 0, "kN", "Erreur N°5 "},
   };

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <sstream>
 
 #include "outils/banc_chassis_capteurs.h"
 
@@ -14,38 +15,45 @@ using std::numbers::pi;
 
 constexpr double kForce = 78.53981633974483;  // 10 MPa on the cylinder of the bench
 
-/// A stress sensor under child "F1", on a cylinder of 100 mm in compression. Each column has a
-/// parameter of its own.
+/// A stress sensor under child "F1" and the parameters of its specimen.
 class UneContrainteSurEprouvette : public essai::DansUnChassis {
  protected:
-  Ref<Capteur> Contrainte() {
+  using Parametres = std::map<std::string, Ref<essai::Parametre>>;
+  /// Parameters of that test, that shape and these dimensions, in pairs such as "A=4,5".
+  Parametres Eprouvette(const char* type, const char* formeDe, const std::string& dimensions) {
+    static const std::map<std::string, const char*> kNoms{
+        {"U", "Unite"},           {"C", "Facteur de convertion"},        {"UM", "Unité de masse"},
+        {"V", "Masse volumique"}, {"K", "Méthode de calcul de surface"}, {"LS", kAppuisSup},
+        {"LI", kAppuisInf},       {"UV", "Unité de masse volumique"}};
+    Parametres tous;
+    tous["Type de contrainte"] = Partage(1, type);
+    tous["Forme eprouvette"] = Partage(2, formeDe);
+    std::istringstream mots(dimensions);
+    for (std::string mot; mots >> mot;) {
+      const std::string nom = mot.substr(0, mot.find('='));
+      const auto connu = kNoms.find(nom);
+      tous[connu == kNoms.end() ? nom : connu->second] =
+          Partage(static_cast<int>(paramètres->size()) + 1, mot.substr(nom.size() + 1));
+    }
+    return tous;
+  }
+  Ref<Capteur> Contrainte(const Parametres& parametres) {
     essai::Ligne colonnes{{"Type de Capteur", "Contrainte"}, {"Capteur Fils N° 1", "F1"}};
-    for (const auto& [colonne, parametre] : p) {
+    for (const auto& [colonne, parametre] : parametres) {
       colonnes.push_back({colonne, std::stoi(parametre->NomParamètre())});
     }
     return Lié(colonnes);
   }
+  Ref<Capteur> Contrainte() { return Contrainte(p); }
   double Sous(Capteur& c, double force) {
     chassis.Capteurs()->Item("1")->ValeurCourante(force);
     c.MetàJour();
     return c.ValeurCourante();
   }
 
-  std::map<std::string, Ref<essai::Parametre>> p = [&] {
-    std::map<std::string, Ref<essai::Parametre>> tous;
-    int index = 0;
-    for (const auto& [colonne, valeur] :
-         std::map<std::string, const char*>{{"Type de contrainte", "Compression"},
-                                            {"Forme eprouvette", "Cylindre"},
-                                            {"D", "100"},
-                                            {"Unite", "mm"},
-                                            {"S", "0"},
-                                            {"A", ""},
-                                            {"Facteur de convertion", ""}}) {
-      tous[colonne] = Partage(++index, valeur);
-    }
-    return tous;
-  }();
+  static constexpr const char* kAppuisSup = "Distance entre appuis sup";
+  static constexpr const char* kAppuisInf = "Distance entre appuis inf";
+  Parametres p = Eprouvette("Compression", "Cylindre", "D=100 U=mm S=0 A= C=");
   Ref<essai::Parametre> essai = p["Type de contrainte"], forme = p["Forme eprouvette"],
                         diamètre = p["D"], unité = p["Unite"], section = p["S"], côté = p["A"],
                         facteur = p["Facteur de convertion"];
@@ -62,66 +70,42 @@ TEST_F(UneContrainteSurEprouvette, ALaSectionDeSaFormeEtDeSonEssai) {
   const struct {
     const char* essai;
     const char* forme;
-    std::map<std::string, const char*> dimensions;
+    const char* dimensions;
     double cm2;
   } cas[] = {
-      {"Compression", "Prisme", {{"A", "4"}, {"B", "5"}}, 20},
-      {"Traction", "Prisme", {{"A", "4"}}, 16},
-      {"Traction/Compression", "Prisme", {{"B", "5"}}, 25},
-      {"Compression", "Prisme", {}, 0},
-      {"Fendage", "Prisme", {{"A", "4"}, {"B", "5"}, {"H", "9"}}, 0},
-      {"Compression", "Prisme", {{"A", "40"}, {"B", "50"}, {"Unite", "mm"}}, 20},
-      {"Compression", "Cylindre", {{"D", "2"}}, pi},
-      {"Flexion", "Cylindre", {{"D", "2"}}, 0},
-      // EN 12390-6: f = 2 F / (pi L d).
-      {"Fendage", "Cylindre", {{"D", "15"}, {"H", "30"}}, pi * 30 * 15 / 2},
-      // EN 12390-5: f = F l / (d1 d2²), where the supports are l apart and the loads l / 3.
-      {"Flexion", "Prisme", {{"B", "10"}, {"H", "15"}, {"LS", "15"}, {"LI", "45"}}, 50},
-      {"Flexion", "Prisme", {{"H", "10"}, {"LS", "10"}, {"LI", "40"}}, 1e3 / 45},  // a square
-      {"Flexion", "Prisme", {{"B", "10"}, {"LS", "10"}, {"LI", "40"}}, 1e3 / 45},
-      {"Flexion", "Prisme", {{"B", "10"}, {"LS", "10"}}, 0},
-      {"Traction", "Tube rond", {{"D", "10"}, {"E", "1"}}, 9 * pi},
-      {"Traction", "Tube rond", {{"D", "10"}, {"E", "5"}}, 0},  // no bore
-      {"Traction",
-       "Troncon de tube rond",
-       {{"B", "2"}, {"D", "10"}, {"E", "0,5"}},
-       bande(10) - bande(9)},
-      {"Traction", "Troncon de tube rond", {{"D", "10"}, {"E", "1"}}, 0},
-      {"Traction", "Troncon de tube rond", {{"B", "2"}, {"E", "1"}}, 0},
-      {"Traction", "Troncon de tube rond", {{"B", "2"}, {"D", "10"}}, 0},
-      {"Traction", "Troncon de tube rond", {{"B", "9,5"}, {"D", "10"}, {"E", "0,5"}}, 0},
-      {"Traction", "Troncon de tube rond", {{"B", "2"}, {"D", "10"}, {"E", "5"}}, 0},
-      {"Traction", "Hexagone regulier", {{"A", "2"}}, 10.39230484541326},
-      {"Traction", "Speciale", {{"S", "3,25"}}, 3.25},
-      {"Traction", "Speciale", {{"S", "325"}, {"Unite", "mm"}}, 3.25},
-      {"Traction/Compression de cylindre", "Cylindre", {{"D", "2"}}, 0},
+      {"Compression", "Prisme", "A=40 B=50 U=mm", 20},
+      {"Traction", "Prisme", "A=4", 16},
+      {"Traction/Compression", "Prisme", "B=5", 25},
+      {"Fendage", "Prisme", "A=4 B=5 H=9", 0},
+      {"Compression", "Cylindre", "D=2", pi},
+      // EN 12390-6: f = 2 F / (pi L d). EN 12390-5: f = F l / (d1 d2²), where the supports are l
+      // apart and the loads l / 3; one side left out makes a square.
+      {"Fendage", "Cylindre", "D=15 H=30", pi * 30 * 15 / 2},
+      {"Flexion", "Prisme", "B=10 H=15 LS=15 LI=45", 50},
+      {"Flexion", "Prisme", "H=10 LS=10 LI=40", 1e3 / 45},
+      {"Flexion", "Prisme", "B=10 LS=10 LI=40", 1e3 / 45},
+      {"Flexion", "Prisme", "B=10 LS=10", 0},
+      {"Traction", "Tube rond", "D=10 E=1", 9 * pi},
+      {"Traction", "Tube rond", "D=10 E=5", 0},  // no bore
+      {"Traction", "Troncon de tube rond", "B=2 D=10 E=0,5", bande(10) - bande(9)},
+      {"Traction", "Troncon de tube rond", "D=10 E=1", 0},
+      {"Traction", "Troncon de tube rond", "B=2 D=10", 0},
+      {"Traction", "Troncon de tube rond", "B=9,5 D=10 E=0,5", 0},  // wider than the bore
+      {"Traction", "Hexagone regulier", "A=2", 10.39230484541326},
+      {"Traction", "Speciale", "S=325 U=mm", 3.25},
+      {"Traction/Compression de cylindre", "Cylindre", "D=2", 0},
       // 2 m of wire, 98.75 g, 7900 kg/m3: 6.25 mm².
-      {"Traction",
-       "Prisme",
-       {{"K", "Par masse volumique"},
-        {"L", "2"},
-        {"m", "0,09875"},
-        {"UM", "kg"},
-        {"V", "7,9"},
-        {"UV", "kg/dm3"},
-        {"Unite", "m"}},
-       0.0625},
-      {"Traction", "Prisme", {{"K", "Par masse volumique"}, {"L", "2"}, {"m", "98,75"}}, 0},
+      {"Traction", "Prisme", "K=Masse L=2 m=0,09875 UM=kg V=7,9 UV=kg/dm3 U=m", 0.0625},
+      {"Traction", "Prisme", "K=Masse L=2 m=98,75", 0},
   };
-  const std::map<std::string, std::string> noms{{"LS", "Distance entre appuis sup"},
-                                                {"LI", "Distance entre appuis inf"},
-                                                {"K", "Méthode de calcul de surface"},
-                                                {"UM", "Unité de masse"},
-                                                {"V", "Masse volumique"},
-                                                {"UV", "Unité de masse volumique"}};
+  traducteur->mots = {{"Par masse volumique", "Masse"}};
   for (const auto& c : cas) {
     paramètres->clear();
-    p = {{"Type de contrainte", Partage(1, c.essai)}, {"Forme eprouvette", Partage(2, c.forme)}};
-    for (const auto& [nom, valeur] : c.dimensions) {
-      p[noms.contains(nom) ? noms.at(nom) : nom] = Partage(static_cast<int>(p.size()) + 1, valeur);
-    }
     // 10 MPa on 1 cm² is 1 kN.
-    EXPECT_NEAR(Contrainte()->ConvertionContrainteForce(10), c.cm2, 1e-9) << c.essai << c.forme;
+    EXPECT_NEAR(
+        Contrainte(Eprouvette(c.essai, c.forme, c.dimensions))->ConvertionContrainteForce(10),
+        c.cm2, 1e-9)
+        << c.forme << c.dimensions;
   }
   EXPECT_TRUE(registre->entrées.empty());
   EXPECT_TRUE(messages.textes.empty());

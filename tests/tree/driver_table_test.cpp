@@ -2,6 +2,9 @@
 // here what they must not be taken for.
 #include "tree/driver_table.h"
 
+#include <algorithm>
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
@@ -32,6 +35,9 @@ TEST(TableDesDriversTest, ReconnaîtUnTexteASonNiveauEtALaLettre) {
     EXPECT_EQ(static_cast<int>(DriverDeFonction(c.texte)), c.bloc) << c.texte;
     EXPECT_EQ(static_cast<int>(DriverDeCanal(c.texte)), c.canal) << c.texte;
   }
+  const auto table = TableDesDrivers();
+  EXPECT_EQ(std::ranges::adjacent_find(table, std::greater_equal{}, &LigneDriver::valeur),
+            table.end());
   EXPECT_EQ(DriverDeCarte(300), ENUM_DRIVER::DrvAucun);
   EXPECT_EQ(DriverDeCarte(Nul{}), ENUM_DRIVER::DrvAucun);
 }
