@@ -20,35 +20,37 @@ inline Valeur Texte(std::string texte) {
 }
 
 /// Row of a sensor from a channel: two points (0 to 100 units over 0 to 1000 points), limits of
-/// -10 to 110 units and -500 to 2000 points, a stop when they are passed.
-inline Ligne LigneDeCapteur() {
-  Ligne ligne{{"Type de Capteur", Texte("Normal")},
-              {"Nom du Capteur", Texte("Force")},
-              {"Nom affiché", Texte("Force fine")},
-              {"Seuil de Lecture Non Valide", Valeur(0.0)},
-              {"Remise à Zéro Autorisée", Valeur(true)},
-              {"Arrêt en Cas de Dépassement des sécurités", Valeur(true)},
-              {"Nombre de Lecture pour une Mise à Valeur", Valeur(3)},
-              {"Temps d'Intégration du Canal", Valeur(0.0)},
-              {"Nombre de Lecture Simultanée", Valeur(4)},
-              {"Sécurité Minimale en Unité", Valeur(-10.0)},
-              {"Sécurité Maximale en Unité", Texte("110,0")},
-              {"Sécurité Minimale en Points", Valeur(-500.0)},
-              {"Sécurité Maximale en Points", Valeur(2000.0)},
-              {"Unité d'Etalonnage", Texte("kN")},
-              {"Date d'Etalonnage", Texte("12/03/2024")},
-              {"Nom de l'Etalonneur", Texte("Durand")},
-              {"Temps de Calcul de la Vitesse", Valeur(0.5)},
-              {"Texte pour le maximum", Texte("Rupture")},
-              {"Détection du maxi", Valeur(false)},
-              {"Recouvrement - Seuil bas %", Valeur(80.0)},
-              {"Recouvrement - Seuil haut %", Valeur(90.0)},
-              {"Recouvrement - Mini valeur pour recouvrement", Valeur(3)}};
+/// -10 to 110 units and -500 to 2000 points, a stop when they are passed. `colonnes` replace or
+/// add to it.
+inline Ligne LigneDeCapteur(const Ligne& colonnes = {}) {
+  Ligne ligne{{"Type de Capteur", "Normal"},
+              {"Nom du Capteur", "Force"},
+              {"Nom affiché", "Force fine"},
+              {"Seuil de Lecture Non Valide", 0.0},
+              {"Remise à Zéro Autorisée", true},
+              {"Arrêt en Cas de Dépassement des sécurités", true},
+              {"Nombre de Lecture pour une Mise à Valeur", 3},
+              {"Temps d'Intégration du Canal", 0.0},
+              {"Nombre de Lecture Simultanée", 4},
+              {"Sécurité Minimale en Unité", -10.0},
+              {"Sécurité Maximale en Unité", "110,0"},
+              {"Sécurité Minimale en Points", -500.0},
+              {"Sécurité Maximale en Points", 2000.0},
+              {"Unité d'Etalonnage", "kN"},
+              {"Date d'Etalonnage", "12/03/2024"},
+              {"Nom de l'Etalonneur", "Durand"},
+              {"Temps de Calcul de la Vitesse", 0.5},
+              {"Texte pour le maximum", "Rupture"},
+              {"Détection du maxi", false},
+              {"Recouvrement - Seuil bas %", 80.0},
+              {"Recouvrement - Seuil haut %", 90.0},
+              {"Recouvrement - Mini valeur pour recouvrement", 3}};
   for (int i = 1; i <= 20; ++i) {
     const std::string point = "Point " + std::to_string(i);
-    ligne.push_back({point + " - Unité", Valeur(i == 2 ? 100.0 : 0.0)});
-    ligne.push_back({point + " - Point", Valeur(i == 2 ? 1000.0 : 0.0)});
+    ligne.push_back({point + " - Unité", i == 2 ? 100.0 : 0.0});
+    ligne.push_back({point + " - Point", i == 2 ? 1000.0 : 0.0});
   }
+  for (const Champ& c : colonnes) ligne = Avec(std::move(ligne), c.Name, c.Value);
   return ligne;
 }
 
@@ -176,34 +178,32 @@ class BancCapteur : public Banc {
     plateforme.horloge = &pendule;
   }
 
-  /// A sensor read from `ligne`, linked to the channel of the bench and started.
-  Ref<Capteur> Normal(const Ligne& ligne = LigneDeCapteur()) {
-    const auto capteur = Lu(ligne);
+  /// A sensor of the standard row with these columns, on the channel of the bench and with children
+  /// "1", "2", ..., linked and started.
+  Ref<Capteur> Monté(const Ligne& colonnes = {}, const std::vector<Ref<Capteur>>& fils = {}) {
+    const auto capteur = Lu(LigneDeCapteur(colonnes));
     capteur->Canal(canal);
-    capteur->Lien(sécurité, {}, traducteur, nullptr);
+    capteur->CapteursFils(Crée<Capteurs>(plateforme));
+    for (const auto& f : fils) {
+      capteur->CapteursFils()->Référence(f, std::to_string(capteur->CapteursFils()->Count() + 1));
+    }
+    capteur->Lien(sécurité, paramètres, traducteur, nullptr);
     capteur->Initialise();
     return capteur;
   }
+  Ref<Capteur> Monté(const char* type, const std::vector<Ref<Capteur>>& fils) {
+    return Monté({{"Type de Capteur", type}}, fils);
+  }
   /// A sensor whose value the test writes, with limits of 0 to `maxi`.
   Ref<Capteur> Libre(double valeur = 0, double maxi = 0) {
-    auto capteur = Nu(ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron);
+    const auto capteur = Nu();
+    capteur->TypeDeCapteur(ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron);
     capteur->ValeurCourante(valeur);
     capteur->MaxiCapteurUnité(maxi);
     return capteur;
   }
-  /// A sensor of that kind with children "1", "2", ...
-  Ref<Capteur> Dérivé(ENUM_TYPE_CAPTEUR type, const std::vector<Ref<Capteur>>& fils) {
-    auto capteur = Nu(type);
-    capteur->CapteursFils(Crée<Capteurs>(plateforme));
-    for (std::size_t i = 0; i < fils.size(); ++i) {
-      capteur->CapteursFils()->Référence(fils[i], std::to_string(i + 1));
-    }
-    return capteur;
-  }
   Ref<Capteur> Lu(const Ligne& ligne) {
-    const auto capteur = Crée<Capteur>(plateforme);
-    capteur->ChargeErreur(registre);
-    capteur->TimerExact(timer);
+    const auto capteur = Nu();
     capteur->ParamètresDepuisBD(UneLigne(ligne), 200);
     return capteur;
   }
@@ -228,11 +228,10 @@ class BancCapteur : public Banc {
   CanalRef canal = Crée<Canal>(plateforme);
 
  private:
-  Ref<Capteur> Nu(ENUM_TYPE_CAPTEUR type) {
+  Ref<Capteur> Nu() {
     const auto capteur = Crée<Capteur>(plateforme);
     capteur->ChargeErreur(registre);
     capteur->TimerExact(timer);
-    capteur->TypeDeCapteur(type);
     return capteur;
   }
 };

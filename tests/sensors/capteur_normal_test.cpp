@@ -10,133 +10,119 @@
 namespace zuma {
 namespace {
 
-using essai::Avec;
 using essai::Ligne;
-using essai::LigneDeCapteur;
 using essai::Texte;
 
 constexpr int kCorrect = 0;
 constexpr int kNonValide = 1;
 constexpr int kNonDangereux = 2;
 constexpr int kDangereux = 3;
+constexpr auto kAcquisition = ENUM_OPERATION_MAV::Acquisition;
+constexpr auto kRepos = ENUM_OPERATION_MAV::RienFaire;
+
+constexpr const char* kMaxi = "Sécurité Maximale en Unité";
+constexpr const char* kSeuil = "Seuil de Lecture Non Valide";
+constexpr const char* kArrêt = "Arrêt en Cas de Dépassement des sécurités";
+constexpr const char* kEtalonnage = "Etalonnage par utilisateur";
+constexpr const char* kIntégration = "Temps d'Intégration du Canal";
+constexpr const char* kLectures = "Nombre de Lecture pour une Mise à Valeur";
 
 class UnCapteurDeForce : public testing::Test, protected essai::BancCapteur {
  protected:
-  void Passe(double points) { BancCapteur::Passe(*capteur, points); }
-  void Devient(const Ligne& ligne) { capteur = Normal(ligne); }
-  Ref<Capteur> capteur = Normal();
+  /// What the sensor shows after that number of refreshes with these points on its channel.
+  double Sur(double points, int fois = 1) {
+    for (; fois > 0; --fois) Passe(*capteur, points);
+    return capteur->ValeurCourante();
+  }
+  Ref<Capteur> capteur = Monté();
 };
 
 TEST_F(UnCapteurDeForce, ConvertitLesPointsDeSonCanal) {
-  Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 25);
-  EXPECT_EQ(capteur->ValeurEnPoints(), 250);
+  EXPECT_DOUBLE_EQ(Sur(250), 25);
   capteur->Enabled_bln(false);
   EXPECT_EQ(capteur->ValeurCourante(), 0);
   EXPECT_EQ(capteur->ValeurEnPoints(), 0);
   capteur->Enabled_bln(true);
+  EXPECT_EQ(capteur->ValeurEnPoints(), 250);
   capteur->Canal({});
-  Passe(250);
-  EXPECT_EQ(capteur->ValeurCourante(), 0);
-  EXPECT_TRUE(registre->entrées.empty());
+  EXPECT_EQ(Sur(250), 0);
 }
 
 TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
   const struct {
     const char* quoi;
+    Ligne colonnes;
     double points;
-    double seuil;
-    bool arrêt, autorise, étalonne;
     int état;
   } cas[] = {
-      {"dedans", 500, 0, true, true, false, kCorrect},
-      {"sur le maxi en unité", 1000, 0, true, true, false, kDangereux},
-      {"sous le maxi en unité", 999.9, 0, true, true, false, kCorrect},
-      {"sur le mini en unité", -100, 0, true, true, false, kDangereux},
-      {"arrêt non configuré", 1200, 0, false, true, false, kNonDangereux},
-      {"arrêt interdit", 1200, 0, true, false, false, kNonDangereux},
-      {"en étalonnage", 1200, 0, true, true, true, kCorrect},
-      {"sous le seuil", 9, 1, true, true, false, kNonValide},
-      {"sur le seuil", 10, 1, true, true, false, kCorrect},
-      {"sous le seuil en étalonnage", 9, 1, true, true, true, kCorrect},
-      {"le dépassement l'emporte", 1200, 1000, false, true, false, kNonDangereux},
-      {"pas un nombre", std::nan(""), 0, true, true, false, kDangereux},
+      {"sous le maxi en unité", {{kMaxi, 100.0}}, 999.9, kCorrect},
+      {"sur le maxi en unité", {{kMaxi, 100.0}}, 1000, kDangereux},
+      {"sur le mini en unité", {}, -100, kDangereux},
+      {"sur le maxi en points", {{"Sécurité Maximale en Points", 600.0}}, 600, kDangereux},
+      {"sur le mini en points", {{"Sécurité Minimale en Points", -50.0}}, -50, kDangereux},
+      {"pas un nombre", {}, std::nan(""), kDangereux},
+      {"arrêt non configuré", {{kArrêt, false}}, 1200, kNonDangereux},
+      {"en étalonnage", {{kEtalonnage, true}}, 1200, kCorrect},
+      {"sous le seuil", {{kSeuil, 1.0}}, 9, kNonValide},
+      {"sur le seuil", {{kSeuil, 1.0}}, 10, kCorrect},
+      {"sous le seuil en étalonnage", {{kSeuil, 1.0}, {kEtalonnage, true}}, 9, kCorrect},
+      {"le dépassement l'emporte", {{kSeuil, 1000.0}, {kArrêt, false}}, 1200, kNonDangereux},
   };
   for (const auto& c : cas) {
-    Ligne ligne = Avec(LigneDeCapteur(), "Seuil de Lecture Non Valide", Valeur(c.seuil));
-    ligne = Avec(ligne, "Sécurité Maximale en Unité", Valeur(100.0));
-    ligne = Avec(ligne, "Arrêt en Cas de Dépassement des sécurités", Valeur(c.arrêt));
-    Devient(Avec(ligne, "Etalonnage par utilisateur", Valeur(c.étalonne)));
-    if (!c.autorise) capteur->InterditAU();
+    capteur = Monté(c.colonnes);
     sécurité->arrêts = 0;
-    Passe(c.points);
+    Sur(c.points);
     EXPECT_EQ(capteur->Etat(), c.état) << c.quoi;
     EXPECT_EQ(capteur->AU(), c.état == kDangereux) << c.quoi;
     EXPECT_EQ(sécurité->arrêts, c.état == kDangereux ? 1 : 0) << c.quoi;
   }
-}
-
-TEST_F(UnCapteurDeForce, SurveilleAussiSesPoints) {
-  Devient(Avec(LigneDeCapteur(), "Sécurité Maximale en Points", Valeur(600.0)));
-  Passe(600);
-  EXPECT_EQ(capteur->Etat(), kDangereux);
-  Devient(Avec(LigneDeCapteur(), "Sécurité Minimale en Points", Valeur(-50.0)));
-  Passe(-50);
-  EXPECT_EQ(capteur->Etat(), kDangereux);
-  Devient(LigneDeCapteur());
-  sécurité->arrêts = 0;
-  capteur->PointY(2, 0);  // all points on one abscissa: no units any more
-  Passe(100);
-  EXPECT_EQ(capteur->Etat(), kCorrect);
-  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
-  Passe(2500);
-  EXPECT_EQ(capteur->Etat(), kDangereux);
-  EXPECT_EQ(sécurité->arrêts, 1);
+  capteur = Monté();
+  capteur->InterditAU();
+  Sur(1200);
+  EXPECT_EQ(capteur->Etat(), kNonDangereux);
 }
 
 TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
   traducteur->mots = {{"Texte depassement dangeureux", "Arrêt : capteur"},
                       {"Texte valeur courante UC", " à"},
                       {"Texte valeur courante pts", ", points"}};
-  Passe(1234.5);
-  Passe(1234.5);
+  Sur(1234.5, 2);
   EXPECT_EQ(sécurité->arrêts, 2);
   ASSERT_EQ(sécurité->causes.size(), 2U);
   EXPECT_EQ(sécurité->causes[0], "Arrêt : capteur Force à 123,45kN, points 1234,5");
 
-  std::vector<std::string> causes{"", "prise", "", ""};
+  const std::vector<std::string> libres{"", "prise", "", ""};
+  auto causes = libres;
   capteur->TesteAU(causes);
   EXPECT_EQ(causes[0], "");
   EXPECT_EQ(causes[2], "Dépassement des limites du Force. Valeur courante en unité : 123,45");
-  Passe(100);
-  EXPECT_EQ(sécurité->arrêts, 2);
-  const auto avant = causes;
-  capteur->TesteAU(causes);
-  EXPECT_EQ(causes, avant);
-  Passe(1234.5);
   std::vector<std::string> pleine{"", "prise"};
   capteur->TesteAU(pleine);
   EXPECT_EQ(pleine[1], "prise");
+  Sur(100);
+  EXPECT_EQ(sécurité->arrêts, 2);
+  causes = libres;
+  capteur->TesteAU(causes);
+  EXPECT_EQ(causes, libres);
 }
 
 TEST_F(UnCapteurDeForce, DéclencheMêmeQuandLaCauseNePasseParPersonne) {
-  const auto muet = Lu(LigneDeCapteur());
-  muet->Canal(canal);
-  muet->Lien(sécurité, {}, {}, nullptr);  // no translator: the keys themselves
-  BancCapteur::Passe(*muet, 2000);
+  traducteur = nullptr;  // the keys themselves
+  capteur = Monté();
+  Sur(2000);
   ASSERT_EQ(sécurité->causes.size(), 1U);
   EXPECT_EQ(sécurité->causes[0],
             "Texte depassement dangeureux ForceTexte valeur courante UC 200kN"
             "Texte valeur courante pts 2000");
   sécurité->refuse = true;
-  BancCapteur::Passe(*muet, 2000);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 2);
   EXPECT_TRUE(registre->Contient("Erreur N°51 "));
   // Without a safety object the state and the record still tell.
-  const auto seul = Lu(LigneDeCapteur());
-  seul->Canal(canal);
-  BancCapteur::Passe(*seul, 2000);
-  EXPECT_TRUE(seul->AU());
+  sécurité = nullptr;
+  capteur = Monté();
+  Sur(2000);
+  EXPECT_TRUE(capteur->AU());
   EXPECT_TRUE(registre->Contient("Erreur N°91 "));
 }
 
@@ -145,49 +131,44 @@ TEST_F(UnCapteurDeForce, SupporteUneRéactionQuiRentreDansLaPasse) {
   chassis.ChargeErreur(registre);
   chassis.Capteurs()->Add("1", capteur);
   sécurité->réaction = [&] { chassis.DéclencheAU(); };
-  Passe(2000);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 1);
   EXPECT_EQ(capteur->Etat(), kDangereux);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 200);
 }
 
 TEST_F(UnCapteurDeForce, IntègreSelonLaPériodeRéelle) {
-  Devient(Avec(LigneDeCapteur(), "Temps d'Intégration du Canal", Valeur(1.0)));
-  Passe(0);
+  capteur = Monté({{kIntégration, 1.0}});
+  Sur(0);
   const struct {
-    const char* quoi;
     double secondes;
     double poids;
-  } cas[] = {
-      {"5 ms", 0.005, 0.216 / 0.005 + 0.54},
-      {"même instant : un trois-centième", 0, 0.216 * 300 + 0.54},
-      {"au bord du filtre", 0.0334, 1},
-      {"sous le bord", 0.0333, 0.216 / 0.0333 + 0.54},
-      {"trop lent", 0.1, 1},
-  };
+  } cas[] = {{0.005, 0.216 / 0.005 + 0.54},
+             {0, 0.216 * 300 + 0.54},          // the same instant counts as 1/300
+             {0.0333, 0.216 / 0.0333 + 0.54},  // the filter works below 1/30
+             {0.0334, 1}};
   for (const auto& c : cas) {
     const double ancienne = capteur->ValeurEnPoints();
-    BancCapteur::Passe(*capteur, 1000, c.secondes);
+    Passe(*capteur, 1000, c.secondes);
     EXPECT_NEAR(capteur->ValeurEnPoints(), ((c.poids - 1) * ancienne + 1000) / c.poids, 1e-6)
-        << c.quoi;
-    BancCapteur::Passe(*capteur, 0, 10);  // too slow: the filter starts again from here
+        << c.secondes;
+    Passe(*capteur, 0, 10);  // too slow: the filter starts again from here
   }
-  Passe(std::numeric_limits<double>::infinity());
-  BancCapteur::Passe(*capteur, 500, 0.005);
+  Sur(std::numeric_limits<double>::infinity());
+  Sur(500);
   EXPECT_EQ(capteur->ValeurEnPoints(), 500);  // not held by what was no number
 }
 
 TEST_F(UnCapteurDeForce, RetientSesExtrêmesEtLEtatDuMaxi) {
-  Devient(Avec(LigneDeCapteur(), "Arrêt en Cas de Dépassement des sécurités", Valeur(false)));
-  for (const double points : {500.0, 1200.0, -50.0, 100.0}) Passe(points);
+  capteur = Monté({{kArrêt, false}});
+  for (const double points : {500.0, 1200.0, -50.0, 100.0}) Sur(points);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 120);
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), -5);
   EXPECT_EQ(capteur->EtatMaxi(), ENUM_ETAT_CAPTEUR::DépassementNonDangeureux);
   capteur->AutoriseDétectionMaxi(false);
   capteur->RazMaxiDétecté();
-  EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 10);
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), 10);
-  Passe(700);
+  Sur(700);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 10);
   capteur->AutoriseDétectionMaxi(true);
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 70);
@@ -195,43 +176,35 @@ TEST_F(UnCapteurDeForce, RetientSesExtrêmesEtLEtatDuMaxi) {
 
 TEST_F(UnCapteurDeForce, NeLitQueSiSonParamètreLeSélectionne) {
   const auto mode = Partage(4, "Traction de la barre");
-  capteur = Lu(Avec(Avec(LigneDeCapteur(), "Parametre de sélection", Valeur(4)),
-                    "Valeur de selection", Texte("Traction de la barre")));
-  capteur->Canal(canal);
-  capteur->Lien(sécurité, paramètres, traducteur, nullptr);
-  Passe(-50);
-  Passe(500);
+  capteur = Monté({{"Parametre de sélection", 4}, {"Valeur de selection", "Traction de la barre"}});
+  Sur(-50);
+  Sur(500);
   EXPECT_TRUE(capteur->CapteurSelectionne());
   capteur->Raz();
   mode->ValeurParamètre("traction de la barre");
-  Passe(600);
+  Sur(600);
   EXPECT_FALSE(capteur->CapteurSelectionne());
   EXPECT_EQ(capteur->ValeurCourante(), 0);
   EXPECT_EQ(capteur->MaxiDétecté(), 0);
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), -5);
   EXPECT_EQ(capteur->ValeurEnPoints(), 500);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
+  EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
 }
 
 TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
   const auto offset = Partage(9, "1,5");
-  capteur = Lu(Avec(LigneDeCapteur(), "Offset", Valeur(9)));
-  capteur->Canal(canal);
-  capteur->Lien(sécurité, paramètres, traducteur, nullptr);
-  Passe(500);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
+  capteur = Monté({{"Offset", 9}});
+  EXPECT_DOUBLE_EQ(Sur(500), 51.5);
   offset->ValeurParamètre("un peu");
-  Passe(600);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
+  Sur(600);
   ASSERT_EQ(registre->entrées.size(), 1U);
   EXPECT_TRUE(registre->entrées[0].message.starts_with("Erreur N°13 "));
   const TableVariables& v = registre->entrées[0].variables;
   ASSERT_EQ(v.size(), 23U);
   EXPECT_EQ(v[1][0], Texte("Variable musrEtat"));
-  EXPECT_EQ(v[17][0], Texte("Variable mdblValeurCourante"));
-  EXPECT_EQ(v[17][1], Valeur(51.5));
+  EXPECT_EQ(v[17], (TableVariables::value_type{"Variable mdblValeurCourante", 51.5}));
   EXPECT_EQ(v[22][0], Texte("Canal utilisé mobjCanal"));
-  Passe(2000);  // the value is held, the limits are watched
+  Sur(2000);  // the value is held, the limits are watched
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 51.5);
   EXPECT_EQ(sécurité->arrêts, 1);
 }
@@ -239,121 +212,112 @@ TEST_F(UnCapteurDeForce, AjouteSonOffsetEtDitUnOffsetIllisible) {
 TEST_F(UnCapteurDeForce, MesureSonZéroSurLesPointsBruts) {
   capteur->Raz();
   for (const double points : {40.0, 50.0}) {
-    Passe(points);
-    EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
+    Sur(points);
+    EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
     EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), points / 10);
   }
-  Passe(60);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  Sur(60);
+  EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 1);  // 60 less the mean of 50
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 1);     // restarted from the lower limit
-  Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 20);
   capteur->Raz();
-  for (int i = 0; i < 3; ++i) Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 0);  // the new zero replaces the old one
+  EXPECT_DOUBLE_EQ(Sur(250, 3), 0);  // the new zero replaces the old one
   capteur->AnnuleRaz();
-  Passe(250);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 25);
-}
+  EXPECT_DOUBLE_EQ(Sur(250), 25);
 
-TEST_F(UnCapteurDeForce, NeMontrePasDeSautDuFiltreAprèsUnZéro) {
-  Devient(Avec(LigneDeCapteur(), "Temps d'Intégration du Canal", Valeur(1.0)));
-  Passe(400);
+  capteur = Monté({{kIntégration, 1.0}});
+  Sur(400);
   capteur->Raz();
-  for (int i = 0; i < 3; ++i) Passe(400);
-  EXPECT_EQ(capteur->ValeurCourante(), 0);
+  EXPECT_DOUBLE_EQ(Sur(400, 3), 0);  // the filter shows no step
 }
 
 TEST_F(UnCapteurDeForce, ReferenceSonZéroAuPointQuiLitZéro) {
   capteur->PointX(1, -20);
   capteur->PointY(1, 0);  // 0 units stand at 1000 / 6 points
   capteur->Raz();
-  for (int i = 0; i < 3; ++i) Passe(400);
-  Passe(400);
+  Sur(400, 4);
   EXPECT_NEAR(capteur->ValeurCourante(), 0, 1e-12);
-}
-
-TEST_F(UnCapteurDeForce, AbandonneUnZéroQueSaTableNAPas) {
-  capteur->PointX(2, 0);  // every point reads 0 units
+  capteur->PointX(1, 0);
+  capteur->PointX(2, 0);  // every point reads 0 units: no zero to be had
   capteur->Raz();
-  Passe(100);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  Sur(100);
+  EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   EXPECT_TRUE(registre->Contient("Erreur N°11 "));
-  Passe(2500);
+  Sur(2500);
   EXPECT_EQ(sécurité->arrêts, 1);
+  capteur = Monté();
+  capteur->PointY(2, 0);  // all points on one abscissa: no units, the points are watched still
+  Sur(100);
+  EXPECT_EQ(capteur->Etat(), kCorrect);
+  Sur(2500);
+  EXPECT_EQ(sécurité->arrêts, 2);
 }
 
 TEST_F(UnCapteurDeForce, MesureSaTare) {
-  capteur->Tare(Valeur(5));
-  capteur->Tare(Valeur(99));  // lost: one runs
-  Passe(std::nan(""));        // no reading
-  for (int i = 0; i < 3; ++i) Passe(300);
+  capteur->Tare(5.0);
+  capteur->Tare(99.0);  // lost: one runs
+  Sur(std::nan(""));    // no reading
+  Sur(300, 3);
   EXPECT_TRUE(capteur->EtatDeLaTare());
   EXPECT_DOUBLE_EQ(capteur->ValeurTare(), 25);
   EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), -20);  // the wanted 5 less the tare, once
-  Passe(300);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 5);
+  EXPECT_DOUBLE_EQ(Sur(300), 5);
   capteur->AnnuleTare();
   EXPECT_FALSE(capteur->EtatDeLaTare());
-  Passe(300);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 30);
-  capteur->Tare(Texte("beaucoup"));
-  EXPECT_EQ(capteur->EtatTare(), ENUM_OPERATION_MAV::RienFaire);
+  EXPECT_DOUBLE_EQ(Sur(300), 30);
+  capteur->Tare("beaucoup");
+  EXPECT_EQ(capteur->EtatTare(), kRepos);
   EXPECT_TRUE(registre->Contient("Erreur N°13 "));
 }
 
 TEST_F(UnCapteurDeForce, PartageSommeEtCompteEntreZéroEtTare) {
-  Devient(Avec(LigneDeCapteur(), "Nombre de Lecture pour une Mise à Valeur", Valeur(4)));
+  capteur = Monté({{kLectures, 4}});
   capteur->Raz();
-  Passe(100);
+  Sur(100);
   capteur->Tare();  // clears the sum: from here on two readings a refresh
-  Passe(100);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
-  Passe(100);
+  Sur(100);
+  EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
+  Sur(100);
   // The fourth reading is the tare's: (100 + 10 + 100 + 10) / 4, and the zero ends without result.
   EXPECT_DOUBLE_EQ(capteur->ValeurTare(), 55);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   capteur->AnnuleTare();
-  Passe(100);
-  EXPECT_DOUBLE_EQ(capteur->ValeurCourante(), 10);
+  EXPECT_DOUBLE_EQ(Sur(100), 10);
 
-  Devient(Avec(LigneDeCapteur(), "Nombre de Lecture pour une Mise à Valeur", Valeur(3)));
+  capteur = Monté();
   capteur->Raz();
   capteur->Tare();
-  Passe(100);
-  Passe(100);  // the third reading is the zero's: (100 + 10 + 100) / 3
-  EXPECT_EQ(capteur->EtatTare(), ENUM_OPERATION_MAV::RienFaire);
+  Sur(100, 2);  // the third reading is the zero's: (100 + 10 + 100) / 3
+  EXPECT_EQ(capteur->EtatTare(), kRepos);
   EXPECT_FALSE(capteur->EtatDeLaTare());
   EXPECT_DOUBLE_EQ(capteur->ValeurEnPoints(), 30);
 }
 
 TEST_F(UnCapteurDeForce, SurveilleSesLimitesPendantUnZéroQuiNeFinitPas) {
-  Devient(Avec(LigneDeCapteur(), "Nombre de Lecture pour une Mise à Valeur", Valeur(40000)));
+  capteur = Monté({{kLectures, 40000}});
   capteur->Raz();
-  for (int i = 0; i < 40001; ++i) Passe(100);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
-  Passe(2000);
+  Sur(100, 40001);
+  EXPECT_EQ(capteur->EtatRAZ(), kAcquisition);
+  Sur(2000);
   EXPECT_EQ(sécurité->arrêts, 1);
   EXPECT_TRUE(registre->entrées.empty());
-  Devient(Avec(LigneDeCapteur(), "Nombre de Lecture pour une Mise à Valeur", Valeur(-4)));
+  capteur = Monté({{kLectures, -4}});
   capteur->Raz();
-  Passe(70);
-  EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire);
+  Sur(70);
+  EXPECT_EQ(capteur->EtatRAZ(), kRepos);
 }
 
 TEST_F(UnCapteurDeForce, NAllouePasEnSeRafraîchissant) {
-  const auto offset = Partage(1, "0,00000000000000125");
-  const auto mode = Partage(2, "Compression de l'éprouvette");
-  Ligne ligne = Avec(LigneDeCapteur(), "Temps d'Intégration du Canal", Valeur(1.0));
-  ligne = Avec(Avec(ligne, "Offset", Valeur(1)), "Parametre de sélection", Valeur(2));
-  capteur = Lu(Avec(ligne, "Valeur de selection", Texte("Compression de l'éprouvette")));
-  capteur->Canal(canal);
-  capteur->Lien(sécurité, paramètres, traducteur, nullptr);
+  (void)Partage(1, "0,00000000000000125");
+  (void)Partage(2, "Compression de l'éprouvette");
+  capteur = Monté({{kIntégration, 1.0},
+                   {"Offset", 1},
+                   {"Parametre de sélection", 2},
+                   {"Valeur de selection", "Compression de l'éprouvette"}});
   capteur->Raz();
   capteur->Tare();
   const std::int64_t avant = essai::Allocations();
-  for (int i = 0; i < 10; ++i) Passe(100 + i);
+  Sur(100, 10);
   EXPECT_EQ(essai::Allocations(), avant);
   EXPECT_TRUE(capteur->CapteurSelectionne());
 }

@@ -8,31 +8,24 @@
 namespace zuma {
 namespace {
 
-using essai::Avec;
-using essai::LigneDeCapteur;
-using essai::Texte;
-
 class UnRecouvrement : public testing::Test, protected essai::BancCapteur {
  protected:
-  /// A small cell of 100 kN and a large one of 1000 kN that reads `écart` too much; the band goes
-  /// from 80 to 90 kN of the small one, and `mini` readings make a gap.
-  void Monte(double écart, std::int32_t mini) {
-    petit = Normal(Avec(Cellule(), "Sécurité Maximale en Unité", Valeur(100.0)));
-    grand = Normal(Avec(Cellule(), "Sécurité Maximale en Unité", Valeur(1000.0)));
-    petit->Canal(Crée<Canal>(plateforme));
-    grand->Canal(Crée<Canal>(plateforme));
+  /// A small cell of 100 kN and a large one that reads `écart` too much; the band goes from 80 to
+  /// 90 kN of the small one, and `mini` readings make a gap.
+  void Monte(double écart, int mini, double portée = 1000) {
+    grand = Cellule(portée);
+    petit = Cellule(100);
     écart_ = écart;
-    capteur = Lu(Avec(Avec(LigneDeCapteur(), "Type de Capteur", Texte("Recouvrement")),
-                      "Recouvrement - Mini valeur pour recouvrement", Valeur(mini)));
-    capteur->CapteursFils(Crée<Capteurs>(plateforme));
-    capteur->CapteursFils()->Référence(grand, "1");
-    capteur->CapteursFils()->Référence(petit, "2");
-    capteur->Lien(sécurité, {}, traducteur, nullptr);
-    capteur->Initialise();
+    capteur = Monté({{"Type de Capteur", "Recouvrement"},
+                     {"Recouvrement - Mini valeur pour recouvrement", mini}},
+                    {grand, petit});
   }
-  static essai::Ligne Cellule() {
-    return Avec(Avec(LigneDeCapteur(), "Arrêt en Cas de Dépassement des sécurités", Valeur(false)),
-                "Sécurité Maximale en Points", Valeur(1e6));
+  Ref<Capteur> Cellule(double portée) {
+    const auto cellule = Monté({{"Arrêt en Cas de Dépassement des sécurités", false},
+                                {"Sécurité Maximale en Points", 1e6},
+                                {"Sécurité Maximale en Unité", portée}});
+    cellule->Canal(Crée<Canal>(plateforme));
+    return cellule;
   }
   /// What the sensor shows under that force.
   double Sous(double force) {
@@ -50,7 +43,7 @@ TEST_F(UnRecouvrement, PasseALaGrandeCelluleSansSautEtEnRevient) {
   Monte(6, 3);
   EXPECT_DOUBLE_EQ(Sous(50), 50);
   for (const double force : {80.0, 85.0, 90.0}) EXPECT_DOUBLE_EQ(Sous(force), force);
-  EXPECT_DOUBLE_EQ(Sous(120), 120);  // corrected in the very refresh that changes
+  EXPECT_DOUBLE_EQ(Sous(90.1), 90.1);  // corrected in the very refresh that changes
   EXPECT_DOUBLE_EQ(grand->ValeurTare(), 6);
   EXPECT_DOUBLE_EQ(Sous(300), 300);
   EXPECT_DOUBLE_EQ(Sous(85), 85);  // inside the band the one shown stays
@@ -61,14 +54,12 @@ TEST_F(UnRecouvrement, PasseALaGrandeCelluleSansSautEtEnRevient) {
 }
 
 TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
-  Monte(6, 3);
-  (void)Sous(50);
-  (void)Sous(85);
-  EXPECT_DOUBLE_EQ(Sous(120), 126);
-  Monte(6, 1);
-  (void)Sous(50);
-  (void)Sous(85);
-  EXPECT_DOUBLE_EQ(Sous(120), 120);
+  for (const int mini : {3, 2, 1}) {
+    Monte(6, mini);
+    (void)Sous(50);
+    (void)Sous(85);
+    EXPECT_DOUBLE_EQ(Sous(120), mini == 1 ? 120 : 126);
+  }
   (void)Sous(50);
   écart_ = std::nan("");
   (void)Sous(85);
@@ -80,11 +71,10 @@ TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
 TEST_F(UnRecouvrement, ApprendUnEcartQuiPèseLesDernièresLectures) {
   Monte(4, 2);
   (void)Sous(50);
-  (void)Sous(85);
-  écart_ = 8;
-  (void)Sous(85);
-  écart_ = 0;
-  (void)Sous(85);
+  for (const double écart : {4, 8, 0}) {
+    écart_ = écart;
+    (void)Sous(85);
+  }
   EXPECT_DOUBLE_EQ(Sous(120), 117);
   (void)Sous(85);
   écart_ = 9;
@@ -113,11 +103,8 @@ TEST_F(UnRecouvrement, NeRemetAZéroQueLaPetiteCellule) {
 }
 
 TEST_F(UnRecouvrement, PrendLaSecondePourGrandeAEgalité) {
-  Monte(6, 0);
-  grand->MaxiCapteurUnité(100);
-  grand->Initialise();
-  capteur->Lien(sécurité, {}, traducteur, nullptr);
-  EXPECT_DOUBLE_EQ(Sous(50), 56);  // key "1" is the small one now, and it reads 6 too much
+  Monte(6, 0, 100);
+  EXPECT_DOUBLE_EQ(Sous(50), 56);  // key "1" is the small one, and it reads 6 too much
 }
 
 }  // namespace

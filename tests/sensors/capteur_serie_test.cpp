@@ -6,19 +6,25 @@
 namespace zuma {
 namespace {
 
-using essai::Avec;
-using essai::LigneDeCapteur;
-using essai::Texte;
+struct Instrument {
+  const char* type;
+  const char* demande;
+  std::vector<std::string> textes;  // shown on a silence
+};
+const Instrument kInstruments[] = {
+    {"Réservé 1", "\x1BP", {"Pas de réponse (ou alors incorrecte) de la balance", "Réémission"}},
+    {"Réservé 2", "\x02", {}},
+    {"Scout 55", "\x02MSV?;\x03", {}},
+};
 
 class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
  protected:
   void Démarre(const char* type) {
-    capteur = Lu(Avec(Avec(LigneDeCapteur(), "Type de Capteur", Texte(type)), "Configuration RS",
-                      Texte("2,4800,e,7,1.5")));
-    capteur->Initialise();
-    trace = Trace();
+    lignes.ligne->reçu.clear();
+    registre->entrées.clear();
+    capteur = Monté({{"Type de Capteur", type}, {"Configuration RS", "2,4800,e,7,1.5"}});
   }
-  double Reçoit(const char* octets) {
+  double Reçoit(const std::string& octets) {
     lignes.ligne->reçu += octets;
     capteur->MetàJour();
     return capteur->ValeurCourante();
@@ -26,67 +32,66 @@ class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
   std::string Trace() { return std::exchange(lignes.ligne->trace, {}); }
 
   Ref<Capteur> capteur;
-  std::string trace;
 };
 
-TEST_F(UnCapteurSérie, OuvreSaLigneEtDemande) {
+TEST_F(UnCapteurSérie, LitCeQuUnInstrumentEnvoie) {
   const struct {
     const char* type;
-    const char* demande;
-  } cas[] = {{"Réservé 1", "\x1BP"}, {"Réservé 2", "\x02"}, {"Scout 55", "\x02MSV?;\x03"}};
+    const char* reçu;
+    double valeur;  // through the calibration table, but for the last kind
+    const char* unité;
+    const char* échec = nullptr;
+  } cas[] = {
+      {"Réservé 1", "-    123.45 g \r", -12.345, "g"},
+      {"Réservé 1", "+ 123.45 g\r", 0, "kN"},  // a character short: asked again
+      {"Réservé 1", "+ERR 12345 kg \r", 0, "kN", "Erreur N°94 "},
+      {"Réservé 2", "+ 0.48615x\r", 0.048615, "kN"},
+      {"Réservé 2", "+ 0.4861\"x\r", 0.04861, "\""},
+      {"Réservé 2", "-  1.250? \r", -0.125, "?"},
+      {"Réservé 2", "+  12.345 x\r", 0, "kN"},
+      {"Réservé 2", "+ 12,x45  \r", 0, "kN", "Erreur N°94 "},
+      {"Réservé 2", "+ 12.345  \r\n-+  1.000  \r\n+3", 0.1, "mm"},  // last sign, last return
+      {"Réservé 2", "\xAB\xB1\xB2.345678\x8D", 1.234567, "kN"},     // parity bits set
+      {"Scout 55", "-3,25kg\r\n+1 N\r\n", -3.25, "kN"},
+      {"Scout 55", "12?5 N\r\n", 0, "kN"},
+      {"Scout 55", "OVERLOAD\r\n", 0, "kN"},
+      {"Scout 55", "?", 0, "kN", "Erreur N°5 "},
+  };
   for (const auto& c : cas) {
     Démarre(c.type);
-    EXPECT_EQ(trace, std::string("v4800 a2 d7 s15 p2 [ouvre]") + c.demande) << c.type;
+    EXPECT_DOUBLE_EQ(Reçoit(c.reçu), c.valeur) << c.reçu;
+    EXPECT_EQ(capteur->UnitéEtalonnage(), c.unité) << c.reçu;
+    EXPECT_EQ(registre->entrées.size(), c.échec == nullptr ? 0U : 1U) << c.reçu;
+    EXPECT_TRUE(c.échec == nullptr || registre->Contient(c.échec)) << c.reçu;
   }
 }
 
-TEST_F(UnCapteurSérie, LitLaBalanceParMorceaux) {
+TEST_F(UnCapteurSérie, LitLaBalanceParMorceauxEtRedemande) {
   Démarre("Réservé 1");
+  (void)Trace();
   EXPECT_EQ(Reçoit("+    250.0"), 0);
   EXPECT_EQ(Trace(), "");
-  EXPECT_DOUBLE_EQ(Reçoit("0 g \r\n"), 25);  // through the calibration table
-  EXPECT_EQ(capteur->UnitéEtalonnage(), "g");
-  EXPECT_EQ(Trace(), "\x1BP");
-  EXPECT_DOUBLE_EQ(Reçoit("+trop court\r"), 25);
-  EXPECT_EQ(Trace(), "\x1BP");
-  EXPECT_EQ(messages.textes,
-            (std::vector<std::string>{"Chaine complète recue", "Chaine complète recue"}));
-  EXPECT_DOUBLE_EQ(Reçoit("+  Error  12 g\r"), 25);
-  EXPECT_TRUE(registre->Contient("Erreur N°94 "));
-  EXPECT_DOUBLE_EQ(Reçoit("-    100.00 kg\r"), -10);  // and the line goes on
+  EXPECT_DOUBLE_EQ(Reçoit("0 g \r\n"), 25);
+  EXPECT_EQ(messages.textes, std::vector<std::string>{"Chaine complète recue"});
+  EXPECT_DOUBLE_EQ(Reçoit("+  Error  12 g\r"), 25);  // held, and the line goes on
+  EXPECT_DOUBLE_EQ(Reçoit("-    100.00 kg\r"), -10);
+  EXPECT_EQ(Trace(), "\x1BP\x1BP\x1BP");
 }
 
-TEST_F(UnCapteurSérie, LitLeComparateur) {
-  Démarre("Réservé 2");
-  EXPECT_DOUBLE_EQ(Reçoit("+  12.34  \r"), 1.234);
-  EXPECT_EQ(capteur->UnitéEtalonnage(), "mm");
-  EXPECT_EQ(Trace(), "\x02");
-  EXPECT_TRUE(messages.textes.empty());
-}
-
-TEST_F(UnCapteurSérie, RelanceUnInstrumentMuet) {
-  const struct {
-    const char* type;
-    const char* demande;
-    std::vector<std::string> textes;
-  } cas[] = {
-      {"Réservé 1", "\x1BP", {"Pas de réponse (ou alors incorrecte) de la balance", "Réémission"}},
-      {"Réservé 2", "\x02", {}},
-      {"Scout 55", "\x02MSV?;\x03", {}},
-  };
-  for (const auto& c : cas) {
+TEST_F(UnCapteurSérie, OuvreSaLigneEtRelanceUnInstrumentMuet) {
+  for (const auto& [type, demande, textes] : kInstruments) {
     messages.textes.clear();
     pendule.heure = 36000;
-    Démarre(c.type);
+    Démarre(type);
+    EXPECT_EQ(Trace(), std::string("v4800 a2 d7 s15 p2 [ouvre]") + demande) << type;
     pendule.heure += 5;
     (void)Reçoit("morceau");
-    EXPECT_EQ(Trace(), "") << c.type;  // 5 seconds are not yet a silence
-    pendule.heure += 0.5;
+    EXPECT_EQ(Trace(), "") << type;  // 5 seconds are not yet a silence
+    pendule.heure += 0.25;
     (void)Reçoit("morceau");
-    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + c.demande) << c.type;
-    EXPECT_EQ(messages.textes, c.textes);
+    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + demande) << type;
+    EXPECT_EQ(messages.textes, textes);
     // Across midnight, with a port that has gone: told once a silence, then it heals.
-    registre->entrées.clear();
     pendule.heure = 86398;
     (void)Reçoit("");
     (void)Trace();
@@ -94,29 +99,27 @@ TEST_F(UnCapteurSérie, RelanceUnInstrumentMuet) {
     pendule.heure = 4;
     (void)Reçoit("");
     (void)Reçoit("");
-    EXPECT_EQ(Trace(), "[ferme][ouvre]") << c.type;
+    EXPECT_EQ(Trace(), "[ferme][ouvre]") << type;
     EXPECT_EQ(registre->entrées.size(), 1U);
     lignes.ligne->absente = false;
     pendule.heure = 10;
     (void)Reçoit("");
-    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + c.demande) << c.type;
+    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + demande) << type;
   }
 }
 
-TEST_F(UnCapteurSérie, LitLIndicateurEtLeRelanceMêmeSIlRépond) {
-  Démarre("Scout 55");
-  EXPECT_DOUBLE_EQ(Reçoit("12.5 N\r\n"), 12.5);  // no calibration table here
-  EXPECT_EQ(Trace(), "\x02MSV?;\x03");
-  EXPECT_DOUBLE_EQ(Reçoit("?\r\n"), 12.5);
-  EXPECT_TRUE(registre->entrées.empty());
-  pendule.heure += 4;
-  (void)Reçoit("13.0 N\r\n");
-  (void)Trace();
-  pendule.heure += 2;  // 6 seconds after the start, whatever came
-  (void)Reçoit("");
-  EXPECT_EQ(Trace(), "[ferme][ouvre]\x02MSV?;\x03");
-  (void)Reçoit("?");
-  EXPECT_TRUE(registre->Contient("Erreur N°5 "));
+TEST_F(UnCapteurSérie, NeRelancePasCeluiQuiRépondSaufLIndicateur) {
+  for (const auto& [type, demande, textes] : kInstruments) {
+    const bool indicateur = std::string_view(type) == "Scout 55";
+    const std::string réponse = indicateur ? "13.0 N\r\n" : "+\r";
+    Démarre(type);
+    pendule.heure += 4;
+    (void)Reçoit(réponse);
+    (void)Trace();
+    pendule.heure += 2;  // 6 seconds after the start
+    (void)Reçoit("");
+    EXPECT_EQ(Trace(), indicateur ? std::string("[ferme][ouvre]") + demande : "") << type;
+  }
 }
 
 }  // namespace

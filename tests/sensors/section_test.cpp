@@ -1,121 +1,114 @@
-// Sections and stresses against hand-worked figures and the formulas of the test standards.
+// Stress on a specimen whose parameters the operator edits, against hand-worked figures and the
+// formulas of the test standards.
 #include "sensors/section.h"
 
 #include <cmath>
 #include <numbers>
+#include <sstream>
 
-#include <gtest/gtest.h>
-
-#include "core/echec.h"
-#include "sensors/contrainte.h"
+#include "outils/banc_chassis_capteurs.h"
 
 namespace zuma {
 namespace {
 
-using section::Calcule;
-using section::Eprouvette;
-using F = ENUM_FORME_EPROUVETTE;
-using T = ENUM_TYPE_CONTRAINTE;
+using std::numbers::pi;
 
-TEST(UneSection, SuitLaFormeEtLEssai) {
-  const struct {
-    const char* quoi;
-    Eprouvette e;
-    double cm2;
-  } cas[] = {
-      {"prisme", {.essai = T::Compression, .forme = F::Prisme, .A = 4, .B = 5}, 20},
-      {"carré par A", {.essai = T::Traction, .forme = F::Prisme, .A = 4}, 16},
-      {"carré par B", {.essai = T::Traction_Compression, .forme = F::Prisme, .B = 5}, 25},
-      {"prisme sans côté", {.essai = T::Compression, .forme = F::Prisme}, 0},
-      {"prisme en fendage", {.essai = T::Fendage, .forme = F::Prisme, .A = 4, .B = 5, .H = 9}, 0},
-      {"cylindre", {.essai = T::Compression, .forme = F::Cylindre, .D = 2}, std::numbers::pi},
-      {"cylindre en flexion", {.essai = T::Flexion, .forme = F::Cylindre, .D = 2}, 0},
-      {"tube", {.essai = T::Traction, .forme = F::TubeRond, .D = 10, .E = 1}, 28.274333882308138},
-      {"tube plein", {.essai = T::Traction, .forme = F::TubeRond, .D = 10, .E = 5}, 0},
-      {"hexagone", {.essai = T::Traction, .forme = F::HexagoneRegulier, .A = 2}, 10.39230484541326},
-      {"spéciale", {.essai = T::Traction, .forme = F::Speciale, .S = 3.25}, 3.25},
-      {"type obsolète", {.essai = T::TractionCompressionCylindre, .forme = F::Cylindre, .D = 2}, 0},
-      {"type surface", {.essai = T::surface, .forme = F::Speciale, .S = 3}, 0},
-      {"forme inconnue", {.essai = T::Traction, .forme = F::Inconnue, .S = 3}, 0},
-      {"en mm",
-       {.essai = T::Compression, .forme = F::Prisme, .A = 40, .B = 50, .kLongueur = 0.1},
-       20},
-      {"S en mm²", {.essai = T::Traction, .forme = F::Speciale, .S = 325, .kLongueur = 0.1}, 3.25},
-      // 2 m of wire, 98.75 g, 7900 kg/m3: 6.25 mm².
-      {"masse volumique",
-       {.méthode = ENUM_TYPE_CALCUL_SURFACE::MasseVolumique,
-        .L = 2,
-        .masse = 98.75,
-        .masseVolumique = 7900,
-        .kLongueur = 100},
-       0.0625},
-      {"sans masse volumique",
-       {.méthode = ENUM_TYPE_CALCUL_SURFACE::MasseVolumique, .L = 2, .masse = 98.75},
-       0},
-  };
-  for (const auto& c : cas) EXPECT_NEAR(Calcule(c.e), c.cm2, 1e-12) << c.quoi;
-}
+constexpr double kForce = 78.53981633974483;  // 10 MPa on the cylinder of the bench
 
-// A strip of a thin tube of mean radius R tends to wall times arc length: width 10 mm on a tube of
-// 100 mm, wall 0.01 mm. The exact area is the difference of two circular strips, integrated here.
-TEST(UneSection, DUnTronconDeTubeEstCelleDeLaBandeEntreLesDeuxCercles) {
-  const auto bande = [](double b, double d) {
+/// A stress sensor under child "F1" and the parameters of its specimen.
+class UneContrainteSurEprouvette : public essai::DansUnChassis {
+ protected:
+  using Parametres = std::map<std::string, Ref<essai::Parametre>>;
+  /// Parameters of that test, that shape and these dimensions, in pairs such as "A=4,5".
+  Parametres Eprouvette(const char* type, const char* formeDe, const std::string& dimensions) {
+    static const std::map<std::string, const char*> kNoms{
+        {"U", "Unite"},           {"C", "Facteur de convertion"},        {"UM", "Unité de masse"},
+        {"V", "Masse volumique"}, {"K", "Méthode de calcul de surface"}, {"LS", kAppuisSup},
+        {"LI", kAppuisInf},       {"UV", "Unité de masse volumique"}};
+    Parametres tous;
+    tous["Type de contrainte"] = Partage(1, type);
+    tous["Forme eprouvette"] = Partage(2, formeDe);
+    std::istringstream mots(dimensions);
+    for (std::string mot; mots >> mot;) {
+      const std::string nom = mot.substr(0, mot.find('='));
+      const auto connu = kNoms.find(nom);
+      tous[connu == kNoms.end() ? nom : connu->second] =
+          Partage(static_cast<int>(paramètres->size()) + 1, mot.substr(nom.size() + 1));
+    }
+    return tous;
+  }
+  Ref<Capteur> Contrainte(const Parametres& parametres) {
+    essai::Ligne colonnes{{"Type de Capteur", "Contrainte"}, {"Capteur Fils N° 1", "F1"}};
+    for (const auto& [colonne, parametre] : parametres) {
+      colonnes.push_back({colonne, std::stoi(parametre->NomParamètre())});
+    }
+    return Lié(colonnes);
+  }
+  Ref<Capteur> Contrainte() { return Contrainte(p); }
+  double Sous(Capteur& c, double force) {
+    chassis.Capteurs()->Item("1")->ValeurCourante(force);
+    c.MetàJour();
+    return c.ValeurCourante();
+  }
+
+  static constexpr const char* kAppuisSup = "Distance entre appuis sup";
+  static constexpr const char* kAppuisInf = "Distance entre appuis inf";
+  Parametres p = Eprouvette("Compression", "Cylindre", "D=100 U=mm S=0 A= C=");
+  Ref<essai::Parametre> essai = p["Type de contrainte"], forme = p["Forme eprouvette"],
+                        diamètre = p["D"], unité = p["Unite"], section = p["S"], côté = p["A"],
+                        facteur = p["Facteur de convertion"];
+};
+
+TEST_F(UneContrainteSurEprouvette, ALaSectionDeSaFormeEtDeSonEssai) {
+  // A strip of a tube of 10, bore of 9, width of 2: the difference of two circular strips.
+  const auto bande = [](double d) {
     constexpr int kPas = 200000;
     double aire = 0;
-    for (int i = 0; i < kPas; ++i) {
-      const double x = b * ((i + 0.5) / kPas - 0.5);
-      aire += std::sqrt(d * d / 4 - x * x) * b / kPas;
-    }
-    return aire;
+    for (int i = 0; i < kPas; ++i) aire += std::sqrt(d * d - std::pow(2 * (i + 0.5) / kPas, 2));
+    return aire / kPas;
   };
-  Eprouvette e{.essai = T::Traction, .forme = F::TronconDeTubeRond, .B = 2, .D = 10, .E = 0.5};
-  EXPECT_NEAR(Calcule(e), bande(2, 10) - bande(2, 9), 1e-9);
-  for (double Eprouvette::* dimension : {&Eprouvette::B, &Eprouvette::D, &Eprouvette::E}) {
-    Eprouvette incomplète = e;
-    incomplète.*dimension = 0;
-    EXPECT_EQ(Calcule(incomplète), 0);
+  const struct {
+    const char* essai;
+    const char* forme;
+    const char* dimensions;
+    double cm2;
+  } cas[] = {
+      {"Compression", "Prisme", "A=40 B=50 U=mm", 20},
+      {"Traction", "Prisme", "A=4", 16},
+      {"Traction/Compression", "Prisme", "B=5", 25},
+      {"Fendage", "Prisme", "A=4 B=5 H=9", 0},
+      {"Compression", "Cylindre", "D=2", pi},
+      // EN 12390-6: f = 2 F / (pi L d). EN 12390-5: f = F l / (d1 d2²), where the supports are l
+      // apart and the loads l / 3; one side left out makes a square.
+      {"Fendage", "Cylindre", "D=15 H=30", pi * 30 * 15 / 2},
+      {"Flexion", "Prisme", "B=10 H=15 LS=15 LI=45", 50},
+      {"Flexion", "Prisme", "H=10 LS=10 LI=40", 1e3 / 45},
+      {"Flexion", "Prisme", "B=10 LS=10 LI=40", 1e3 / 45},
+      {"Flexion", "Prisme", "B=10 LS=10", 0},
+      {"Traction", "Tube rond", "D=10 E=1", 9 * pi},
+      {"Traction", "Tube rond", "D=10 E=5", 0},  // no bore
+      {"Traction", "Troncon de tube rond", "B=2 D=10 E=0,5", bande(10) - bande(9)},
+      {"Traction", "Troncon de tube rond", "D=10 E=1", 0},
+      {"Traction", "Troncon de tube rond", "B=2 D=10", 0},
+      {"Traction", "Troncon de tube rond", "B=9,5 D=10 E=0,5", 0},  // wider than the bore
+      {"Traction", "Hexagone regulier", "A=2", 10.39230484541326},
+      {"Traction", "Speciale", "S=325 U=mm", 3.25},
+      {"Traction/Compression de cylindre", "Cylindre", "D=2", 0},
+      // 2 m of wire, 98.75 g, 7900 kg/m3: 6.25 mm².
+      {"Traction", "Prisme", "K=Masse L=2 m=0,09875 UM=kg V=7,9 UV=kg/dm3 U=m", 0.0625},
+      {"Traction", "Prisme", "K=Masse L=2 m=98,75", 0},
+  };
+  traducteur->mots = {{"Par masse volumique", "Masse"}};
+  for (const auto& c : cas) {
+    paramètres->clear();
+    // 10 MPa on 1 cm² is 1 kN.
+    EXPECT_NEAR(
+        Contrainte(Eprouvette(c.essai, c.forme, c.dimensions))->ConvertionContrainteForce(10),
+        c.cm2, 1e-9)
+        << c.forme << c.dimensions;
   }
-  e.B = 9.5;  // wider than the bore
-  EXPECT_EQ(Calcule(e), 0);
-  e.E = 5;  // no bore
-  EXPECT_EQ(Calcule(e), 0);
-}
-
-// EN 12390-5, two-point loading: f = F l / (d1 d2²), supports l = 3 d apart, loads d apart.
-// EN 12390-6: f = 2 F / (pi L d). In N and mm.
-TEST(UneContrainte, EstCelleDesNormesEnFlexionEtEnFendage) {
-  const Eprouvette prisme{.essai = T::Flexion,
-                          .forme = F::Prisme,
-                          .B = 100,
-                          .H = 100,
-                          .Grand_L = 300,
-                          .Petit_L = 100,
-                          .kLongueur = 0.1};
-  EXPECT_NEAR(contrainte::DepuisForce(15, Calcule(prisme), {}), 15000.0 * 300 / (100 * 1e4), 1e-9);
-  const Eprouvette cylindre{
-      .essai = T::Fendage, .forme = F::Cylindre, .D = 150, .H = 300, .kLongueur = 0.1};
-  EXPECT_NEAR(contrainte::DepuisForce(200, Calcule(cylindre), {}),
-              2 * 200e3 / (std::numbers::pi * 300 * 150), 1e-9);
-
-  Eprouvette partiel = prisme;
-  partiel.H = 0;
-  EXPECT_NEAR(Calcule(partiel), Calcule(prisme), 1e-12);  // the missing side makes a square
-  partiel = prisme;
-  partiel.B = 0;
-  EXPECT_NEAR(Calcule(partiel), Calcule(prisme), 1e-12);
-  partiel.Petit_L = 300;
-  EXPECT_THROW((void)Calcule(partiel), Echec);
-  partiel.Grand_L = 0;
-  EXPECT_EQ(Calcule(partiel), 0);
-}
-
-TEST(UneContrainte, VaDeLaForceEtEnRevient) {
-  EXPECT_DOUBLE_EQ(contrainte::DepuisForce(500, 100, {}), 50);  // 500 kN on a 100 mm cube
-  EXPECT_DOUBLE_EQ(contrainte::DepuisForce(500, 100, 0.5), 25);
-  EXPECT_EQ(contrainte::DepuisForce(500, 0, 0.5), 0);
-  EXPECT_DOUBLE_EQ(contrainte::VersForce(50, 100, {}), 500);
-  EXPECT_DOUBLE_EQ(contrainte::VersForce(25, 100, 0.5), 500);
-  EXPECT_THROW((void)contrainte::VersForce(25, 100, 0.0), Echec);
+  EXPECT_TRUE(registre->entrées.empty());
+  EXPECT_TRUE(messages.textes.empty());
 }
 
 TEST(UneUnité, ALeFacteurDesUnitésDeBase) {
@@ -126,6 +119,126 @@ TEST(UneUnité, ALeFacteurDesUnitésDeBase) {
              {"mg", 0.001},    {"g", 1},        {"Kg", 1000}, {"g/dm3", 1}, {"kg/m3", 1},
              {"kg/dm3", 1000}, {"g/cm3", 1000}, {"pouce", 0}, {"", 0}};
   for (const auto& c : cas) EXPECT_EQ(section::CoefficientUnité(c.texte), c.facteur) << c.texte;
+}
+
+TEST_F(UneContrainteSurEprouvette, SuitLesParamètresEtReporteLaSection) {
+  const auto c = Contrainte();
+  EXPECT_EQ(section->ValeurParamètre(), "7853,98163397448");  // mm², once
+  côté->ValeurParamètre("12");  // of no use to a cylinder: computed again, nothing written
+  EXPECT_EQ(section->écritures, 1);
+  EXPECT_NEAR(Sous(*c, kForce), 10, 1e-9);  // 1 kN/cm² is 10 MPa
+  facteur->ValeurParamètre("2");
+  EXPECT_NEAR(Sous(*c, kForce), 20, 1e-9);
+  EXPECT_NEAR(c->ConvertionContrainteForce(20), kForce, 1e-9);
+  facteur->ValeurParamètre("deux");
+  diamètre->ValeurParamètre("200");
+  EXPECT_NEAR(Sous(*c, kForce), 2.5, 1e-9);
+  EXPECT_EQ(section->ValeurParamètre(), "31415,9265358979");
+  unité->ValeurParamètre("pouce");  // unknown: a section of 0, and nothing to write back
+  EXPECT_EQ(Sous(*c, 50), 0);
+  EXPECT_EQ(section->écritures, 2);
+  EXPECT_TRUE(registre->entrées.empty());
+  facteur->ValeurParamètre("0");
+  EXPECT_EQ(c->ConvertionContrainteForce(20), 0);
+  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
+}
+
+TEST_F(UneContrainteSurEprouvette, ReconnaîtLesMotsDeLaLangueCourante) {
+  traducteur->mots = {{"Compression", "Crushing"}, {"Cylindre", "Cylinder"}};
+  essai->ValeurParamètre("Crushing");
+  p["Méthode de calcul de surface"] = Partage(9, "Par poids");
+  const auto c = Contrainte();
+  EXPECT_EQ(messages.textes,
+            (std::vector<std::string>{"Unknown shape of sample (Cylindre).",
+                                      "Unknown surface calculation method (Par poids)."}));
+  EXPECT_EQ(Sous(*c, 50), 0);
+  EXPECT_EQ(traducteur->langue, "Français");
+  EXPECT_GT(traducteur->écrituresDeLangue, 0);
+  forme->ValeurParamètre("Cylinder");
+  EXPECT_NEAR(Sous(*c, kForce), 10, 1e-9);
+  messages.textes.clear();
+  essai->ValeurParamètre("Torsion");
+  EXPECT_EQ(messages.textes[0], "Strength type unknown (Torsion).");
+  EXPECT_EQ(Sous(*c, 50), 0);
+}
+
+TEST_F(UneContrainteSurEprouvette, TientLaForceDuMaximumDeSonFils) {
+  const auto c = Contrainte();
+  const auto force = chassis.Capteurs()->Item("1");
+  const auto maximum = [&](double kN) {
+    force->ValeurCourante(kN);
+    force->RazMaxiDétecté();
+    (void)Sous(*c, 0);
+    return c->MaxiDétecté();
+  };
+  EXPECT_NEAR(maximum(kForce), 10, 1e-9);
+  (void)Sous(*c, kForce / 2);
+  c->RazMaxiDétecté();
+  (void)Sous(*c, 0);
+  EXPECT_NEAR(c->MaxiDétecté(), 5, 1e-9);  // reset to the value: the child's did not change
+  EXPECT_NEAR(maximum(2 * kForce), 20, 1e-9);
+  EXPECT_NEAR(c->MiniDétecté(), 5, 1e-9);  // left alone by this kind
+}
+
+TEST_F(UneContrainteSurEprouvette, SArrêteQuandDeuxCapteursSePartagentLaSection) {
+  const auto cylindre = Contrainte();
+  p["Forme eprouvette"] = Partage(9, "Prisme");
+  const auto prisme = Contrainte();
+  côté->ValeurParamètre("3");  // each writes its own section to the shared parameter
+  EXPECT_NEAR(Sous(*cylindre, kForce), 10, 1e-9);
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UneContrainteSurEprouvette, DitUneSectionIllisibleSousLeNomDuGestionnaire) {
+  const auto c = Contrainte();
+  section->ValeurParamètre("grande");
+  EXPECT_TRUE(registre->Contient("Erreur N°13 "));
+  EXPECT_TRUE(registre->Contient(" de la méthode S_mobj_Change de l'objet Capteur (Force)."));
+  EXPECT_EQ(c->dblSurfaceContrainte(), 0);
+  EXPECT_TRUE(registre->Contient(" de la propriété dblSurfaceContrainte en lecture "));
+  c->dblSurfaceContrainte(12.5);
+  EXPECT_NEAR(c->dblSurfaceContrainte(), 7853.98163397448, 1e-9);  // computed again at once
+}
+
+TEST_F(UneContrainteSurEprouvette, ParleDesTypesObsolètes) {
+  using T = ENUM_TYPE_CONTRAINTE;
+  const auto c = Contrainte();
+  const struct {
+    T type;
+    const char* texte;
+    bool obsolète;
+  } cas[] = {
+      {T::surface, "Surface", true},
+      {T::TractionCompressionCylindre, "Traction/Compression de cylindre", true},
+      {T::TractionCompressionPrisme, "Traction/Compression de prisme", true},
+      {T::Flexion, "Bending", false},  // alone written in the operator's language
+      {T::Compression, "Compression", false},
+  };
+  traducteur->mots = {{"Flexion", "Bending"}, {"Surface", "Area"}};
+  for (const auto& e : cas) {
+    messages.textes.clear();
+    c->TypeCalculContrainte(e.type);
+    EXPECT_EQ(essai->ValeurParamètre(), e.texte);
+    EXPECT_EQ(c->TypeCalculContrainte(), e.type);
+    ASSERT_EQ(messages.textes.size(), e.obsolète ? 1U : 0U) << e.texte;
+    if (!e.obsolète) continue;
+    EXPECT_EQ(messages.textes[0],
+              "'" + std::string(e.texte) +
+                  "' est un type de calcul obsolete. Veuillez apporter les correction nécessaire "
+                  "dans le capteur 'Force'.");
+  }
+  c->TypeCalculContrainte(static_cast<T>(7));
+  EXPECT_EQ(essai->ValeurParamètre(), "Compression");
+}
+
+TEST_F(UneContrainteSurEprouvette, QuitteSesParamètresAvecLeCapteur) {
+  (void)Contrainte();
+  EXPECT_TRUE(diamètre->abonnés.empty());
+  diamètre->ValeurParamètre("5");
+  const auto c = Contrainte();
+  Lie(*c);  // linked twice: one handler all the same
+  EXPECT_EQ(diamètre->abonnés.size(), 1U);
+  EXPECT_TRUE(facteur->abonnés.empty());
 }
 
 }  // namespace

@@ -8,8 +8,7 @@
 namespace zuma {
 namespace {
 
-using essai::Nombre;
-using essai::Texte;
+using Points = std::vector<double>;
 
 class UneCarteModbus : public testing::Test, protected essai::Banc {
  public:
@@ -23,18 +22,17 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
                      std::int32_t départ, const std::vector<std::int32_t>& numéros,
                      bool parFonction = true) {
     return essai::AjouteBloc(carte, clé,
-                             {{"Driver", Texte("DrvModBus")},
-                              {"Type de Fonction", Texte(type)},
-                              {"Nom de la Fonction", Texte("Bloc")},
-                              {"Mise à Jour par Fonction", Valeur(parFonction)},
-                              {"ModBus - Adresse", Texte("05")},
-                              {"ModBus - Fonction", Texte(fonctionHexa)},
-                              {"ModBus - Regitre départ", Nombre(départ)}},
+                             {{"Driver", "DrvModBus"},
+                              {"Type de Fonction", type},
+                              {"Mise à Jour par Fonction", parFonction},
+                              {"ModBus - Adresse", "05"},
+                              {"ModBus - Fonction", fonctionHexa},
+                              {"ModBus - Regitre départ", départ}},
                              numéros, horloge, registre);
   }
 
-  void Démarre() {
-    essai::LitCarte(carte, "DrvModBus", "3,19200,N,8,1");
+  void Démarre(const char* réglages = "3,19200,N,8,1") {
+    essai::LitCarte(carte, "DrvModBus", réglages);
     carte.Initialise();
   }
 
@@ -45,8 +43,12 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
       horloge->Avance(5000);
     }
   }
-  static double Valeur_(const FonctionRef& bloc, std::int32_t numéro) {
-    return bloc->Canals()->Item(essai::CléDuCanal(numéro))->ValeurCanal();
+  static Points Lues(const FonctionRef& bloc, const std::vector<std::int32_t>& numéros) {
+    Points lues;
+    for (const std::int32_t n : numéros) {
+      lues.push_back(bloc->Canals()->Item(essai::CléDuCanal(n))->ValeurCanal());
+    }
+    return lues;
   }
 
   Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>();
@@ -58,66 +60,45 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
 
 TEST_F(UneCarteModbus, LitSansAttendreEtSertTousLesBlocs) {
   const FonctionRef mesures = Ajoute("1", "Entrée Analogique", "3", 100, {-1, 0, 1, 2});
-  const FonctionRef états = Ajoute("2", "Entrée Logique", "2", 0, {-1, 0, 5, 7}, true);
+  const FonctionRef états = Ajoute("2", "Entrée Logique", "2", 0, {-1, 0, 5, 7});
   esclave->registres = {{100, 0}, {101, 40000}, {102, 65535}};
   esclave->bits = {{0, true}, {1, false}, {2, false}};
   Démarre();
-  EXPECT_TRUE(registre->entrées.empty());
-  carte.MetàJour();
-  EXPECT_TRUE(mesures->RafraichissementEnCours());
-  carte.MetàJour();
-  EXPECT_TRUE(mesures->RafraichissementEnCours()) << "the answer is still on the wire";
+  for (int i = 0; i < 2; ++i) {
+    carte.MetàJour();
+    EXPECT_TRUE(mesures->RafraichissementEnCours());  // the answer is still on the wire
+  }
   Passe(12);
-  EXPECT_EQ(Valeur_(mesures, 0), 0);
-  EXPECT_EQ(Valeur_(mesures, 1), 40000);
-  EXPECT_EQ(Valeur_(mesures, 2), 65535) << "words are unsigned";
-  EXPECT_EQ(Valeur_(mesures, -1), 0);
-  EXPECT_EQ(Valeur_(états, 5), 0);
-  EXPECT_EQ(Valeur_(états, 7), -1) << "input 0 is the low bit of the only byte";
+  EXPECT_EQ(Lues(mesures, {-1, 0, 1, 2}), (Points{0, 0, 40000, 65535}));  // words are unsigned
+  EXPECT_EQ(Lues(états, {5, 7}), (Points{0, -1}));  // input 0 is the low bit of the only byte
   EXPECT_TRUE(registre->entrées.empty());
-  EXPECT_EQ(mesures->RS(), carte.RS()) << "blocks without a line of their own take the board's";
 }
 
-TEST_F(UneCarteModbus, RangeLesBitsDUnBlocLogique) {
-  const FonctionRef parFonction = Ajoute("1", "Entrée Logique", "3", 10, {-1, 0, 7, 15}, true);
-  // Three channels and the error channel ask for three registers: bytes 0x81 0x01 ...
-  esclave->registres = {{10, 0x8101}, {11, 0x0000}, {12, 0x0005}};
+TEST_F(UneCarteModbus, RangeLesRegistresDUnBlocLogique) {
+  const FonctionRef parFonction = Ajoute("1", "Entrée Logique", "3", 10, {-1, 0, 6, 15});
+  const FonctionRef parCanal = Ajoute("2", "Entrée Logique", "3", 10, {-1, 0, 1, 2}, false);
+  esclave->registres = {{10, 0x8001}, {11, 0xFF00}, {12, 0x0080}};
   Démarre();
-  Passe(6);
-  EXPECT_EQ(Valeur_(parFonction, 0), -1) << "high bit of the first byte";
-  EXPECT_EQ(Valeur_(parFonction, 7), -1);
-  EXPECT_EQ(Valeur_(parFonction, 15), -1);
-  esclave->registres[10] = 0x7EFE;
-  Passe(6);
-  EXPECT_EQ(Valeur_(parFonction, 0), 0);
-  EXPECT_EQ(Valeur_(parFonction, 7), 0);
-  EXPECT_EQ(Valeur_(parFonction, 15), 0);
-}
-
-TEST_F(UneCarteModbus, LitUnRegistreParCanalLogique) {
-  const FonctionRef parCanal = Ajoute("1", "Entrée Logique", "3", 10, {-1, 0, 1, 2}, false);
-  esclave->registres = {{10, 0x0001}, {11, 0xFF00}, {12, 0x0080}};
-  Démarre();
-  Passe(6);
-  EXPECT_EQ(Valeur_(parCanal, 0), -1);
-  EXPECT_EQ(Valeur_(parCanal, 1), 0) << "only the low byte of a register counts";
-  EXPECT_EQ(Valeur_(parCanal, 2), -1);
+  Passe(12);
+  EXPECT_EQ(Lues(parFonction, {0, 6, 15}), (Points{-1, 0, -1}));  // two bytes, high bits first
+  EXPECT_EQ(Lues(parCanal, {0, 1, 2}), (Points{-1, 0, -1}));      // the low byte of each register
 }
 
 TEST_F(UneCarteModbus, EcritLesConsignes) {
   const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0, 1, 2});
-  consignes->Canals()->Item("10")->ValeurCanal(1234.5);
-  consignes->Canals()->Item("11")->ValeurCanal(-2);
-  consignes->Canals()->Item("12")->ValeurCanal(65535.4);
+  int canal = 10;
+  for (const double points : {1234.5, -2.0, 65535.4}) {
+    consignes->Canals()->Item(std::to_string(canal++))->ValeurCanal(points);
+  }
   Démarre();
   Passe(4);
   EXPECT_EQ(esclave->registres[200], 1235);
   EXPECT_EQ(esclave->registres[201], 0xFFFE);
   EXPECT_EQ(esclave->registres[202], 65535);
-  EXPECT_EQ(consignes->Canals()->Item("11")->ValeurCanal(), -2);
+  EXPECT_EQ(Lues(consignes, {1}), Points{-2});
   consignes->Canals()->Item("11")->ValeurCanal(70000);
   Passe(4);
-  EXPECT_TRUE(registre->Contient("Erreur N°6 ")) << "a set point out of a register is told";
+  EXPECT_TRUE(registre->Contient("Erreur N°6 "));  // a set point out of a register is told
 }
 
 TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
@@ -125,7 +106,6 @@ TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
   esclave->registres = {{0, 77}};
   Démarre();
   Passe(4);
-  ASSERT_EQ(Valeur_(bloc, 0), 77);
   const struct {
     const char* quoi;
     void (*abîme)(UneCarteModbus&);
@@ -141,47 +121,39 @@ TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
   for (const auto& c : cas) {
     c.abîme(*this);
     int passes = 0;
-    while (Valeur_(bloc, -1) == 0 && passes < 200) {
-      Passe(1);
-      ++passes;
-    }
-    EXPECT_EQ(Valeur_(bloc, -1), -1) << c.quoi;
+    for (; Lues(bloc, {-1}) == Points{0} && passes < 200; ++passes) Passe(1);
     EXPECT_GE(passes, 10) << c.quoi << ": fewer than ten exchanges";
     EXPECT_LE(passes, c.passesParEchec * 10 + 12) << c.quoi;
-    EXPECT_EQ(Valeur_(bloc, 0), 77) << c.quoi << ": the value holds";
+    EXPECT_EQ(Lues(bloc, {-1, 0}), (Points{-1, 77})) << c.quoi << ": the value holds";
     ligne.pannes = {};
     esclave->fausseAdresse = 0;
     esclave->registres = {{0, 77}};
     Passe(20);
-    EXPECT_EQ(Valeur_(bloc, -1), 0) << c.quoi << ": a good answer clears it";
+    EXPECT_EQ(Lues(bloc, {-1}), Points{0}) << c.quoi << ": a good answer clears it";
   }
 }
 
 TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
   const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "4", 0, {-1, 0});
-  essai::LitCarte(carte, "DrvModBus", "4,19200,N,8,1");  // nothing is plugged there
-  carte.Initialise();
+  Démarre("4,19200,N,8,1");  // nothing is plugged there
   EXPECT_EQ(registre->entrées.size(), 1U);
   registre->entrées.clear();
   Passe(10);
-  EXPECT_EQ(Valeur_(bloc, -1), -1);
+  EXPECT_EQ(Lues(bloc, {-1}), Points{-1});
   EXPECT_EQ(registre->entrées.size(), 10U);
-  EXPECT_FALSE(registre->Contient("Erreur N°91 ")) << "the port is named, not a missing object";
+  EXPECT_FALSE(registre->Contient("Erreur N°91 "));  // the port is named, not a missing object
 }
 
 TEST_F(UneCarteModbus, AccepteEncoreUneRéponseACinquanteMillisecondes) {
   const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  esclave->registres = {{0, 5}};
-  Démarre();
-  carte.MetàJour();
-  horloge->Avance(50'000 - 1);  // the pass's own read of the clock makes it 50 ms exactly
-  carte.MetàJour();
-  EXPECT_EQ(Valeur_(bloc, 0), 5);
-  esclave->registres = {{0, 6}};
-  while (!bloc->RafraichissementEnCours()) carte.MetàJour();
-  horloge->Avance(50'000);
-  carte.MetàJour();
-  EXPECT_EQ(Valeur_(bloc, 0), 5) << "one microsecond too late";
+  for (const int retard : {49'999, 50'000}) {  // the pass's own read of the clock adds one
+    esclave->registres = {{0, static_cast<std::uint16_t>(retard)}};
+    if (retard == 49'999) Démarre();
+    while (!bloc->RafraichissementEnCours()) carte.MetàJour();
+    horloge->Avance(retard);
+    carte.MetàJour();
+    EXPECT_EQ(Lues(bloc, {0}), Points{49'999});
+  }
 }
 
 }  // namespace
