@@ -83,22 +83,27 @@ class UneCommande : public testing::Test, protected essai::BancLogique {
     chassis.Capteurs()->Item(label)->ValeurCourante(valeur);
   }
   double Points() { return CanalDe(kCanal)->ValeurCanal(); }
+  // Units, points, saturated, written since the last look.
+  using Vu = std::tuple<double, double, bool, bool>;
+  Vu Etat(const Ref<Commande>& commande) {
+    return {commande->ValeurCouranteEnUnité(), Points(), commande->SortieSaturée(),
+            Ecritures() > 0};
+  }
 };
 
 TEST_F(UneCommande, LimiteEnUnitésPuisEnPointsEtNEcritPasDeuxFois) {
   const auto commande = EnService(LigneDeCommande());
-  const Cas<double, double, double, bool> cas{
-      {50, 50, 2100, false}, {10, 10, 500, true},           {9, 10, 500, true},
-      {-1e9, 10, 500, true}, {90, 90, 3500, true},          {1e9, 90, 3500, true},
-      {86, 86, 3500, false}, {89.999, 89.999, 3500, false}, {50, 50, 2100, false}};
-  for (const auto& [demandée, gardée, points, saturée] : cas) {
+  const Cas<double, Vu> cas{{50, {50, 2100, false, true}},  {10, {10, 500, true, true}},
+                            {9, {10, 500, true, false}},    {-1e9, {10, 500, true, false}},
+                            {90, {90, 3500, true, true}},   {1e9, {90, 3500, true, false}},
+                            {86, {86, 3500, false, false}}, {89.999, {89.999, 3500, false, false}},
+                            {50, {50, 2100, false, true}}};
+  for (const auto& [demandée, attendu] : cas) {
     commande->ValeurCouranteEnUnité(demandée);
-    EXPECT_EQ(commande->ValeurCouranteEnUnité(), gardée);
-    EXPECT_EQ(commande->ValeurCouranteEnPoints(), points) << demandée;
-    EXPECT_EQ(commande->SortieSaturée(), saturée) << demandée;
+    EXPECT_EQ(Etat(commande), attendu) << demandée;
+    EXPECT_EQ(commande->ValeurCouranteEnPoints(), Points());
   }
   EXPECT_TRUE(registre->entrées.empty()) << registre->entrées[0].message;
-  EXPECT_GT(Ecritures(), 0U) << "in the caller's time";
   const auto avant = essai::Allocations();
   commande->ValeurCouranteEnUnité(50);
   commande->MetàJour();
@@ -110,48 +115,39 @@ TEST_F(UneCommande, HorsServiceSuitSonCanalEtRepartSansÀCoup) {
   const auto commande = EnService(LigneDeCommande());
   commande->ValeurCouranteEnUnité(50);
   commande->Enabled(false);
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 50);
+  EXPECT_EQ(Etat(commande), Vu(50, 2100, false, true));
   CanalDe(kCanal)->ValeurCanal(2500);  // somebody else drives the output
   commande->ValeurCouranteEnUnité(70);
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 60) << "read back";
+  EXPECT_EQ(Etat(commande), Vu(60, 2500, false, false)) << "read back";
   commande->DéclencheAU();
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 60);
-  Ecritures();
+  EXPECT_EQ(Etat(commande), Vu(60, 2500, false, false));
   commande->Enabled(true);
-  EXPECT_EQ(Points(), 2500);
-  EXPECT_GT(Ecritures(), 0U) << "written all the same";
-  EXPECT_FALSE(commande->SortieSaturée());
+  EXPECT_EQ(Etat(commande), Vu(60, 2500, false, true)) << "written all the same";
   // Outside the working limits the value is brought back; the safety clamp in points is not there.
   commande->Enabled(false);
   CanalDe(kCanal)->ValeurCanal(3900);
   commande->MetàJour();
   commande->Enabled(true);
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 90);
-  EXPECT_EQ(Points(), 3700);
-  EXPECT_TRUE(commande->SortieSaturée());
+  EXPECT_EQ(Etat(commande), Vu(90, 3700, true, true));
   commande->MetàJour();
   EXPECT_EQ(Points(), 3500);
 }
 
 TEST_F(UneCommande, RevientÀSaValeurInitialeParLArrêt) {
-  for (const char* type : {"Normale", "Servo"}) {
-    const auto commande = EnService(LigneDeCommande(type));
+  // Outside the limits the initial value is stored untested and the output limited, in units by
+  // the working limits, then in points.
+  for (const auto& [type, initiale, mini, points] :
+       Cas<const char*, int, int, double>{{"Normale", 20, 10, 900},
+                                          {"Servo", 20, 10, 900},
+                                          {"Normale", 0, 10, 500},
+                                          {"Normale", 0, 0, 300}}) {
+    const auto commande = EnService(LigneDeCommande(
+        type, {{"Valeur Initiale", initiale}, {"Sécurité Minimale en Unité", mini}}));
     commande->ValeurCouranteEnUnité(50);
     Ecritures();
     commande->DéclencheAU();
-    EXPECT_EQ(Points(), 900) << type;
-    EXPECT_GT(Ecritures(), 0U);
+    EXPECT_EQ(Etat(commande), Vu(initiale, points, initiale == 0, true)) << type;
   }
-  // Outside the limits the initial value is stored untested and the output limited, in units by
-  // the working limits, then in points.
-  const auto hors = EnService(LigneDeCommande("Normale", {{"Valeur Initiale", 0}}));
-  hors->DéclencheAU();
-  EXPECT_EQ(hors->ValeurCouranteEnUnité(), 0);
-  EXPECT_EQ(Points(), 500);
-  const auto bas = EnService(
-      LigneDeCommande("Normale", {{"Valeur Initiale", 0}, {"Sécurité Minimale en Unité", 0}}));
-  bas->DéclencheAU();
-  EXPECT_EQ(Points(), 300);
   // A dither of one toggle in ten seconds does not hold the stop back.
   const auto lente = EnService(LigneDeCommande("Normale", {{"Fréquence dither", 0.05}}));
   for (const double demandée : {50, 50, 60}) {
@@ -225,20 +221,16 @@ TEST_F(UneCommande, RecopieSuitSonCapteurEnServiceOuNon) {
   const auto parametre = Partage(5, "rien");
   const auto commande = Prêt<Commande>(
       LigneDeCommande("Recopie", {{"Paramètre", 5}, {"Capteur de recopie", "Copie"}}));
-  Mesure("Copie", 42.5);
-  commande->MetàJour();
-  EXPECT_EQ(Points(), 1800);
-  EXPECT_GT(Ecritures(), 0U);
-  EXPECT_EQ(parametre->ValeurParamètre(), "42,5");
-  commande->MetàJour();
-  EXPECT_EQ(Ecritures(), 0U);
-  Mesure("Copie", 95);  // beyond the working limits: the points alone clamp
-  commande->MetàJour();
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 95);
-  EXPECT_EQ(Points(), 3500);
-  Mesure("Copie", kNaN);
-  commande->MetàJour();
-  EXPECT_EQ(Points(), 3500);
+  // Beyond the working limits the points alone clamp; what is no number moves nothing.
+  for (const auto& [mesure, attendu] : Cas<double, Vu>{{42.5, {42.5, 1800, false, true}},
+                                                       {42.5, {42.5, 1800, false, false}},
+                                                       {95, {95, 3500, false, true}},
+                                                       {kNaN, {95, 3500, false, false}}}) {
+    Mesure("Copie", mesure);
+    commande->MetàJour();
+    EXPECT_EQ(Etat(commande), attendu) << mesure;
+  }
+  EXPECT_EQ(parametre->ValeurParamètre(), "95");
   EXPECT_TRUE(Dit("Erreur N°5 "));
   commande->CapteurDeRecopie({});
   parametre->ValeurParamètre("laissé");
@@ -253,22 +245,19 @@ TEST_F(UneCommande, ServoCompenseLaPressionEtEcritToujours) {
   Mesure("Util", 20);
   servo::Relevé relevé;
   commande->Journal([&](const servo::Relevé& r) { relevé = r; });
-  commande->ValeurCouranteEnUnité(40);
   const double corrigée = 40 / std::sqrt(1.6) + 20 * 0.1 + 2;
+  commande->ValeurCouranteEnUnité(40);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Etat(commande), Vu(40, relevé.points, false, true)) << "before correction";
+    commande->MetàJour();  // unchanged, and written
+  }
   EXPECT_DOUBLE_EQ(Points(), 100 + 40 * corrigée);
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 40) << "the value before correction";
   EXPECT_DOUBLE_EQ(relevé.corrigée, corrigée);
   EXPECT_DOUBLE_EQ(relevé.décalage, 4);
-  EXPECT_EQ(relevé.points, Points());
-  Ecritures();
-  commande->MetàJour();
-  EXPECT_GT(Ecritures(), 0U) << "unchanged, and written";
   // Saturation is that of the corrected value, and the stored one stays.
   Mesure("Util", 99);
   commande->MetàJour();
-  EXPECT_TRUE(commande->SortieSaturée());
-  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 40);
-  EXPECT_EQ(Points(), 3500);
+  EXPECT_EQ(Etat(commande), Vu(40, 3500, true, true));
   // Out of service the value is the uncorrected one that the channel stands for.
   Mesure("Util", 20);
   commande->MetàJour();
@@ -301,8 +290,7 @@ TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
       EXPECT_DOUBLE_EQ(Points(), points) << type << valeur << " " << ms;
       EXPECT_EQ(Ecritures() > 0, écrite) << type << valeur << " " << ms;
     }
-    EXPECT_EQ(commande->ValeurCouranteEnUnité(), gardée);
-    EXPECT_EQ(commande->SortieSaturée(), saturée) << valeur;
+    EXPECT_EQ(Etat(commande), Vu(gardée, Points(), saturée, false)) << type << valeur;
   }
   EXPECT_TRUE(registre->entrées.empty());
 }
