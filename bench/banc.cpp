@@ -16,11 +16,11 @@ constexpr std::array kValeurs{"Compression", "Cylindre", "160", "mm",     "1",
 
 }  // namespace
 
-Banc::Banc(const Lignes& lignes) {
+Banc::Banc(const std::vector<linux_::LigneDeBase>& lignes, std::int32_t chassis) : index_(chassis) {
   for (std::int32_t n = kType; n <= kDernier; ++n) {
     paramètres_.Ajoute(n, n < kEtats ? kValeurs[static_cast<std::size_t>(n - kType)] : "");
   }
-  linux_::CréeBase(Fichier(), lignes.Toutes());
+  linux_::CréeBase(Fichier(), lignes);
   sécurité_->Branche(chassis_);
   sécurité_->Bornes(*traducteur_);
   Charge(chassis_);
@@ -28,7 +28,7 @@ Banc::Banc(const Lignes& lignes) {
   chassis_.Initialise();
   for (const CarteRef& carte : *chassis_.Cartes()) {
     for (const FonctionRef& bloc : carte->LesFonctions()) {
-      auto borne = machine_.ports.BorneDe(**bloc->LesCanaux().begin());
+      auto borne = machine_.BorneDe(**bloc->LesCanaux().begin());
       if (!borne) continue;
       sim::Bornes* bornes = &borne->DeLaCarte();
       if (!std::ranges::count(bornes_, bornes)) bornes_.push_back(bornes);
@@ -45,8 +45,8 @@ void Banc::Charge(Chassis& chassis) const {
   const Ref<BaseDeDonnées> base = Crée<linux_::BaseSqlite>(Fichier());
   chassis.TimerExact(machine_.horloge);
   chassis.ChargeErreur(recueil_);
-  chassis.ChargeLeChassis(base, kChassis);
-  chassis.Lien(base, std::to_string(kChassis), sécurité_, paramètres_.Collection(), traducteur_);
+  chassis.ChargeLeChassis(base, index_);
+  chassis.Lien(base, std::to_string(index_), sécurité_, paramètres_.Collection(), traducteur_);
   chassis.MiseàJourDesLiens();
 }
 

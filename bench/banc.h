@@ -35,7 +35,9 @@ enum Param : std::int32_t {
 /// order.
 class Banc {
  public:
-  explicit Banc(const Lignes& lignes);
+  explicit Banc(const Lignes& lignes) : Banc(lignes.Toutes(), kChassis) {}
+  /// Frame `chassis` of a whole database.
+  Banc(const std::vector<linux_::LigneDeBase>& lignes, std::int32_t chassis);
   ~Banc();
   Banc(const Banc&) = delete;
   Banc& operator=(const Banc&) = delete;
@@ -58,6 +60,7 @@ class Banc {
  private:
   [[nodiscard]] std::string Fichier() const { return dossier_.Fichier("banc.db"); }
 
+  std::int32_t index_;
   essai::DossierProvisoire dossier_;
   Ref<host::Recueil> recueil_ = Crée<host::Recueil>();
   sim::MachineSimulée machine_{*recueil_};

@@ -36,13 +36,16 @@ void Chronomètre(benchmark::State& état, const Scénario& scénario) {
   Chauffe(*mesure, kToursDeChauffe);
   std::int64_t allocations = 0;
   double simulé = 0;
+  const auto deLaBibliothèque = [&] {
+    return essai::Allocations() - mesure->allocationsDesJumeaux;
+  };
   for (auto _ : état) {
     mesure->Avant();
-    const std::int64_t avant = essai::Allocations();
+    const std::int64_t avant = deLaBibliothèque();
     const double départ = mesure->banc.Maintenant();
     FaitUnTour(*mesure);
     simulé += mesure->banc.Maintenant() - départ;
-    allocations += essai::Allocations() - avant;
+    allocations += deLaBibliothèque() - avant;
   }
   const std::string plaintes = mesure->banc.Plaintes();
   if (!plaintes.empty()) état.SkipWithError(plaintes.c_str());

@@ -2,6 +2,10 @@
 
 #include <array>
 #include <string>
+#include <utility>
+
+#include "outils/allocations.h"
+#include "platform/linux/demo.h"
 
 namespace zuma::banc {
 namespace {
@@ -122,6 +126,17 @@ Lignes CinqCents() {
   return lignes;
 }
 
+// Every line of one PCI board; its outputs are written by block, each change at once.
+Lignes UneCartePCI() {
+  Lignes lignes(kToujours, kToujours);
+  lignes.Carte("DrvPCI9111HR");
+  lignes.Bloc(kEA, "DrvPCI9111HR/Vorlanex EA", 16, false);
+  lignes.Bloc(kEL, "DrvPCI9111HR/Vorlanex EL", 20, true);
+  const std::int32_t sortie = lignes.Bloc(kSL, "DrvPCI9111HR/Vorlanex SL", 20, true);
+  for (std::int32_t n = 0; n < 20; ++n) lignes.Objet(kSL, {Entier("Canal", sortie + n)});
+  return lignes;
+}
+
 // A host that writes every set point and every output before each pass.
 class PasseEtHôte : public Mesure {
  public:
@@ -140,6 +155,56 @@ class PasseEtHôte : public Mesure {
   unsigned tour_ = 0;
 };
 
+/// A device on a line, with a look at what it allocates for its answers.
+class AppareilCompté : public sim::AppareilSérie {
+ public:
+  AppareilCompté(Ref<sim::AppareilSérie> appareil, std::int64_t& allocations)
+      : appareil_(std::move(appareil)), allocations_(allocations) {}
+  void Reçoit(std::string_view octets, std::int32_t vitesse) override {
+    const std::int64_t avant = essai::Allocations();
+    appareil_->Reçoit(octets, vitesse);
+    allocations_ += essai::Allocations() - avant;
+  }
+  Octets Emet() override {
+    const std::int64_t avant = essai::Allocations();
+    Octets octets = appareil_->Emet();
+    allocations_ += essai::Allocations() - avant;
+    return octets;
+  }
+
+ private:
+  Ref<sim::AppareilSérie> appareil_;
+  std::int64_t& allocations_;
+};
+
+// The instruments of the demonstration, with the boards that a pass leaves to the host.
+class PasseDesAppareils : public Mesure {
+ public:
+  PasseDesAppareils()
+      : Mesure(linux_::LignesDeDémonstration(), linux_::kChassisDesAppareils, kPériode) {
+    for (const CarteRef& carte : *banc.LeChassis().Cartes()) {
+      const ENUM_DRIVER driver = carte->Driver_enm();
+      if (driver == ENUM_DRIVER::DrvSpiderV1 ||
+          driver == ENUM_DRIVER::DrvConditionneurNumeriqueK9) {
+        duHôte_.push_back(carte);
+      }
+    }
+    for (std::int32_t port = 1; port <= kPortsAuPlus; ++port) {
+      sim::LigneSérie* ligne = banc.LaMachine().liaisons.Ligne(port);
+      if (ligne == nullptr) continue;
+      ligne->appareil = Crée<AppareilCompté>(ligne->appareil, allocationsDesJumeaux);
+    }
+  }
+  void Tour() override {
+    Mesure::Tour();
+    for (const CarteRef& carte : duHôte_) carte->MetàJour();
+  }
+
+ private:
+  static constexpr std::int32_t kPortsAuPlus = 20;
+  std::vector<CarteRef> duHôte_;
+};
+
 class Chargement : public Mesure {
  public:
   using Mesure::Mesure;
@@ -154,7 +219,7 @@ std::unique_ptr<Mesure> Sur(const Lignes& lignes, double période = kPériode) {
   return std::make_unique<Genre>(lignes, période);
 }
 
-constexpr std::array<Scénario, 7> kScénarios{{
+constexpr std::array<Scénario, 10> kScénarios{{
     {"idle", "pass with nothing due, 8 boards, 64 channels",
      [] { return Sur<Mesure>(HuitCartes(kJamais, kJamais), 0); }},
     {"boards", "full pass, 8 boards, 64 channels",
@@ -165,12 +230,19 @@ constexpr std::array<Scénario, 7> kScénarios{{
     {"loop", "full pass, 16 commands, 32 inputs, 32 outputs", [] { return Sur<Mesure>(Boucle()); }},
     {"loop-host", "the same, host writes all set points and outputs",
      [] { return Sur<PasseEtHôte>(Boucle()); }},
+    {"pci", "full pass, a PCI 9111: 16 analog and 20 logic inputs",
+     [] { return Sur<Mesure>(UneCartePCI()); }},
+    {"pci-host", "the same, host writes its 20 logic outputs",
+     [] { return Sur<PasseEtHôte>(UneCartePCI()); }},
+    {"instruments", "full pass, 7 instruments, host refreshes 2 of them",
+     []() -> std::unique_ptr<Mesure> { return std::make_unique<PasseDesAppareils>(); }},
     {"load", "load and link of 500 objects", [] { return Sur<Chargement>(CinqCents(), 0); }},
 }};
 
 }  // namespace
 
-Mesure::Mesure(const Lignes& lignes, double période) : banc(lignes), période_(période) {
+Mesure::Mesure(const std::vector<linux_::LigneDeBase>& lignes, std::int32_t chassis, double période)
+    : banc(lignes, chassis), période_(période) {
   for (const CommandeRef& commande : *banc.LeChassis().Commandes()) commande->Enabled(true);
 }
 

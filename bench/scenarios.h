@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -12,7 +13,9 @@ namespace zuma::banc {
 class Mesure {
  public:
   /// `période`: microseconds between two turns; with 0 nothing moves between them.
-  Mesure(const Lignes& lignes, double période);
+  Mesure(const Lignes& lignes, double période) : Mesure(lignes.Toutes(), kChassis, période) {}
+  /// The same on frame `chassis` of a whole database.
+  Mesure(const std::vector<linux_::LigneDeBase>& lignes, std::int32_t chassis, double période);
   virtual ~Mesure() = default;
   Mesure(const Mesure&) = delete;
   Mesure& operator=(const Mesure&) = delete;
@@ -22,6 +25,9 @@ class Mesure {
   void Avant();
   virtual void Tour() { banc.LeChassis().MetàJour(); }
 
+  /// Allocations so far that are none of the library's: those of the devices on the lines. Before
+  /// the frame, whose end still talks to them.
+  std::int64_t allocationsDesJumeaux = 0;
   Banc banc;
 
  private:

@@ -84,6 +84,8 @@ void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
                   "corrigez ces réglages, puis redémarrez : d'ici là rien n'est échangé");
 }
 
+// A second start keeps the tester: the line that it holds is the only one by which the stop that
+// begins its `Initialise` reaches a machine that runs.
 void Démarre(Carte& carte) {
   PiloteCBR& pilote = Pilote_(carte);
   pilote.marcheDemandée = MarcheDemandée(carte);

@@ -18,7 +18,7 @@ constexpr std::array<Voie<BalanceGram_CLASS>, 2> kVoies{{
 
 // With search: only a search finds settings that are worth writing back.
 void Démarre(Carte& carte) {
-  BalanceGram_CLASS& balance = De<BalanceGram_CLASS>(carte);
+  BalanceGram_CLASS& balance = Neuf<BalanceGram_CLASS>(carte);
   (void)balance.Initialise(carte.Configuration(), true);
   GardeLesRéglages(carte, balance.Settings());
 }

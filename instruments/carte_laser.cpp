@@ -45,19 +45,17 @@ void OuvreLaLigne(Carte& carte) {
   } catch (const Echec& échec) {
     throw échec.Précisé(
         " ; nouvel essai chaque seconde, mais le laser garde ses propres réglages jusqu'au "
-        "prochain "
-        "démarrage de la carte");
+        "prochain démarrage de la carte");
   }
 }
 
 // The laser has its line before that is opened: on a port that is missing the start ends there,
-// told in the record, and the refresh goes on trying. An exchange that a second start finds in
-// progress is given up: `Initialise` would wait for its end for ever.
+// told in the record, and the refresh goes on trying. A laser as new has no exchange in progress,
+// for whose end `Initialise` would wait for ever.
 void Démarre(Carte& carte) {
-  LASER_EIR& laser = De<LASER_EIR>(carte);
+  LASER_EIR& laser = Neuf<LASER_EIR>(carte);
   laser.MaComm(Crée<LiaisonEnPort>(carte.RS(), LitRéglages(carte.Configuration())));
   OuvreLaLigne(carte);
-  laser.CommState(EnumEtatCommExtenso::Pret);
   laser.Initialise(DistanceCible(carte));
 }
 

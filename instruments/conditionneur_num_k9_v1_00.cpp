@@ -44,16 +44,23 @@ bool ClassConditionneurNum_K9_V1_00::Initialise(Ref<PortInstrument> MaLiaisonSer
                                                 std::int32_t adresse) {
   Adresse_ = adresse;
   LiaisonSerie_ = std::move(MaLiaisonSerie);
+  détectionEnCours_ = false;
+  if (DemandeQuiEstLà() && échange_.AttendRéponse(Ligne())) Reconnaît();
+  return false;
+}
+
+bool ClassConditionneurNum_K9_V1_00::DemandeQuiEstLà() {
   if (!PeutInterroger(LiaisonSerie_, Adresse_)) return false;
   canaux_.clear();
   Initialised_ = false;
   dernierEssai_ = Maintenant();
-  (void)EnvoieRequête(kRegistresDeDétection, Envoi::Forcé);
-  if (!échange_.AttendRéponse(Ligne())) return false;
+  return EnvoieRequête(kRegistresDeDétection, Envoi::Forcé);
+}
+
+void ClassConditionneurNum_K9_V1_00::Reconnaît() {
   version_ = VersionDe(échange_.Données().Nombre());
   Initialised_ = version_ != trames_conditionneur::kVersionInconnue;
   if (Initialised_) CréeLesCanaux();
-  return false;
 }
 
 void ClassConditionneurNum_K9_V1_00::Refresh() {
@@ -61,7 +68,7 @@ void ClassConditionneurNum_K9_V1_00::Refresh() {
     Lit();
     SurveilleLePort();
   }
-  if (!Initialised_) Réessaie();
+  if (!Initialised_) Cherche();
 }
 
 void ClassConditionneurNum_K9_V1_00::Lit() {
@@ -74,10 +81,18 @@ void ClassConditionneurNum_K9_V1_00::SurveilleLePort() {
   if (!PortExistant() || !LiaisonSerie_->PortConfiguré()) Initialised_ = false;
 }
 
-void ClassConditionneurNum_K9_V1_00::Réessaie() {
-  if (!LiaisonSerie_ || Maintenant() - dernierEssai_ < kEntreDeuxEssais) return;
-  LiaisonSerie_->RéinitialisePort();
-  Initialise(LiaisonSerie_, Adresse_);
+// A try lasts over several refreshes: sensors, limits and stops must not wait for a module that is
+// not there. The next try comes a second after its end.
+void ClassConditionneurNum_K9_V1_00::Cherche() {
+  if (!LiaisonSerie_) return;
+  if (détectionEnCours_) {
+    if (échange_.LitRéponse(Ligne())) Reconnaît();
+    détectionEnCours_ = échange_.EnAttente();
+  } else {
+    if (Maintenant() - dernierEssai_ < kEntreDeuxEssais) return;
+    LiaisonSerie_->RéinitialisePort();
+    détectionEnCours_ = DemandeQuiEstLà();
+  }
   dernierEssai_ = Maintenant();
 }
 

@@ -38,8 +38,8 @@ class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
   /// 127) if the link is open. Blocks until the answer or for 10 s. The result is false in all
   /// cases, and hosts know it: `Initialised` tells.
   bool Initialise(Ref<PortInstrument> MaLiaisonSerie, std::int32_t adresse);
-  /// One step of the reading. It waits only while the module is not initialised: once a second
-  /// `Initialise` is tried again, and a port that is there without its module costs 10 s each time.
+  /// One step of the reading, or, while no module is initialised, of its detection, which is tried
+  /// again a second after it came to nothing; never waits.
   void Refresh();
   using ConditionneurCommun::Reglage;
 
@@ -48,14 +48,18 @@ class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
   static constexpr double kAffichage = 10e6;
   static constexpr double kEntreDeuxEssais = 1e6;
 
+  /// Asks which module is there; false when it cannot be asked.
+  bool DemandeQuiEstLà();
+  void Reconnaît();
   void Lit();
   void SurveilleLePort();
-  void Réessaie();
+  void Cherche();
   [[nodiscard]] double ValeurAffichée(std::int32_t index) const override {
     return ValeurCanal(index);
   }
 
   double dernierEssai_ = 0;
+  bool détectionEnCours_ = false;  ///< a refresh asked which module is there
 };
 
 }  // namespace zuma

@@ -10,6 +10,7 @@ using OutilsModbus::Résultat;
 using enum DrapeauConditionneur;
 
 constexpr std::int32_t kLitRegistres = 3;
+constexpr int kLecturesAuPlus = 100;
 
 constexpr std::array<std::string_view, kNombreDeDrapeaux> kNoms{
     "ErreurGenerale", "Timeout",       "ErreurAdresseModbus",    "ErreurCRC",  "ErreurDiagnostic",
@@ -24,6 +25,13 @@ constexpr std::array<std::pair<Résultat, DrapeauConditionneur>, 7> kDrapeaux{{
     {Résultat::EcritureRefusée, ErreurEcriture},
     {Résultat::LectureRefusée, ErreurLecture},
 }};
+
+// A line that babbles never runs empty: what is left of it spoils one exchange and no more.
+void VideLEntrée(PortInstrument& port) {
+  int lectures = 0;
+  while (!port.LitEntrée().empty() && ++lectures < kLecturesAuPlus) {
+  }
+}
 
 }  // namespace
 
@@ -44,8 +52,7 @@ bool EchangeConditionneur::EnvoieRequête(const Ligne& ligne, std::int32_t adres
   if (enAttente_) return false;
   OutilsModbus::ConstruitQuestion(adresse, kLitRegistres, premierRegistre, nbRegistres, {},
                                   question_);
-  while (!ligne.port.LitEntrée().empty()) {
-  }
+  VideLEntrée(ligne.port);
   réponse_.clear();
   if (envoi == Envoi::Forcé) ligne.port.RéinitialisePort();
   ligne.port.EcritSortie(question_);

@@ -18,7 +18,9 @@ bool ExtraitEnregistrement(Octets& tampon) {
     if (tampon.size() > kTexteGardé) tampon.erase(0, tampon.size() - kTexteGardé);
     return false;
   }
-  tampon.erase(fin);
+  // What stands behind it begins the next record, whose end alone would complete itself with this
+  // one's last characters: a number without its sign, for one that lacks its unit.
+  tampon.erase(fin, kFin.size());
   tampon.erase(0, fin - kLongueurEnregistrement);
   return true;
 }

@@ -15,9 +15,10 @@ inline constexpr std::size_t kLongueurNombre = 8;
 inline constexpr std::size_t kLongueurUnité = 2;
 inline constexpr std::size_t kLongueurEnregistrement = kLongueurNombre + kLongueurUnité;
 
-/// True when a record was taken off `tampon`, which is then that record alone, without terminator:
-/// what came before and behind it is gone. The last terminator counts; a text of 12 characters or
-/// less, one whole record, is not looked at yet. A text that never ends is kept to its last part.
+/// True when `tampon` begins with a record that came to its end, without terminator: what came
+/// before it is gone, the beginning of the next one stands behind it. The last terminator counts; a
+/// text of 12 characters or less, one whole record, is not looked at yet. A text that never ends is
+/// kept to its last part.
 [[nodiscard]] bool ExtraitEnregistrement(Octets& tampon);
 
 /// The number's characters of a record, without the blanks between sign and digits.

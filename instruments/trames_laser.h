@@ -58,7 +58,8 @@ struct Echange {
   bool (*valide)(const Echange& échange, std::string_view réponse);
   /// Takes what a right reply tells; `envoyée` is the value that the command carried.
   void (*prend)(std::string_view envoyée, Octets& réponse, EtatLu& état);
-  /// The laser is free for the next request once the reply is whole, right or not.
+  /// The laser counts as free once the reply is whole, before that is judged; a wrong one then is
+  /// an error all the same.
   bool prêtDAvance = false;
 };
 

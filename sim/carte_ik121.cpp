@@ -32,7 +32,8 @@ std::uint16_t CarteIK121::LitAxe(std::size_t axe, unsigned registre) {
   if (registre == kCommandeEtat) return Etat(axes_[axe]);
   if (registre >= kFinDesLatchs || registre % 2 != 0) return kBusVide;
   const unsigned mot = registre / 2;
-  const std::int64_t compte = axes_[axe].latchs[mot / kMotsParLatch].compte;
+  const Latch& latch = axes_[axe].latchs[mot / kMotsParLatch];
+  const std::int64_t compte = latch.attente == 0 ? latch.compte : latch.ancien;
   return static_cast<std::uint16_t>(compte >> 16U * (mot % kMotsParLatch) & 0xFFFF);
 }
 
@@ -61,7 +62,8 @@ void CarteIK121::Commande(std::size_t axe, std::uint16_t mot) {
   const std::int64_t position = Position(bornes.entréesAnalogiques[axe]);
   for (std::size_t i = 0; i < lAxe.latchs.size(); ++i) {
     if (mot != réglages_.demandeLatch[i]) continue;
-    lAxe.latchs[i] = {.compte = lAxe.étape == kEnMarche ? position - lAxe.origine : 0,
+    lAxe.latchs[i] = {.ancien = lAxe.latchs[i].compte,
+                      .compte = lAxe.étape == kEnMarche ? position - lAxe.origine : 0,
                       .attente = regardsAvantPrêt};
     return;
   }

@@ -11,7 +11,7 @@ namespace zuma::sim {
 /// IK 121 from its register map: two axes of four ports each, whose sixteen words are seen four
 /// ports at a time, the page being written at port 8 for both. A counter runs from 0 once it was
 /// initialised, reset and started, in that order. A latch that was requested takes the count at
-/// once and shows it a few looks at the status later.
+/// once and shows it a few looks at the status later, the one before until then.
 ///
 /// An encoder stands at the analog input terminal of its axis (0 and 1): 10 V are its whole travel.
 class CarteIK121 : public CarteSimulée {
@@ -31,6 +31,7 @@ class CarteIK121 : public CarteSimulée {
 
  private:
   struct Latch {
+    std::int64_t ancien = 0;  ///< shown until the latch holds `compte`
     std::int64_t compte = 0;
     int attente = -1;  ///< looks still to come; negative while the latch holds nothing
   };

@@ -25,11 +25,13 @@ const Port* LePort(std::uint16_t port) {
   return port < kPorts.size() ? &kPorts[port] : nullptr;
 }
 
+bool TientSur12Bits(std::int16_t valeur) {
+  return valeur >= -kCodes12Bits / 2 && valeur < kCodes12Bits / 2;
+}
+
 double VoltsSur12Bits(std::int16_t valeur, bool bipolaire) {
-  const int code = static_cast<std::uint16_t>(valeur) % kCodes12Bits;
-  if (!bipolaire) return code * kVoltsPleineEchelle / kCodes12Bits;
-  const int signé = code < kCodes12Bits / 2 ? code : code - kCodes12Bits;
-  return 2 * signé * kVoltsPleineEchelle / kCodes12Bits;
+  if (bipolaire) return 2 * valeur * kVoltsPleineEchelle / kCodes12Bits;
+  return (valeur < 0 ? valeur + kCodes12Bits : valeur) * kVoltsPleineEchelle / kCodes12Bits;
 }
 
 }  // namespace
@@ -49,7 +51,7 @@ CartePCISimulée* BibliothèquePCISimulée::La(std::uint16_t poignée, std::uint
   const std::size_t rang = static_cast<std::size_t>(poignée) - kPremièrePoignée;
   if (rang >= enregistrées_.size() || enregistrées_[rang] == nullptr) return nullptr;
   CartePCISimulée& carte = *enregistrées_[rang];
-  return carte.type == type && !carte.refuse ? &carte : nullptr;
+  return carte.type == type ? &carte : nullptr;
 }
 
 std::int16_t BibliothèquePCISimulée::Register_Card(std::uint16_t type, std::uint16_t numéro) {
@@ -90,7 +92,7 @@ std::int16_t BibliothèquePCISimulée::AO_9111_Config(std::uint16_t carte, std::
 std::int16_t BibliothèquePCISimulée::AO_WriteChannel(std::uint16_t carte, std::uint16_t canal,
                                                      std::int16_t valeur) {
   CartePCISimulée* la = La(carte, kType9111);
-  if (la != nullptr && la->sortiesPrêtes && canal == 0) {
+  if (la != nullptr && la->sortiesPrêtes && canal == 0 && TientSur12Bits(valeur)) {
     la->bornes.sortiesAnalogiques[0] = VoltsSur12Bits(valeur, la->sortiesBipolaires);
     return 0;
   }
@@ -124,7 +126,7 @@ std::int16_t BibliothèquePCISimulée::DO_WritePort(std::uint16_t carte, std::ui
                                                   std::uint32_t mot) {
   CartePCISimulée* la = La(carte, kType9111);
   const Port* lePort = LePort(port);
-  if (la == nullptr || lePort == nullptr) return Refuse();
+  if (la == nullptr || lePort == nullptr || port == la->portMort) return Refuse();
   const std::uint32_t masque = lePort->Masque() << lePort->première;
   la->bornes.sortiesLogiques =
       (la->bornes.sortiesLogiques & ~masque) | (mot << lePort->première & masque);

@@ -15,7 +15,7 @@ namespace zuma::sim {
 struct CartePCISimulée {
   std::uint16_t type = 0;
   Bornes bornes;
-  bool refuse = false;         ///< every call on it fails, as when its driver was lost
+  int portMort = -1;           ///< logic port whose writes fail
   bool entréesPrêtes = false;  ///< conversions were set up; none before
   bool sortiesBipolaires = false;
   bool sortiesPrêtes = false;                 ///< a polarity was chosen; nothing comes out before
@@ -27,7 +27,8 @@ struct CartePCISimulée {
 /// its last registration; no handle equals a board's number.
 ///
 /// PCI 9111: ranges from 10 V (code 1) to 0.625 V (code 5), lines 0 to 15 on port 0 and 0 to 3 on
-/// port 1, whose upper bits float. PCI 6208: eight outputs of 16 bits.
+/// port 1, whose upper bits float; its output takes signed codes of 12 bits, the negative ones
+/// being the upper half when it is unipolar. PCI 6208: eight outputs of 16 bits.
 class BibliothèquePCISimulée : public BibliothèquePCI {
  public:
   /// Puts a board of that type in the machine; gives the one that is there already.

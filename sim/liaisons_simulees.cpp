@@ -70,7 +70,7 @@ void PortSimulé::PortOuvert(bool ouvert) {
     tampon_.clear();
   }
   ouvert_ = ouvert && ligne != nullptr;
-  if (ouvert_ || !ouvert) manqué_ = false;
+  manqué_ = ouvert && !ouvert_;
 }
 
 void PortSimulé::ConfigurePort(std::string_view réglages, bool ouvrir) {

@@ -9,7 +9,7 @@ tours_chargement=2
 dossier=$(mktemp -d)
 trap 'rm -rf "$dossier"' EXIT
 
-# Inclusive instructions of all, of the boards' busy waits and of the simulated boards, a turn.
+# Inclusive instructions of all, of the boards' busy waits and of the twins, a turn.
 compte() {
   awk -v tours="$1" '
     /^fn=/ { fn = substr($0, 4); next }
@@ -17,7 +17,8 @@ compte() {
     /^calls=/ {
       getline
       if (cfn ~ /^zuma::(CarteES|Exacticks)::Attend\(/) attentes += $2
-      if (cfn ~ /^zuma::sim::BusPorts::(In|Out)p/ && fn !~ /^zuma::sim::BusPorts::/) jumeaux += $2
+      if (cfn ~ /^zuma::sim::(BusPorts|Biblioth[^:]*|Port[^:]*|Liaison[^:]*|Spider[^:]*)::/ &&
+          fn !~ /^zuma::sim::/) jumeaux += $2
       next
     }
     /^[0-9+*-]/ { total += $2 }
@@ -51,7 +52,7 @@ done < <("$programme" --list)
 cat <<'FIN'
 
 CPU us: processor time, varies with the machine. allocs, instructions: for one pass, they repeat.
-waits: boards' settling delays, spun on the simulated clock. twins: simulated boards and bus.
+waits: boards' settling delays, spun on the simulated clock. twins: simulated boards, bus and lines.
 waited us: time that passes on the simulated clock, a microsecond for each look at it; a real
 machine spends about as much waiting for its boards.
 

@@ -17,6 +17,8 @@ Carte::Carte(Plateforme& plateforme)
 Carte::~Carte() {
   if (!Fonctions_) return;
   for (const FonctionRef& fonction : *Fonctions_) fonction->Détache();
+  FonctionSuivante_ = nullptr;
+  Fonctions_ = nullptr;  // the blocks close their links before the board closes its own
 }
 
 void Carte::Lien(ParamètresRef MesParametres_obj) {
@@ -80,6 +82,7 @@ Ref<PortInstrument> Carte::LiaisonSerie2() {
 }
 
 void Carte::EnregistreConfiguration(const std::string& réglages) {
+  Configuration_ = réglages;
   LeRecordset_->Edit();
   LeRecordset_->Ecrit("Configuration ModBus", Valeur(réglages));
   LeRecordset_->Update();

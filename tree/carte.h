@@ -73,7 +73,8 @@ class Carte : public Objet {
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
-  /// Writes the settings that an instrument ended up with to the board's row, for the next start.
+  /// Keeps the settings that an instrument ended up with for the board's next start, and writes
+  /// them to its row for the next load.
   void EnregistreConfiguration(const std::string& réglages);
   /// Second serial interface of the board, set up from one text; made on first access.
   [[nodiscard]] Ref<PortInstrument> LiaisonSerie2();

@@ -14,7 +14,6 @@ constexpr std::int16_t kCanalErreur = -1;
 }  // namespace
 
 Fonction::~Fonction() {
-  Décharge();
   if (Canals_) {
     for (const CanalRef& canal : *Canals_) canal->Détache();
   }
@@ -24,6 +23,7 @@ Fonction::~Fonction() {
   if (opérations_ != nullptr && opérations_->termineBloc != nullptr) {
     opérations_->termineBloc(*this);
   }
+  Décharge();
 }
 
 void Fonction::Détache() noexcept {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include <unistd.h>
+
 namespace zuma::linux_ {
 namespace {
 
@@ -48,8 +50,9 @@ void PortInstrumentLinux::PortOuvert(bool ouvert) {
     manqué_ = false;
     port_.Ferme();
   } else if (!port_.Ouvert()) {
+    manqué_ = true;
     try {
-      port_.Ouvre(Chemin(ports_, réglages_), réglages_.ligne);
+      port_.Ouvre(chemin_, réglages_.ligne);
       manqué_ = false;
     } catch (const Echec&) {
       port_.Ferme();  // the instruments ask `PortOuvert` and `PortExiste`, and look for another one
@@ -62,6 +65,7 @@ void PortInstrumentLinux::ConfigurePort(std::string_view réglages, bool ouvrir)
   std::string gardé = std::move(réglages_.port);
   réglages_ = LitRéglages(réglages);
   if (réglages_.port.empty()) réglages_.port = std::move(gardé);
+  chemin_ = Chemin(ports_, réglages_);
   manqué_ = ouvrir && réglages_.valides;
   if (manqué_) PortOuvert(true);
 }
@@ -79,9 +83,9 @@ void PortInstrumentLinux::EcritSortie(std::string_view octets) {
   }
 }
 
+// Some instruments ask on every pass: nothing is allocated here.
 bool PortInstrumentLinux::PortExiste() const {
-  std::error_code erreur;
-  return !réglages_.port.empty() && std::filesystem::exists(Chemin(ports_, réglages_), erreur);
+  return !chemin_.empty() && ::access(chemin_.c_str(), F_OK) == 0;
 }
 
 }  // namespace zuma::linux_

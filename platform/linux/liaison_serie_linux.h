@@ -70,6 +70,7 @@ class PortInstrumentLinux : public PortInstrument {
  private:
   const CarteDesPorts& ports_;
   RéglagesInstrument réglages_;
+  std::string chemin_;   ///< of the device that `réglages_` name
   bool manqué_ = false;  ///< to be opened by its settings, and not opened yet
   mutable PortSérieLinux port_;
 };

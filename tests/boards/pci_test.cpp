@@ -136,13 +136,16 @@ TEST_F(UneCartePCI, NeSauteQuUnMotQuElleADéjà) {
   bloc->MetàJour();
   EXPECT_EQ(lignes, 0x80008U) << "the word that the block wrote last, once more";
 
-  for (const CanalRef& canal : *bloc->Canals()) canal->ValeurCanal(0);
-  jumelle.refuse = true;
-  bloc->MetàJour();
-  jumelle.refuse = false;
-  EXPECT_EQ(lignes, 0x80008U);
-  bloc->MetàJour();
-  EXPECT_EQ(lignes, 0U) << "a stop that was refused is written again";
+  const auto écrit = [&](double niveau, int portMort) {
+    for (const std::int32_t numéro : {3, 19, 21}) Le(bloc, numéro).ValeurCanal(niveau);
+    jumelle.portMort = portMort;
+    bloc->MetàJour();
+    return lignes;
+  };
+  EXPECT_EQ(écrit(0, 1), 0x80000U);
+  EXPECT_EQ(écrit(0, -1), 0U) << "a stop that was refused, by one port even, is written again";
+  EXPECT_EQ(écrit(kVrai, 1), 8U);
+  EXPECT_EQ(écrit(0, -1), 0U) << "though the stop before it was taken whole";
 }
 
 TEST_F(UneCartePCI, EcritSonUniqueSortieAnalogique) {

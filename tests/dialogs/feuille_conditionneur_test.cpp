@@ -6,97 +6,77 @@
 #include "dialogs/feuille_conditionneur_numerique.h"
 #include "instruments/conditionneur_num_k9.h"
 #include "instruments/conditionneur_num_k9_v1_00.h"
-#include "outils/temoins.h"
+#include "instruments/instrument.h"
+#include "outils/banc_instrument.h"
 #include "platform/linux/traducteur.h"
 #include "sim/conditionneur_simule.h"
-#include "sim/liaisons_simulees.h"
 
 namespace zuma {
 namespace {
 
 using Feuille = FeuilleConditionneurNumerique;
 
-class FenêtresTémoins : public Fenêtres {
+class FenêtresTémoins : public essai::FenêtresDEssai {
  public:
-  void MontreModal(ChoixDuPort&) override {}
-  void Montre(Feuille& quelle, FenêtreHôte*) override { montrée = &quelle; }
   Feuille* FeuilleDuConditionneur() override { return feuille ? &*feuille : nullptr; }
-  void TraiteLesEvénements() override {}
-
-  std::optional<Feuille> feuille;
-  Feuille* montrée = nullptr;
+  std::optional<Feuille> feuille{Crée<linux_::Traducteur>()};
 };
 
-class UneFeuille : public testing::Test, public essai::Banc {
+class UneFeuille : public testing::Test, public essai::BancInstrument {
  public:
-  UneFeuille() {
-    plateforme.fenêtres = &fenêtres;
-    module->valeurs = {1, -2, 3};
-  }
-  Feuille& LaFeuille() { return *fenêtres.feuille; }
+  UneFeuille() { plateforme.fenêtres = &témoin; }
+  // The conditioner of a board that has started and been refreshed, on the form.
   template <class C>
-  void Démarre(C& conditionneur) {
-    conditionneur.TimerExact(horloge);
-    const Ref<PortInstrument> port = fabrique.CréePort();
-    port->ConfigurePort("3,9600,N,8,1", true);
-    (void)conditionneur.Initialise(port, 9);
-    for (int i = 0; i < 100; ++i) {
-      conditionneur.Refresh();
-      horloge->Avance(2000);
-    }
+  void Montre(const char* driver) {
+    carte.Adresse(9);
+    Démarre(driver, "3,9600,N,8,1");
+    Passe(0.2);
+    instruments::De<C>(carte).Reglage(&mère);
   }
 
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(100);
-  sim::FabriqueLiaisonsSimulée fabrique;
   Ref<sim::ConditionneurSimulé> module = Crée<sim::ConditionneurSimulé>(*horloge, std::uint8_t{9});
-  sim::LigneSérie& ligne = fabrique.Attache(3, module);
-  FenêtresTémoins fenêtres;
-  const Feuille::Affichage& vue = fenêtres.feuille.emplace(Crée<linux_::Traducteur>()).LAffichage();
+  sim::LigneSérie& prise = liaisons.Attache(3, module);
+  FenêtresTémoins témoin;
+  const Feuille& feuille = *témoin.feuille;
+  const Feuille::Affichage& vue = feuille.LAffichage();
   FenêtreHôte mère;
 };
 
 TEST_F(UneFeuille, MontreLUneEtLAutreClasse) {
-  ClassConditionneurNum_K9 ancien(plateforme);
-  ancien.Reglage(&mère);
-  EXPECT_EQ(fenêtres.montrée->Mère(), &mère);
-  EXPECT_EQ(vue.com, "COM not found!");
+  module->valeurs = {1, -2, 3};
+  Montre<ClassConditionneurNum_K9>("Conditionneur numerique K9");
+  EXPECT_EQ(feuille.Mère(), &mère);
   for (std::size_t i = 0; i < Feuille::kNombreDElements; ++i) {
-    const std::string& texte = LaFeuille().Texte(static_cast<Feuille::Element>(i));
+    const std::string& texte = feuille.Texte(static_cast<Feuille::Element>(i));
     EXPECT_FALSE(texte.empty() || texte.starts_with("Texte ")) << "every key has its words";
   }
-  Démarre(ancien);
-  ancien.LiaisonSerie()->PortOuvert(false);
-  LaFeuille().BtnRetryConnection();
-  EXPECT_TRUE(ancien.LiaisonSerie()->PortOuvert());
-  LaFeuille().Timer();
   EXPECT_EQ(vue.lampe, Feuille::Lampe::Verte);
   EXPECT_EQ(vue.valeurs, (std::array<std::string, 3>{"1", "-2", "3"}));
-  {
-    ClassConditionneurNum_K9_V1_00 récent(plateforme);
-    récent.Reglage(nullptr);
-    ligne.pannes.parasitée = true;
-    Démarre(récent);
-    LaFeuille().Timer();
-    EXPECT_EQ(vue.lampe, Feuille::Lampe::Rouge);
-    EXPECT_EQ(vue.drapeaux[3].nom, "ErreurCRC");
-    EXPECT_TRUE(vue.drapeaux[3].levé && !vue.drapeaux[2].levé);
-    EXPECT_TRUE(LaFeuille().Chargée());
-  }
-  EXPECT_FALSE(LaFeuille().Chargée()) << "the object that it showed is gone";
-  LaFeuille().BtnRetryConnection();
-  ancien.Reglage(&mère);
-  EXPECT_TRUE(LaFeuille().Chargée());
-  LaFeuille().BtnQuitter();
-  EXPECT_FALSE(LaFeuille().Chargée());
-  ancien.Reglage(&mère);
-  fenêtres.feuille.reset();  // before the object that it shows
+
+  module->valeurs = {4, 5, 6};
+  Montre<ClassConditionneurNum_K9_V1_00>("Conditionneur numerique K9 V1.00");
+  EXPECT_EQ(vue.valeurs, (std::array<std::string, 3>{"4", "5", "6"}));
+  prise.pannes.parasitée = true;
+  carte.Initialise();
+  EXPECT_FALSE(feuille.Chargée()) << "the object that it showed is gone";
+  témoin.feuille->BtnRetryConnection();
+  instruments::De<ClassConditionneurNum_K9_V1_00>(carte).Reglage(nullptr);
+  EXPECT_EQ(vue.lampe, Feuille::Lampe::Rouge);
+  EXPECT_EQ(vue.drapeaux[3].nom, "ErreurCRC");
+  EXPECT_TRUE(vue.drapeaux[3].levé && !vue.drapeaux[2].levé);
+  carte.LiaisonSerie2()->PortOuvert(false);
+  témoin.feuille->BtnRetryConnection();
+  EXPECT_TRUE(carte.LiaisonSerie2()->PortOuvert());
+  EXPECT_TRUE(feuille.Chargée());
+  témoin.feuille.reset();  // before the object that it shows
 }
 
 TEST_F(UneFeuille, NommeLesRéglagesDuPort) {
   ClassConditionneurNum_K9 conditionneur(plateforme);
-  const Ref<PortInstrument> port = fabrique.CréePort();
-  conditionneur.LiaisonSerie(port);
   conditionneur.Reglage(nullptr);
+  EXPECT_EQ(vue.com, "COM not found!");
+  const Ref<PortInstrument> port = liaisons.CréePort();
+  conditionneur.LiaisonSerie(port);
   const std::pair<const char*, const char*> cas[] = {
       {"12,110,S,5,1", "COM:12 Baudrate:110 Parity:0 Data:5 Stop bit:1"},
       {"12,921600,O,8,1.5", "COM:12 Baudrate:921600 Parity:Odd Data:8 Stop bit:1.5"},
@@ -106,9 +86,11 @@ TEST_F(UneFeuille, NommeLesRéglagesDuPort) {
   };
   for (const auto& [réglages, texte] : cas) {
     port->ConfigurePort(réglages, false);
-    LaFeuille().Timer();
+    témoin.feuille->Timer();
     EXPECT_EQ(vue.com, texte);
   }
+  témoin.feuille->BtnQuitter();
+  EXPECT_FALSE(feuille.Chargée());
 }
 
 }  // namespace

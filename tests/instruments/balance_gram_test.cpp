@@ -19,7 +19,7 @@ TEST(LesEnregistrementsGram, SePrennentParLeDernierTerminateur) {
   } cas[] = {
       {"exactly twelve characters", "+  12.34 g\r\n", false, "+  12.34 g\r\n"},
       {"one more before", "x+  12.34 g\r\n", true, "+  12.34 g"},
-      {"several, the next begun", "+  12.34 g\r\n-   1.00kg\r\n- 2", true, "-   1.00kg"},
+      {"several, the next begun", "+  12.34 g\r\n-   1.00kg\r\n- 2", true, "-   1.00kg- 2"},
       {"no terminator", "+  12.34 g\r+  12.34 g\n", false, "+  12.34 g\r+  12.34 g\n"},
       {"terminator too early", "12.34 g\r\n-  1.00", false, "12.34 g\r\n-  1.00"},
       {"no end", Octets(99, 'x'), false, Octets(64, 'x')},
@@ -76,6 +76,10 @@ TEST_F(UneCarteGram, RetrouveLaBalanceDébranchéePuisRebranchée) {
   EXPECT_EQ(connectée.ValeurCanal(), -1);
   EXPECT_EQ(valeur.ValeurCanal(), 6);
   EXPECT_TRUE(registre->entrées.empty() && messages.textes.empty());
+  pannes.débranchée = true;
+  carte.Initialise();
+  carte.MetàJour();
+  EXPECT_EQ(connectée.ValeurCanal(), 0) << "a start begins with a balance as new";
 }
 
 TEST_F(UneCarteGram, DitUneBalanceIntrouvableEtLaChercheEncore) {

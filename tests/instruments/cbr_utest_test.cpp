@@ -132,6 +132,20 @@ TEST_F(UnTesteurCBR, RedemandeUneIdentificationInachevéeTantQuIlResteUnEssai) {
     EXPECT_EQ(Demandées(), ratés == 9 ? (Fonctions_{1, 11}) : (Fonctions_{11})) << ratés;
     EXPECT_EQ(testeur.Timeout(), ratés == 10);
   }
+  const std::pair<Octets, CBR_UTEST_CLASS::Erreurs> fausses[] = {
+      {"?", {.sansEntête = true}}, {Trame(2, ""), {.fonction = true}}};
+  for (const auto& [réponse, erreurs] : fausses) {
+    testeur.Marche();
+    testeur.ResetMachine();  // forgets the start, the time-out and the errors
+    EXPECT_EQ(Demandées(), (Fonctions_{11}));
+    EXPECT_FALSE(testeur.Timeout());
+    pupitre->réponses[1] = réponse;
+    testeur.ResetMachine();
+    testeur.Marche();
+    (void)Demandées();
+    (void)Demandées();
+    EXPECT_EQ(testeur.LesErreurs(), erreurs);
+  }
 }
 
 TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
@@ -169,6 +183,9 @@ TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
   EXPECT_EQ(machine->Commandes(), Fonctions_{}) << "nothing moves by itself";
   marche.ValeurCanal(0);
   carte.MetàJour();
+  marche.ValeurCanal(1);
+  Passe(1);
+  EXPECT_EQ(machine->Commandes(), (Fonctions_{3})) << "that level is no order";
   marche.ValeurCanal(-1);
   Passe(10);
   EXPECT_EQ(machine->Commandes(), (Fonctions_{3, 3, 7, 2, 1}));
@@ -177,6 +194,10 @@ TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
   EXPECT_GT(machine->Déplacement(), 0.15) << "1.27 mm in a minute";
   EXPECT_NEAR(Le(mesures, 0).ValeurCanal(), machine->Force(), 0.02);
   EXPECT_NEAR(Le(mesures, 1).ValeurCanal(), machine->Déplacement(), 0.005);
+  carte.Initialise();
+  EXPECT_FALSE(machine->EnMarche()) << "a second start reaches it";
+  Passe(1);
+  EXPECT_EQ(Le(états, 0).ValeurCanal(), 0);
   pannes.muette = true;
   Passe(1.5);
   EXPECT_EQ(Le(états, 1).ValeurCanal(), -1);
@@ -239,6 +260,7 @@ TEST_F(UneCarteCBR, DemandeUnPortPuisLEcritOuDitPourquoiNon) {
   ligne->panne.reset();
   carte.Initialise();
   EXPECT_EQ(Réglages(), "3,38400,N,8,1");
+  EXPECT_EQ(fenêtres.montrées, 2) << "what was chosen is not asked again";
 }
 
 }  // namespace

@@ -140,6 +140,16 @@ TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
   EXPECT_EQ(essai::Allocations(), avant);
   EXPECT_EQ(Mesure(), 0) << "no measure without beam";
   EXPECT_EQ(Etats(), "0110");
+  while (Passe(1) != "E\r") continue;
+  EXPECT_EQ(Passe(10), dix);
+  ligne.pannes.muette = true;
+  EXPECT_EQ(Passe(10), "E\r") << "behind the tenth measure a try again asks the last state";
+  ligne.pannes.muette = false;
+  EXPECT_EQ(Passe(2), "Z\rB\r");
+  ligne.pannes.muette = true;
+  laser->demandes.clear();
+  carte.Initialise();
+  EXPECT_EQ(laser->demandes, "T1\rT1\rT1\rE0\rE0\rE0\rM1\rM1\rM1\rUM\rUM\rUM\rZ0\rZ0\rZ0\r");
   EXPECT_TRUE(registre->entrées.empty());
 }
 

@@ -181,6 +181,7 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
     EXPECT_FALSE(port.PortExiste());
     EXPECT_FALSE(port.PortOuvert());
     EXPECT_EQ(port.PortConfiguré(), perdu);
+    port.PortOuvert(true);  // in vain
     bout.Branche();
     port.RéinitialisePort();
     EXPECT_TRUE(port.PortOuvert());
