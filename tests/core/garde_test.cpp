@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "outils/cas.h"
 #include "outils/temoins.h"
 
 namespace zuma {
@@ -13,44 +14,40 @@ class Cobaye : public Objet {
  public:
   explicit Cobaye(Plateforme& plateforme) : Objet(plateforme, "Capteur") {}
   [[nodiscard]] std::string_view NomPourErreur() const override { return nom; }
-  std::string nom = "Force";
+  std::string nom;
 };
 
 class UneGarde : public testing::Test, protected essai::Banc {
  protected:
   UneGarde() { objet.ChargeErreur(registre); }
+  void Echoue(const Objet& qui, SansErreur sans = SansErreur::Echoue) {
+    Garde(
+        qui, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); },
+        [](Variables& v) {
+          v.Ajoute("mdblHeure", 1.5);
+          v.AjouteVide();
+        },
+        sans);
+  }
   Cobaye objet{plateforme};
 };
 
 TEST_F(UneGarde, EcritLeMessageDeChaqueForme) {
-  const struct {
-    Forme forme;
-    const char* suite;
-  } cas[] = {
-      {Forme::Méthode, " de la méthode Essai de l'objet Capteur (Force)."},
-      {Forme::Procédure, " de la procédure Essai de l'objet Capteur (Force)."},
-      {Forme::Lecture, " de la propriété Essai en lecture de l'objet Capteur (Force)."},
-      {Forme::Ecriture, " de la propriété Essai en écriture de l'objet Capteur (Force)."},
-      {Forme::LectureParticulière, " de la propriété Essai en Lecture de l'objet Capteur (Force)."},
-  };
-  for (const auto& c : cas) {
+  for (const auto& [forme, nom, suite] : essai::Cas<Forme, const char*, const char*>{
+           {Forme::Méthode, "Force", "méthode Essai de l'objet Capteur (Force)."},
+           {Forme::Procédure, "Force", "procédure Essai de l'objet Capteur (Force)."},
+           {Forme::Lecture, "Force", "propriété Essai en lecture de l'objet Capteur (Force)."},
+           {Forme::Ecriture, "Force", "propriété Essai en écriture de l'objet Capteur (Force)."},
+           {Forme::LectureParticulière, "", "propriété Essai en Lecture de l'objet Capteur ()."}}) {
     registre->entrées.clear();
-    const int rendu =
-        Garde(objet, c.forme, "Essai", []() -> int { throw Echec(Numéro::DivisionParZéro); });
-    const int ligne = __LINE__ - 1;
-    EXPECT_EQ(rendu, 0);
-    ASSERT_EQ(registre->entrées.size(), 1U);
-    EXPECT_EQ(registre->entrées[0].message,
-              "Erreur N°11 (Division par zéro) à la ligne " + std::to_string(ligne) + c.suite);
+    objet.nom = nom;
+    EXPECT_EQ(Garde(objet, forme, "Essai", []() -> int { throw Echec(Numéro::DivisionParZéro); }),
+              0);
+    const int ligne = __LINE__ - 2;
+    EXPECT_EQ(registre->entrées.at(0).message, "Erreur N°11 (Division par zéro) à la ligne " +
+                                                   std::to_string(ligne) + " de la " + suite);
     EXPECT_EQ(registre->entrées[0].variables.size(), 1U) << "row 0 alone, empty";
   }
-}
-
-TEST_F(UneGarde, ObjetSansNomFinitParUnePaireDeParenthèsesVide) {
-  objet.nom.clear();
-  Garde(objet, Forme::Méthode, "Essai", [] { throw Echec(Numéro::ObjetAbsent); });
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_TRUE(registre->entrées[0].message.ends_with("de l'objet Capteur ()."));
 }
 
 TEST_F(UneGarde, NeLaisseSortirAucuneExceptionEtrangère) {
@@ -63,33 +60,20 @@ TEST_F(UneGarde, NeLaisseSortirAucuneExceptionEtrangère) {
 }
 
 TEST_F(UneGarde, RemplitLaTableSeulementSurEchec) {
-  int remplissages = 0;
-  const auto remplit = [&](Variables& v) {
-    ++remplissages;
-    v.Ajoute("mdblHeure", 1.5);
-    v.AjouteVide();
-  };
-  EXPECT_EQ(Garde(objet, Forme::Méthode, "Essai", [] { return 7; }, remplit), 7);
-  EXPECT_EQ(remplissages, 0);
-  Garde(objet, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); }, remplit);
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  const TableVariables& table = registre->entrées[0].variables;
-  ASSERT_EQ(table.size(), 3U);
-  EXPECT_TRUE(EstNul(table[0][0]));
-  EXPECT_EQ(table[1][0], Valeur("Variable mdblHeure"));
-  EXPECT_EQ(table[1][1], Valeur(1.5));
-  EXPECT_TRUE(EstNul(table[2][0]));
+  int rempli = 0;
+  EXPECT_EQ(
+      Garde(objet, Forme::Méthode, "Essai", [] { return 7; }, [&](Variables&) { ++rempli; }), 7);
+  EXPECT_EQ(rempli, 0);
+  Echoue(objet);
+  EXPECT_EQ(registre->entrées.at(0).variables,
+            (TableVariables{{}, {Valeur("Variable mdblHeure"), Valeur(1.5)}, {}}));
 }
 
 TEST_F(UneGarde, SansErreurLaQueueEchoueOuMontre) {
-  Cobaye orphelin(plateforme);
-  EXPECT_THROW(Garde(orphelin, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); }),
-               Echec);
-  Garde(
-      orphelin, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); },
-      [](Variables&) {}, SansErreur::Montre);
-  ASSERT_EQ(messages.textes.size(), 1U);
-  EXPECT_TRUE(messages.textes[0].starts_with("Erreur N°6 "));
+  const Cobaye orphelin(plateforme);
+  EXPECT_THROW(Echoue(orphelin), Echec);
+  Echoue(orphelin, SansErreur::Montre);
+  EXPECT_TRUE(messages.textes.at(0).starts_with("Erreur N°6 "));
 }
 
 }  // namespace

@@ -1,83 +1,64 @@
 #include "core/valeur.h"
 
-#include <limits>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "core/echec.h"
 #include "core/outils_communs.h"
+#include "outils/cas.h"
+#include "outils/numero.h"
 
 namespace zuma {
 namespace {
 
-template <class Travail>
-int NuméroDe(Travail&& travail) {
-  try {
-    travail();
-  } catch (const Echec& e) {
-    return e.NuméroErreur();
-  }
-  return 0;
-}
+using essai::Cas;
+using essai::NuméroDe;
+using OutilsCommuns::HexaVersLong;
 
 TEST(Valeur, RétrécitVersLePairEtEchoueHorsPlage) {
-  const struct {
-    double valeur;
-    int attendu;
-    int échec;
-  } cas[] = {{2.5, 2, 0},     {3.5, 4, 0},           {-2.5, -2, 0}, {32767.4, 32767, 0},
-             {32767.5, 0, 6}, {-32768.5, -32768, 0}, {-32769, 0, 6}};
-  for (const auto& c : cas) {
-    if (c.échec == 0) {
-      EXPECT_EQ(VersEntier16(c.valeur), c.attendu) << c.valeur;
-    } else {
-      EXPECT_EQ(NuméroDe([&] { (void)VersEntier16(c.valeur); }), c.échec) << c.valeur;
-    }
+  for (const auto& [valeur, attendu] :
+       Cas<double, int>{{2.5, 2}, {3.5, 4}, {-2.5, -2}, {32767.4, 32767}, {-32768.5, -32768}}) {
+    EXPECT_EQ(VersEntier16(valeur), attendu);
   }
   EXPECT_EQ(VersEntier32(2147483647.4), 2147483647);
+  for (const double valeur : {32767.5, -32769.0, std::nan("")}) {
+    EXPECT_EQ(NuméroDe([&] { (void)VersEntier16(valeur); }), 6) << valeur;
+  }
   EXPECT_EQ(NuméroDe([] { (void)VersEntier32(2147483648.0); }), 6);
-  EXPECT_EQ(NuméroDe([] { (void)VersEntier32(std::numeric_limits<double>::quiet_NaN()); }), 6);
 }
 
 TEST(Valeur, LitLesTextesAuxNormesFrançaises) {
-  const struct {
-    const char* texte;
-    double attendu;
-    bool lisible;
-  } cas[] = {{" 12,5 ", 12.5, true}, {"-0.25", -0.25, true}, {"+3", 3, true},
-             {"1E3", 1000, true},    {"", 0, false},         {"1 000", 0, false},
-             {"nan", 0, false},      {"inf", 0, false},      {"+-3", 0, false},
-             {"1,2,3", 0, false},    {"1e999", 0, false},    {"0x10", 0, false}};
-  for (const auto& c : cas) {
-    double lu = 0;
-    EXPECT_EQ(LitNombre(c.texte, lu), c.lisible) << c.texte;
-    if (c.lisible) {
-      EXPECT_DOUBLE_EQ(lu, c.attendu) << c.texte;
-    }
+  for (const auto& [texte, attendu] :
+       Cas<const char*, double>{{" 12,5 ", 12.5}, {"-0.25", -0.25}, {"+3", 3}, {"1E3", 1000}}) {
+    EXPECT_EQ(VersDouble(Valeur(texte)), attendu);
   }
-  EXPECT_EQ(NuméroDe([] { (void)VersDouble(Valeur(Nul{})); }), 94);
-  EXPECT_EQ(NuméroDe([] { (void)VersDouble(Valeur("douze")); }), 13);
+  for (const char* texte : {"", "1 000", "nan", "inf", "+-3", "1,2,3", "1e999", "0x10", "douze"}) {
+    EXPECT_EQ(NuméroDe([&] { (void)VersDouble(Valeur(texte)); }), 13) << texte;
+  }
+  EXPECT_EQ(NuméroDe([] { (void)VersDouble(Nul{}); }), 94);
   EXPECT_EQ(NuméroDe([] { (void)Divise(1, 0); }), 11);
-  EXPECT_EQ(VersDouble(Valeur(true)), -1);
+  EXPECT_EQ(VersDouble(true), -1);
 }
 
 TEST(Valeur, EcritLesNombresPourLesGens) {
-  EXPECT_EQ(TexteDeNombre(12.5), "12,5");
-  EXPECT_EQ(TexteDeNombre(0.1 + 0.2), "0,3");
-  EXPECT_EQ(TexteDeNombre(-0.0), "0");
+  for (const auto& [nombre, texte] : Cas<double, const char*>{
+           {12.5, "12,5"}, {0.1 + 0.2, "0,3"}, {-0.0, "0"}, {65536, "65536"}}) {
+    EXPECT_EQ(TexteDeNombre(nombre), texte);
+  }
   EXPECT_EQ(TexteDeNombre(1.0 / 3, '.'), "0.333333333333333");
-  EXPECT_EQ(TexteDeNombre(65536), "65536");
 }
 
 TEST(OutilsCommuns, ChampSûrEtHexadécimal) {
-  EXPECT_EQ(OutilsCommuns::LitChampSûr(Valeur(" 3.5 ")), Valeur(3.5));
-  EXPECT_TRUE(EstNul(OutilsCommuns::LitChampSûr(Valeur("panne"))));
-  EXPECT_EQ(OutilsCommuns::HexaVersLong(Valeur(" 2A0 ")), 0x2A0);
-  EXPECT_EQ(OutilsCommuns::HexaVersLong(Valeur(std::int32_t{300})), 0x300);
-  EXPECT_EQ(OutilsCommuns::HexaVersLong(Valeur("FFFFFFFF")), -1);
-  EXPECT_EQ(NuméroDe([] { (void)OutilsCommuns::HexaVersLong(Valeur("G1")); }), 13);
-  EXPECT_EQ(NuméroDe([] { (void)OutilsCommuns::HexaVersLong(Valeur("123456789")); }), 13);
-  EXPECT_EQ(NuméroDe([] { (void)OutilsCommuns::HexaVersLong(Valeur(Nul{})); }), 94);
+  EXPECT_EQ(OutilsCommuns::LitChampSûr(" 3.5 "), Valeur(3.5));
+  EXPECT_TRUE(EstNul(OutilsCommuns::LitChampSûr("panne")));
+  for (const auto& [texte, attendu] :
+       Cas<Valeur, int>{{" 2A0 ", 0x2A0}, {300, 0x300}, {"FFFFFFFF", -1}}) {
+    EXPECT_EQ(HexaVersLong(texte), attendu);
+  }
+  for (const auto& [texte, échec] :
+       Cas<Valeur, int>{{"G1", 13}, {"1G", 13}, {"123456789", 13}, {Nul{}, 94}}) {
+    EXPECT_EQ(NuméroDe([&] { (void)HexaVersLong(texte); }), échec);
+  }
 }
 
 }  // namespace

@@ -1,71 +1,64 @@
 // A logic input from its row to its event, its stop and its parameters.
-#include "logic/entree_logique.h"
-
 #include <gtest/gtest.h>
 
 #include "outils/allocations.h"
 #include "outils/banc_logique.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
 
 using essai::Avec;
+using essai::Cas;
 using essai::Ligne;
-using essai::Nombre;
-using essai::Texte;
 using enum ENUM_ETAT_LOGIQUE;
 
-const Valeur kNul{Nul{}};
 constexpr std::int32_t kCanal = 12;
+constexpr const char* kNiveau = "Niveau d'Arrêt d'Urgence";
+constexpr const char* kFiltre = "Durée Anti-Rebond (s)";
+constexpr const char* kSiRien = "Etat si rien de connecte";
 
-Ligne LigneDEntrée() {
-  return {{"Nom de l'Entrée Logique", Texte("Porte")},
-          {"Etat d'Activation", Nombre(1)},
-          {"Niveau d'Arrêt d'Urgence", Texte("Aucun")},
-          {"Touche", kNul},
-          {"Canal", kNul},
-          {"Durée Anti-Rebond (s)", kNul}};
+Ligne SansSource(const Ligne& champs = {}) {
+  return Avec({{"Nom de l'Entrée Logique", "Porte"},
+               {"Etat d'Activation", 1},
+               {kNiveau, "Aucun"},
+               {"Touche", Nul{}},
+               {"Canal", Nul{}},
+               {kFiltre, Nul{}}},
+              champs);
 }
-Ligne AvecCanal(Ligne ligne = LigneDEntrée()) {
-  return Avec(std::move(ligne), "Canal", Nombre(kCanal));
+Ligne SurCanal(const Ligne& champs = {}) {
+  return Avec(SansSource({{"Canal", kCanal}}), champs);
 }
 
 class UneEntréeLogique : public testing::Test, protected essai::BancLogique {
  protected:
-  using Entrée = Ref<EntréeLogique>;
-  Entrée Prête(const Ligne& ligne) { return Prêt<EntréeLogique>(ligne); }
+  Ref<EntréeLogique> Prête(const Ligne& ligne) {
+    auto entrée = Prêt<EntréeLogique>(ligne);
+    entrée->AbonneChange([this](ENUM_ETAT_LOGIQUE état) { changements.push_back(état); });
+    return entrée;
+  }
   // A refresh with that value on the channel.
-  void Passe(EntréeLogique& entrée, double niveau) {
+  ENUM_ETAT_LOGIQUE Passe(EntréeLogique& entrée, double niveau) {
     CanalDe(kCanal)->ValeurCanal(niveau);
     entrée.MetàJour();
-  }
-  void EcouteLesChangements(EntréeLogique& entrée) {
-    entrée.AbonneChange([this](ENUM_ETAT_LOGIQUE état) { changements.push_back(état); });
+    return entrée.ValeurCourante();
   }
   std::vector<ENUM_ETAT_LOGIQUE> changements;
 };
 
 TEST_F(UneEntréeLogique, PrendSonNiveauDeLaPolarité) {
-  const struct {
-    Valeur activation;
-    double niveau;
-    ENUM_ETAT_LOGIQUE état;
-  } cas[] = {
-      {Nombre(1), -1, Actif},   {Nombre(1), 0, Inactif},  {Nombre(1), 1, Inactif},
-      {Nombre(0), 0, Actif},    {Nombre(0), -1, Inactif}, {Nombre(0), 5, Inactif},
-      {Nombre(2), 0, Actif},    {Texte("1"), -1, Actif},  {kNul, 0, Actif},
-      {Valeur(true), 0, Actif},
-  };
-  for (const auto& c : cas) {
-    const auto entrée = Prête(Avec(AvecCanal(), "Etat d'Activation", c.activation));
-    Passe(*entrée, c.niveau);
-    EXPECT_EQ(entrée->ValeurCourante(), c.état) << c.niveau;
+  const Cas<Valeur, double, ENUM_ETAT_LOGIQUE> cas{
+      {1, -1, Actif},   {1, 0, Inactif}, {1, 1, Inactif},  {0, 0, Actif},
+      {0, -1, Inactif}, {2, 0, Actif},   {"1", -1, Actif}, {Nul{}, 0, Actif}};
+  for (const auto& [activation, niveau, état] : cas) {
+    EXPECT_EQ(Passe(*Prête(SurCanal({{"Etat d'Activation", activation}})), niveau), état);
   }
   EXPECT_TRUE(registre->entrées.empty());
 }
 
 TEST_F(UneEntréeLogique, NEstActiveQuAvecUnCanalRafraîchiOuSaToucheSeule) {
-  const auto entrée = Prête(Avec(AvecCanal(), "Touche", Texte("F5")));
+  const auto entrée = Prête(SurCanal({{"Touche", "F5"}}));
   const auto état = [&] {
     entrée->MetàJour();
     return entrée->ValeurCourante();
@@ -75,297 +68,200 @@ TEST_F(UneEntréeLogique, NEstActiveQuAvecUnCanalRafraîchiOuSaToucheSeule) {
   EXPECT_EQ(état(), Actif);
   clavier.Enfonce('A');
   EXPECT_EQ(état(), Inactif) << "two keys are down";
-  CanalDe(kCanal)->ValeurCanal(-1);
-  EXPECT_EQ(état(), Actif);
+  EXPECT_EQ(Passe(*entrée, -1), Actif);
   clavier.Relâche('A');
-  CanalDe(kCanal)->ValeurCanal(0);
-  EXPECT_EQ(état(), Actif) << "the key again";
+  EXPECT_EQ(Passe(*entrée, 0), Actif) << "the key again";
   entrée->Initialise();
   EXPECT_EQ(état(), Inactif) << "a key left down at start does not count";
-}
-
-TEST_F(UneEntréeLogique, SansClavierSuitSonCanalEtLeDitUneFois) {
   plateforme.clavier = nullptr;
-  const auto entrée = Prête(Avec(AvecCanal(), "Touche", Texte("F5")));
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_TRUE(registre->Contient("Erreur N°91 "));
-  Passe(*entrée, -1);
-  EXPECT_EQ(entrée->ValeurCourante(), Actif);
-  (void)Prête(AvecCanal());
-  EXPECT_EQ(registre->entrées.size(), 1U) << "an input without a key needs no keyboard";
+  const auto sansClavier = Prête(SurCanal({{"Touche", "F5"}}));
+  EXPECT_TRUE(Dit("Erreur N°91 "));
+  EXPECT_EQ(Passe(*sansClavier, -1), Actif);
+  (void)Prête(SurCanal());
+  EXPECT_TRUE(registre->entrées.empty()) << "an input without a key needs no keyboard";
 }
 
 TEST_F(UneEntréeLogique, FiltreDansLesDeuxSens) {
-  const auto entrée = Prête(Avec(AvecCanal(), "Durée Anti-Rebond (s)", Texte("0,5")));
-  EcouteLesChangements(*entrée);
-  const struct {
-    double secondes;
-    double niveau;
-    ENUM_ETAT_LOGIQUE état;
-  } passes[] = {
+  const auto entrée = Prête(SurCanal({{kFiltre, "0,5"}}));
+  const Cas<double, int, ENUM_ETAT_LOGIQUE> passes{
       {10.0, 0, Inactif},  {10.1, -1, Inactif}, {10.5, -1, Inactif}, {10.55, 0, Inactif},
       {10.6, -1, Inactif}, {11.0, -1, Inactif}, {11.1, -1, Actif},   {11.2, 0, Actif},
-      {11.6, 0, Actif},    {11.65, -1, Actif},  {11.7, 0, Actif},    {12.3, 0, Inactif},
-  };
-  for (const auto& p : passes) {
-    timer->heure = p.secondes * 1e6;
-    Passe(*entrée, p.niveau);
-    EXPECT_EQ(entrée->ValeurCourante(), p.état) << p.secondes;
+      {11.6, 0, Actif},    {11.65, -1, Actif},  {11.7, 0, Actif},    {12.3, 0, Inactif}};
+  for (const auto& [secondes, niveau, état] : passes) {
+    timer->heure = secondes * 1e6;
+    EXPECT_EQ(Passe(*entrée, niveau), état) << secondes;
   }
   EXPECT_EQ(changements, (std::vector{Actif, Inactif}));
 }
 
-TEST_F(UneEntréeLogique, NonConnectéeEstTenueParLHôte) {
-  const auto entrée = Prête(Avec(LigneDEntrée(), "Etat si rien de connecte", Texte("Actif")));
-  EcouteLesChangements(*entrée);
-  entrée->ValeurCourante(Actif);
-  entrée->ValeurCourante(Actif);
-  entrée->MetàJour();
-  EXPECT_EQ(entrée->ValeurCourante(), Actif);
-  EXPECT_EQ(changements, (std::vector{Actif}));
-  // The accessor makes a channel: nothing is connected still, but the host lets go of it.
-  EXPECT_EQ(entrée->Canal(), entrée->Canal());
-  entrée->ValeurCourante(Inactif);
-  EXPECT_EQ(entrée->ValeurCourante(), Actif);
-  entrée->MetàJour();
-  EXPECT_EQ(entrée->ValeurCourante(), Inactif);
-}
-
-TEST_F(UneEntréeLogique, NeGardeLEtatSiRienQueDeLaDernièreColonne) {
-  const Ligne nue = LigneDEntrée();
-  Ligne devant = nue;
-  devant.insert(devant.begin(), {"Etat si rien de connecte", Texte("Actif")});
-  const struct {
-    Ligne ligne;
-    bool gardé;
-  } cas[] = {
-      {Avec(nue, "Etat si rien de connecte", Texte("Actif")), true},
-      {Avec(nue, "ETAT SI RIEN DE CONNECTE", Texte("autre")), true},
-      {Avec(nue, "Etat si rien de connecte", kNul), false},
-      {devant, false},
-      {Avec(Avec(nue, "Etat si rien de connecte", Texte("Actif")), "Commentaire", kNul), false},
-      {nue, false},
-  };
-  for (const auto& c : cas) {
-    const auto entrée = Prête(c.ligne);
-    entrée->ValeurCourante(Actif);
+TEST_F(UneEntréeLogique, SansSourceEstTenueParLHôteQuandSaDernièreColonneLeDit) {
+  Ligne devant = SansSource();
+  devant.insert(devant.begin(), {kSiRien, "Actif"});
+  const Ligne tenue = SansSource({{kSiRien, "Actif"}});
+  for (const auto& [ligne, gardé] :
+       Cas<Ligne, bool>{{tenue, true},
+                        {SansSource({{"ETAT SI RIEN DE CONNECTE", "autre"}}), true},
+                        {SansSource({{kSiRien, Nul{}}}), false},
+                        {devant, false},
+                        {Avec(tenue, "Commentaire", Nul{}), false}}) {
+    changements.clear();
+    const auto entrée = Prête(ligne);
+    for (int i = 0; i < 2; ++i) entrée->ValeurCourante(Actif);
+    EXPECT_EQ(changements, std::vector{Actif});
     entrée->MetàJour();
-    // Kept, the refresh leaves the host's state alone; otherwise nothing active means inactive.
-    EXPECT_EQ(entrée->ValeurCourante(), c.gardé ? Actif : Inactif) << &c - cas;
+    EXPECT_EQ(entrée->ValeurCourante(), gardé ? Actif : Inactif) << ligne.back().Name;
   }
+  // The accessor makes a channel: nothing is connected still, but the host lets go of it.
+  const auto entrée = Prête(tenue);
+  EXPECT_EQ(entrée->Canal(), entrée->Canal());
+  entrée->ValeurCourante(Actif);
+  EXPECT_EQ(entrée->ValeurCourante(), Inactif);
 }
 
 TEST_F(UneEntréeLogique, ForcéeNeMontreQueSaValeurForcée) {
-  const auto entrée = Prête(Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte("Activé")));
-  EcouteLesChangements(*entrée);
+  const auto entrée = Prête(SurCanal({{kNiveau, "Activé"}}));
   entrée->ForceOFF();
-  Passe(*entrée, -1);
-  EXPECT_EQ(entrée->ValeurCourante(), Inactif);
-  EXPECT_EQ(changements, (std::vector{Actif}));
-  EXPECT_EQ(sécurité->arrêts, 1);
+  EXPECT_EQ(Passe(*entrée, -1), Inactif);
   entrée->ForceON();
-  Passe(*entrée, 0);
-  EXPECT_EQ(entrée->ValeurCourante(), Actif);
+  EXPECT_EQ(Passe(*entrée, 0), Actif);
+  EXPECT_EQ(changements, (std::vector{Actif, Inactif}));
   EXPECT_EQ(sécurité->arrêts, 1);
   entrée->LibereEntreeLogique();
   EXPECT_EQ(entrée->ValeurCourante(), Inactif);
 }
 
 TEST_F(UneEntréeLogique, DéclencheLArrêtTantQueSonEtatDure) {
-  const struct {
-    const char* niveau;
-    double canal;
-    bool arrêt;
-  } cas[] = {
-      {"Activé", -1, true},     {"Activé", 0, false}, {"Désactivé", 0, true},
-      {"Désactivé", -1, false}, {"Aucun", -1, false}, {"Aucun", 0, false},
-  };
-  for (const auto& c : cas) {
+  traducteur->mots = {{"Texte etat detecte", ", state"}, {"Texte Inactif", "off"}};
+  const std::string cause = "Texte declenchement AU par EL Porte, state ";
+  const Cas<const char*, double, std::string> cas{
+      {"Activé", -1, "Texte Actif"}, {"Activé", 0, ""}, {"Désactivé", 0, "off"},
+      {"Désactivé", -1, ""},         {"Aucun", -1, ""}, {"Aucun", 0, ""}};
+  for (const auto& [niveau, points, état] : cas) {
     sécurité->arrêts = 0;
-    const auto entrée = Prête(Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte(c.niveau)));
-    entrée->AutoriseAU();  // cannot fire without a level
-    for (int i = 0; i < 3; ++i) Passe(*entrée, c.canal);
-    EXPECT_EQ(sécurité->arrêts, c.arrêt ? 3 : 0) << c.niveau << c.canal;
-    entrée->InterditAU();
-    Passe(*entrée, c.canal);
-    EXPECT_EQ(sécurité->arrêts, c.arrêt ? 3 : 0) << "forbidden";
-    entrée->AutoriseAU();
-    Passe(*entrée, c.canal);
-    EXPECT_EQ(sécurité->arrêts, c.arrêt ? 4 : 0) << "allowed again";
+    Prête(SurCanal({{kNiveau, niveau}, {"Canal", kCanal + 1}}))->MetàJour();  // never read
+    const auto entrée = Prête(SurCanal({{kNiveau, niveau}}));
+    int attendus = 0;
+    for (const bool permis : {true, true, false, true}) {
+      permis ? entrée->AutoriseAU() : entrée->InterditAU();
+      Passe(*entrée, points);
+      attendus += permis && !état.empty() ? 1 : 0;
+      EXPECT_EQ(sécurité->arrêts, attendus) << niveau << points << permis;
+    }
+    EXPECT_TRUE(état.empty() || sécurité->causes.back() == cause + état);
   }
-}
-
-TEST_F(UneEntréeLogique, NeDéclencheRienAvantDAvoirEtéLue) {
-  for (const char* niveau : {"Activé", "Désactivé"}) {
-    const auto entrée = Prête(Avec(LigneDEntrée(), "Niveau d'Arrêt d'Urgence", Texte(niveau)));
-    entrée->ValeurCourante(Actif);
-    entrée->MetàJour();
-    const auto connectée = Prête(Avec(Avec(AvecCanal(), "Canal", Nombre(kCanal + 1)),
-                                      "Niveau d'Arrêt d'Urgence", Texte(niveau)));
-    connectée->MetàJour();
-  }
-  EXPECT_EQ(sécurité->arrêts, 0);
-}
-
-TEST_F(UneEntréeLogique, DitLaCauseDansLaLangueDeLOpérateur) {
-  traducteur->mots = {{"Texte declenchement AU par EL", "Stop by input"},
-                      {"Texte etat detecte", ", state"},
-                      {"Texte Actif", "on"},
-                      {"Texte Inactif", "off"}};
-  for (const char* niveau : {"Activé", "Désactivé"}) {
-    const auto entrée = Prête(Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte(niveau)));
-    Passe(*entrée, -1);
-    Passe(*entrée, 0);
-  }
-  EXPECT_EQ(sécurité->causes, (std::vector<std::string>{"Stop by input Porte, state on",
-                                                        "Stop by input Porte, state off"}));
 }
 
 TEST_F(UneEntréeLogique, DéclencheLArrêtMêmeQuandLeResteEchoue) {
-  const Ligne ligne = Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte("Activé"));
-
+  const Ligne ligne = SurCanal({{kNiveau, "Activé"}});
   const auto sansTraducteur = Lu<EntréeLogique>(ligne);
   sansTraducteur->Lien(sécurité, {}, {}, &chassis);
   Passe(*sansTraducteur, -1);
-  ASSERT_EQ(sécurité->arrêts, 1);
-  EXPECT_EQ(sécurité->causes.back(),
-            "Texte declenchement AU par EL PorteTexte etat detecte Texte Actif");
+  EXPECT_EQ(sécurité->causes, std::vector<std::string>{"Texte declenchement AU par EL PorteTexte "
+                                                       "etat detecte Texte Actif"});
   EXPECT_TRUE(registre->entrées.empty());
-
   sécurité->refuse = true;
   const auto entrée = Prête(ligne);
   Passe(*entrée, -1);
   EXPECT_EQ(sécurité->arrêts, 2) << "the cause was refused";
-  EXPECT_EQ(registre->entrées.size(), 1U);
+  EXPECT_TRUE(Dit("Erreur N°51 "));
 
   sécurité->refuse = false;
   Passe(*entrée, 0);
   entrée->AbonneChange([](ENUM_ETAT_LOGIQUE) { throw Echec(Numéro::DivisionParZéro); });
   Passe(*entrée, -1);
   EXPECT_EQ(sécurité->arrêts, 3) << "a handler of the host failed";
-  EXPECT_EQ(registre->entrées.size(), 2U);
+  EXPECT_TRUE(Dit("Erreur N°11 "));
 
   // A reference that cannot be resolved does not cost the input its safety object.
-  const auto sansCanal = Lu<EntréeLogique>(Avec(ligne, "Parametre Etat", Nombre(77)));
-  Lie(*sansCanal);
-  Passe(*sansCanal, -1);
+  plateforme.messages = nullptr;
+  const auto introuvable = Lu<EntréeLogique>(Avec(ligne, "Parametre Etat", 77));
+  Lie(*introuvable);
+  EXPECT_TRUE(Dit("Erreur N°91 ")) << "nowhere to tell it";
+  Passe(*introuvable, -1);
   EXPECT_EQ(sécurité->arrêts, 4);
 }
 
 TEST_F(UneEntréeLogique, PerdSonForçageEtSaLectureQuandElleEchoue) {
-  const auto entrée =
-      Lu<EntréeLogique>(Avec(AvecCanal(), "Niveau d'Arrêt d'Urgence", Texte("Activé")));
+  const auto entrée = Lu<EntréeLogique>(SurCanal({{kNiveau, "Activé"}}));
   entrée->Lien({}, {}, {}, &chassis);  // no safety object
   entrée->ForceOFF();
-  Passe(*entrée, -1);
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  const auto& échec = registre->entrées[0];
-  EXPECT_TRUE(échec.message.starts_with("Erreur N°91 "));
-  EXPECT_TRUE(échec.message.ends_with("de la méthode MetàJour de l'objet Entrée logique (Porte)."));
-  ASSERT_EQ(échec.variables.size(), 4U);
-  EXPECT_EQ(échec.variables[1][0], Texte("Variable mblnEtatActivation"));
-  EXPECT_EQ(échec.variables[2][0], Texte("Variable musrValeurCourante"));
-  EXPECT_EQ(échec.variables[3][0], Texte("Variable mobjCanal.ValeurCanal"));
-  EXPECT_EQ(échec.variables[3][1], Valeur(-1.0));
-  EXPECT_EQ(entrée->ValeurCourante(), Actif) << "no longer forced";
+  EXPECT_EQ(Passe(*entrée, -1), Actif) << "no longer forced";
+  const auto [message, variables] = registre->entrées.at(0);
+  EXPECT_TRUE(Dit("Erreur N°91 "));
+  EXPECT_TRUE(message.ends_with("de la méthode MetàJour de l'objet Entrée logique (Porte)."));
+  EXPECT_EQ(variables, (TableVariables{{},
+                                       {"Variable mblnEtatActivation", true},
+                                       {"Variable musrValeurCourante", 0},
+                                       {"Variable mobjCanal.ValeurCanal", -1.0}}));
 }
 
-TEST_F(UneEntréeLogique, DitUnNiveauDArrêtMalEcrit) {
-  const Ligne ligne = Avec(AvecCanal(), "Durée Anti-Rebond (s)", Texte("0,5"));
-  for (const auto& [niveau, texte] :
-       {std::pair(Texte("Active"), "'Active' n'est ni"), std::pair(kNul, "'Null' n'est ni")}) {
-    registre->entrées.clear();
-    const auto entrée = Lu<EntréeLogique>(Avec(ligne, "Niveau d'Arrêt d'Urgence", niveau));
-    ASSERT_EQ(registre->entrées.size(), 1U);
-    EXPECT_TRUE(registre->Contient(texte)) << registre->entrées[0].message;
+TEST_F(UneEntréeLogique, DitUneColonneDArrêtOuDeFiltreMalEcriteEtLitLAutre) {
+  for (const auto& [niveau, filtre, message, état] :
+       Cas<Valeur, const char*, const char*, ENUM_ETAT_LOGIQUE>{
+           {"Active", "0,5", "'Active' n'est ni 'Aucun', ni 'Activé', ni 'Désactivé'", Inactif},
+           {Nul{}, "0,5", "'Null' n'est ni", Inactif},
+           {"Activé", "vite", "'Durée Anti-Rebond (s)'", Actif}}) {
+    const auto entrée = Lu<EntréeLogique>(SurCanal({{kNiveau, niveau}, {kFiltre, filtre}}));
+    EXPECT_TRUE(Dit(message)) << message;
     Lie(*entrée);
-    Passe(*entrée, -1);
-    EXPECT_EQ(entrée->Canal(), CanalDe(kCanal)) << "the rest of the row was read";
-    EXPECT_EQ(entrée->ValeurCourante(), Inactif) << "the filter's time too";
+    EXPECT_EQ(Passe(*entrée, -1), état) << "filtered or not";
+    EXPECT_EQ(sécurité->arrêts, état == Actif ? 1 : 0);
   }
-  // The other way round: a filter time that cannot be read does not cost the stop.
-  const auto sansFiltre =
-      Lu<EntréeLogique>(Avec(Avec(AvecCanal(), "Durée Anti-Rebond (s)", Texte("vite")),
-                             "Niveau d'Arrêt d'Urgence", Texte("Activé")));
-  EXPECT_TRUE(registre->Contient("'Durée Anti-Rebond (s)'"));
-  Lie(*sansFiltre);
-  Passe(*sansFiltre, -1);
-  EXPECT_EQ(sécurité->arrêts, 1);
 }
 
 class SesParamètres : public UneEntréeLogique {
  protected:
-  SesParamètres() {
-    const char* const textes[] = {"", "fermée", "ouverte : attendre la fermeture", "absente"};
-    for (int i = 0; i < 4; ++i) partagés.push_back(Partage(i + 1, textes[i]));
+  static Ligne Liée(const Ligne& ligne) {
+    return Avec(ligne, {{"parametre etat", 1},
+                        {"Parametre Etat Actif", 2},
+                        {"Parametre Etat Inactif", "3"},
+                        {"Parametre Defaut", 4}});
   }
-  Ligne Liée(Ligne ligne) {
-    ligne = Avec(Avec(ligne, "parametre etat", Nombre(1)), "Parametre Etat Actif", Nombre(2));
-    return Avec(Avec(ligne, "Parametre Etat Inactif", Texte("3")), "Parametre Defaut", Nombre(4));
-  }
-  std::string Etat() const { return partagés[0]->ValeurParamètre(); }
-  std::vector<Ref<essai::Parametre>> partagés;
+  std::string Etat() const { return état->ValeurParamètre(); }
+  Ref<essai::Parametre> état = Partage(1, "");
+  Ref<essai::Parametre> autres[3] = {
+      Partage(2, "fermée"), Partage(3, "ouverte : attendre la fermeture"), Partage(4, "absente")};
 };
 
 TEST_F(SesParamètres, SuiventLEtatRéelSansRienAllouer) {
-  const auto entrée = Prête(Liée(AvecCanal()));
+  const auto entrée = Prête(Liée(SurCanal()));
   entrée->ForceON();
   Passe(*entrée, 0);
   EXPECT_EQ(Etat(), "ouverte : attendre la fermeture");
   const auto avant = essai::Allocations();
-  Passe(*entrée, 0);
+  entrée->MetàJour();
   EXPECT_EQ(essai::Allocations(), avant);
-  EXPECT_EQ(partagés[0]->écritures, 1) << "listeners hear of changes only";
+  EXPECT_EQ(état->écritures, 1) << "listeners hear of changes only";
+  état->ValeurParamètre("autre");
   Passe(*entrée, -1);
   EXPECT_EQ(Etat(), "fermée");
-  partagés[0]->ValeurParamètre("autre");
-  Passe(*entrée, -1);
-  EXPECT_EQ(Etat(), "fermée");
-}
 
-TEST_F(SesParamètres, PrennentLeDéfautSansSource) {
-  const auto entrée = Prête(Liée(LigneDEntrée()));
-  entrée->MetàJour();
-  EXPECT_EQ(Etat(), "absente");
-  (void)entrée->Canal();  // an empty channel connects nothing
-  partagés[0]->ValeurParamètre("");
-  entrée->MetàJour();
-  EXPECT_EQ(Etat(), "absente");
+  const auto sansSource = Prête(Liée(SansSource()));
+  for (int i = 0; i < 2; ++i) {
+    état->ValeurParamètre("");
+    sansSource->MetàJour();
+    EXPECT_EQ(Etat(), "absente");
+    (void)sansSource->Canal();  // an empty channel connects nothing
+  }
 }
 
 TEST_F(SesParamètres, SontCherchésSelonLIndexDeLEtatActif) {
-  const struct {
-    const char* colonne;
-    Valeur index;
-    const char* message;
-  } cas[] = {
-      {"Canal", Nombre(99),
-       "Attention : L'entrée logique 'Porte' utilise un canal d'index '99' qui n'a pas été "
-       "trouvé."},
-      {"Canal", Nombre(0), nullptr},
-      {"parametre etat", Nombre(9),
-       "L'entrée logique 'Porte' utilise le Parametre Etat d'index '9' qui n'a pas été trouvé."},
-      {"Parametre Etat Actif", Nombre(9),
-       "L'entrée logique 'Porte' utilise le parametre Etat d'index '9' qui n'a pas été trouvé."},
-      {"Parametre Etat Inactif", Nombre(0),
-       "L'entrée logique 'Porte' utilise le parametre Etat d'index '0' qui n'a pas été trouvé."},
-      {"Parametre Defaut", Nombre(0),
-       "L'entrée logique 'Porte' utilise le parametre Etat d'index '0' qui n'a pas été trouvé."},
-      {"Parametre Etat Actif", Nombre(0), nullptr},
-  };
-  for (const auto& c : cas) {
+  const std::string entrée = "L'entrée logique 'Porte' utilise ";
+  for (const auto& [colonne, index, message] : Cas<const char*, int, std::string>{
+           {"Canal", 99, "Attention : " + entrée + "un canal d'index '99'"},
+           {"Canal", 0, ""},
+           {"parametre etat", 9, entrée + "le Parametre Etat d'index '9'"},
+           {"Parametre Etat Actif", 9, entrée + "le parametre Etat d'index '9'"},
+           {"Parametre Etat Inactif", 0, entrée + "le parametre Etat d'index '0'"},
+           {"Parametre Defaut", 0, entrée + "le parametre Etat d'index '0'"},
+           {"Parametre Etat Actif", 0, ""}}) {
     messages.textes.clear();
-    const auto entrée = Prête(Avec(Liée(LigneDEntrée()), c.colonne, c.index));
-    if (c.message == nullptr) {
-      EXPECT_TRUE(messages.textes.empty()) << c.colonne;
-    } else {
-      EXPECT_EQ(messages.textes, std::vector<std::string>{c.message}) << c.colonne;
-    }
+    état->ValeurParamètre("rien");
+    Prête(Avec(Liée(SansSource()), colonne, index))->MetàJour();
+    const auto attendu = message.empty() ? "" : message + " qui n'a pas été trouvé.";
+    EXPECT_EQ(messages.textes.empty() ? "" : messages.textes[0], attendu) << colonne;
   }
-  // With the index of the active state at 0 the default is not looked for either.
-  partagés[0]->ValeurParamètre("rien");
-  Prête(Avec(Liée(LigneDEntrée()), "Parametre Etat Actif", Nombre(0)))->MetàJour();
-  EXPECT_EQ(Etat(), "rien");
+  EXPECT_EQ(Etat(), "rien") << "without that index the default is not looked for either";
   EXPECT_TRUE(registre->entrées.empty());
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "core/chassis.h"
 #include "core/recherche.h"
 #include "outils/arbre.h"
 #include "outils/banc_capteur.h"
@@ -13,6 +13,12 @@
 
 // A bench for logic objects and commands.
 namespace zuma::essai {
+
+/// The same row with several fields replaced or added.
+inline Ligne Avec(Ligne ligne, const Ligne& champs) {
+  for (const auto& [colonne, valeur] : champs) ligne = Avec(std::move(ligne), colonne, valeur);
+  return ligne;
+}
 
 /// A frame with a board of analog outputs (channels 10 and 11) and one of logic outputs (channels
 /// 12 to 14) on a simulated bus, a keyboard, and the collaborators of the sensors' bench.
@@ -43,6 +49,12 @@ class BancLogique : public BancCapteur {
   /// Logic outputs that are energised, bit 0 the first one: the board drives its relays low.
   [[nodiscard]] std::uint32_t Lignes() const {
     return ~logiques_.bornes.sortiesLogiques & 0xFFFFFFU;
+  }
+  /// True when the record has one entry and it contains `morceau`. Empties the record.
+  bool Dit(std::string_view morceau) {
+    const bool dit = registre->entrées.size() == 1 && registre->Contient(morceau);
+    registre->entrées.clear();
+    return dit;
   }
 
   /// An object read from its row, linked to the frame and started.
@@ -78,10 +90,10 @@ class BancLogique : public BancCapteur {
     carte->ChargeErreur(registre);
     carte->TimerExact(timer);
     AjouteBloc(*carte, "1",
-               {{"Driver", Texte(driver)},
-                {"Type de Fonction", Texte(type)},
-                {"Nom de la Fonction", Texte("Bloc")},
-                {"Mise à Jour par Fonction", Valeur(false)}},
+               {{"Driver", driver},
+                {"Type de Fonction", type},
+                {"Nom de la Fonction", "Bloc"},
+                {"Mise à Jour par Fonction", false}},
                numéros, timer, registre);
     LitCarte(*carte, "", "", adresse);
     carte->Initialise();
