@@ -122,6 +122,8 @@ TEST_F(UnWatchdog, NAttendJamaisDansUnePasse) {
   chien->MetàJour();
   EXPECT_EQ(Ecritures(), 0U);
   EXPECT_LT(horloge->Maintenant() - avant, 10);
+  carte.Panne(false);  // the release of the watchdog waits for its board
+  EXPECT_EQ(carte.OctetsPerdus(), 0U);
 }
 
 TEST_F(UnWatchdog, AppelleAuSecoursUneCarteQuiNeRépondPas) {
