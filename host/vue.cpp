@@ -11,6 +11,7 @@ namespace {
 constexpr std::size_t kLargeurNom = 22;
 constexpr std::size_t kLargeurValeur = 9;
 constexpr std::size_t kLargeurMesure = 11;
+constexpr std::size_t kLargeurUnité = 8;
 constexpr std::size_t kLargeurBorne = 18;
 constexpr std::size_t kLargeurCellule = kLargeurNom + kLargeurValeur + kLargeurBorne + 12;
 
@@ -93,7 +94,7 @@ std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, boo
   const EtatAffiché état = Etat(capteur);
   return std::string(choisi ? "> " : "  ") + AGauche(capteur.NomDuCapteur(), kLargeurNom) +
          ADroite(Mesure(capteur.ValeurCourante()), kLargeurMesure) + " " +
-         AGauche(capteur.UnitéEtalonnage(), 6) +
+         AGauche(capteur.UnitéEtalonnage(), kLargeurUnité) +
          terminal.Colore(AGauche(état.texte, kLargeurMesure), état.ton) + "min " +
          ADroite(Mesure(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
          ADroite(Mesure(capteur.MaxiDétecté()), kLargeurMesure) +
@@ -121,8 +122,9 @@ void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
 std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal) {
   Chassis& chassis = vue.chassis;
   std::vector<std::string> lignes;
-  lignes.push_back(terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
-                   "   j k choose, t tare, z zero, m extremes, s stop, q quit");
+  lignes.push_back(
+      terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
+      "   j k choose, t tare, z zero, m extremes, s stop, f fault (simulated), q quit");
   lignes.push_back(
       terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
   if (!vue.panne.empty()) {
