@@ -5,6 +5,17 @@
 namespace zuma::host {
 namespace {
 
+constexpr double kDuréeDuRepos = 0.5;  // seconds
+constexpr double kPasDuRepos = 0.001;  // seconds
+
+// Boards whose outputs leave with the exchanges of the board, over several steps.
+bool EstUnBus(const Carte& carte) {
+  return carte.Driver_enm() == ENUM_DRIVER::Drv_VarioLS_K9_Modbus ||
+         carte.Driver_enm() == ENUM_DRIVER::Drv_Thumler ||
+         carte.Service() == ServiceCarte::BusSimple ||
+         carte.Service() == ServiceCarte::BusAvecSuivante;
+}
+
 bool EstLaissée(const Carte& carte) {
   const LigneDriver& ligne = LigneDuDriver(carte.Driver_enm());
   return ligne.service == ServiceCarte::ParFonction && ligne.carte != nullptr &&
@@ -15,7 +26,8 @@ bool EstLaissée(const Carte& carte) {
 
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres)
-    : recueil_(recueil),
+    : machine_(machine),
+      recueil_(recueil),
       paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
       chassis_(machine.Services()) {
@@ -43,9 +55,37 @@ void ChassisEnMarche::Passe() {
   for (const CarteRef& carte : laissées_) carte->MetàJour();
 }
 
+// A copying command goes on with its sensor through a stop: nobody will look at that sensor any
+// more, so its output is put to 0 here.
+void ChassisEnMarche::MetAuRepos() {
+  chassis_.DéclencheAU();
+  for (const CommandeRef& commande : *chassis_.Commandes()) {
+    const CanalRef canal = commande->Canal();
+    if (commande->TypeCommande() != ENUM_TYPE_COMMANDE::Recopie || !canal) continue;
+    canal->ValeurCanal(0);
+    canal->MetàJour();
+  }
+  SertLesBus();
+}
+
+// One step of a bus is not the write of its last block: each gets its turn, within half a second.
+void ChassisEnMarche::SertLesBus() {
+  std::vector<CarteRef> bus;
+  for (const CarteRef& carte : *chassis_.Cartes()) {
+    if (EstUnBus(*carte)) bus.push_back(carte);
+  }
+  if (bus.empty() || !machine_.Fini().empty()) return;
+  double maintenant = machine_.AvanceJusquA(0);
+  const double fin = maintenant + kDuréeDuRepos;
+  while (maintenant < fin) {
+    maintenant = machine_.AvanceJusquA(maintenant + kPasDuRepos);
+    for (const CarteRef& carte : bus) carte->MetàJour();
+  }
+}
+
 ChassisEnMarche::~ChassisEnMarche() {
   try {
-    chassis_.DéclencheAU();
+    MetAuRepos();
     chassis_.Décharge();
   } catch (...) {
     recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});

@@ -37,6 +37,10 @@ class ChassisEnMarche {
   bool Acquitte();
 
  private:
+  void MetAuRepos();
+  void SertLesBus();
+
+  Machine& machine_;
   Ref<Recueil> recueil_;
   Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
   linux_::Parametres paramètres_;

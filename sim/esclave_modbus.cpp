@@ -98,7 +98,7 @@ Octets EsclaveModbus::Répond(std::string_view question) {
   const unsigned fonction = Lu(question, 1);
   const std::uint16_t premier = Lu16(question, 2);
   const std::uint16_t second = Lu16(question, 4);
-  const Octets écho(question.substr(1, 5));
+  Octets écho(question.substr(1, 5));
   if (fonction == 1 || fonction == 2) return question[1] + LitBits(premier, second);
   if (fonction == 3 || fonction == 4) return question[1] + LitRegistres(premier, second);
   if (fonction == 8) return écho;

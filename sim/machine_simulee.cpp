@@ -157,7 +157,7 @@ double MachineSimulée::AvanceJusquA(double secondes) {
   ports.Bus().Passe(++passe_);
   AppliqueLesPannes(secondes);
   FaitVivreLaPresse();
-  const auto palier = static_cast<std::int64_t>(secondes / kPalier + 0.5);
+  const auto palier = std::llround(secondes / kPalier);
   if (palier == palier_) return secondes;
   palier_ = palier;
   bus.Anime(static_cast<double>(palier) * kPalier);

@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include "host/chassis_en_marche.h"
 #include "outils/programme.h"
+#include "sim/bus_modbus.h"
+#include "sim/machine_simulee.h"
 
 namespace zuma {
 namespace {
@@ -97,6 +100,30 @@ TEST_F(DesBusEnPanne, FinissentAvecLEntraînementUSB) {
   EXPECT_NE(fin.erreur.find("the process ends here: Thumler : FT_"), std::string::npos)
       << fin.erreur;
   EXPECT_EQ(fin.sortie.find("2.50 s"), std::string::npos);
+}
+
+// A drive that follows a sensor must not go on at its last set point when the program ends.
+TEST_F(DesBusEnPanne, LaissentLesEntraînementsAuRepos) {
+  const auto recueil = Crée<host::Recueil>();
+  const auto machine = host::MachineSimulée(*recueil, host::Cadence::Libre);
+  const auto consigne = [&](std::uint16_t registre) {
+    auto* bus =
+        dynamic_cast<sim::BusModbus*>(machine->Jumelle()->liaisons.Ligne(10)->appareil.Brut());
+    return bus->Esclave(5)->registres[registre];
+  };
+  {
+    host::ChassisEnMarche marche(Base(), 3, *machine, recueil, {});
+    for (double t = 0; t < 2;) {
+      t = machine->AvanceJusquA(t + 0.001);
+      marche.Passe();
+    }
+    EXPECT_EQ(consigne(500), 1);
+    EXPECT_TRUE(machine->Jumelle()->bus.Thumler().EnMarche());
+  }
+  EXPECT_EQ(consigne(500), 0);
+  EXPECT_EQ(consigne(501), 0);
+  EXPECT_FALSE(machine->Jumelle()->bus.Thumler().EnMarche());
+  EXPECT_TRUE(recueil->Problèmes().empty());
 }
 
 TEST_F(DesBusEnPanne, RefusentUnePanneMalDite) {
