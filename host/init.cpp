@@ -35,7 +35,7 @@ int Init(const OptionsInit& options) {
   }
   EcritLesParamètres(options.fichier);
   std::printf(
-      "%s written: every table of the system, and the demo frame 1.\n"
+      "%s written: every table of the system, and the demo frames 1 to 5.\n"
       "Next: zuma check %s --frame 1, then zuma run %s --frame 1 --sim\n",
       options.fichier.c_str(), options.fichier.c_str(), options.fichier.c_str());
   return kBon;

@@ -10,6 +10,16 @@ secondes=${3:-}
 
 mkdir -p "$dossier"
 base="$dossier/demo.db"
+# A database of an earlier version lacks frames: it is put aside, whatever was changed in it.
+if [ -e "$base" ]; then
+  code=0
+  "$zuma" check "$base" --frame 5 >/dev/null 2>&1 || code=$?
+  if [ "$code" -eq 2 ]; then
+    echo "$base is from an earlier version: kept as $base.old"
+    mv "$base" "$base.old"
+    [ ! -e "$base.params" ] || mv "$base.params" "$base.old.params"
+  fi
+fi
 [ -e "$base" ] || "$zuma" init "$base"
 for chassis in 1 3 4 5; do "$zuma" check "$base" --frame "$chassis"; done
 "$zuma" run "$base" --frame 1 --sim --csv "$dossier/run.csv" ${secondes:+--seconds "$secondes"}

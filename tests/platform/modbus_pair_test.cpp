@@ -79,17 +79,22 @@ class Serveur {
   }
   [[nodiscard]] bool Ouvert() const { return ouvert_; }
   modbus_mapping_t& Mémoire() { return *mémoire_; }
+  /// Answers in the name of that slave instead of its own.
+  void RépondEnTantQue(std::uint8_t esclave) { nom_ = esclave; }
 
  private:
   void Sert() {
     std::array<std::uint8_t, MODBUS_RTU_MAX_ADU_LENGTH> question{};
     while (!fini_) {
       const int longueur = ::modbus_receive(contexte_, question.data());
-      if (longueur > 0) (void)::modbus_reply(contexte_, question.data(), longueur, mémoire_);
+      if (longueur <= 0) continue;
+      question[0] = nom_;
+      (void)::modbus_reply(contexte_, question.data(), longueur, mémoire_);
     }
   }
   modbus_t* contexte_;
   modbus_mapping_t* mémoire_;
+  std::atomic<std::uint8_t> nom_ = kEsclave;
   std::atomic<bool> fini_ = false;
   std::thread fil_;
   bool ouvert_ = false;
@@ -160,6 +165,8 @@ TEST_F(UnPair, DitSesRefusEtSonSilence) {
   EXPECT_EQ(Echange(kEsclave, 6, kNombre, 1, une), Résultat::EcritureRefusée);
   EXPECT_EQ(Echange(kEsclave, 16, kNombre, 1, une), Résultat::EcritureRefusée);
   EXPECT_EQ(Echange(kEsclave + 1, 3, 0, 1), Résultat::Incomplète) << "another slave stays silent";
+  serveur.RépondEnTantQue(kEsclave + 1);
+  EXPECT_EQ(Echange(kEsclave, 3, 0, 1), Résultat::AutreEsclave);
 }
 
 }  // namespace
