@@ -18,7 +18,8 @@ void RafraîchitVariateur(Carte& carte) {
 }
 
 void DémarreThumler(Carte& carte) {
-  carte.Adresse(LeVariateur<Thumler>(carte).OuvreThumler(carte.Adresse()));
+  auto& thumler = LeVariateur<Thumler>(carte);
+  carte.Adresse(thumler.OuvreThumler(thumler.Numéro(carte.Adresse())));
 }
 
 void RafraîchitThumler(Carte& carte) {

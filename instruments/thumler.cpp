@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/outils_communs.h"
 
@@ -54,6 +55,7 @@ void Thumler::Attente(double microsecondes) {
 
 std::int32_t Thumler::OuvreThumler(std::int32_t numéro) {
   FTD2XX& ftdi = *matériel_.plateforme.ftdi;
+  if (std::exchange(ouverte_, false)) ftdi.FT_Close(poignée_);
   Exige(ftdi.FT_Open(numéro, poignée_), "FT_Open");
   ouverte_ = true;
   Attente(kPauseOuverture);

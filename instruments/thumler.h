@@ -17,8 +17,12 @@ class Thumler : public Pilote {
   Thumler(const Matériel& matériel, std::uint16_t) : matériel_(matériel) {}
   ~Thumler() override;
 
-  /// Opens device `numéro` and returns its handle.
+  /// Opens device `numéro`, after closing the one that was open, and returns its handle.
   [[nodiscard]] std::int32_t OuvreThumler(std::int32_t numéro);
+  /// Number of the device: the board's address at its first start, which holds the handle later.
+  [[nodiscard]] std::int32_t Numéro(std::int32_t adresse) {
+    return numéro_ ? *numéro_ : numéro_.emplace(adresse);
+  }
   /// One pass: sends the set point when its integer part changed, reads the measures.
   void CommThumler(Carte& carte);
 
@@ -40,6 +44,7 @@ class Thumler : public Pilote {
   void Attente(double microsecondes);
 
   Matériel matériel_;
+  std::optional<std::int32_t> numéro_;
   std::int32_t poignée_ = 0;
   bool ouverte_ = false;
   std::int32_t dernièreConsigne_ = 0;

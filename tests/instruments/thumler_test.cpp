@@ -56,6 +56,9 @@ class UnThumler : public testing::Test, public essai::Banc {
 
 TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
   carte.Initialise();
+  const std::int32_t poignée = carte.Adresse();
+  carte.Initialise();
+  EXPECT_EQ(carte.Adresse(), poignée) << "the same device, and not one numbered like its handle";
   EXPECT_EQ(usb.vitesseLigne, 1953125);
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
   Le(consigne, 0).ValeurCanal(42.9);
