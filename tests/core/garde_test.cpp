@@ -53,7 +53,8 @@ TEST_F(UneGarde, EcritLeMessageDeChaqueForme) {
 TEST_F(UneGarde, NeLaisseSortirAucuneExceptionEtrangère) {
   Garde(objet, Forme::Méthode, "Essai", [] { throw std::runtime_error("panne"); });
   Garde(objet, Forme::Méthode, "Essai", [] { throw 3; });
-  Garde(objet, Forme::Méthode, "Essai", [] { (void)std::vector<int>().at(1); });
+  Garde(objet, Forme::Méthode, "Essai",
+        [] { [[maybe_unused]] const int n = std::vector<int>().at(1); });
   ASSERT_EQ(registre->entrées.size(), 3U);
   EXPECT_TRUE(registre->entrées[0].message.starts_with("Erreur N°51 (Erreur interne : panne)"));
   EXPECT_TRUE(registre->entrées[2].message.starts_with("Erreur N°9 "));

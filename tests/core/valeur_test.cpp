@@ -57,7 +57,7 @@ TEST(OutilsCommuns, ChampSûrEtHexadécimal) {
   }
   for (const auto& [texte, échec] :
        Cas<Valeur, int>{{"G1", 13}, {"1G", 13}, {"123456789", 13}, {Nul{}, 94}}) {
-    EXPECT_EQ(NuméroDe([&] { (void)HexaVersLong(texte); }), échec);
+    EXPECT_EQ(NuméroDe([&t = texte] { (void)HexaVersLong(t); }), échec);
   }
 }
 

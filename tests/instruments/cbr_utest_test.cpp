@@ -65,7 +65,7 @@ class Pupitre : public sim::AppareilSérie {
  public:
   explicit Pupitre(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
   void Reçoit(std::string_view octets, std::int32_t) override {
-    const int fonction = octets.at(8);
+    const int fonction = static_cast<unsigned char>(octets.at(8));
     EXPECT_EQ(octets, Trame(fonction, ""));
     fonctions.push_back(fonction);
     heures.push_back(horloge_.Maintenant() / 1000);

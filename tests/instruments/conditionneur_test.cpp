@@ -81,7 +81,7 @@ TYPED_TEST(UnConditionneur, DistingueLesModules) {
     std::uint8_t octets;
     double version;
   } cas[] = {{Firmware::Trois, 0, 1},
-             {Firmware::Demandé, 0, this->kPremière ? 99999 : 2},
+             {Firmware::Demandé, 0, this->kPremière ? 99999.0 : 2.0},
              {Firmware::Trois, 4, 99999}};
   for (const auto& attendu : cas) {
     this->module->firmware = attendu.firmware;

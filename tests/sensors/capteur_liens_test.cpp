@@ -6,7 +6,6 @@ namespace zuma {
 namespace {
 
 using essai::Ligne;
-using essai::LigneDeCapteur;
 using LesLiensDUnCapteur = essai::DansUnChassis;
 
 TEST_F(LesLiensDUnCapteur, SontTrouvésParLabelEtParIndex) {
