@@ -50,14 +50,8 @@ void Démarre(Carte& carte) {
 }
 
 template <class T>
-void Rafraîchit(Carte& carte) {
-  T& conditionneur = De<T>(carte);
-  conditionneur.Refresh();
-  Publie<T>(carte, conditionneur, kVoies<T>);
-}
-
-template <class T>
-constexpr OpérationsCarte kOpérations{.démarre = &Démarre<T>, .rafraîchit = &Rafraîchit<T>};
+constexpr OpérationsCarte kOpérations{.démarre = &Démarre<T>,
+                                      .rafraîchit = &RafraîchitEtPublie<T, kVoies<T>>};
 
 }  // namespace
 

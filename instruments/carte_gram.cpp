@@ -23,14 +23,9 @@ void Démarre(Carte& carte) {
   GardeLesRéglages(carte, balance.Settings());
 }
 
-void Rafraîchit(Carte& carte) {
-  BalanceGram_CLASS& balance = De<BalanceGram_CLASS>(carte);
-  balance.Refresh();
-  Publie<BalanceGram_CLASS>(carte, balance, kVoies);
-}
-
 }  // namespace
 
-const OpérationsCarte kBalanceGram{.démarre = &Démarre, .rafraîchit = &Rafraîchit};
+const OpérationsCarte kBalanceGram{.démarre = &Démarre,
+                                   .rafraîchit = &RafraîchitEtPublie<BalanceGram_CLASS, kVoies>};
 
 }  // namespace zuma::instruments

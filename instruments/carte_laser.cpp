@@ -59,14 +59,9 @@ void Démarre(Carte& carte) {
   laser.Initialise(DistanceCible(carte));
 }
 
-void Rafraîchit(Carte& carte) {
-  LASER_EIR& laser = De<LASER_EIR>(carte);
-  laser.Refresh();
-  Publie<LASER_EIR>(carte, laser, kVoies);
-}
-
 }  // namespace
 
-const OpérationsCarte kLaserEIR{.démarre = &Démarre, .rafraîchit = &Rafraîchit};
+const OpérationsCarte kLaserEIR{.démarre = &Démarre,
+                                .rafraîchit = &RafraîchitEtPublie<LASER_EIR, kVoies>};
 
 }  // namespace zuma::instruments

@@ -68,4 +68,12 @@ void Publie(Carte& carte, const Instrument& instrument, std::span<const Voie<Ins
   }
 }
 
+/// Refresh of a board that is one instrument: one step of its exchange, then its values.
+template <class Instrument, const auto& kVoies>
+void RafraîchitEtPublie(Carte& carte) {
+  Instrument& instrument = De<Instrument>(carte);
+  instrument.Refresh();
+  Publie<Instrument>(carte, instrument, kVoies);
+}
+
 }  // namespace zuma::instruments
