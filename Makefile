@@ -6,7 +6,8 @@ SHELL := /bin/bash
 .PHONY: help deps demo test bench fuzz lint format clean
 
 PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
-            libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev
+            libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev \
+            qt6-base-dev qt6-charts-dev libqt6opengl6-dev
 PACKAGES_BENCH := libbenchmark-dev valgrind
 PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 
@@ -27,7 +28,7 @@ demo: deps  ## build the program and show the demo frame on the simulated machin
 	@tools/demo.sh build/release/zuma "$(DEMO_DIR)" "$(DEMO_SECONDS)"
 
 test: deps  ## build and run every test under the sanitizers
-	@tools/construit.sh debug $(JOBS) zuma_tests
+	@tools/construit.sh debug $(JOBS) zuma_tests zuma_qt_tests
 	@ctest --preset debug -j $(JOBS)
 
 bench: deps  ## time the pass, count its allocations and instructions

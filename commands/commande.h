@@ -18,6 +18,8 @@
 namespace zuma {
 
 class Chassis;
+class Cmde_Normale_Extrn_Calibration;
+class FenêtreHôte;
 
 /// Kind of a command; 0 takes no action.
 enum class ENUM_TYPE_COMMANDE : std::int32_t {
@@ -41,6 +43,8 @@ class Commande : public Objet {
   using JournalServo = std::function<void(const servo::Relevé&)>;
 
   explicit Commande(Plateforme& plateforme) : Objet(plateforme, "Commande") {}
+  /// Takes its calibration form off the screen.
+  ~Commande() override;
 
   using Objet::ChargeErreur;
   using Objet::TimerExact;
@@ -85,8 +89,16 @@ class Commande : public Objet {
   void Initialise();
   /// Reads the command's row, at the first record, and keeps the recordset.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
-  /// No calibration form is open.
-  [[nodiscard]] bool ModeEdition() const { return false; }
+  /// True while a calibration form exists.
+  [[nodiscard]] bool ModeEdition() const { return static_cast<bool>(feuille_); }
+  /// Opens the calibration form of a copying command as a child of the host's window, or brings it
+  /// to the front; nothing on the other kinds. The host's window is asked for `rafraichitTout` once
+  /// a calibration was kept.
+  Valeur EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj);
+  /// Forgets the calibration form.
+  Valeur ResetFeuilleEtalonnage();
+  /// The frame goes away while somebody still holds the command.
+  void OublieLeChassis() noexcept;
 
   /// The value asked for, or the one sent, reached a working limit; the limits themselves count.
   [[nodiscard]] bool SortieSaturée() const { return propSortieSaturée; }
@@ -196,6 +208,9 @@ class Commande : public Objet {
   CapteurRef alimentation_;
   CapteurRef utilisation_;
   Ref<Recordset> LeRecordset_;
+  Ref<Cmde_Normale_Extrn_Calibration> feuille_;
+  Ref<ZED_Traduction> traducteur_;
+  Pointeur<Chassis> chassis_;
   std::string CommentaireEtalonnage_;
   CapteurRef CapteurDeRecopie_;
   std::string labelRecopie_;

@@ -14,8 +14,10 @@ constexpr std::string_view kFin = "' qui n'a pas été trouvée.";
 }  // namespace
 
 void Commande::Lien(Chassis* MonZuma_obj, const ParamètresRef& MesParametres_mobj,
-                    const Ref<ZED_Traduction>&) {
+                    const Ref<ZED_Traduction>& Traducteur_obj) {
   Garde(*this, Forme::Méthode, "Lien", [&] {
+    traducteur_ = Traducteur_obj;
+    chassis_ = MonZuma_obj;
     if (MonZuma_obj != nullptr) LieAuChassis(*MonZuma_obj);
     if (!MesParametres_mobj || indexParamètre_ == 0) return;
     const std::string clé = std::to_string(indexParamètre_);

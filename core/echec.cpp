@@ -30,6 +30,7 @@ constexpr std::array kLibellés{
     Libellé{Numéro::CheminIntrouvable, "Chemin introuvable"},
     Libellé{Numéro::ObjetAbsent, "Objet absent"},
     Libellé{Numéro::NullIncorrect, "Valeur Null à un endroit qui n'en admet pas"},
+    Libellé{Numéro::OpérationAbsente, "Propriété ou méthode non gérée par cet objet"},
     Libellé{Numéro::CléDéjàPrésente, "Clé déjà présente dans la collection"},
     Libellé{Numéro::PasDEnregistrement, "Pas d'enregistrement courant"},
     Libellé{Numéro::ColonneAbsente, "Colonne absente de la base de données"},

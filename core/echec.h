@@ -23,6 +23,7 @@ enum class Numéro : int {
   CheminIntrouvable = 76,
   ObjetAbsent = 91,
   NullIncorrect = 94,
+  OpérationAbsente = 438,
   CléDéjàPrésente = 457,
   PasDEnregistrement = 3021,
   ColonneAbsente = 3061,

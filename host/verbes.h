@@ -43,6 +43,15 @@ struct OptionsRun {
 /// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
 int Run(const OptionsRun& options);
 
+struct OptionsDesktop {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  std::vector<std::string> ports;       ///< "number=device" of serial ports
+  std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
+  std::vector<std::string> paramètres;  ///< "index=value"
+};
+
 struct OptionsCompression {
   std::string fichier;
   std::int32_t chassis = 1;

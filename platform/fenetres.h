@@ -1,17 +1,28 @@
 #pragma once
 
+#include <cstdint>
+
+#include "core/ref.h"
+
 namespace zuma {
 
 class ChoixDuPort;
+class Cmde_Normale_Extrn_Calibration;
+class Cpt_Normal_Extrn_Calibration;
 class FeuilleConditionneurNumerique;
 
 /// A window of the host, the parent of those that the library asks for.
 class FenêtreHôte {
  public:
   virtual ~FenêtreHôte() = default;
+  /// Handle of the window in its window system, by which another one is made its child; 0 when it
+  /// has none.
+  [[nodiscard]] virtual std::uintptr_t hwnd() const { return 0; }
+  /// Asked once a command was calibrated: shows the new table. A host without it fails with 438.
+  virtual void rafraichitTout() { throw Echec(Numéro::OpérationAbsente); }
 };
 
-/// Shows the forms of the instruments. What a form holds, accepts and does is its own business
+/// Shows the forms of the library. What a form holds, accepts and does is its own business
 /// (`dialogs/`); here it only gets a window.
 class Fenêtres {
  public:
@@ -24,6 +35,9 @@ class Fenêtres {
   /// Shows the form as a child of `mère` (none when null) and returns at once; the form lives until
   /// it is unloaded.
   virtual void Montre(FeuilleConditionneurNumerique& feuille, FenêtreHôte* mère) = 0;
+  /// Shows a calibration form as a child of `mère`, or brings it to the front, and returns at once.
+  virtual void Montre(Ref<Cpt_Normal_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
+  virtual void Montre(Ref<Cmde_Normale_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
   /// Lets the windows live while a form is at work.
   virtual void TraiteLesEvénements() = 0;
 };

@@ -24,8 +24,9 @@
 namespace zuma {
 
 class Chassis;
+class Cpt_Normal_Extrn_Calibration;
 class EntréeLogique;
-class FeuilleEtalonnage;
+class FenêtreHôte;
 class Variables;
 struct DialogueSérie;
 namespace trames_capteur {
@@ -42,11 +43,16 @@ using CapteurRef = Ref<Capteur>;
 class Capteur : public Objet {
  public:
   explicit Capteur(Plateforme& plateforme);
+  /// Takes its calibration dialog off the screen.
+  ~Capteur() override;
 
   using Objet::Key;
   /// True once a tare was taken and until it is cancelled.
   [[nodiscard]] bool EtatDeLaTare() const { return EtatDeLaTare_; }
   using Objet::TimerExact;
+  /// Opens the calibration dialog as a child of the host's window, or brings it to the front;
+  /// nothing on a sensor that the user may not calibrate.
+  Valeur EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj);
   /// Forgets the calibration dialog.
   Valeur ResetFeuilleEtalonnage();
   /// The user may calibrate on the machine; the sensor then neither warns nor stops.
@@ -277,7 +283,7 @@ class Capteur : public Objet {
   std::string CommentaireEtalonnage_;
   bool EtalonnageExterieurPossible_ = false;
   Ref<Recordset> LeRecordset_;
-  Ref<FeuilleEtalonnage> mobjFeuilleEtalonnage;
+  Ref<Cpt_Normal_Extrn_Calibration> mobjFeuilleEtalonnage;
   Evènement<const std::string&> UnitChange_;
 
   // Values.

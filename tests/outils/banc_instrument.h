@@ -5,27 +5,12 @@
 #include <vector>
 
 #include "core/chassis.h"
-#include "dialogs/choix_du_port.h"
 #include "outils/arbre.h"
+#include "outils/fenetres_d_essai.h"
 #include "sim/horloge_virtuelle.h"
 #include "sim/liaisons_simulees.h"
 
 namespace zuma::essai {
-
-/// Windows of a test: an operator who acts on the form, and what happens while events are served.
-class FenêtresDEssai : public Fenêtres {
- public:
-  void MontreModal(ChoixDuPort& feuille) override {
-    ++montrées;
-    opérateur(feuille);
-  }
-  void Montre(FeuilleConditionneurNumerique&, FenêtreHôte*) override {}
-  void TraiteLesEvénements() override { événements(); }
-
-  std::function<void(ChoixDuPort&)> opérateur = [](ChoixDuPort&) {};
-  std::function<void()> événements = [] {};
-  int montrées = 0;
-};
 
 /// The board of one instrument on a simulated line, passed at 200 Hz.
 class BancInstrument : public Banc {

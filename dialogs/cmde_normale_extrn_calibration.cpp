@@ -1,0 +1,108 @@
+#include "dialogs/cmde_normale_extrn_calibration.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "commands/commande.h"
+#include "core/chassis.h"
+#include "core/recherche.h"
+#include "dialogs/affichage_court.h"
+
+namespace zuma {
+namespace {
+
+Valeur EnTexte(double nombre) {
+  return TexteDeNombre(nombre);
+}
+
+}  // namespace
+
+const FeuilleEtalonnage::Modèle Cmde_Normale_Extrn_Calibration::kModèle{
+    "Calibration Commande Externe", {"Unité", "Valeur de sortie"}, kUnités};
+
+void Cmde_Normale_Extrn_Calibration::Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi,
+                                            Fenêtres& fenêtres, FenêtreHôte* mère) {
+  moi->Ouvre(mère);
+  fenêtres.Montre(moi, mère);
+}
+
+void Cmde_Normale_Extrn_Calibration::Reçoit(Commande& commande) {
+  if (commande.TypeCommande() != ENUM_TYPE_COMMANDE::Recopie) {
+    commande.Montre("External calibration forbidden");
+    Ferme();
+    return;
+  }
+  commande_ = &commande;
+}
+
+void Cmde_Normale_Extrn_Calibration::Reçoit(Chassis& chassis) {
+  if (commande_ == nullptr) return;
+  chassis_ = &chassis;
+  CmbCapteurARecopier = {};
+  for (const CapteurRef& capteur : *chassis.Capteurs()) {
+    CmbCapteurARecopier.textes.push_back(capteur->Label());
+  }
+  Remplit(*commande_, commande_->NomDeLaCommande());
+  const CapteurRef suivi = commande_->CapteurDeRecopie();
+  const auto& labels = CmbCapteurARecopier.textes;
+  const auto choisi = suivi ? std::ranges::find(labels, suivi->Label()) : labels.end();
+  if (choisi != labels.end()) {
+    CmbCapteurARecopier.choisi = static_cast<std::size_t>(choisi - labels.begin());
+  }
+  Timer1();
+}
+
+void Cmde_Normale_Extrn_Calibration::OublieLaCommande() noexcept {
+  commande_ = nullptr;
+  chassis_ = nullptr;
+  Ferme();
+}
+
+void Cmde_Normale_Extrn_Calibration::Timer1() {
+  if (commande_ == nullptr) return;
+  const CapteurRef suivi = commande_->CapteurDeRecopie();
+  if (suivi) valeurCapteur_ = AffichageCourt(suivi->ValeurCourante());
+  valeurSortie_ = AffichageCourt(commande_->ValeurCouranteEnPoints());
+}
+
+std::string Cmde_Normale_Extrn_Calibration::CapteurChoisi() const {
+  const auto& [textes, choisi] = CmbCapteurARecopier;
+  return choisi ? textes.at(*choisi) : std::string();
+}
+
+void Cmde_Normale_Extrn_Calibration::BtnOK() {
+  if (commande_ == nullptr) return;
+  Commande& commande = *commande_;
+  try {
+    Text1_LostFocus();
+    Enregistre(commande);
+  } catch (...) {
+    const Echec échec = EchecCourant(0);
+    commande.Montre("Erreur N°" + std::to_string(échec.NuméroErreur()) + " (" +
+                    échec.Description() + ")");
+  }
+}
+
+// Everything is read before anything is written: neither row nor command is left half calibrated.
+void Cmde_Normale_Extrn_Calibration::Enregistre(Commande& commande) {
+  Recordset& ligne = *commande.LeRecordset();
+  if (!OuvreLaLigne(commande, ligne)) return;
+  const Points points = PointsSaisis();
+  const std::string choisi = CapteurChoisi();
+  ligne.Ecrit("Capteur de recopie", choisi);
+  EcritLesPoints(ligne, points, &EnTexte);
+  ligne.Update();
+  const CapteurRef suivi = recherche::CapteurDeLabel(*chassis_, choisi);
+  if (suivi) commande.CapteurDeRecopie(suivi);
+  PorteLesPoints(commande, points);
+  FenêtreHôte* const mère = Propriétaire();
+  BtnCancel();
+  Pointeur<FenêtreHôte>(mère)->rafraichitTout();
+}
+
+void Cmde_Normale_Extrn_Calibration::BtnCancel() {
+  Ferme();
+  if (commande_ != nullptr) (void)std::exchange(commande_, nullptr)->ResetFeuilleEtalonnage();
+}
+
+}  // namespace zuma

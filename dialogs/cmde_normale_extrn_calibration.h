@@ -1,0 +1,57 @@
+#pragma once
+
+#include "dialogs/choix_du_port.h"
+#include "dialogs/feuille_etalonnage.h"
+
+namespace zuma {
+
+class Chassis;
+class Commande;
+
+/// Form on which a technician edits the calibration table of a copying command and chooses the
+/// sensor that it follows. Column 0 of the grid holds units, column 1 points.
+///
+/// The command owns the form, from `Commande.EtalonnageExterieur` to `ResetFeuilleEtalonnage`, and
+/// takes it off the screen when it goes. Until `BtnOK` the command goes on with its old table.
+class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
+ public:
+  static constexpr int kUnités = 0;
+  static constexpr int kPoints = 1;
+
+  Cmde_Normale_Extrn_Calibration() : FeuilleEtalonnage(kModèle) {}
+
+  /// Gives the form its window, or brings the one that it has to the front.
+  void Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi, Fenêtres& fenêtres,
+              FenêtreHôte* mère);
+  /// Takes the command. One that copies no sensor is told in a message, and the form hides.
+  void Reçoit(Commande& commande);
+  /// Takes the frame whose sensors can be followed, and fills the form.
+  void Reçoit(Chassis& chassis);
+  /// The command goes away, and its frame with it.
+  void OublieLaCommande() noexcept;
+
+  /// The sensors' labels.
+  ListeDeChoix CmbCapteurARecopier;
+  [[nodiscard]] const std::string& LblValeurCapteur() const noexcept { return valeurCapteur_; }
+  [[nodiscard]] const std::string& LblValeurSortie() const noexcept { return valeurSortie_; }
+
+  void Timer1() override;
+  /// Writes sensor and points to the command's row, then to the command, closes, and asks the
+  /// owner for `rafraichitTout`. A failure is told in a message and leaves what was not yet
+  /// written as it was; the form then stays.
+  void BtnOK() override;
+  void BtnCancel() override;
+
+ private:
+  static const Modèle kModèle;
+
+  void Enregistre(Commande& commande);
+  [[nodiscard]] std::string CapteurChoisi() const;
+
+  Commande* commande_ = nullptr;
+  Chassis* chassis_ = nullptr;
+  std::string valeurCapteur_;
+  std::string valeurSortie_;
+};
+
+}  // namespace zuma

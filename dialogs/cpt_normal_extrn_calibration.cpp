@@ -1,0 +1,83 @@
+#include "dialogs/cpt_normal_extrn_calibration.h"
+
+#include <utility>
+
+#include "dialogs/affichage_court.h"
+#include "sensors/capteur.h"
+
+namespace zuma {
+namespace {
+
+Valeur EnNombre(double nombre) {
+  return nombre;
+}
+
+}  // namespace
+
+const FeuilleEtalonnage::Modèle Cpt_Normal_Extrn_Calibration::kModèle{
+    "Calibration Capteur Externe", {"Valeur brute", "Valeur courante"}, kUnités};
+
+void Cpt_Normal_Extrn_Calibration::Reçoit(Capteur& capteur) {
+  if (!capteur.EtalonnageExterieurPossible()) {
+    capteur.Montre("External calibration forbidden");
+    Ferme();
+    return;
+  }
+  capteur_ = &capteur;
+  Remplit(capteur, capteur.NomDuCapteur());
+  TxtNomAffiche = capteur.NomAfficheDuCapteur();
+  TxtUnite = capteur.UnitéEtalonnage();
+  tare_ = capteur.EtatDeLaTare();
+}
+
+void Cpt_Normal_Extrn_Calibration::Montre(const Ref<Cpt_Normal_Extrn_Calibration>& moi,
+                                          Fenêtres& fenêtres, FenêtreHôte* mère) {
+  moi->Ouvre(mère);
+  moi->Timer1();
+  fenêtres.Montre(moi, mère);
+}
+
+void Cpt_Normal_Extrn_Calibration::OublieLeCapteur() noexcept {
+  capteur_ = nullptr;
+  Ferme();
+}
+
+void Cpt_Normal_Extrn_Calibration::ChkTare(bool cochée) {
+  tare_ = cochée;
+  if (capteur_ == nullptr) return;
+  if (cochée) {
+    capteur_->Tare();
+  } else {
+    capteur_->AnnuleTare();
+  }
+}
+
+void Cpt_Normal_Extrn_Calibration::Timer1() {
+  if (capteur_ == nullptr) return;
+  valeurBrute_ = AffichageCourt(capteur_->ValeurEnPoints());
+  valeurCourante_ = AffichageCourt(capteur_->ValeurCourante());
+}
+
+// Everything is read before anything is written: neither row nor sensor is left half calibrated.
+void Cpt_Normal_Extrn_Calibration::BtnOK() {
+  if (capteur_ == nullptr) return;
+  Text1_LostFocus();
+  Recordset& ligne = *capteur_->LeRecordset();
+  if (!OuvreLaLigne(*capteur_, ligne)) return;
+  const Points points = PointsSaisis();
+  ligne.Ecrit("Nom affiché", TxtNomAffiche);
+  ligne.Ecrit("Unité d'Etalonnage", TxtUnite);
+  EcritLesPoints(ligne, points, &EnNombre);
+  ligne.Update();
+  capteur_->NomAfficheDuCapteur(TxtNomAffiche);
+  capteur_->UnitéEtalonnage(TxtUnite);
+  PorteLesPoints(*capteur_, points);
+  BtnCancel();
+}
+
+void Cpt_Normal_Extrn_Calibration::BtnCancel() {
+  Ferme();
+  if (capteur_ != nullptr) (void)std::exchange(capteur_, nullptr)->ResetFeuilleEtalonnage();
+}
+
+}  // namespace zuma

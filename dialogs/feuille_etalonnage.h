@@ -1,0 +1,147 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/ref.h"
+#include "core/table_etalonnage.h"
+#include "platform/base_de_donnees.h"
+#include "platform/collaborateurs.h"
+#include "platform/fenetres.h"
+
+namespace zuma {
+
+class Objet;
+
+/// What the calibration forms of sensors and commands share: the grid of up to 20 points, the box
+/// in which one cell is edited, the captions, the owner. No toolkit here: a window paints what is
+/// public, hands over what was typed, calls `Timer1` every `kPériode` and goes away when `Visible`
+/// turns false. The window holds a reference to the form for as long as it stands.
+class FeuilleEtalonnage {
+ public:
+  static constexpr double kPériode = 0.2;  ///< seconds between two refreshes of the live values
+  static constexpr int kRangées = TableEtalonnage::kMaxPoints + 1;  ///< row 0 is the header
+  static constexpr int kColonnes = 2;
+
+  /// What the editor does with a key.
+  enum class Suite : std::uint8_t {
+    Passe,  ///< the box takes the character
+    Mangée  ///< dropped, or already carried out
+  };
+  struct Case {
+    int rangée = 1;
+    int colonne = 0;
+    friend bool operator==(Case, Case) = default;
+  };
+
+  FeuilleEtalonnage(const FeuilleEtalonnage&) = delete;
+  FeuilleEtalonnage& operator=(const FeuilleEtalonnage&) = delete;
+  virtual ~FeuilleEtalonnage() = default;
+
+  /// Without a translator captions stay as they are.
+  void Traducteur(Ref<ZED_Traduction> traducteur) { traducteur_ = std::move(traducteur); }
+  [[nodiscard]] bool Visible() const noexcept { return visible_; }
+  /// The window that owns the form; null for none.
+  [[nodiscard]] FenêtreHôte* Propriétaire() const noexcept { return propriétaire_; }
+  [[nodiscard]] const std::string& Titre() const noexcept { return titre_; }
+  /// Internal name of the object, read only.
+  [[nodiscard]] const std::string& Lbl_Nom_Interne_Cpt() const noexcept { return nom_; }
+  /// Read only: the forms neither edit nor write it.
+  [[nodiscard]] const std::string& CommentaireEtalonnage() const noexcept { return commentaire_; }
+  /// Caption of an element by the words that it bears in the form, which are its key.
+  [[nodiscard]] std::string Légende(std::string_view clé) const;
+
+  /// `GrilleEtalonnage`: row 0 the captions of the columns, rows 1 to 20 the points, as typed.
+  [[nodiscard]] const std::string& Cellule(Case où) const;
+  /// False for a cell that could not be saved: it holds no number. A window marks it.
+  [[nodiscard]] bool CelluleLisible(Case où) const;
+
+  /// Puts `Text1` over a cell, with its text. What stood in it before goes to its own cell.
+  void ActiveCellule(Case où);
+  /// The cell being edited; none while `Text1` is hidden.
+  [[nodiscard]] std::optional<Case> Text1Sur() const noexcept { return text1Sur_; }
+  [[nodiscard]] const std::string& Text1() const noexcept { return text1_; }
+  /// What the box holds now.
+  void Text1(std::string texte) { text1_ = std::move(texte); }
+  /// A key in `Text1`: digits, ".", ",", "+", "-" and backspace pass; Enter (13) keeps the text,
+  /// Escape (27) leaves the cell as it was, both hide the box; any other key is dropped.
+  Suite Text1_KeyPress(char32_t code);
+  /// The box lost the focus: its text goes to the cell.
+  void Text1_LostFocus();
+
+  /// Shows the live values.
+  virtual void Timer1() = 0;
+  /// Keeps what was typed: the row in one transaction, then the object. See the derived forms.
+  virtual void BtnOK() = 0;
+  /// Leaves without keeping anything.
+  virtual void BtnCancel() = 0;
+  /// The window was closed without a button: the form stays with its object and serves again.
+  void Ferme() noexcept;
+
+ protected:
+  /// What tells the two forms apart.
+  struct Modèle {
+    std::string_view légende;                         ///< default of the captions
+    std::array<std::string_view, kColonnes> entêtes;  ///< captions of the columns
+    int unités;  ///< column of the units; the other one holds the points
+  };
+  struct Point {
+    double unités = 0;
+    double points = 0;
+  };
+  using Points = std::array<Point, TableEtalonnage::kMaxPoints>;
+
+  explicit FeuilleEtalonnage(const Modèle& modèle) : modèle_(modèle) {}
+
+  /// Shows the form, owned by `mère`: the owner before is kept, and put back at the end.
+  void Ouvre(FenêtreHôte* mère);
+  /// Fills names, comment and grid from the object that is calibrated.
+  template <class Etalonné>
+  void Remplit(const Etalonné& objet, const std::string& nom) {
+    titre_ = nom_ = nom;
+    commentaire_ = objet.CommentaireEtalonnage();
+    Points points;
+    for (int i = 0; i < TableEtalonnage::kMaxPoints; ++i) {
+      const auto rangée = static_cast<std::int16_t>(i + 1);
+      points[static_cast<std::size_t>(i)] = {objet.PointX(rangée), objet.PointY(rangée)};
+    }
+    RemplitLaGrille(points);
+  }
+  /// The numbers of the grid. A cell that holds none fails with 94 when it is empty, with 13
+  /// otherwise: a record that held Null could not be loaded again.
+  [[nodiscard]] Points PointsSaisis() const;
+  /// Opens the object's record at its first row. False, after a message and with the form closed,
+  /// when that row is not the object's.
+  [[nodiscard]] bool OuvreLaLigne(const Objet& objet, Recordset& ligne);
+  /// Writes each point to its two columns, in the form that `enValeur` gives the number.
+  static void EcritLesPoints(Recordset& ligne, const Points& points, Valeur (*enValeur)(double));
+  template <class Etalonné>
+  static void PorteLesPoints(Etalonné& objet, const Points& points) {
+    for (std::int16_t rangée = 1; rangée < kRangées; ++rangée) {
+      const Point& point = points[static_cast<std::size_t>(rangée - 1)];
+      objet.PointX(rangée, point.unités);
+      objet.PointY(rangée, point.points);
+    }
+  }
+
+ private:
+  [[nodiscard]] static std::size_t Rang(Case où);
+  void RemplitLaGrille(const Points& points);
+
+  const Modèle& modèle_;
+  Ref<ZED_Traduction> traducteur_;
+  bool visible_ = false;
+  FenêtreHôte* propriétaire_ = nullptr;
+  FenêtreHôte* propriétairePrécédent_ = nullptr;
+  std::string titre_;
+  std::string nom_;
+  std::string commentaire_;
+  std::array<std::string, std::size_t{kRangées} * kColonnes> cellules_;
+  std::optional<Case> text1Sur_;
+  std::string text1_;
+};
+
+}  // namespace zuma
