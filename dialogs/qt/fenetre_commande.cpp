@@ -1,0 +1,27 @@
+#include "dialogs/qt/fenetre_commande.h"
+
+#include "dialogs/qt/liste_de_choix.h"
+
+namespace zuma::qt {
+
+FenêtreCommande::FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& feuille,
+                                 const Mots& mots)
+    : FenêtreEtalonnage(feuille, mots),
+      feuille_(feuille),
+      suivi_(BoîteDe(feuille->CmbCapteurARecopier, "CmbCapteurARecopier")),
+      capteur_(AjouteValeur("LegendeValeurCapteur", "Valeur du capteur", "LblValeurCapteur")),
+      sortie_(AjouteValeur("LegendeValeurSortie", "Valeur de sortie", "LblValeurSortie")) {
+  AjouteChamp("LegendeCapteurARecopier", "Capteur à recopier", suivi_);
+}
+
+void FenêtreCommande::Relit() {
+  FenêtreEtalonnage::Relit();
+  qt::Relit(*suivi_, feuille_->CmbCapteurARecopier);
+}
+
+void FenêtreCommande::AfficheLesValeurs(bool sûres) {
+  Affiche(*capteur_, feuille_->LblValeurCapteur(), sûres);
+  Affiche(*sortie_, feuille_->LblValeurSortie(), sûres);
+}
+
+}  // namespace zuma::qt
