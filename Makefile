@@ -3,7 +3,7 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench fuzz lint format clean
+.PHONY: help deps demo test bench fuzz images lint format clean
 
 PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev \
@@ -39,6 +39,10 @@ bench: deps  ## time the pass, count its allocations and instructions
 fuzz: deps  ## give each decoder random bytes for FUZZ_SECONDS
 	@tools/deps.sh clang-19 libclang-rt-19-dev
 	@tools/fuzz.sh $(FUZZ_SECONDS) $(JOBS)
+
+images: deps  ## make the pictures of the windows in docs/images anew
+	@tools/construit.sh release $(JOBS) zuma_images
+	@build/release/zuma_images docs/images
 
 lint: deps  ## clang-tidy over the sources and clang-format in check mode
 	@tools/deps.sh $(PACKAGES_LINT)
