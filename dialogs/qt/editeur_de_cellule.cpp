@@ -29,7 +29,9 @@ std::optional<char32_t> Code(const QKeyEvent& touche) {
   for (const auto& [clé, code] : kSpéciales) {
     if (touche.key() == clé) return code;
   }
-  if (touche.text().isEmpty() || !touche.text().front().isPrint()) return {};
+  const bool raccourci = (touche.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) ==
+                         Qt::KeyboardModifiers(Qt::ControlModifier);
+  if (raccourci || touche.text().isEmpty() || !touche.text().front().isPrint()) return {};
   return touche.text().front().unicode();
 }
 

@@ -35,6 +35,7 @@ FenêtreChoixDuPort::FenêtreChoixDuPort(ChoixDuPort& feuille, const Mots& mots)
       recherche_(Bouton("BtnAutoScan", mots("Texte Bouton Recherche", "AutoScan"))),
       ferme_(Bouton("BtnClose", mots("Texte Bouton Fermer", "Close"))) {
   setWindowTitle(mots("Titre " + std::string(feuille.Nom()), feuille.Nom()));
+  progrès_->setObjectName("Recherche");
   progrès_->setRange(0, 0);  // a search of unknown length
   progrès_->setTextVisible(false);
   auto* const champs = new QFormLayout(this);

@@ -1,9 +1,11 @@
 #include "dialogs/qt/fenetre_de_feuille.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QPointer>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "core/echec.h"
 #include "dialogs/qt/messages_qt.h"
@@ -28,6 +30,15 @@ QString Texte(const Echec& échec) {
   return QString("Erreur N°%1 (%2)").arg(échec.NuméroErreur()).arg(EnQt(échec.Description()));
 }
 
+// An application that ends leaves its windows unusable, and undeletable: they go before.
+void FermeTout() {
+  std::vector<FenêtreDeFeuille*> fenêtres;
+  for (QWidget* widget : QApplication::allWidgets()) {
+    if (auto* const fenêtre = dynamic_cast<FenêtreDeFeuille*>(widget)) fenêtres.push_back(fenêtre);
+  }
+  for (const FenêtreDeFeuille* fenêtre : fenêtres) delete fenêtre;
+}
+
 }  // namespace
 
 FenêtreDeFeuille::FenêtreDeFeuille(Suivi suivi, Mots mots)
@@ -35,6 +46,8 @@ FenêtreDeFeuille::FenêtreDeFeuille(Suivi suivi, Mots mots)
                            Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
       suivi_(std::move(suivi)),
       mots_(std::move(mots)) {
+  qRemovePostRoutine(&FermeTout);  // once, whatever the number of windows
+  qAddPostRoutine(&FermeTout);
   setAttribute(Qt::WA_DeleteOnClose);
   setAttribute(Qt::WA_QuitOnClose, false);  // the host's own windows decide when the program ends
   connect(&timer_, &QTimer::timeout, this, [this] { Tic(); });

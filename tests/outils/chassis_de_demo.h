@@ -45,11 +45,12 @@ struct BaseDeDémo {
 class ChassisDeDémo {
  public:
   ChassisDeDémo(const std::string& fichier, std::int32_t index, BoîteDeMessage& messages,
-                Fenêtres& fenêtres, const Ref<ZED_Traduction>& traducteur)
+                Fenêtres& fenêtres, const Ref<ZED_Traduction>& traducteur,
+                bool lectureSeule = false)
       : machine_(host::MachineSimulée(messages, host::Cadence::Libre)) {
-    const Ref<BaseDeDonnées> base = host::OuvreLaBase(fichier, false);
+    const Ref<BaseDeDonnées> base = host::OuvreLaBase(fichier, lectureSeule);
     for (const auto& [n, valeur] : linux_::ParamètresDeDémonstration()) {
-      (void)paramètres_.Ajoute(n, valeur);
+      (void)paramètres_.Ajoute(n, traducteur->Traduit(valeur, valeur));
     }
     machine_->Services().fenêtres = &fenêtres;
     sécurité_ = Crée<linux_::Securite>(machine_->Timer());

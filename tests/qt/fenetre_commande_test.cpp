@@ -1,0 +1,83 @@
+// The command's calibration window.
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTableView>
+
+#include "dialogs/qt/fenetre_qt.h"
+#include "qt/banc_qt.h"
+
+namespace zuma {
+namespace {
+
+using essai::Clique;
+using essai::Trouve;
+
+class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
+ protected:
+  void Ouvre(FenêtreHôte* mère) {
+    if (!chassis) Charge();
+    commande = (*chassis)->Commandes()->Item("4");
+    (void)commande->EtalonnageExterieur(mère);
+    fenêtre = essai::FenêtreAvec("CmbCapteurARecopier");
+  }
+  // Another sensor and another last point.
+  void Change() const {
+    auto& capteurs = Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier");
+    QTest::keyClicks(&capteurs, "Pression");
+    QTest::keyClick(&capteurs, Qt::Key_Down);
+    auto& grille = Trouve<QTableView>(fenêtre, "GrilleEtalonnage");
+    grille.setCurrentIndex(grille.model()->index(1, 0));
+    QTest::keyClick(&grille, Qt::Key_Return);
+    QTest::keyClicks(&Trouve<QLineEdit>(fenêtre, "Text1"), "250.0");
+  }
+  [[nodiscard]] std::string EnBase(const std::string& colonne) const {
+    return base.Lit("SELECT [" + colonne + "] FROM Commande WHERE [Index] = 4");
+  }
+
+  QWidget hôte;
+  CommandeRef commande;
+  QPointer<QWidget> fenêtre;
+};
+
+TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôte) {
+  int rafraîchie = 0;
+  qt::FenêtreQt mère(hôte, [&] { ++rafraîchie; });
+  Ouvre(&mère);
+  EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(), "Force");
+  Change();
+  Clique(fenêtre, "BtnOK");
+  EXPECT_TRUE(essai::Disparaît(fenêtre));
+  EXPECT_EQ(EnBase("Capteur de recopie"), "Pression utilisation");
+  EXPECT_EQ(EnBase("Point 2 - Unité"), "250.0");
+  EXPECT_EQ(EnBase("Point 2 - Point"), "4095.0");
+  EXPECT_EQ(commande->CapteurDeRecopie()->Label(), "Pression utilisation");
+  EXPECT_EQ(commande->PointX(2), 250);
+  EXPECT_EQ(rafraîchie, 1);
+}
+
+TEST_F(LaFenêtreDeLaCommande, NeGardeRienSansOK) {
+  qt::FenêtreQt mère(hôte);
+  Ouvre(&mère);
+  Change();
+  Clique(fenêtre, "BtnCancel");
+  EXPECT_TRUE(essai::Disparaît(fenêtre));
+  EXPECT_EQ(EnBase("Capteur de recopie"), "Force");
+  EXPECT_EQ(commande->PointX(2), 100);
+  EXPECT_FALSE(commande->ModeEdition());
+
+  Charge(linux_::kChassisDeDémonstration, true);
+  Ouvre(&mère);
+  Change();
+  QStringList vu;
+  essai::Répondra(vu);
+  Clique(fenêtre, "BtnOK");
+  EXPECT_TRUE(vu.join('|').contains("3027")) << vu.join('|').toStdString();
+  ASSERT_TRUE(fenêtre && fenêtre->isVisible());
+  EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(),
+            "Pression utilisation");
+  chassis.reset();
+  EXPECT_TRUE(essai::Disparaît(fenêtre)) << "it goes with its frame, whoever holds the command";
+}
+
+}  // namespace
+}  // namespace zuma
