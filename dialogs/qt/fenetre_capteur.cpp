@@ -22,6 +22,7 @@ FenêtreCapteur::FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuill
   AjouteChamp("LegendeUnite", "Unité", unité_);
   AjouteSousLesValeurs(tare_);
   tare_->setObjectName("ChkTare");
+  Enchaîne({nomAffiché_, unité_}, {tare_});
   connect(tare_, &QCheckBox::clicked, this, [this](bool cochée) {
     const Ref<Cpt_Normal_Extrn_Calibration> capteur = feuille_;
     Fais([capteur, cochée] { capteur->ChkTare(cochée); },

@@ -12,6 +12,7 @@ FenêtreCommande::FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& fe
       capteur_(AjouteValeur("LegendeValeurCapteur", "Valeur du capteur", "LblValeurCapteur")),
       sortie_(AjouteValeur("LegendeValeurSortie", "Valeur de sortie", "LblValeurSortie")) {
   AjouteChamp("LegendeCapteurARecopier", "Capteur à recopier", suivi_);
+  Enchaîne({suivi_}, {});
 }
 
 void FenêtreCommande::Relit() {

@@ -75,6 +75,7 @@ QLayout* FenêtreEtalonnage::Boutons() {
     bouton->setObjectName(nom);
     bouton->setAutoDefault(true);  // Enter presses it while it has the focus
     rangée->addWidget(bouton);
+    boutons_.push_back(bouton);
     connect(bouton, &QPushButton::clicked, this, [this, action] {
       const Ref<FeuilleEtalonnage> feuille = feuille_;
       Fais([feuille, action] { (*feuille.*action)(); },
@@ -85,6 +86,15 @@ QLayout* FenêtreEtalonnage::Boutons() {
   ajoute("BtnOK", "OK", &FeuilleEtalonnage::BtnOK);
   ajoute("BtnCancel", "Annuler", &FeuilleEtalonnage::BtnCancel);
   return rangée;
+}
+
+void FenêtreEtalonnage::Enchaîne(std::vector<QWidget*> champs,
+                                 const std::vector<QWidget*>& sousLesValeurs) {
+  champs.push_back(grille_);
+  champs.insert(champs.end(), sousLesValeurs.begin(), sousLesValeurs.end());
+  champs.push_back(commentaire_);
+  champs.insert(champs.end(), boutons_.begin(), boutons_.end());
+  for (std::size_t i = 1; i < champs.size(); ++i) setTabOrder(champs[i - 1], champs[i]);
 }
 
 void FenêtreEtalonnage::AjouteChamp(const char* nomDeLégende, std::string_view clé,

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "dialogs/feuille_etalonnage.h"
 #include "dialogs/qt/fenetre_de_feuille.h"
@@ -33,6 +34,9 @@ class FenêtreEtalonnage : public FenêtreDeFeuille {
   QLabel* AjouteValeur(const char* nomDeLégende, std::string_view clé, const char* nom);
   /// Adds an element of any other kind under the live values.
   void AjouteSousLesValeurs(QWidget* élément) { valeurs_->addWidget(élément); }
+  /// Sets the way of the Tab key once all is there: these fields, the grid, what stands under the
+  /// live values, then the rest.
+  void Enchaîne(std::vector<QWidget*> champs, const std::vector<QWidget*>& sousLesValeurs);
   /// Shows a live value; one that is not known as a question mark.
   static void Affiche(QLabel& où, const std::string& valeur, bool sûre);
 
@@ -46,6 +50,7 @@ class FenêtreEtalonnage : public FenêtreDeFeuille {
   QVBoxLayout* valeurs_;
   GrilleEtalonnage* grille_;
   QPlainTextEdit* commentaire_;
+  std::vector<QWidget*> boutons_;
 };
 
 }  // namespace zuma::qt

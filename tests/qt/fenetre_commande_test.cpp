@@ -34,14 +34,14 @@ class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
     return base.Lit("SELECT [" + colonne + "] FROM Commande WHERE [Index] = 4");
   }
 
-  QWidget hôte;
+  std::unique_ptr<QWidget> hôte = std::make_unique<QWidget>();
   CommandeRef commande;
   QPointer<QWidget> fenêtre;
 };
 
 TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôte) {
   int rafraîchie = 0;
-  qt::FenêtreQt mère(hôte, [&] { ++rafraîchie; });
+  qt::FenêtreQt mère(*hôte, [&] { ++rafraîchie; });
   Ouvre(&mère);
   EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(), "Force");
   Change();
@@ -56,7 +56,7 @@ TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôte) {
 }
 
 TEST_F(LaFenêtreDeLaCommande, NeGardeRienSansOK) {
-  qt::FenêtreQt mère(hôte);
+  qt::FenêtreQt mère(*hôte);
   Ouvre(&mère);
   Change();
   Clique(fenêtre, "BtnCancel");
@@ -64,19 +64,32 @@ TEST_F(LaFenêtreDeLaCommande, NeGardeRienSansOK) {
   EXPECT_EQ(EnBase("Capteur de recopie"), "Force");
   EXPECT_EQ(commande->PointX(2), 100);
   EXPECT_FALSE(commande->ModeEdition());
+}
 
-  Charge(linux_::kChassisDeDémonstration, true);
-  Ouvre(&mère);
-  Change();
-  QStringList vu;
-  essai::Répondra(vu);
-  Clique(fenêtre, "BtnOK");
-  EXPECT_TRUE(vu.join('|').contains("3027")) << vu.join('|').toStdString();
-  ASSERT_TRUE(fenêtre && fenêtre->isVisible());
-  EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(),
-            "Pression utilisation");
-  chassis.reset();
-  EXPECT_TRUE(essai::Disparaît(fenêtre)) << "it goes with its frame, whoever holds the command";
+TEST_F(LaFenêtreDeLaCommande, PeutPartirPendantSonMessage) {
+  qt::FenêtreQt mère(*hôte);
+  for (const bool toutPart : {false, true}) {
+    Charge(linux_::kChassisDeDémonstration, true);
+    Ouvre(&mère);
+    Change();
+    QStringList vu;
+    essai::Ensuite([&] {
+      if (toutPart) {
+        commande = {};
+        chassis.reset();
+        hôte.reset();
+      }
+      essai::Répondra(vu);
+    });
+    Clique(fenêtre, "BtnOK");
+    EXPECT_TRUE(vu.join('|').contains("3027")) << vu.join('|').toStdString();
+    ASSERT_EQ(fenêtre.isNull(), toutPart);
+    if (toutPart) continue;
+    EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(),
+              "Pression utilisation");
+    chassis.reset();
+    EXPECT_TRUE(essai::Disparaît(fenêtre)) << "it goes with its frame, whoever holds the command";
+  }
 }
 
 }  // namespace
