@@ -4,6 +4,9 @@
 #include <CLI/CLI.hpp>
 
 #include "host/configuration.h"
+#ifdef ZUMA_QT
+#include "host/desktop/desktop.h"
+#endif
 #include "host/verbes.h"
 
 namespace {
@@ -18,9 +21,45 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
       ->check(CLI::ExistingFile);
   verbe.add_option("--frame", options.chassis, "index of the frame in table Chassis")
       ->capture_default_str();
-  verbe.add_flag("--json", options.json, "print data for other programs");
   verbe.add_option("--param", options.paramètres, "shared parameter, INDEX=VALUE")
       ->type_name("INDEX=VALUE");
+}
+
+template <class Options>
+void AjouteJson(CLI::App& verbe, Options& options) {
+  verbe.add_flag("--json", options.json, "print data for other programs");
+}
+
+// The devices of a real machine.
+template <class Options>
+void AjouteLesPorts(CLI::App& verbe, Options& options) {
+  verbe.add_option("--port", options.ports, "device of a serial port of the configuration")
+      ->type_name("N=DEVICE");
+  verbe.add_option("--can", options.can, "network interface of a port of a CAN card")
+      ->type_name("CARD:PORT=INTERFACE");
+}
+
+CLI::App* AjouteDesktop(CLI::App& app, OptionsDesktop& options) {
+  auto* verbe = app.add_subcommand("desktop", "run a frame in a desktop window");
+  AjouteChassis(*verbe, options);
+  AjouteLesPorts(*verbe, options);
+  verbe->add_flag("--sim", options.simulation, "put the whole frame on the simulated machine");
+  verbe->add_option("--lang", options.langue,
+                    "language of the window, by the beginning of its name");
+  // For the pictures of the documentation.
+  verbe->add_option("--picture", options.image)->group("");
+  verbe->add_option("--after", options.après)->check(CLI::PositiveNumber)->group("");
+  return verbe;
+}
+
+int LanceDesktop([[maybe_unused]] const OptionsDesktop& options) {
+#ifdef ZUMA_QT
+  return Desktop(options);
+#else
+  throw MauvaisUsage(
+      "this program was built without windows: install qt6-base-dev, qt6-charts-dev and "
+      "libqt6opengl6-dev, then build with -DZUMA_QT=ON");
+#endif
 }
 
 int Lance(int argc, char** argv) {
@@ -36,10 +75,12 @@ int Lance(int argc, char** argv) {
   OptionsCheck check;
   auto* verbeCheck = app.add_subcommand("check", "load and link a frame, tell every problem");
   AjouteChassis(*verbeCheck, check);
+  AjouteJson(*verbeCheck, check);
 
   OptionsRun run;
   auto* verbeRun = app.add_subcommand("run", "run a frame and show its channels live");
   AjouteChassis(*verbeRun, run);
+  AjouteJson(*verbeRun, run);
   verbeRun->add_flag("--sim", run.simulation, "put the whole frame on the simulated machine");
   verbeRun->add_option("--seconds", run.secondes, "end after that many seconds")
       ->check(CLI::PositiveNumber);
@@ -51,13 +92,13 @@ int Lance(int argc, char** argv) {
           "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
       ->type_name("KIND[:WHERE][@FROM[-TO]]");
   verbeRun->add_flag("--fast", run.auPlusVite, "let simulated time run as fast as it goes");
-  verbeRun->add_option("--port", run.ports, "device of a serial port of the configuration")
-      ->type_name("N=DEVICE");
-  verbeRun->add_option("--can", run.can, "network interface of a port of a CAN card")
-      ->type_name("CARD:PORT=INTERFACE");
+  AjouteLesPorts(*verbeRun, run);
   verbeRun->footer(
       "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
       "s stop, a acknowledge, f next fault (simulated machine), q quit.");
+
+  OptionsDesktop desktop;
+  const auto* verbeDesktop = AjouteDesktop(app, desktop);
 
   OptionsCompression compression;
   auto* verbeCompression = app.add_subcommand(
@@ -96,6 +137,7 @@ int Lance(int argc, char** argv) {
   if (verbeCheck->parsed()) return Check(check);
   if (verbeCompression->parsed()) return Compression(compression);
   if (verbeSim->parsed()) return Sim(sim);
+  if (verbeDesktop->parsed()) return LanceDesktop(desktop);
   return Run(run);
 }
 

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+
+#include "dialogs/qt/fenetre_qt.h"
+#include "host/chassis_en_marche.h"
+#include "host/desktop/battement.h"
+#include "host/desktop/fiche_commande.h"
+#include "host/desktop/table_capteurs.h"
+
+class QLabel;
+class QSplitter;
+class QTabWidget;
+
+namespace zuma::host {
+
+class VoletArrêt;
+class VoletCapteurs;
+class VoletCommandes;
+class VoletCourbes;
+class VoletLogique;
+class VoletMessages;
+
+/// The window of a running frame: its panes, its menus, and the pace at which they are painted.
+class FenêtrePrincipale : public QMainWindow {
+ public:
+  FenêtrePrincipale(ChassisEnMarche& marche, Battement& battement, Ref<Recueil> recueil,
+                    const Textes& textes);
+  ~FenêtrePrincipale() override;
+
+  /// Behind each pass.
+  void AprèsLaPasse(double secondes);
+  /// Shows everything anew.
+  void RafraîchitTout();
+  /// The frame goes away: nothing is asked of it any more.
+  void Fige();
+
+ private:
+  /// Runs what an operator asked for; a failure goes to the messages.
+  void Fait(const std::function<void()>& travail);
+  void Compose();
+  [[nodiscard]] QWidget* Gauche();
+  [[nodiscard]] QWidget* Droite();
+  void AjouteLesMenus();
+  void AjouteLaBarreDEtat();
+  void ChangeLaPolice(int points);
+  void Rafraîchit();
+  void MontreLesMesures();
+  [[nodiscard]] QWidget* Cadre(std::string_view titre, QWidget* volet);
+
+  ChassisEnMarche& marche_;
+  Battement& battement_;
+  Ref<Recueil> recueil_;
+  const Textes& textes_;
+  qt::FenêtreQt hôte_;
+  Verrou verrou_;
+  CourbesChoisies courbesChoisies_;
+  VoletArrêt* arrêt_;
+  VoletCapteurs* capteurs_;
+  VoletCourbes* courbes_;
+  VoletCommandes* commandes_;
+  VoletLogique* logique_;
+  VoletMessages* messages_;
+  QTabWidget* onglets_ = nullptr;
+  QLabel* mesures_ = nullptr;
+  QTimer rafraîchissement_;
+  bool tourDesCourbes_ = false;
+  bool arrêtVu_ = false;
+  std::uint64_t rafraichissementsVus_ = 0;
+};
+
+}  // namespace zuma::host

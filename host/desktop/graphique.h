@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QChartView>
+#include <QLineSeries>
+#include <QValueAxis>
+#include <map>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/desktop/textes.h"
+
+namespace zuma::host {
+
+/// A chart of a few curves over one abscissa, with an ordinate for each unit, whose scales move
+/// only when the curves ask for it: laying out axes costs more than drawing lines.
+class Graphique : public QChartView {
+ public:
+  /// Runs of points; a curve is interrupted between two of them.
+  using Segments = std::vector<QList<QPointF>>;
+  struct Trace {
+    QString nom;
+    std::string unité;
+  };
+
+  explicit Graphique(const Textes& textes, QWidget* mère = nullptr);
+
+  void Abscisse(const QString& titre, double début, double fin);
+  /// Stretches the abscissa, in round steps, to the points shown.
+  void AbscisseLibre(const QString& titre);
+  /// The curves to come, in the place of the ones shown.
+  void Traces(std::span<const Trace> traces);
+  /// Shows those points, a curve for each trace. Of a curve with more interruptions than
+  /// `kSegments` the latest ones are shown.
+  void Montre(const std::vector<Segments>& courbes);
+
+  static constexpr std::size_t kSegments = 30;
+
+ private:
+  struct Courbe {
+    QValueAxis* ordonnée;
+    std::vector<QLineSeries*> séries;
+  };
+  struct Etendue {
+    double mini;
+    double maxi;
+    void Prend(double valeur);
+  };
+
+  QLineSeries* NouvelleSérie(Courbe& courbe, const QString& nom, int couleur);
+  QValueAxis* OrdonnéeDe(const std::string& unité);
+  void MontreLaCourbe(std::size_t rang, const Segments& segments);
+  void Cadre(QValueAxis& axe, const Etendue& étendue);
+
+  const Textes& textes_;
+  QValueAxis* abscisse_;
+  bool libre_ = false;
+  std::map<std::string, QValueAxis*> ordonnées_;
+  std::vector<Courbe> courbes_;
+};
+
+}  // namespace zuma::host
