@@ -26,7 +26,7 @@ bool EstLaissée(const Carte& carte) {
 
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
-                                 Ref<linux_::Traducteur> traducteur)
+                                 Ref<ZED_Traduction> traducteur)
     : machine_(machine),
       recueil_(recueil),
       traducteur_(std::move(traducteur)),

@@ -20,7 +20,7 @@ class ChassisEnMarche {
   /// a stop are told in the translator's language.
   ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                   const Ref<Recueil>& recueil, linux_::Parametres paramètres,
-                  Ref<linux_::Traducteur> traducteur = Crée<linux_::Traducteur>());
+                  Ref<ZED_Traduction> traducteur = Crée<linux_::Traducteur>());
   /// Puts the outputs to rest before the frame is released: a program that ends must not leave a
   /// machine under its last set point.
   ~ChassisEnMarche();
@@ -45,7 +45,7 @@ class ChassisEnMarche {
 
   Machine& machine_;
   Ref<Recueil> recueil_;
-  Ref<linux_::Traducteur> traducteur_;
+  Ref<ZED_Traduction> traducteur_;
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;

@@ -49,6 +49,7 @@ CLI::App* AjouteDesktop(CLI::App& app, OptionsDesktop& options) {
   // For the pictures of the documentation.
   verbe->add_option("--picture", options.image)->group("");
   verbe->add_option("--after", options.après)->check(CLI::PositiveNumber)->group("");
+  verbe->add_flag("--test", options.essai)->group("");
   return verbe;
 }
 

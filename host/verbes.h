@@ -53,6 +53,7 @@ struct OptionsDesktop {
   std::string langue;                   ///< of the window; empty for the first known
   std::string image;                    ///< picture of the window to write, then the end
   double après = 5;                     ///< seconds until that picture
+  bool essai = false;                   ///< begin the compression test at once
 };
 
 struct OptionsCompression {

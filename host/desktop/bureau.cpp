@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "host/configuration.h"
+#include "host/desktop/traducteur_du_chassis.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
 
@@ -10,8 +11,8 @@ namespace zuma::host {
 namespace {
 
 // A language by its name or the beginning of it, as in "en"; the first one without.
-Ref<linux_::Traducteur> TraducteurEn(const std::string& demandée) {
-  auto traducteur = Crée<linux_::Traducteur>();
+Ref<ZED_Traduction> TraducteurEn(const std::string& demandée) {
+  auto traducteur = Crée<TraducteurDuChassis>();
   std::string connues;
   for (const std::string& langue : traducteur->Langues()) {
     if (EnQt(langue).startsWith(EnQt(demandée), Qt::CaseInsensitive)) {
@@ -39,7 +40,8 @@ Bureau::Bureau(const OptionsDesktop& options)
   machine_->Services().fenêtres = &fenêtres_;
   marche_.emplace(options.fichier, options.chassis, *machine_, recueil_,
                   LitLesParamètres(options.fichier, options.paramètres), traducteur_);
-  fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_);
+  fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
+                                                 options.simulation);
 }
 
 Bureau::~Bureau() {

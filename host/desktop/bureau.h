@@ -34,7 +34,7 @@ class Bureau {
   void AprèsLaPasse(double secondes);
 
   Ref<Recueil> recueil_ = Crée<Recueil>();
-  Ref<linux_::Traducteur> traducteur_;
+  Ref<ZED_Traduction> traducteur_;
   Textes textes_;
   std::unique_ptr<Machine> machine_;
   qt::FenêtresQt fenêtres_;

@@ -86,6 +86,7 @@ int Montre(const OptionsDesktop& options, Application& application) {
     bureau.Fenêtre().show();
     if (!options.image.empty()) PrévoitLImage(options, bureau.Fenêtre(), imageEcrite);
     bureau.LeBattement().Démarre();
+    if (options.essai) bureau.Fenêtre().CommenceLEssai();
     QApplication::exec();
     fini = bureau.LaMachine().Fini();
   }

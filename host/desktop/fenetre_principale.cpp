@@ -10,6 +10,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <chrono>
+#include <set>
 #include <utility>
 
 #include "host/desktop/menu_cartes.h"
@@ -17,6 +18,7 @@
 #include "host/desktop/volet_capteurs.h"
 #include "host/desktop/volet_commandes.h"
 #include "host/desktop/volet_courbes.h"
+#include "host/desktop/volet_essai.h"
 #include "host/desktop/volet_logique.h"
 #include "host/desktop/volet_messages.h"
 
@@ -28,24 +30,32 @@ namespace {
 constexpr std::chrono::milliseconds kTour{100};
 constexpr std::size_t kCourbesAuDépart = 2;
 
+// The first sensors of different units, so that the curves show something on any frame.
+CourbesChoisies CourbesAuDépart(Chassis& chassis) {
+  CourbesChoisies choisies;
+  std::set<std::string> unités;
+  for (const CapteurRef& capteur : *chassis.Capteurs()) {
+    choisies.push_back(unités.size() < kCourbesAuDépart &&
+                       unités.insert(capteur->UnitéEtalonnage()).second);
+  }
+  return choisies;
+}
+
 }  // namespace
 
 FenêtrePrincipale::FenêtrePrincipale(ChassisEnMarche& marche, Battement& battement,
-                                     Ref<Recueil> recueil, const Textes& textes)
+                                     Ref<Recueil> recueil, const Textes& textes, bool avecEssai)
     : marche_(marche),
       battement_(battement),
       recueil_(std::move(recueil)),
       textes_(textes),
       hôte_(*this, [this] { RafraîchitTout(); }),
-      verrou_([this] { return marche_.LaSécurité().Déclenchée(); }) {
-  Chassis& chassis = marche_.LeChassis();
-  courbesChoisies_.resize(static_cast<std::size_t>(chassis.Capteurs()->Count()));
-  for (std::size_t i = 0; i < std::min(kCourbesAuDépart, courbesChoisies_.size()); ++i) {
-    courbesChoisies_[i] = true;
-  }
+      verrou_([this] { return marche_.LaSécurité().Déclenchée(); }),
+      courbesChoisies_(CourbesAuDépart(marche.LeChassis())) {
   setObjectName("fenetrePrincipale");
-  setWindowTitle(EnQt(chassis.Nom()) + " - zuma");
+  setWindowTitle(EnQt(marche.LeChassis().Nom()) + " - zuma");
   Compose();
+  if (avecEssai) AjouteLEssai();
   AjouteLesMenus();
   AjouteLaBarreDEtat();
   resize(1400, 900);
@@ -106,6 +116,19 @@ QWidget* FenêtrePrincipale::Gauche() {
   return gauche;
 }
 
+void FenêtrePrincipale::AjouteLEssai() {
+  Chassis& chassis = marche_.LeChassis();
+  if (!VoletEssai::Possible(chassis, marche_.LaSécurité())) return;
+  essai_ = new VoletEssai(chassis, marche_.LaSécurité(), textes_, verrou_);
+  onglets_->addTab(essai_, textes_("Titre essai"));
+}
+
+void FenêtrePrincipale::CommenceLEssai() {
+  if (essai_ == nullptr) return;
+  onglets_->setCurrentWidget(essai_);
+  essai_->Commence();
+}
+
 QWidget* FenêtrePrincipale::Droite() {
   Chassis& chassis = marche_.LeChassis();
   commandes_ = new VoletCommandes(chassis, textes_, verrou_, hôte_);
@@ -161,6 +184,7 @@ void FenêtrePrincipale::AprèsLaPasse(double secondes) {
   const std::uint64_t rafraichissements = marche_.LeChassis().RafraichissementsEA();
   if (rafraichissements != rafraichissementsVus_) courbes_->Note(secondes);
   rafraichissementsVus_ = rafraichissements;
+  if (essai_ != nullptr) essai_->AprèsLaPasse(secondes);
   if (marche_.LaSécurité().Déclenchée() != arrêtVu_) RafraîchitTout();
 }
 
@@ -168,6 +192,7 @@ void FenêtrePrincipale::Rafraîchit() {
   tourDesCourbes_ = !tourDesCourbes_;
   if (tourDesCourbes_) {
     courbes_->Rafraîchit();
+    if (essai_ != nullptr) essai_->Rafraîchit();
   } else {
     RafraîchitTout();
   }
@@ -193,6 +218,7 @@ void FenêtrePrincipale::MontreLesMesures() {
 
 void FenêtrePrincipale::Fige() {
   rafraîchissement_.stop();
+  if (essai_ != nullptr) essai_->Oublie();
 }
 
 }  // namespace zuma::host

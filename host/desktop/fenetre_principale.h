@@ -20,18 +20,22 @@ class VoletArrêt;
 class VoletCapteurs;
 class VoletCommandes;
 class VoletCourbes;
+class VoletEssai;
 class VoletLogique;
 class VoletMessages;
 
 /// The window of a running frame: its panes, its menus, and the pace at which they are painted.
 class FenêtrePrincipale : public QMainWindow {
  public:
+  /// The compression test is offered `avecEssai`, on a frame that has what it needs.
   FenêtrePrincipale(ChassisEnMarche& marche, Battement& battement, Ref<Recueil> recueil,
-                    const Textes& textes);
+                    const Textes& textes, bool avecEssai);
   ~FenêtrePrincipale() override;
 
   /// Behind each pass.
   void AprèsLaPasse(double secondes);
+  /// Shows the test and begins it; nothing where it is not offered.
+  void CommenceLEssai();
   /// Shows everything anew.
   void RafraîchitTout();
   /// The frame goes away: nothing is asked of it any more.
@@ -41,6 +45,7 @@ class FenêtrePrincipale : public QMainWindow {
   /// Runs what an operator asked for; a failure goes to the messages.
   void Fait(const std::function<void()>& travail);
   void Compose();
+  void AjouteLEssai();
   [[nodiscard]] QWidget* Gauche();
   [[nodiscard]] QWidget* Droite();
   void AjouteLesMenus();
@@ -60,6 +65,7 @@ class FenêtrePrincipale : public QMainWindow {
   VoletArrêt* arrêt_;
   VoletCapteurs* capteurs_;
   VoletCourbes* courbes_;
+  VoletEssai* essai_ = nullptr;  ///< none where there is no test
   VoletCommandes* commandes_;
   VoletLogique* logique_;
   VoletMessages* messages_;

@@ -150,8 +150,9 @@ QString FicheCommande::TexteDeSortie() const {
 }
 
 QString FicheCommande::TexteDesLimites() const {
-  return textes_("Texte limites") + " " + Nombre(commande_->MiniCommande()) + " … " +
-         AvecUnité(Nombre(commande_->MaxiCommande()), commande_->UnitéEtalonnage());
+  return textes_("Texte limites") + " " +
+         textes_.Limites(commande_->MiniCommande(), commande_->MaxiCommande(),
+                         commande_->UnitéEtalonnage());
 }
 
 void FicheCommande::contextMenuEvent(QContextMenuEvent* demande) {

@@ -55,11 +55,11 @@ Graphique::Graphique(const Textes& textes, QWidget* mère)
   setFocusPolicy(Qt::NoFocus);
 }
 
-void Graphique::Abscisse(const QString& titre, double début, double fin) {
+void Graphique::Abscisse(const QString& titre, double début, int graduations) {
   libre_ = false;
   abscisse_->setTitleText(titre);
-  abscisse_->setRange(début, fin);
-  abscisse_->setTickCount(kGraduations + 2);
+  abscisse_->setRange(début, 0);
+  abscisse_->setTickCount(graduations);
   abscisse_->setLabelFormat("%.0f");
 }
 

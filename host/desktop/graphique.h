@@ -25,7 +25,8 @@ class Graphique : public QChartView {
 
   explicit Graphique(const Textes& textes, QWidget* mère = nullptr);
 
-  void Abscisse(const QString& titre, double début, double fin);
+  /// From `début` to 0.
+  void Abscisse(const QString& titre, double début, int graduations);
   /// Stretches the abscissa, in round steps, to the points shown.
   void AbscisseLibre(const QString& titre);
   /// The curves to come, in the place of the ones shown.

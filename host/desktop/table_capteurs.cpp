@@ -77,7 +77,6 @@ QVariant TableCapteurs::data(const QModelIndex& index, int rôle) const {
 QString TableCapteurs::Texte(const Capteur& capteur, int colonne) const {
   const int décimales = Décimales(capteur);
   const auto nombre = [&](double valeur) { return textes_.Nombre(valeur, décimales); };
-  const bool limité = capteur.MiniCapteurUnité() != 0 || capteur.MaxiCapteurUnité() != 0;
   switch (colonne) {
     case Nom:
       return NomDe(capteur);
@@ -96,9 +95,7 @@ QString TableCapteurs::Texte(const Capteur& capteur, int colonne) const {
     case Maxi:
       return nombre(capteur.MaxiDétecté());
     default:
-      return limité
-                 ? nombre(capteur.MiniCapteurUnité()) + " … " + nombre(capteur.MaxiCapteurUnité())
-                 : Absent();
+      return textes_.Limites(capteur.MiniCapteurUnité(), capteur.MaxiCapteurUnité(), {});
   }
 }
 

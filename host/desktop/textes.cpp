@@ -30,6 +30,16 @@ QString Textes::Nombre(double valeur, int décimales) const {
   return locale_.toString(valeur, 'f', décimales);
 }
 
+QString Textes::Court(double valeur) const {
+  constexpr int kChiffres = 6;
+  return std::isfinite(valeur) ? locale_.toString(valeur, 'g', kChiffres) : Absent();
+}
+
+QString Textes::Limites(double mini, double maxi, const std::string& unité) const {
+  if (mini == 0 && maxi == 0) return Absent();
+  return Court(mini) + " … " + AvecUnité(Court(maxi), unité);
+}
+
 int DécimalesPour(double échelle) {
   constexpr int kChiffres = 5;
   constexpr int kAuPlus = 6;

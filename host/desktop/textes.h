@@ -17,6 +17,10 @@ class Textes {
   [[nodiscard]] QString operator()(std::string_view clé) const;
   /// `valeur` with that many decimals; a dash for what is no number.
   [[nodiscard]] QString Nombre(double valeur, int décimales) const;
+  /// `valeur` with no more digits than it needs, six at most: for settings, that do not move.
+  [[nodiscard]] QString Court(double valeur) const;
+  /// Two limits and their unit; a dash where both are 0, which is none.
+  [[nodiscard]] QString Limites(double mini, double maxi, const std::string& unité) const;
   /// Numbers of the axes.
   [[nodiscard]] const QLocale& Locale() const { return locale_; }
 

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kTextesDesEtendues{"Etendue 10 s", "Etendue 60 s",
                                                              "Etendue 10 min"};
+constexpr std::array<int, 3> kGraduations{6, 7, 7};
 constexpr int kEtendueDeDépart = 1;
 
 }  // namespace
@@ -55,8 +56,8 @@ void VoletCourbes::Note(double secondes) {
 }
 
 void VoletCourbes::ChangeDEtendue() {
-  const double étendue = kEtendues[static_cast<std::size_t>(étendue_->currentIndex())];
-  graphique_->Abscisse(textes_("Axe temps"), -étendue, 0);
+  const auto rang = static_cast<std::size_t>(étendue_->currentIndex());
+  graphique_->Abscisse(textes_("Axe temps"), -kEtendues[rang], kGraduations[rang]);
   Dessine();
 }
 

@@ -25,7 +25,7 @@ class VoletCourbes : public QWidget {
   void Rafraîchit();
 
  private:
-  static constexpr std::array<double, 3> kEtendues{10, 60, 600};  // seconds
+  static constexpr std::array<double, 3> kEtendues{10, 60, 600};  ///< seconds
   struct Suivi {
     CapteurRef capteur;
     std::array<Historique, kEtendues.size()> historiques{

@@ -44,7 +44,9 @@ void VoletMessages::Ajoute(const Problème& problème) {
   const std::string_view origine = kOrigines[static_cast<std::size_t>(problème.origine)];
   auto* ligne = new QTreeWidgetItem(
       this, {QTime::currentTime().toString("HH:mm:ss"), textes_(origine), texte});
-  for (int colonne = 0; colonne < 3; ++colonne) ligne->setTextAlignment(colonne, Qt::AlignTop);
+  for (int colonne = 0; colonne < 3; ++colonne) {
+    ligne->setTextAlignment(colonne, Qt::AlignTop | Qt::AlignLeft);
+  }
   ligne->setToolTip(2, EnQt(problème.texte));
   for (const QString& variable : suite.split('\n', Qt::SkipEmptyParts)) {
     new QTreeWidgetItem(ligne, {{}, {}, variable.trimmed()});
