@@ -91,8 +91,8 @@ void FenêtrePrincipale::Compose() {
   partage->setObjectName("partage");
   partage->addWidget(Gauche());
   partage->addWidget(Droite());
-  partage->setStretchFactor(0, 3);
-  partage->setStretchFactor(1, 1);
+  partage->setStretchFactor(0, 1);  // the right column keeps its width
+  partage->setSizes({940, 440});
   auto* centre = new QWidget(this);
   auto* boîte = new QVBoxLayout(centre);
   boîte->addWidget(arrêt_);
@@ -214,6 +214,12 @@ void FenêtrePrincipale::MontreLesMesures() {
                     textes_("Mesure passe longue") + " " + textes_.Nombre(m.plusLonguePasse, 2) +
                     " ms    " + textes_("Mesure ecart") + " " + textes_.Nombre(m.plusLongEcart, 1) +
                     " ms");
+}
+
+// Also out of a dialog's event loop, and whatever other windows stand open.
+void FenêtrePrincipale::closeEvent(QCloseEvent* demande) {
+  QMainWindow::closeEvent(demande);
+  QCoreApplication::exit();
 }
 
 void FenêtrePrincipale::Fige() {

@@ -41,6 +41,9 @@ class FenêtrePrincipale : public QMainWindow {
   /// The frame goes away: nothing is asked of it any more.
   void Fige();
 
+ protected:
+  void closeEvent(QCloseEvent* demande) override;
+
  private:
   /// Runs what an operator asked for; a failure goes to the messages.
   void Fait(const std::function<void()>& travail);

@@ -14,7 +14,7 @@ void Historique::Note(double secondes, std::optional<double> valeur) {
   Case& c = cases_[Place(rang)];
   if (c.rang != rang) c = Case{.rang = rang};
   if (!valeur) {
-    c.trou = true;
+    (c.lue ? c.trouAprès : c.trouAvant) = true;
   } else if (!c.lue) {
     c.lue = true;
     c.mini = c.maxi = *valeur;
@@ -38,14 +38,15 @@ std::vector<QList<QPointF>> Historique::Segments(double maintenant) const {
     const Case& c = cases_[Place(rang)];
     if (c.rang != rang) continue;
     if (c.lue) {
-      if (coupé || rang - précédent > silence) segments.emplace_back();
+      if (coupé || c.trouAvant || rang - précédent > silence) segments.emplace_back();
       const double t = static_cast<double>(rang - dernier) * largeur_;
       segments.back().append({t, c.monte ? c.mini : c.maxi});
       if (c.mini != c.maxi) segments.back().append({t, c.monte ? c.maxi : c.mini});
       précédent = rang;
-      coupé = false;
+      coupé = c.trouAprès;
+    } else {
+      coupé = true;
     }
-    coupé = coupé || c.trou;
   }
   return segments;
 }

@@ -30,8 +30,9 @@ class Historique {
   struct Case {
     std::int64_t rang = -1;
     bool lue = false;
-    bool trou = false;  ///< a reading was missing
-    bool monte = true;  ///< the minimum came first
+    bool trouAvant = false;  ///< a reading was missing before the first one of the cell
+    bool trouAprès = false;  ///< the same behind it
+    bool monte = true;       ///< the minimum came first
     double mini = 0;
     double maxi = 0;
   };

@@ -7,9 +7,6 @@ namespace zuma::host {
 VoletCommandes::VoletCommandes(Chassis& chassis, const Textes& textes, const Verrou& verrou,
                                FenêtreHôte& mère) {
   setObjectName("voletCommandes");
-  setFrameShape(QFrame::NoFrame);
-  setFocusPolicy(Qt::NoFocus);
-  setWidgetResizable(true);
   auto* contenu = new QWidget;
   auto* boîte = new QVBoxLayout(contenu);
   boîte->setContentsMargins(0, 0, 0, 0);

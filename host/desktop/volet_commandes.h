@@ -1,15 +1,15 @@
 #pragma once
 
-#include <QScrollArea>
 #include <vector>
 
 #include "core/chassis.h"
 #include "host/desktop/fiche_commande.h"
+#include "host/desktop/volet_defilant.h"
 
 namespace zuma::host {
 
 /// The commands of the frame, one card each.
-class VoletCommandes : public QScrollArea {
+class VoletCommandes : public VoletDéfilant {
  public:
   VoletCommandes(Chassis& chassis, const Textes& textes, const Verrou& verrou, FenêtreHôte& mère);
 

@@ -35,9 +35,6 @@ void MetLeTexte(T& widget, const QString& texte) {
 VoletLogique::VoletLogique(Chassis& chassis, const Textes& textes, Verrou verrou)
     : chassis_(chassis), textes_(textes), verrou_(std::move(verrou)) {
   setObjectName("voletLogique");
-  setFrameShape(QFrame::NoFrame);
-  setFocusPolicy(Qt::NoFocus);
-  setWidgetResizable(true);
   auto* contenu = new QWidget;
   auto* boîte = new QVBoxLayout(contenu);
   boîte->setContentsMargins(0, 0, 0, 0);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QScrollArea>
 #include <utility>
 #include <vector>
 
 #include "core/chassis.h"
 #include "host/desktop/fiche_commande.h"
+#include "host/desktop/volet_defilant.h"
 
 class QCheckBox;
 class QLabel;
@@ -15,7 +15,7 @@ class QVBoxLayout;
 namespace zuma::host {
 
 /// Logic inputs with their lamps, logic outputs with their toggles, and the watchdog.
-class VoletLogique : public QScrollArea {
+class VoletLogique : public VoletDéfilant {
  public:
   VoletLogique(Chassis& chassis, const Textes& textes, Verrou verrou);
 

@@ -1,7 +1,7 @@
 // Tests of windows: real widgets, real key presses and clicks, on a screen that nobody sees.
+#include <QApplication>
 #include <clocale>
 
-#include <QApplication>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
