@@ -50,6 +50,7 @@ CLI::App* AjouteDesktop(CLI::App& app, OptionsDesktop& options) {
   verbe->add_option("--picture", options.image)->group("");
   verbe->add_option("--after", options.après)->check(CLI::PositiveNumber)->group("");
   verbe->add_flag("--test", options.essai)->group("");
+  verbe->add_option("--tab", options.onglet)->group("");
   return verbe;
 }
 

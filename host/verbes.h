@@ -54,6 +54,7 @@ struct OptionsDesktop {
   std::string image;                    ///< picture of the window to write, then the end
   double après = 5;                     ///< seconds until that picture
   bool essai = false;                   ///< begin the compression test at once
+  int onglet = 0;                       ///< pane below the sensors: 0 curves, 1 test
 };
 
 struct OptionsCompression {

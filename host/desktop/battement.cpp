@@ -25,7 +25,6 @@ Battement::Battement(Travail travail) : travail_(std::move(travail)) {
 
 void Battement::Démarre() {
   enMarche_ = true;
-  départ_ = Horloge::now();
   OublieLesMesures();
   minuterie_.start();
 }
@@ -44,6 +43,7 @@ void Battement::OublieLesMesures() {
 void Battement::Bat() {
   if (enPasse_) return;
   enPasse_ = true;
+  if (départ_ == Instant()) départ_ = Horloge::now();  // a machine counts from its first pass too
   try {
     UnePasse();
   } catch (const std::exception& e) {
@@ -54,8 +54,9 @@ void Battement::Bat() {
 }
 
 void Battement::UnePasse() {
-  const std::chrono::duration<double> écoulé = Horloge::now() - départ_;
-  secondes_ = travail_.avance(écoulé.count());
+  // A rest behind the clock: a machine that waits for its time has nothing to wait for.
+  const std::chrono::duration<double> écoulé = Horloge::now() - départ_ - kRepos;
+  secondes_ = travail_.avance(std::max(0.0, écoulé.count()));
   const Instant début = Horloge::now();
   travail_.passe();
   const Instant fin = Horloge::now();

@@ -24,6 +24,8 @@ Ref<ZED_Traduction> TraducteurEn(const std::string& demandée) {
   throw MauvaisUsage("language \"" + demandée + "\" is not known. Languages: " + connues + ".");
 }
 
+constexpr std::chrono::seconds kRapport{1};
+
 std::unique_ptr<Machine> LaMachine(const OptionsDesktop& options, BoîteDeMessage& messages) {
   if (options.simulation) return MachineSimulée(messages, Cadence::Réelle);
   return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
@@ -42,10 +44,14 @@ Bureau::Bureau(const OptionsDesktop& options)
                   LitLesParamètres(options.fichier, options.paramètres), traducteur_);
   fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
                                                  options.simulation);
+  QObject::connect(&rapports_, &QTimer::timeout, &rapports_,
+                   [this] { machine_->Rapporte(*recueil_); });
+  rapports_.start(kRapport);
 }
 
 Bureau::~Bureau() {
   battement_.Arrête();
+  rapports_.stop();
   if (fenêtre_) {
     fenêtre_->Fige();
     fenêtre_->hide();

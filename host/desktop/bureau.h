@@ -39,6 +39,7 @@ class Bureau {
   std::unique_ptr<Machine> machine_;
   qt::FenêtresQt fenêtres_;
   Battement battement_;
+  QTimer rapports_;  ///< what the machine tells on its own
   // The frame goes before the window, which owns its forms on the screen.
   std::unique_ptr<FenêtrePrincipale> fenêtre_;
   std::optional<ChassisEnMarche> marche_;

@@ -83,6 +83,7 @@ int Montre(const OptionsDesktop& options, Application& application) {
     Bureau bureau(options);
     recueil = bureau.LeRecueil();
     application.Consigne(recueil);
+    bureau.Fenêtre().MontreLOnglet(options.onglet);
     bureau.Fenêtre().show();
     if (!options.image.empty()) PrévoitLImage(options, bureau.Fenêtre(), imageEcrite);
     bureau.LeBattement().Démarre();

@@ -124,9 +124,11 @@ void FenêtrePrincipale::AjouteLEssai() {
 }
 
 void FenêtrePrincipale::CommenceLEssai() {
-  if (essai_ == nullptr) return;
-  onglets_->setCurrentWidget(essai_);
-  essai_->Commence();
+  if (essai_ != nullptr) essai_->Commence();
+}
+
+void FenêtrePrincipale::MontreLOnglet(int rang) {
+  onglets_->setCurrentIndex(rang);
 }
 
 QWidget* FenêtrePrincipale::Droite() {
@@ -176,7 +178,6 @@ void FenêtrePrincipale::ChangeLaPolice(int points) {
   QFont police = QApplication::font();
   police.setPointSize(std::clamp(police.pointSize() + points, kMinimum, kMaximum));
   QApplication::setFont(police);
-  capteurs_->AjusteLesColonnes();
 }
 
 // A stop shows at once, and not on the next turn of the panes.

@@ -34,8 +34,10 @@ class FenêtrePrincipale : public QMainWindow {
 
   /// Behind each pass.
   void AprèsLaPasse(double secondes);
-  /// Shows the test and begins it; nothing where it is not offered.
+  /// Begins the test; nothing where it is not offered.
   void CommenceLEssai();
+  /// 0 the curves, 1 the test.
+  void MontreLOnglet(int rang);
   /// Shows everything anew.
   void RafraîchitTout();
   /// The frame goes away: nothing is asked of it any more.

@@ -1,5 +1,6 @@
 #include "host/desktop/graphique.h"
 
+#include <QEvent>
 #include <QLegendMarker>
 #include <algorithm>
 #include <array>
@@ -9,17 +10,17 @@
 namespace zuma::host {
 namespace {
 
-// Told apart by hue and by line: not everybody sees the hue.
 constexpr std::array<QRgb, 8> kCouleurs{0x1f5fa8, 0xc03a1e, 0x2a7d3b, 0x7b3fa0,
                                         0xa8761a, 0x137c85, 0x9a1f5b, 0x454545};
-constexpr std::array<Qt::PenStyle, 3> kTraits{Qt::SolidLine, Qt::DashLine, Qt::DotLine};
+constexpr int kPlusClair = 160;  // per cent
 constexpr int kGraduations = 4;
 
 QPen Plume(int rang) {
   const auto n = static_cast<std::size_t>(rang);
-  QPen plume(QColor(kCouleurs[n % kCouleurs.size()]));
+  const QColor couleur(kCouleurs[n % kCouleurs.size()]);
+  // Dashes would tell them apart better, and cost a dense curve fifty times as much.
+  QPen plume(n / kCouleurs.size() % 2 == 0 ? couleur : couleur.lighter(kPlusClair));
   plume.setWidthF(1.5);
-  plume.setStyle(kTraits[n / kCouleurs.size() % kTraits.size()]);
   plume.setCosmetic(true);
   return plume;
 }
@@ -50,6 +51,8 @@ Graphique::Graphique(const Textes& textes, QWidget* mère)
   chart()->setBackgroundRoundness(0);
   chart()->legend()->setAlignment(Qt::AlignTop);
   chart()->legend()->setMarkerShape(QLegend::MarkerShapeFromSeries);
+  Habille(*abscisse_);
+  chart()->legend()->setFont(font());
   chart()->addAxis(abscisse_, Qt::AlignBottom);
   setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
   setFocusPolicy(Qt::NoFocus);
@@ -68,13 +71,31 @@ void Graphique::AbscisseLibre(const QString& titre) {
   abscisse_->setTitleText(titre);
 }
 
-QValueAxis* Graphique::OrdonnéeDe(const std::string& unité) {
-  QValueAxis*& axe = ordonnées_[unité];
-  if (axe != nullptr) return axe;
-  axe = new QValueAxis(this);
-  axe->setTitleText(unité.empty() ? textes_("Sans unite") : EnQt(unité));
-  chart()->addAxis(axe, ordonnées_.size() % 2 == 1 ? Qt::AlignLeft : Qt::AlignRight);
-  return axe;
+// The chart does not follow the font of its widget by itself.
+void Graphique::Habille(QValueAxis& axe) const {
+  QFont gras = font();
+  gras.setBold(true);
+  axe.setLabelsFont(font());
+  axe.setTitleFont(gras);
+}
+
+void Graphique::changeEvent(QEvent* changement) {
+  QChartView::changeEvent(changement);
+  if (changement->type() != QEvent::FontChange) return;
+  chart()->legend()->setFont(font());
+  Habille(*abscisse_);
+  for (const auto& [unité, ordonnée] : ordonnées_) Habille(*ordonnée.axe);
+}
+
+QValueAxis* Graphique::OrdonnéeDe(const Trace& trace) {
+  Ordonnée& ordonnée = ordonnées_[trace.unité];
+  ordonnée.plancher = std::max(ordonnée.plancher, trace.plancher);
+  if (ordonnée.axe != nullptr) return ordonnée.axe;
+  ordonnée.axe = new QValueAxis(this);
+  ordonnée.axe->setTitleText(trace.unité.empty() ? textes_("Sans unite") : EnQt(trace.unité));
+  Habille(*ordonnée.axe);
+  chart()->addAxis(ordonnée.axe, ordonnées_.size() % 2 == 1 ? Qt::AlignLeft : Qt::AlignRight);
+  return ordonnée.axe;
 }
 
 QLineSeries* Graphique::NouvelleSérie(Courbe& courbe, const QString& nom, int couleur) {
@@ -90,14 +111,14 @@ QLineSeries* Graphique::NouvelleSérie(Courbe& courbe, const QString& nom, int c
 
 void Graphique::Traces(std::span<const Trace> traces) {
   chart()->removeAllSeries();
-  for (const auto& [unité, axe] : ordonnées_) {
-    chart()->removeAxis(axe);
-    axe->deleteLater();
+  for (const auto& [unité, ordonnée] : ordonnées_) {
+    chart()->removeAxis(ordonnée.axe);
+    ordonnée.axe->deleteLater();
   }
   ordonnées_.clear();
   courbes_.clear();
   for (const Trace& trace : traces) {
-    Courbe courbe{OrdonnéeDe(trace.unité), {}};
+    Courbe courbe{OrdonnéeDe(trace), {}};
     const QString nom = trace.nom + (trace.unité.empty() ? "" : " [" + EnQt(trace.unité) + "]");
     NouvelleSérie(courbe, nom, static_cast<int>(courbes_.size()));
     courbes_.push_back(std::move(courbe));
@@ -133,19 +154,24 @@ void Graphique::Montre(const std::vector<Segments>& courbes) {
       }
     }
   }
-  for (const auto& [axe, étendue] : étendues) Cadre(*axe, étendue);
-  if (libre_) Cadre(*abscisse_, large);
+  for (const auto& [unité, ordonnée] : ordonnées_) {
+    Cadre(*ordonnée.axe, étendues.at(ordonnée.axe), ordonnée.plancher);
+  }
+  if (libre_) Cadre(*abscisse_, large, 0);
   for (std::size_t i = 0; i < std::min(courbes.size(), courbes_.size()); ++i) {
     MontreLaCourbe(i, courbes[i]);
   }
 }
 
 // A scale is kept while the curves stand in it and fill a third of it.
-void Graphique::Cadre(QValueAxis& axe, const Etendue& étendue) {
+void Graphique::Cadre(QValueAxis& axe, const Etendue& étendue, double plancher) {
   if (étendue.mini > étendue.maxi) return;
   const double largeur = étendue.maxi - étendue.mini;
   const double présente = axe.max() - axe.min();
-  const double minimale = std::max(std::abs(étendue.maxi), std::abs(étendue.mini)) * 1e-3 + 1e-6;
+  constexpr double kPart = 1e-3;  // of the values: digits that nobody reads
+  constexpr double kInfime = 1e-6;
+  const double grandeur = std::max(std::abs(étendue.maxi), std::abs(étendue.mini));
+  const double minimale = std::max(plancher, kPart * grandeur + kInfime);
   if (étendue.mini >= axe.min() && étendue.maxi <= axe.max() &&
       std::max(largeur, minimale) > présente / 3) {
     return;

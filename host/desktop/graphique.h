@@ -21,6 +21,7 @@ class Graphique : public QChartView {
   struct Trace {
     QString nom;
     std::string unité;
+    double plancher = 0;  ///< height of the ordinate at least: noise is not stretched over the pane
   };
 
   explicit Graphique(const Textes& textes, QWidget* mère = nullptr);
@@ -37,7 +38,14 @@ class Graphique : public QChartView {
 
   static constexpr std::size_t kSegments = 30;
 
+ protected:
+  void changeEvent(QEvent* changement) override;
+
  private:
+  struct Ordonnée {
+    QValueAxis* axe = nullptr;
+    double plancher = 0;
+  };
   struct Courbe {
     QValueAxis* ordonnée;
     std::vector<QLineSeries*> séries;
@@ -48,15 +56,16 @@ class Graphique : public QChartView {
     void Prend(double valeur);
   };
 
+  void Habille(QValueAxis& axe) const;
   QLineSeries* NouvelleSérie(Courbe& courbe, const QString& nom, int couleur);
-  QValueAxis* OrdonnéeDe(const std::string& unité);
+  QValueAxis* OrdonnéeDe(const Trace& trace);
   void MontreLaCourbe(std::size_t rang, const Segments& segments);
-  void Cadre(QValueAxis& axe, const Etendue& étendue);
+  static void Cadre(QValueAxis& axe, const Etendue& étendue, double plancher);
 
   const Textes& textes_;
   QValueAxis* abscisse_;
   bool libre_ = false;
-  std::map<std::string, QValueAxis*> ordonnées_;
+  std::map<std::string, Ordonnée> ordonnées_;  ///< by unit
   std::vector<Courbe> courbes_;
 };
 

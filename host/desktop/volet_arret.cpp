@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLabel>
+#include <QPalette>
 #include <QPushButton>
 #include <utility>
 
@@ -16,9 +17,13 @@ constexpr auto kRouge =
     " padding: 6px 26px; border: 3px solid #700010; border-radius: 6px; }"
     "QPushButton:pressed { background: #800010; }"
     "QPushButton:focus { border-color: black; }";
-constexpr auto kBandeauDArrêt =
-    "background: #b00020; color: white; font-weight: bold; padding: 6px;";
-constexpr auto kBandeauCalme = "padding: 6px;";
+// By palette and not by style: a style would keep the size of text that it was born with.
+QPalette PaletteDArrêt() {
+  QPalette palette;
+  palette.setColor(QPalette::Window, QColor(0xb0, 0x00, 0x20));
+  palette.setColor(QPalette::WindowText, Qt::white);
+  return palette;
+}
 
 }  // namespace
 
@@ -38,6 +43,11 @@ VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const Textes& texte
   bouton_->setStyleSheet(kRouge);
   bandeau_->setTextFormat(Qt::PlainText);  // names of the configuration are no markup
   bandeau_->setWordWrap(true);
+  bandeau_->setMargin(6);
+  bandeau_->setAutoFillBackground(true);
+  QFont gras;
+  gras.setBold(true);
+  bandeau_->setFont(gras);
   bandeau_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto* ligne = new QHBoxLayout(this);
   ligne->setContentsMargins(0, 0, 0, 0);
@@ -77,7 +87,7 @@ void VoletArrêt::Rafraîchit() {
   const QString texte = arrêt ? TexteDesCauses() : textes_("Bandeau calme");
   acquitte_->setEnabled(arrêt);
   if (bandeau_->text() == texte) return;
-  bandeau_->setStyleSheet(arrêt ? kBandeauDArrêt : kBandeauCalme);
+  bandeau_->setPalette(arrêt ? PaletteDArrêt() : QPalette());
   bandeau_->setText(texte);
 }
 

@@ -1,9 +1,11 @@
 #include "host/desktop/volet_capteurs.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QShortcut>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <array>
 
@@ -116,6 +118,14 @@ void VoletCapteurs::Ouvre() {
 void VoletCapteurs::RemplitLeMenu(QMenu& menu) {
   menu.addActions({gestes_.begin(), gestes_.end()});
   connect(&menu, &QMenu::aboutToShow, this, [this] { MetLesGestesAJour(); });
+}
+
+// Later: the font has not come to the table yet.
+void VoletCapteurs::changeEvent(QEvent* changement) {
+  QWidget::changeEvent(changement);
+  if (changement->type() == QEvent::FontChange) {
+    QTimer::singleShot(0, this, [this] { AjusteLesColonnes(); });
+  }
 }
 
 // Room for a sign and the widest number that the limits let come.

@@ -20,13 +20,15 @@ class VoletCapteurs : public QWidget {
                 FenêtreHôte& mère);
 
   void Rafraîchit();
-  /// Widths that fit texts and font.
-  void AjusteLesColonnes();
   /// The same actions for a menu of the window, allowed as the chosen sensor allows them.
   void RemplitLeMenu(QMenu& menu);
 
+ protected:
+  void changeEvent(QEvent* changement) override;
+
  private:
   struct Geste;
+  void AjusteLesColonnes();
 
   void AjouteLesGestes();
   void MetLesGestesAJour();

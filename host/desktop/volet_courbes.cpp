@@ -5,6 +5,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
 
 #include "host/desktop/etat_capteur.h"
 
@@ -15,6 +17,7 @@ constexpr std::array<std::string_view, 3> kTextesDesEtendues{"Etendue 10 s", "Et
                                                              "Etendue 10 min"};
 constexpr std::array<int, 3> kGraduations{6, 7, 7};
 constexpr int kEtendueDeDépart = 1;
+constexpr double kPlancher = 1e-3;  // of a sensor's limits
 
 }  // namespace
 
@@ -79,8 +82,11 @@ void VoletCourbes::CommenceLesTraces() {
   std::vector<Graphique::Trace> traces;
   for (std::size_t i = 0; i < suivis_.size(); ++i) {
     if (!choisies_[i]) continue;
-    suivis_[i].unité = suivis_[i].capteur->UnitéEtalonnage();
-    traces.push_back({NomDe(*suivis_[i].capteur), suivis_[i].unité});
+    const Capteur& capteur = *suivis_[i].capteur;
+    suivis_[i].unité = capteur.UnitéEtalonnage();
+    const double échelle =
+        std::max(std::abs(capteur.MiniCapteurUnité()), std::abs(capteur.MaxiCapteurUnité()));
+    traces.push_back({NomDe(capteur), suivis_[i].unité, kPlancher * échelle});
   }
   graphique_->Traces(traces);
   montrées_ = choisies_;
