@@ -58,7 +58,7 @@ FenêtrePrincipale::FenêtrePrincipale(ChassisEnMarche& marche, Battement& batte
   if (avecEssai) AjouteLEssai();
   AjouteLesMenus();
   AjouteLaBarreDEtat();
-  resize(1400, 900);
+  resize(1400, 980);
   connect(&rafraîchissement_, &QTimer::timeout, this, [this] { Rafraîchit(); });
   rafraîchissement_.start(kTour);
 }
@@ -112,7 +112,7 @@ QWidget* FenêtrePrincipale::Gauche() {
   gauche->setObjectName("partageGauche");
   gauche->addWidget(Cadre("Titre capteurs", capteurs_));
   gauche->addWidget(onglets_);
-  gauche->setSizes({430, 400});
+  gauche->setSizes({490, 400});
   return gauche;
 }
 
@@ -141,7 +141,7 @@ QWidget* FenêtrePrincipale::Droite() {
   droite->addWidget(Cadre("Titre commandes", commandes_));
   droite->addWidget(Cadre("Titre logique", logique_));
   droite->addWidget(Cadre("Titre messages", messages_));
-  droite->setSizes({380, 320, 130});
+  droite->setSizes({400, 370, 110});
   return droite;
 }
 

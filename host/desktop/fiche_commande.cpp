@@ -54,7 +54,8 @@ void FicheCommande::Dispose() {
   saturée_->setStyleSheet(
       "background: #ffe09a; color: #402c00; font-weight: bold; padding: 0 4px;");
   limites_->setWordWrap(true);
-  const bool avecConsigne = !Recopie();
+  limites_->setVisible(static_cast<bool>(commande_->Canal()));
+  const bool avecConsigne = !Recopie() && commande_->Canal();
   consigne_->setVisible(avecConsigne);
   applique_->setVisible(avecConsigne);
   auto* grille = new QGridLayout(this);

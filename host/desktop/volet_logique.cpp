@@ -38,9 +38,9 @@ VoletLogique::VoletLogique(Chassis& chassis, const Textes& textes, Verrou verrou
   auto* contenu = new QWidget;
   auto* boîte = new QVBoxLayout(contenu);
   boîte->setContentsMargins(0, 0, 0, 0);
+  AjouteLeWatchdog(*boîte);
   AjouteLesEntrées(*boîte);
   AjouteLesSorties(*boîte);
-  AjouteLeWatchdog(*boîte);
   boîte->addStretch();
   setWidget(contenu);
   Rafraîchit();

@@ -6,6 +6,7 @@ _zuma() {
     [init]="--help"
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
+    [desktop]="--frame --sim --param --port --can --lang --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
@@ -13,6 +14,8 @@ _zuma() {
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
   elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
     mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug" -- "$mot")
+  elif [ "$avant" = "--lang" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "Français English" -- "$mot")
   elif [ "$avant" = "--fault" ]; then
     mapfile -t COMPREPLY < <(compgen -W "door button overrange freeze" -- "$mot")
   elif [[ $mot == -* ]]; then
