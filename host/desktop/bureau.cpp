@@ -40,8 +40,9 @@ Bureau::Bureau(const OptionsDesktop& options)
       fenêtres_(traducteur_),
       battement_(Travail()) {
   machine_->Services().fenêtres = &fenêtres_;
-  marche_.emplace(options.fichier, options.chassis, *machine_, recueil_,
-                  LitLesParamètres(options.fichier, options.paramètres), traducteur_);
+  marche_ = std::make_unique<ChassisEnMarche>(options.fichier, options.chassis, *machine_, recueil_,
+                                              LitLesParamètres(options.fichier, options.paramètres),
+                                              traducteur_);
   fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
                                                  options.simulation);
   QObject::connect(&rapports_, &QTimer::timeout, &rapports_,

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 
 #include "dialogs/qt/fenetres_qt.h"
 #include "host/chassis_en_marche.h"
@@ -42,7 +41,7 @@ class Bureau {
   QTimer rapports_;  ///< what the machine tells on its own
   // The frame goes before the window, which owns its forms on the screen.
   std::unique_ptr<FenêtrePrincipale> fenêtre_;
-  std::optional<ChassisEnMarche> marche_;
+  std::unique_ptr<ChassisEnMarche> marche_;
 };
 
 }  // namespace zuma::host

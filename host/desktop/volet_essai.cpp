@@ -95,7 +95,8 @@ bool VoletEssai::Possible(Chassis& chassis, const linux_::Securite& sécurité) 
 
 void VoletEssai::Commence() {
   if (EnCours() || verrou_()) return;
-  essai_.emplace(chassis_, sécurité_, EssaiCompression::Réglages{.vitesse = vitesse_->value()});
+  essai_ = std::make_unique<EssaiCompression>(
+      chassis_, sécurité_, EssaiCompression::Réglages{.vitesse = vitesse_->value()});
   dessinés_ = 0;
   Rafraîchit();
 }
@@ -130,11 +131,12 @@ void VoletEssai::Dessine() {
 QString VoletEssai::TexteDuBilan() const {
   if (!essai_) return textes_("Essai aucun");
   const EssaiCompression::Résultat& r = essai_->LeRésultat();
-  QString texte = essai_->LaFin() ? textes_("Fin " + std::string(Texte(*essai_->LaFin())))
-                                  : textes_("Phase " + std::string(essai_->Phase()));
+  const auto fin = essai_->LaFin();
+  QString texte = fin ? textes_("Fin " + std::string(Texte(*fin)))
+                      : textes_("Phase " + std::string(essai_->Phase()));
   texte += "\n" + textes_("Essai maximum") + " " + textes_.Nombre(r.forceMaximale, 2) + " kN, " +
            textes_.Nombre(r.contrainteMaximale, 2) + " MPa";
-  if (essai_->LaFin()) {
+  if (fin) {
     texte += "\n" + textes_("Essai vitesse tenue") + " " + textes_.Nombre(r.vitesseTenue, 3) +
              " MPa/s, " + textes_("Essai duree") + " " + textes_.Nombre(r.durée, 1) + " s";
   }

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 #include <array>
-#include <optional>
+#include <memory>
 
 #include "host/desktop/fiche_commande.h"
 #include "host/desktop/graphique.h"
@@ -46,8 +46,8 @@ class VoletEssai : public QWidget {
   const linux_::Securite& sécurité_;
   const Textes& textes_;
   Verrou verrou_;
-  std::optional<EssaiCompression> essai_;
-  std::size_t dessinés_ = 0;  ///< points of the test that the curves show
+  std::unique_ptr<EssaiCompression> essai_;  ///< the last one
+  std::size_t dessinés_ = 0;                 ///< points of the test that the curves show
   QDoubleSpinBox* vitesse_;
   QPushButton* commence_;
   QPushButton* interrompt_;

@@ -30,6 +30,15 @@ void MetLeTexte(T& widget, const QString& texte) {
   if (widget.text() != texte) widget.setText(texte);
 }
 
+// A titled group of the pane, with its grid.
+QGridLayout& Groupe(QVBoxLayout& boîte, const QString& titre) {
+  auto* groupe = new QGroupBox(titre);
+  boîte.addWidget(groupe);
+  auto* grille = new QGridLayout;
+  groupe->setLayout(grille);
+  return *grille;
+}
+
 }  // namespace
 
 VoletLogique::VoletLogique(Chassis& chassis, const Textes& textes, Verrou verrou)
@@ -47,22 +56,19 @@ VoletLogique::VoletLogique(Chassis& chassis, const Textes& textes, Verrou verrou
 }
 
 void VoletLogique::AjouteLesEntrées(QVBoxLayout& boîte) {
-  auto* groupe = new QGroupBox(textes_("Titre entrees"));
-  auto* grille = new QGridLayout(groupe);
+  QGridLayout& grille = Groupe(boîte, textes_("Titre entrees"));
   for (const EntréeLogiqueRef& entrée : *chassis_.EntréesLogiques()) {
     auto* étiquette = new QLabel;
     étiquette->setObjectName("entree" + EnQt(entrée->Key()));
     étiquette->setTextFormat(Qt::RichText);
     const int rang = static_cast<int>(entrées_.size());
-    grille->addWidget(étiquette, rang / 2, rang % 2);
+    grille.addWidget(étiquette, rang / 2, rang % 2);
     entrées_.emplace_back(entrée, étiquette);
   }
-  boîte.addWidget(groupe);
 }
 
 void VoletLogique::AjouteLesSorties(QVBoxLayout& boîte) {
-  auto* groupe = new QGroupBox(textes_("Titre sorties"));
-  auto* grille = new QGridLayout(groupe);
+  QGridLayout& grille = Groupe(boîte, textes_("Titre sorties"));
   for (const SortieLogiqueRef& sortie : *chassis_.SortiesLogiques()) {
     auto* bouton = new QPushButton;
     bouton->setObjectName("sortie" + EnQt(sortie->Key()));
@@ -74,10 +80,9 @@ void VoletLogique::AjouteLesSorties(QVBoxLayout& boîte) {
       Rafraîchit();
     });
     const int rang = static_cast<int>(sorties_.size());
-    grille->addWidget(bouton, rang / 2, rang % 2);
+    grille.addWidget(bouton, rang / 2, rang % 2);
     sorties_.emplace_back(sortie, bouton);
   }
-  boîte.addWidget(groupe);
 }
 
 void VoletLogique::AjouteLeWatchdog(QVBoxLayout& boîte) {

@@ -3,11 +3,14 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
@@ -253,6 +256,36 @@ TEST_F(LeBureau, TareEtAnnuleParTouche) {
   Choisit(*LeCapteur("Contrainte"));
   EXPECT_FALSE(Le<QAction>("gesteZero").isEnabled());
   EXPECT_FALSE(Le<QAction>("gesteEtalonne").isEnabled());
+}
+
+TEST_F(LeBureau, OuvreLesFeuillesDEtalonnage) {
+  Ouvre("UPDATE [Capteur] SET [Etalonnage par utilisateur]=-1 WHERE [Index]=4");
+  const CapteurRef vérin = LeCapteur("Déplacement");
+  Choisit(*vérin);
+  for (const Qt::Key touche : {Qt::Key_E, Qt::Key_Return}) {
+    QTest::keyClick(&Le<QAbstractItemView>("tableCapteurs"), touche);
+    EXPECT_TRUE(vérin->ModeEdition());
+    vérin->ResetFeuilleEtalonnage();
+  }
+  const CommandeRef recopie = LeChassis().Commandes()->Item("4");
+  QTimer::singleShot(50, &bureau->Fenêtre(), [&] {
+    auto& menu = Le<QMenu>("menuCommande");
+    QTest::keyClick(&menu, Qt::Key_Down);
+    QTest::keyClick(&menu, Qt::Key_Return);
+  });
+  QContextMenuEvent demande(QContextMenuEvent::Keyboard, {5, 5}, {5, 5});
+  QApplication::sendEvent(&Le<QFrame>("commande4"), &demande);
+  EXPECT_TRUE(recopie->ModeEdition());
+}
+
+TEST_F(LeBureau, OuvreLEntretienDUnConditionneur) {
+  options.chassis = 4;
+  Ouvre();
+  const auto& feuille = *bureau->LaMachine().Services().fenêtres->FeuilleDuConditionneur();
+  EXPECT_FALSE(Le<QAction>("carte21").isEnabled());
+  Le<QAction>("carte22").trigger();
+  EXPECT_TRUE(feuille.Chargée());
+  EXPECT_NE(feuille.Mère(), nullptr);
 }
 
 TEST_F(LeBureau, GardeLesMessagesDuChargementEtDeLaMarche) {
