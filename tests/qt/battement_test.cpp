@@ -17,13 +17,19 @@ namespace {
 using host::Battement;
 using host::Historique;
 
+void Boucle(int millisecondes) {
+  QEventLoop boucle;
+  QTimer::singleShot(millisecondes, &boucle, [&] { boucle.quit(); });
+  boucle.exec();
+}
+
 TEST(LeBattement, NEstJamaisRepris) {
   int profondeur = 0, plusProfond = 0, passes = 0;
   Battement battement({.avance = [](double secondes) { return secondes; },
                        .passe =
                            [&] {
                              plusProfond = std::max(plusProfond, ++profondeur);
-                             QTest::qWait(10);  // a form of the library opens an event loop
+                             Boucle(10);  // a form of the library opens an event loop
                              ++passes;
                              --profondeur;
                            },

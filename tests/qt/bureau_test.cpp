@@ -137,7 +137,9 @@ TEST_F(LeBureau, MontreLesCapteursTelsQuIlsSont) {
 TEST_F(LeBureau, DitLesNombresDansSaLangue) {
   Ouvre({}, "fr");
   const int rang = Choisit(*LeCapteur("Déplacement"));
-  EXPECT_TRUE(Case(rang, Colonne::Valeur).startsWith("40,0")) << Case(rang, 1).toStdString();
+  const QString valeur = Case(rang, Colonne::Valeur).section(QChar(QChar::Nbsp), 0, 0);
+  EXPECT_EQ(valeur.indexOf(','), 2) << valeur.toStdString();
+  EXPECT_NEAR(QString(valeur).replace(',', '.').toDouble(), 40, 0.05);
   EXPECT_EQ(Case(rang, Colonne::Etat), "✓ correct");
 }
 
@@ -222,6 +224,23 @@ TEST_F(LeBureau, ArrêtePuisNeBougePlusJusquAUneNouvelleCommande) {
     EXPECT_TRUE(Le<QPushButton>("sortie1").isEnabled());
     if (!parTouche) Clique<QCheckBox>("service2");
   }
+}
+
+// What the window shows may be late: the act itself asks.
+TEST_F(LeBureau, NObéitPlusDèsLArrêtMêmeAvantDeLeMontrer) {
+  Ouvre();
+  Clique<QCheckBox>("service2");
+  Laisse(250);
+  Tape("consigne2", "77");
+  bureau->LaMarche().Arrête();
+  ASSERT_TRUE(Le<QLineEdit>("consigne2").isEnabled());
+  QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Return);
+  EXPECT_EQ(Volts(kConsigne1), 0);
+  EXPECT_EQ(Le<QLineEdit>("consigne2").text(), "0.00");
+  ASSERT_TRUE(Le<QPushButton>("sortie1").isEnabled());
+  Clique<QPushButton>("sortie1");
+  EXPECT_FALSE(Ligne(kPompe));
+  EXPECT_FALSE(Le<QPushButton>("sortie1").isChecked());
 }
 
 TEST_F(LeBureau, MontreEnMotsLaCauseQueDonneLaMachine) {
