@@ -75,6 +75,7 @@ void FenêtrePrincipale::Fait(const std::function<void()>& travail) {
 
 QWidget* FenêtrePrincipale::Cadre(std::string_view titre, QWidget* volet) {
   auto* cadre = new QGroupBox(textes_(titre));
+  cadre->setObjectName("cadre" + volet->objectName());
   auto* boîte = new QVBoxLayout(cadre);
   boîte->setContentsMargins(4, 4, 4, 4);
   boîte->addWidget(volet);
@@ -145,21 +146,30 @@ QWidget* FenêtrePrincipale::Droite() {
   return droite;
 }
 
+QMenu& FenêtrePrincipale::AjouteLeMenu(std::string_view titre, const char* nom) {
+  QMenu* menu = menuBar()->addMenu(textes_(titre));
+  menu->setObjectName(nom);
+  return *menu;
+}
+
 void FenêtrePrincipale::AjouteLesMenus() {
-  QMenu* fichier = menuBar()->addMenu(textes_("Menu fichier"));
-  fichier->addAction(textes_("Geste quitte"), QKeySequence(Qt::CTRL | Qt::Key_Q), this,
-                     [this] { close(); });
-  QMenu* capteur = menuBar()->addMenu(textes_("Menu capteur"));
-  capteurs_->RemplitLeMenu(*capteur);
-  QMenu* cartes = menuBar()->addMenu(textes_("Menu cartes"));
-  cartes->setObjectName("menuCartes");
-  RemplitLeMenuDesCartes(*cartes, marche_.LeChassis(), textes_, hôte_);
-  QMenu* vue = menuBar()->addMenu(textes_("Menu vue"));
-  vue->addAction(textes_("Geste agrandit"), QKeySequence(Qt::CTRL | Qt::Key_Plus), this,
-                 [this] { ChangeLaPolice(1); });
-  vue->addAction(textes_("Geste reduit"), QKeySequence(Qt::CTRL | Qt::Key_Minus), this,
-                 [this] { ChangeLaPolice(-1); });
-  vue->addAction(textes_("Geste oublie mesures"), this, [this] { battement_.OublieLesMesures(); });
+  QMenu& fichier = AjouteLeMenu("Menu fichier", "menuFichier");
+  capteurs_->RemplitLeMenu(AjouteLeMenu("Menu capteur", "menuCapteur"));
+  RemplitLeMenuDesCartes(AjouteLeMenu("Menu cartes", "menuCartes"), marche_.LeChassis(), textes_,
+                         hôte_);
+  QMenu& vue = AjouteLeMenu("Menu vue", "menuVue");
+  const auto ajoute = [&](QMenu& menu, const char* nom, std::string_view clé,
+                          const QKeySequence& touche, auto&& fait) {
+    QAction* action = menu.addAction(textes_(clé), touche, this, fait);
+    action->setObjectName(nom);
+  };
+  ajoute(fichier, "gesteQuitte", "Geste quitte", Qt::CTRL | Qt::Key_Q, [this] { close(); });
+  ajoute(vue, "gesteAgrandit", "Geste agrandit", Qt::CTRL | Qt::Key_Plus,
+         [this] { ChangeLaPolice(1); });
+  ajoute(vue, "gesteReduit", "Geste reduit", Qt::CTRL | Qt::Key_Minus,
+         [this] { ChangeLaPolice(-1); });
+  ajoute(vue, "gesteOublieMesures", "Geste oublie mesures", {},
+         [this] { battement_.OublieLesMesures(); });
 }
 
 void FenêtrePrincipale::AjouteLaBarreDEtat() {

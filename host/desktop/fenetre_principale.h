@@ -11,6 +11,7 @@
 #include "host/desktop/table_capteurs.h"
 
 class QLabel;
+class QMenu;
 class QSplitter;
 class QTabWidget;
 
@@ -54,6 +55,7 @@ class FenêtrePrincipale : public QMainWindow {
   [[nodiscard]] QWidget* Gauche();
   [[nodiscard]] QWidget* Droite();
   void AjouteLesMenus();
+  QMenu& AjouteLeMenu(std::string_view titre, const char* nom);
   void AjouteLaBarreDEtat();
   void ChangeLaPolice(int points);
   void Rafraîchit();

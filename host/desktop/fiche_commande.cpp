@@ -91,8 +91,10 @@ QString FicheCommande::Nombre(double valeur) const {
   return textes_.Nombre(valeur, DécimalesPour(échelle));
 }
 
-// The machine answers what it took: a value beyond the limits comes back limited.
+// The machine answers what it took: a value beyond the limits comes back limited. What was not
+// typed is a rounded value of the machine's own: written back it would move the output.
 void FicheCommande::Applique() {
+  if (!attente_) return;
   double valeur = 0;
   const bool nombre = LitNombre(consigne_->text().toStdString(), valeur) && std::isfinite(valeur);
   if (!nombre) {

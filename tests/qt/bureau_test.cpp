@@ -173,6 +173,14 @@ TEST_F(LeBureau, AppliqueUneConsigneSurEntréeEtSurSonBouton) {
   QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Escape);
   EXPECT_EQ(Le<QLineEdit>("consigne2").text(), "100.00");
   EXPECT_NEAR(Volts(kConsigne1), 10, 0.003);
+
+  // Enter on what nobody typed does not write the rounded value back.
+  const CommandeRef commande = LeChassis().Commandes()->Item(kConsigne1);
+  commande->ValeurCouranteEnUnité(33.3333);
+  Laisse(250);
+  EXPECT_EQ(Le<QLineEdit>("consigne2").text(), "33.33");
+  QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Return);
+  EXPECT_EQ(commande->ValeurCouranteEnUnité(), 33.3333);
 }
 
 TEST_F(LeBureau, ArrêtePuisNeBougePlusJusquAUneNouvelleCommande) {
