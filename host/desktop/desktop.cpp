@@ -84,6 +84,8 @@ int Montre(const OptionsDesktop& options, Application& application) {
     recueil = bureau.LeRecueil();
     application.Consigne(recueil);
     bureau.Fenêtre().MontreLOnglet(options.onglet);
+    // Also out of a dialog's event loop, and whatever other windows stand open.
+    bureau.Fenêtre().QuandFermée([] { QCoreApplication::exit(); });
     bureau.Fenêtre().show();
     if (!options.image.empty()) PrévoitLImage(options, bureau.Fenêtre(), imageEcrite);
     bureau.LeBattement().Démarre();

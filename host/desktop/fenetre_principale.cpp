@@ -227,10 +227,9 @@ void FenêtrePrincipale::MontreLesMesures() {
                     " ms");
 }
 
-// Also out of a dialog's event loop, and whatever other windows stand open.
 void FenêtrePrincipale::closeEvent(QCloseEvent* demande) {
   QMainWindow::closeEvent(demande);
-  QCoreApplication::exit();
+  if (fermée_) fermée_();
 }
 
 void FenêtrePrincipale::Fige() {

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <functional>
+#include <utility>
 
 #include "dialogs/qt/fenetre_qt.h"
 #include "host/chassis_en_marche.h"
@@ -41,6 +42,8 @@ class FenêtrePrincipale : public QMainWindow {
   void MontreLOnglet(int rang);
   /// Shows everything anew.
   void RafraîchitTout();
+  /// What follows the closing of the window.
+  void QuandFermée(std::function<void()> fait) { fermée_ = std::move(fait); }
   /// The frame goes away: nothing is asked of it any more.
   void Fige();
 
@@ -79,6 +82,7 @@ class FenêtrePrincipale : public QMainWindow {
   QTabWidget* onglets_ = nullptr;
   QLabel* mesures_ = nullptr;
   QTimer rafraîchissement_;
+  std::function<void()> fermée_;
   bool tourDesCourbes_ = false;
   bool arrêtVu_ = false;
   std::uint64_t rafraichissementsVus_ = 0;
