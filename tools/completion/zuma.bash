@@ -12,7 +12,7 @@ _zuma() {
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
   elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
-    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug" -- "$mot")
+    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug late stuck" -- "$mot")
   elif [ "$avant" = "--fault" ]; then
     mapfile -t COMPREPLY < <(compgen -W "door button overrange freeze" -- "$mot")
   elif [[ $mot == -* ]]; then
