@@ -88,10 +88,10 @@ int Lance(int argc, char** argv) {
       ->check(CLI::PositiveNumber);
   verbeRun->add_option("--csv", run.csv, "record the sensors on each refresh");
   verbeRun
-      ->add_option(
-          "--fault", run.pannes,
-          "disturb the simulated machine: silence, garbage, crc, cut, babble or unplug, on "
-          "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
+      ->add_option("--fault", run.pannes,
+                   "disturb the simulated machine: silence, garbage, crc, cut, babble, unplug, "
+                   "late or stuck, on "
+                   "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
       ->type_name("KIND[:WHERE][@FROM[-TO]]");
   verbeRun->add_flag("--fast", run.auPlusVite, "let simulated time run as fast as it goes");
   AjouteLesPorts(*verbeRun, run);

@@ -13,7 +13,7 @@ _zuma() {
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
   elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
-    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug" -- "$mot")
+    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug late stuck" -- "$mot")
   elif [ "$avant" = "--lang" ]; then
     mapfile -t COMPREPLY < <(compgen -W "Français English" -- "$mot")
   elif [ "$avant" = "--fault" ]; then
