@@ -19,10 +19,11 @@ VoletMessages::VoletMessages(Ref<Recueil> recueil, const Textes& textes)
   setObjectName("voletMessages");
   setRootIsDecorated(true);
   setUniformRowHeights(false);
-  setWordWrap(true);
   setTabKeyNavigation(false);
   setHeaderLabels({textes("Colonne heure"), textes("Colonne origine"), textes("Colonne message")});
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setStretchLastSection(false);  // a long message scrolls, and is not cut
+  setTextElideMode(Qt::ElideNone);
   Rafraîchit();
 }
 
