@@ -23,6 +23,15 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
       ->type_name("INDEX=VALUE");
 }
 
+// The devices of a real machine.
+template <class Options>
+void AjouteRaccordement(CLI::App& verbe, Options& options) {
+  verbe.add_option("--port", options.ports, "device of a serial port of the configuration")
+      ->type_name("N=DEVICE");
+  verbe.add_option("--can", options.can, "network interface of a port of a CAN card")
+      ->type_name("CARD:PORT=INTERFACE");
+}
+
 int Lance(int argc, char** argv) {
   CLI::App app{"zuma drives a materials-testing frame described by a configuration database."};
   app.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
@@ -51,13 +60,21 @@ int Lance(int argc, char** argv) {
           "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
       ->type_name("KIND[:WHERE][@FROM[-TO]]");
   verbeRun->add_flag("--fast", run.auPlusVite, "let simulated time run as fast as it goes");
-  verbeRun->add_option("--port", run.ports, "device of a serial port of the configuration")
-      ->type_name("N=DEVICE");
-  verbeRun->add_option("--can", run.can, "network interface of a port of a CAN card")
-      ->type_name("CARD:PORT=INTERFACE");
+  AjouteRaccordement(*verbeRun, run);
   verbeRun->footer(
       "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
       "s stop, a acknowledge, f next fault (simulated machine), q quit.");
+
+  OptionsDump dump;
+  auto* verbeDump = app.add_subcommand("dump", "run a frame shortly and write its whole tree");
+  AjouteChassis(*verbeDump, dump);
+  verbeDump->add_flag("--sim", dump.simulation, "put the whole frame on the simulated machine");
+  verbeDump->add_option("--seconds", dump.secondes, "let it run that long before the dump")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str();
+  verbeDump->add_option("--out", dump.sortie, "text file to append to, instead of the output")
+      ->excludes("--json");
+  AjouteRaccordement(*verbeDump, dump);
 
   OptionsCompression compression;
   auto* verbeCompression = app.add_subcommand(
@@ -94,6 +111,7 @@ int Lance(int argc, char** argv) {
   }
   if (verbeInit->parsed()) return Init(init);
   if (verbeCheck->parsed()) return Check(check);
+  if (verbeDump->parsed()) return Dump(dump);
   if (verbeCompression->parsed()) return Compression(compression);
   if (verbeSim->parsed()) return Sim(sim);
   return Run(run);

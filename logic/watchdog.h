@@ -32,8 +32,8 @@ class Watchdog : public Objet {
   /// the next refresh. A pulse goes on. Latched until `Réarme`.
   void DéclencheAU();
 
-  /// Appends the watchdog's block of the diagnostic dump to the text file `Ou` of the host; the
-  /// dump of the frame does not. A failure goes to the caller.
+  /// Appends the watchdog's block of the diagnostic dump to the text file `Ou` of the host: the
+  /// dump of a frame leaves it out. A failure goes to the caller.
   void AutoSave(const std::string& Ou) const;
 
   /// Base port of the board, of which the low 16 bits count; 0 for no board.

@@ -6,6 +6,7 @@ _zuma() {
     [init]="--help"
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
+    [dump]="--frame --sim --seconds --out --json --param --port --can --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
