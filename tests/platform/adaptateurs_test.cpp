@@ -7,8 +7,10 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "outils/dossier_provisoire.h"
+#include "outils/numero.h"
 #include "outils/temoins.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
@@ -21,6 +23,7 @@ namespace {
 
 using essai::DossierProvisoire;
 using essai::Lit;
+using essai::NuméroDe;
 
 TEST(Horloge, DortAuMoinsLeTempsDemandé) {
   HorlogeSystème horloge;
@@ -123,6 +126,30 @@ TEST(Fichiers, NeSuitPasUnLienHorsDeLaRacine) {
   FichiersLinux fichiers(dossier.Chemin() / "racine");
   EXPECT_THROW(fichiers.AjouteLigne("x.txt", "écrasé"), Echec);
   EXPECT_EQ(Lit(dossier.Chemin() / "dehors.txt"), "intact");
+}
+
+// A dump goes where the host says; no name within it forges a line.
+TEST(Fichiers, AjouteUnBlocAuFichierQueLHôteNomme) {
+  const DossierProvisoire dossier;
+  const std::string fichier = dossier.Fichier("hôte.txt");
+  const std::string lien = dossier.Fichier("lien.txt");
+  std::ofstream(fichier) << "avant\n";
+  std::filesystem::create_symlink(fichier, lien);
+  FichiersLinux fichiers(dossier.Chemin() / "installation");
+  const std::string bloc[] = {"  un\n\x1b[2J", "", "é  "};
+  fichiers.AjouteBloc(lien, bloc);
+  EXPECT_EQ(Lit(fichier), "avant\n  un  [2J\n\né  \n");
+
+  ASSERT_EQ(::mkfifo(dossier.Fichier("tube").c_str(), 0600), 0);
+  for (const auto& [chemin, numéro] : std::vector<std::pair<std::string, Numéro>>{
+           {fichier + std::string("\0x", 2), Numéro::CheminIntrouvable},
+           {"", Numéro::CheminIntrouvable},
+           {dossier.Fichier("tube"), Numéro::ErreurDeFichier}}) {
+    EXPECT_EQ(NuméroDe([&] { fichiers.AjouteBloc(chemin, bloc); }), static_cast<int>(numéro))
+        << chemin;
+  }
+  EXPECT_EQ(NuméroDe([&] { fichiers.EcritBloc(-1, bloc); }), 52);
+  EXPECT_EQ(Lit(fichier), "avant\n  un  [2J\n\né  \n");
 }
 
 TEST(Messages, EcritUneLigneEtNAttendQueSIlYAQuelquUn) {
