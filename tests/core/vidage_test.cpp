@@ -135,7 +135,7 @@ TEST_F(LeVidage, MontreLesRythmesDUnChassis) {
 TEST_F(LeVidage, MontreUnCapteurDUnGenreSansLigne) {
   const auto capteur = Monté(Ligne{}, {Monté()});
   for (const auto type : {ENUM_TYPE_CAPTEUR::CapteurRéservé1, ENUM_TYPE_CAPTEUR::CapteurScout55,
-                          ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron, ENUM_TYPE_CAPTEUR{7}}) {
+                          ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron}) {
     capteur->TypeDeCapteur(type);
     const std::string lues = Lignes(*capteur);
     EXPECT_NE(lues.find("    Etat du capteur :              Correct\n"
@@ -217,7 +217,7 @@ TEST_F(LeVidage, MontreUnWatchdogQuiNEstPasDansCeluiDuChassis) {
             "    Index du canal de pulse :      17\n"
             "    Phase de la carte :            0\n");
   const std::string tout = Lit(dossier.Fichier("un.txt"));
-  EXPECT_EQ(tout.substr(2 * 65, 65),
+  EXPECT_EQ(tout.substr(std::size_t{2} * 65, 65),
             "    *                      Watch dog                           *\n");
   watchdog->Adresse(0);  // no board to stop at its end
 }
