@@ -7,6 +7,7 @@ _zuma() {
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
     [desktop]="--frame --sim --param --port --can --lang --help"
+    [dump]="--frame --sim --seconds --out --json --param --port --can --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
