@@ -57,6 +57,9 @@ class Commande : public Objet {
 
   /// Drives the output to the initial value at once, without waiting for a dither.
   void DéclencheAU();
+  /// Appends the command's block of the diagnostic dump to the text file `Ou` of the host. A
+  /// failure goes to the caller.
+  void AutoSave(const std::string& Ou) const;
   void TesteAU(std::span<std::string>) {}  ///< a command raises no cause
 
   /// Enabling writes the present value to the channel, within the working limits only; disabling
@@ -147,6 +150,7 @@ class Commande : public Objet {
 
  private:
   struct Colonnes;
+  struct Vidage;  // the lines of the dump
 
   void LitLigne(const Recordset& ligne);
   void LieAuChassis(Chassis& chassis);

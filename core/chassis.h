@@ -40,6 +40,11 @@ class Chassis : public Objet {
   explicit Chassis(Plateforme& plateforme) : Objet(plateforme, "Chassis") {}
   ~Chassis() override;
 
+  /// Appends the diagnostic dump of the whole frame to the text file `Ou` of the host, the watchdog
+  /// apart. Each object opens and closes the file for itself. To be called between passes. A
+  /// failure goes to the caller and ends the dump there.
+  void AutoSave(const std::string& Ou) const;
+
   /// Closes what must be closed and ends the sensors. To be called before the frame is released;
   /// a failure goes to the caller.
   Valeur Décharge();

@@ -24,6 +24,7 @@ constexpr std::array kLibellés{
     Libellé{Numéro::DivisionParZéro, "Division par zéro"},
     Libellé{Numéro::TypeIncompatible, "Type incompatible"},
     Libellé{Numéro::ErreurInterne, "Erreur interne"},
+    Libellé{Numéro::NuméroDeFichierIncorrect, "Numéro de fichier incorrect"},
     Libellé{Numéro::FichierIntrouvable, "Fichier introuvable"},
     Libellé{Numéro::FichierExistant, "Fichier déjà existant"},
     Libellé{Numéro::ErreurDeFichier, "Erreur d'accès au fichier"},

@@ -17,6 +17,7 @@ enum class Numéro : int {
   DivisionParZéro = 11,
   TypeIncompatible = 13,
   ErreurInterne = 51,
+  NuméroDeFichierIncorrect = 52,
   FichierIntrouvable = 53,
   FichierExistant = 58,
   ErreurDeFichier = 75,

@@ -29,7 +29,8 @@ std::size_t FeuilleEtalonnage::Rang(Case où) {
   const bool dedans =
       où.rangée >= 0 && où.rangée < kRangées && où.colonne >= 0 && où.colonne < kColonnes;
   if (!dedans) throw Echec(Numéro::IndiceHorsPlage);
-  return static_cast<std::size_t>(où.rangée * kColonnes + où.colonne);
+  const auto rangée = static_cast<std::size_t>(où.rangée);
+  return rangée * kColonnes + static_cast<std::size_t>(où.colonne);
 }
 
 const std::string& FeuilleEtalonnage::Cellule(Case où) const {

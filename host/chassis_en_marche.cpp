@@ -25,9 +25,11 @@ bool EstLaissée(const Carte& carte) {
 }  // namespace
 
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
-                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres)
+                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                                 Ref<ZED_Traduction> traducteur)
     : machine_(machine),
       recueil_(recueil),
+      traducteur_(std::move(traducteur)),
       paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
       chassis_(machine.Services()) {
@@ -93,8 +95,8 @@ ChassisEnMarche::~ChassisEnMarche() {
   sécurité_->Débranche();
 }
 
-void ChassisEnMarche::Arrête() {
-  sécurité_->PositionneCauseAU("stop asked at the keyboard");
+void ChassisEnMarche::Arrête(std::string_view cause) {
+  sécurité_->PositionneCauseAU(cause);
   (void)sécurité_->DéclencheSécurité();
 }
 

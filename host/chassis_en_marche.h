@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/chassis.h"
@@ -15,9 +16,11 @@ namespace zuma::host {
 /// A frame on its machine, from load to release, in the order that a host follows.
 class ChassisEnMarche {
  public:
-  /// Loads, links and starts frame `index`. A file or frame that is not there is misuse.
+  /// Loads, links and starts frame `index`. A file or frame that is not there is misuse. Causes of
+  /// a stop are told in the translator's language.
   ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
-                  const Ref<Recueil>& recueil, linux_::Parametres paramètres);
+                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                  Ref<ZED_Traduction> traducteur = Crée<linux_::Traducteur>());
   /// Puts the outputs to rest before the frame is released: a program that ends must not leave a
   /// machine under its last set point.
   ~ChassisEnMarche();
@@ -31,7 +34,7 @@ class ChassisEnMarche {
   /// their exchange may take as long as a conversion.
   void Passe();
   /// Fires the stop for the operator: latched like any other.
-  void Arrête();
+  void Arrête(std::string_view cause = "stop asked at the keyboard");
   /// Acknowledges a stop and rearms the watchdog; outputs stay at rest until new commands. False
   /// while the stop is being driven.
   bool Acquitte();
@@ -42,7 +45,7 @@ class ChassisEnMarche {
 
   Machine& machine_;
   Ref<Recueil> recueil_;
-  Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
+  Ref<ZED_Traduction> traducteur_;
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;

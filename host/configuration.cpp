@@ -7,6 +7,9 @@
 namespace zuma::host {
 namespace {
 
+// Short: a calibration is saved between two passes, and a watchdog does not wait for a database.
+constexpr std::chrono::milliseconds kAttente{100};
+
 // Name of the frame in hand in brackets; nothing where it has none.
 std::string Nom(const Recordset& lignes) {
   const Valeur* nom = ChercheChamp(lignes, "Nom du Chassis");
@@ -17,7 +20,8 @@ std::string Nom(const Recordset& lignes) {
 
 Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule) {
   try {
-    return Crée<linux_::BaseSqlite>(fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule});
+    return Crée<linux_::BaseSqlite>(
+        fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule, .attenteVerrou = kAttente});
   } catch (const Echec& e) {
     throw MauvaisUsage(fichier + ": " + e.Description());
   }

@@ -26,11 +26,12 @@ class Réelle : public Machine {
 
   Plateforme& Services() override { return linux_.services; }
   Ref<ZED_Timer> Timer() override { return linux_.timer; }
-  // A pass costs little when nothing is due: a host may ask a thousand times a second. Time counts
-  // from the first pass, since a start may wait seconds for an instrument that is not there.
-  double AvanceJusquA(double) override {
+  // Time counts from the first pass, since a start may wait seconds for an instrument that is not
+  // there.
+  double AvanceJusquA(double secondes) override {
     if (!départ_) départ_ = Instant::now();
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::this_thread::sleep_until(*départ_ + std::chrono::duration_cast<Instant::duration>(
+                                                 std::chrono::duration<double>(secondes)));
     return std::chrono::duration<double>(Instant::now() - *départ_).count();
   }
   void Rapporte(ZED_Erreur& registre) const override {

@@ -4,6 +4,9 @@
 #include <CLI/CLI.hpp>
 
 #include "host/configuration.h"
+#ifdef ZUMA_QT
+#include "host/desktop/desktop.h"
+#endif
 #include "host/verbes.h"
 
 namespace {
@@ -18,92 +21,177 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
       ->check(CLI::ExistingFile);
   verbe.add_option("--frame", options.chassis, "index of the frame in table Chassis")
       ->capture_default_str();
-  verbe.add_flag("--json", options.json, "print data for other programs");
   verbe.add_option("--param", options.paramètres, "shared parameter, INDEX=VALUE")
       ->type_name("INDEX=VALUE");
 }
 
-int Lance(int argc, char** argv) {
-  CLI::App app{"zuma drives a materials-testing frame described by a configuration database."};
-  app.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
-  app.set_version_flag("--version", ZUMA_VERSION);
-  app.footer("Exit code: 0 good, 1 problems found, 2 misuse.");
-
-  OptionsInit init;
-  auto* verbeInit = app.add_subcommand("init", "write a database with the schema and a demo frame");
-  verbeInit->add_option("FILE", init.fichier, "database to write; must not exist")->required();
-
-  OptionsCheck check;
-  auto* verbeCheck = app.add_subcommand("check", "load and link a frame, tell every problem");
-  AjouteChassis(*verbeCheck, check);
-
-  OptionsRun run;
-  auto* verbeRun = app.add_subcommand("run", "run a frame and show its channels live");
-  AjouteChassis(*verbeRun, run);
-  verbeRun->add_flag("--sim", run.simulation, "put the whole frame on the simulated machine");
-  verbeRun->add_option("--seconds", run.secondes, "end after that many seconds")
-      ->check(CLI::PositiveNumber);
-  verbeRun->add_option("--csv", run.csv, "record the sensors on each refresh");
-  verbeRun
-      ->add_option(
-          "--fault", run.pannes,
-          "disturb the simulated machine: silence, garbage, crc, cut, babble or unplug, on "
-          "all lines or on :PORT, :can, :usb, @FROM-TO seconds")
-      ->type_name("KIND[:WHERE][@FROM[-TO]]");
-  verbeRun->add_flag("--fast", run.auPlusVite, "let simulated time run as fast as it goes");
-  verbeRun->add_option("--port", run.ports, "device of a serial port of the configuration")
-      ->type_name("N=DEVICE");
-  verbeRun->add_option("--can", run.can, "network interface of a port of a CAN card")
-      ->type_name("CARD:PORT=INTERFACE");
-  verbeRun->footer(
-      "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
-      "s stop, a acknowledge, f next fault (simulated machine), q quit.");
-
-  OptionsCompression compression;
-  auto* verbeCompression = app.add_subcommand(
-      "compression", "run a compression test on the simulated press, up to the break");
-  verbeCompression->add_option("FILE", compression.fichier, "demo database")
-      ->required()
-      ->check(CLI::ExistingFile);
-  verbeCompression->add_option("--frame", compression.chassis, "index of the frame")
-      ->capture_default_str();
-  verbeCompression->add_option("--out", compression.dossier, "folder for recording and curve")
-      ->capture_default_str();
-  verbeCompression->add_option("--rate", compression.vitesse, "stress rate in MPa/s")
-      ->check(CLI::Range(0.05, 5.0))
-      ->capture_default_str();
-  verbeCompression->add_option("--fault", compression.panne, "what goes wrong during the load")
-      ->check(CLI::IsMember({"door", "button", "overrange", "freeze"}));
-  verbeCompression->add_flag("--json", compression.json, "print the report for other programs");
-
-  OptionsSim sim;
-  auto* verbeSim =
-      app.add_subcommand("sim", "serve the simulated serial instruments on pseudo-terminals");
-  verbeSim->add_option("--seconds", sim.secondes, "end after that many seconds")
-      ->check(CLI::PositiveNumber);
-  verbeSim->add_flag("--json", sim.json, "print the ports for other programs");
-
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& e) {
-    return app.exit(e) == 0 ? kBon : kMauvaisUsage;
-  }
-  if (app.get_subcommands().empty()) {
-    std::fprintf(stderr, "zuma: a command is required\n%s", app.help().c_str());
-    return kMauvaisUsage;
-  }
-  if (verbeInit->parsed()) return Init(init);
-  if (verbeCheck->parsed()) return Check(check);
-  if (verbeCompression->parsed()) return Compression(compression);
-  if (verbeSim->parsed()) return Sim(sim);
-  return Run(run);
+template <class Options>
+void AjouteJson(CLI::App& verbe, Options& options) {
+  verbe.add_flag("--json", options.json, "print data for other programs");
 }
+
+// The devices of a real machine.
+template <class Options>
+void AjouteLesPorts(CLI::App& verbe, Options& options) {
+  verbe.add_option("--port", options.ports, "device of a serial port of the configuration")
+      ->type_name("N=DEVICE");
+  verbe.add_option("--can", options.can, "network interface of a port of a CAN card")
+      ->type_name("CARD:PORT=INTERFACE");
+}
+
+int LanceDesktop([[maybe_unused]] const OptionsDesktop& options) {
+#ifdef ZUMA_QT
+  return Desktop(options);
+#else
+  throw MauvaisUsage(
+      "this program was built without windows: install qt6-base-dev, qt6-charts-dev and "
+      "libqt6opengl6-dev, then build with -DZUMA_QT=ON");
+#endif
+}
+
+template <class Options>
+void AjouteSimulation(CLI::App& verbe, Options& options) {
+  verbe.add_flag("--sim", options.simulation, "put the whole frame on the simulated machine");
+  AjouteLesPorts(verbe, options);
+}
+
+/// The command line: options of all verbs, and the exit code of the one that ran.
+class Ligne {
+ public:
+  Ligne() {
+    app_.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
+    app_.set_version_flag("--version", ZUMA_VERSION);
+    app_.footer("Exit code: 0 good, 1 problems found, 2 misuse.");
+    AjouteInit();
+    AjouteCheck();
+    AjouteRun();
+    AjouteDump();
+    AjouteDesktop();
+    AjouteCompression();
+    AjouteSim();
+  }
+
+  int Lance(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+      return app_.exit(e) == 0 ? kBon : kMauvaisUsage;
+    }
+    if (app_.get_subcommands().empty()) {
+      std::fprintf(stderr, "zuma: a command is required\n%s", app_.help().c_str());
+      return kMauvaisUsage;
+    }
+    return code_;
+  }
+
+ private:
+  // A verb that runs once its options are read.
+  template <class Options>
+  CLI::App& Verbe(const char* nom, const char* aide, Options& options,
+                  int (*lance)(const Options&)) {
+    CLI::App& verbe = *app_.add_subcommand(nom, aide);
+    verbe.callback([this, &options, lance] { code_ = lance(options); });
+    return verbe;
+  }
+
+  void AjouteInit() {
+    CLI::App& verbe =
+        Verbe("init", "write a database with the schema and demo frames", init_, &Init);
+    verbe.add_option("FILE", init_.fichier, "database to write; must not exist")->required();
+  }
+
+  void AjouteCheck() {
+    CLI::App& verbe = Verbe("check", "load and link a frame, tell every problem", check_, &Check);
+    AjouteChassis(verbe, check_);
+    AjouteJson(verbe, check_);
+  }
+
+  void AjouteRun() {
+    CLI::App& verbe = Verbe("run", "run a frame and show its channels live", run_, &Run);
+    AjouteChassis(verbe, run_);
+    AjouteJson(verbe, run_);
+    AjouteSimulation(verbe, run_);
+    verbe.add_option("--seconds", run_.secondes, "end after that many seconds")
+        ->check(CLI::PositiveNumber);
+    verbe.add_option("--csv", run_.csv, "record the sensors on each refresh");
+    verbe
+        .add_option("--fault", run_.pannes,
+                    "disturb the simulated machine: silence, garbage, crc, cut, babble, unplug, "
+                    "late or stuck, on all lines or on :PORT, :can, :usb, @FROM-TO seconds")
+        ->type_name("KIND[:WHERE][@FROM[-TO]]");
+    verbe.add_flag("--fast", run_.auPlusVite, "let simulated time run as fast as it goes");
+    verbe.footer(
+        "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
+        "s stop, a acknowledge, f next fault (simulated machine), q quit.");
+  }
+
+  void AjouteDump() {
+    CLI::App& verbe = Verbe("dump", "run a frame shortly and write its whole tree", dump_, &Dump);
+    AjouteChassis(verbe, dump_);
+    AjouteJson(verbe, dump_);
+    AjouteSimulation(verbe, dump_);
+    verbe.add_option("--seconds", dump_.secondes, "let it run that long before the dump")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    verbe.add_option("--out", dump_.sortie, "text file to append to, instead of the output")
+        ->excludes("--json");
+  }
+
+  void AjouteDesktop() {
+    CLI::App& verbe = Verbe("desktop", "run a frame in a desktop window", desktop_, &LanceDesktop);
+    AjouteChassis(verbe, desktop_);
+    AjouteSimulation(verbe, desktop_);
+    verbe.add_option("--lang", desktop_.langue,
+                     "language of the window, by the beginning of its name");
+    // For the pictures of the documentation.
+    verbe.add_option("--picture", desktop_.image)->group("");
+    verbe.add_option("--after", desktop_.après)->check(CLI::PositiveNumber)->group("");
+    verbe.add_flag("--test", desktop_.essai)->group("");
+    verbe.add_option("--tab", desktop_.onglet)->group("");
+  }
+
+  void AjouteCompression() {
+    CLI::App& verbe =
+        Verbe("compression", "run a compression test on the simulated press, up to the break",
+              compression_, &Compression);
+    verbe.add_option("FILE", compression_.fichier, "demo database")
+        ->required()
+        ->check(CLI::ExistingFile);
+    verbe.add_option("--frame", compression_.chassis, "index of the frame")->capture_default_str();
+    verbe.add_option("--out", compression_.dossier, "folder for recording and curve")
+        ->capture_default_str();
+    verbe.add_option("--rate", compression_.vitesse, "stress rate in MPa/s")
+        ->check(CLI::Range(0.05, 5.0))
+        ->capture_default_str();
+    verbe.add_option("--fault", compression_.panne, "what goes wrong during the load")
+        ->check(CLI::IsMember({"door", "button", "overrange", "freeze"}));
+    AjouteJson(verbe, compression_);
+  }
+
+  void AjouteSim() {
+    CLI::App& verbe =
+        Verbe("sim", "serve the simulated serial instruments on pseudo-terminals", sim_, &Sim);
+    verbe.add_option("--seconds", sim_.secondes, "end after that many seconds")
+        ->check(CLI::PositiveNumber);
+    AjouteJson(verbe, sim_);
+  }
+
+  CLI::App app_{"zuma drives a materials-testing frame described by a configuration database."};
+  int code_ = kMauvaisUsage;
+  OptionsInit init_;
+  OptionsCheck check_;
+  OptionsRun run_;
+  OptionsDump dump_;
+  OptionsDesktop desktop_;
+  OptionsCompression compression_;
+  OptionsSim sim_;
+};
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return Lance(argc, argv);
+    return Ligne().Lance(argc, argv);
   } catch (const MauvaisUsage& e) {
     std::fprintf(stderr, "zuma: %s\n", e.what());
     return kMauvaisUsage;

@@ -15,13 +15,15 @@ using sim::GenreDePanne;
 using sim::LieuDePanne;
 using sim::PannePrévue;
 
-constexpr std::array<std::pair<std::string_view, GenreDePanne>, 6> kGenres{{
+constexpr std::array<std::pair<std::string_view, GenreDePanne>, 8> kGenres{{
     {"silence", GenreDePanne::Silence},
     {"garbage", GenreDePanne::Brouillage},
     {"crc", GenreDePanne::FausseSomme},
     {"cut", GenreDePanne::Coupure},
     {"babble", GenreDePanne::Babillage},
     {"unplug", GenreDePanne::Débranchement},
+    {"late", GenreDePanne::Retard},
+    {"stuck", GenreDePanne::Figement},
 }};
 
 constexpr std::array<std::pair<std::string_view, LieuDePanne>, 3> kLieux{{
@@ -34,7 +36,7 @@ constexpr std::array<std::pair<std::string_view, LieuDePanne>, 3> kLieux{{
   throw MauvaisUsage(
       "--fault " + std::string(texte) + ": " + std::string(quoi) +
       "; expected KIND[:WHERE][@FROM[-TO]], KIND one of silence, garbage, crc, cut, "
-      "babble, unplug, WHERE all, can, usb or a serial port's number, FROM and TO in "
+      "babble, unplug, late, stuck, WHERE all, can, usb or a serial port's number, FROM and TO in "
       "seconds, as in crc:9@2-4");
 }
 

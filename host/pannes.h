@@ -7,9 +7,9 @@
 
 namespace zuma::host {
 
-/// Reads KIND[:WHERE][@FROM[-TO]]: kind "silence", "garbage", "crc", "cut", "babble" or "unplug";
-/// where "all" (lines and CAN), "can", "usb" or the number of a serial port; seconds after the
-/// start. Throws `MauvaisUsage` with what was expected.
+/// Reads KIND[:WHERE][@FROM[-TO]]: kind "silence", "garbage", "crc", "cut", "babble", "unplug",
+/// "late" or "stuck"; where "all" (lines and CAN), "can", "usb" or the number of a serial port;
+/// seconds after the start. Throws `MauvaisUsage` with what was expected.
 [[nodiscard]] sim::PannePrévue LitLaPanne(std::string_view texte);
 
 /// The word for a kind of fault.

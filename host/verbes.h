@@ -43,6 +43,21 @@ struct OptionsRun {
 /// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
 int Run(const OptionsRun& options);
 
+struct OptionsDump {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  double secondes = 1;  ///< passes before the dump, so that its values are live
+  std::string sortie;   ///< file to append to; empty for the standard output
+  bool json = false;
+  std::vector<std::string> ports;       ///< "number=device" of serial ports
+  std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
+  std::vector<std::string> paramètres;  ///< "index=value"
+};
+/// Starts the frame, lets it pass for a while, writes the dump of its whole tree and puts it to
+/// rest. Simulated time runs as fast as it goes.
+int Dump(const OptionsDump& options);
+
 struct OptionsDesktop {
   std::string fichier;
   std::int32_t chassis = 1;
@@ -50,6 +65,11 @@ struct OptionsDesktop {
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::string langue;                   ///< of the window; empty for the first known
+  std::string image;                    ///< picture of the window to write, then the end
+  double après = 5;                     ///< seconds until that picture
+  bool essai = false;                   ///< begin the compression test at once
+  int onglet = 0;                       ///< pane below the sensors: 0 curves, 1 test
 };
 
 struct OptionsCompression {

@@ -31,6 +31,10 @@ class EntréeLogique : public Objet {
   /// Lets the input ask for the stop, when its row gives a state that does.
   void AutoriseAU() { mblnAutoriseAU = true; }
   void InterditAU() { mblnAutoriseAU = false; }
+  /// Appends the input's block of the diagnostic dump to the text file `Ou` of the host. A failure
+  /// goes to the caller.
+  void AutoSave(const std::string& Ou) const;
+
   void DéclencheAU() {}  ///< an input has nothing to cut
   void TesteAU(std::span<std::string>) {}
 

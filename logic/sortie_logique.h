@@ -24,6 +24,10 @@ class SortieLogique : public Objet {
   /// Puts the output at rest. The channel is written and not flushed: the stop refreshes the
   /// boards afterwards.
   void DéclencheAU();
+  /// Appends the output's block of the diagnostic dump to the text file `Ou` of the host. A failure
+  /// goes to the caller.
+  void AutoSave(const std::string& Ou) const;
+
   void TesteAU(std::span<std::string>) {}  ///< an output raises no cause
   void MiseàJourDesLiens() {}
 

@@ -32,6 +32,10 @@ class Watchdog : public Objet {
   /// the next refresh. A pulse goes on. Latched until `Réarme`.
   void DéclencheAU();
 
+  /// Appends the watchdog's block of the diagnostic dump to the text file `Ou` of the host: the
+  /// dump of a frame leaves it out. A failure goes to the caller.
+  void AutoSave(const std::string& Ou) const;
+
   /// Base port of the board, of which the low 16 bits count; 0 for no board.
   void Adresse(std::int32_t adresse) { mlngAdresse = adresse; }
   [[nodiscard]] std::int32_t Adresse() const { return mlngAdresse; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -55,7 +56,8 @@ class Horloge {
   virtual void Dort(double secondes) = 0;
 };
 
-/// Small text files written line by line, under paths of the installation.
+/// Text files: small ones of the installation, written line by line under its paths, and those that
+/// the host itself names or has open.
 class Fichiers {
  public:
   virtual ~Fichiers() = default;
@@ -63,6 +65,14 @@ class Fichiers {
   virtual void AjouteLigne(std::string_view chemin, std::string_view ligne) = 0;
   /// Deletes the file if it exists; never fails.
   virtual void Supprime(std::string_view chemin) noexcept = 0;
+
+  /// Opens for appending a file of the host's own system, not of the installation, writes the lines
+  /// at once and closes. Makes the file, but not its folder: fails without that (76), and when not
+  /// all was written (75).
+  virtual void AjouteBloc(std::string_view chemin, std::span<const std::string> lignes) = 0;
+  /// Writes the lines on the file that the host has open under that number of its system, and
+  /// leaves it open. Fails on a number that is not open for writing (52).
+  virtual void EcritBloc(std::int16_t numéro, std::span<const std::string> lignes) = 0;
 };
 
 /// The end of the whole process, for the few failures after which nothing may go on.

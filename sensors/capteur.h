@@ -99,6 +99,9 @@ class Capteur : public Objet {
   /// State of the zero; on an overlap sensor that of the small child.
   [[nodiscard]] ENUM_OPERATION_MAV EtatRAZ() const;
   [[nodiscard]] ENUM_OPERATION_MAV EtatTare() const { return musrOpérationCouranteDeTare; }
+  /// Appends the sensor's block of the diagnostic dump to the text file `Ou` of the host. A failure
+  /// goes to the caller.
+  void AutoSave(const std::string& Ou) const;
   /// Integration time of the points, in seconds; 0 is none.
   [[nodiscard]] double TempsIntégration() const { return mdblTempsIntégration; }
   void TempsIntégration(double secondes) { mdblTempsIntégration = secondes; }
@@ -199,6 +202,10 @@ class Capteur : public Objet {
   /// Resolves the references of the row; what is not found is told in a message and stays Nothing.
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
+  /// Writes name, key and channel on the file that the host has open under that number, for traces,
+  /// and leaves it open. Without a channel the lines before it are written, and failure 91 goes to
+  /// the error record.
+  void Espion(std::int16_t intNumFich) const;
   void MiseàJourDesLiens() {}
   /// Prepares the first refresh: limits, clock, serial line.
   void Initialise();
@@ -219,6 +226,7 @@ class Capteur : public Objet {
   struct Calcul;   // the kinds' small functions
   struct Genre;    // a kind's row
   struct Lecture;  // the reading of a row
+  struct Vidage;   // the lines of the dump
   /// Working values of one refresh.
   struct Passe {
     double dblOffset = 0;

@@ -56,7 +56,16 @@ std::optional<T> Reconnaît(const std::array<Mot<T>, N>& mots, std::string_view 
   return trouvé;
 }
 
+template <class T, std::size_t N>
+bool Contient(const std::array<Mot<T>, N>& mots, std::string_view texte) {
+  return std::ranges::find(mots, texte, &Mot<T>::texte) != mots.end();
+}
+
 }  // namespace
+
+bool EstUnMot(std::string_view clé) {
+  return Contient(kContraintes, clé) || Contient(kFormes, clé) || Contient(kMéthodes, clé);
+}
 
 std::optional<ENUM_TYPE_CONTRAINTE> TypeContrainte(std::string_view texte,
                                                    const Ref<ZED_Traduction>& traducteur) {
@@ -66,8 +75,7 @@ std::optional<ENUM_TYPE_CONTRAINTE> TypeContrainte(std::string_view texte,
 }
 
 bool EstObsolète(std::string_view texte) {
-  return std::ranges::find(kObsolètes, texte, &Mot<ENUM_TYPE_CONTRAINTE>::texte) !=
-         kObsolètes.end();
+  return Contient(kObsolètes, texte);
 }
 
 std::optional<std::string_view> MotDeContrainte(ENUM_TYPE_CONTRAINTE type) {

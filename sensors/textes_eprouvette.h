@@ -9,6 +9,9 @@
 /// The words that a specimen's parameters hold, as the operator reads them, and what they mean.
 namespace zuma::textes_eprouvette {
 
+/// True on the key of a word, of whatever list.
+[[nodiscard]] bool EstUnMot(std::string_view clé);
+
 /// Kind of test. The three obsolete words are known in every language; without a translator any
 /// other word fails with 91.
 [[nodiscard]] std::optional<ENUM_TYPE_CONTRAINTE> TypeContrainte(

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,14 +11,19 @@
 // Plain collaborators of a simulated machine: they keep what they are told.
 namespace zuma::sim {
 
-/// Small files held in memory.
+/// Text files held in memory, all paths in one.
 class FichiersEnMémoire : public Fichiers {
  public:
   void AjouteLigne(std::string_view, std::string_view ligne) override {
     lignes.emplace_back(ligne);
   }
   void Supprime(std::string_view) noexcept override { lignes.clear(); }
-  std::vector<std::string> lignes;
+  void AjouteBloc(std::string_view, std::span<const std::string> bloc) override {
+    blocs.insert(blocs.end(), bloc.begin(), bloc.end());
+  }
+  void EcritBloc(std::int16_t, std::span<const std::string> bloc) override { AjouteBloc({}, bloc); }
+  std::vector<std::string> lignes;  ///< of the installation
+  std::vector<std::string> blocs;   ///< lines that went to the host's own files
 };
 
 /// Keeps why the process should have ended, and lets it go on.

@@ -6,12 +6,6 @@
 namespace zuma::sim {
 namespace {
 
-void Reçoit(LigneSérie& ligne, Octets& tampon) {
-  Octets octets = ligne.appareil->Emet();
-  Abîme(ligne.pannes, ligne.hasard, octets);
-  tampon += octets;
-}
-
 Octets Retire(Octets& tampon, std::optional<std::int32_t> nombre) {
   if (!nombre) return std::exchange(tampon, {});
   Octets lus = tampon.substr(0, static_cast<std::size_t>(*nombre));
@@ -38,7 +32,7 @@ void LiaisonSimulée::OuvrePort() {
 
 void LiaisonSimulée::Relève() const {
   if (!ouverte_) throw Echec(Numéro::MatérielAbsent, "Port série simulé fermé");
-  Reçoit(Ligne(), tampon_);
+  tampon_ += Ligne().Relève();
 }
 
 Octets LiaisonSimulée::LitTampon(std::optional<std::int32_t> nombre) {
@@ -76,7 +70,7 @@ bool PortSimulé::Ouvre() {
 }
 
 void PortSimulé::Relève() const {
-  if (PortOuvert()) Reçoit(*Ligne(), tampon_);
+  if (PortOuvert()) tampon_ += Ligne()->Relève();
 }
 
 std::int32_t PortSimulé::OctetsEnAttente() const {
@@ -109,6 +103,7 @@ std::vector<std::string> PortSimulé::ListePorts() const {
 void FabriqueLiaisonsSimulée::Applique(std::span<const PannePrévue> pannes, double secondes) {
   for (auto& [port, ligne] : lignes_) {
     ligne.pannes = {};
+    ligne.secondes = secondes;
     for (const PannePrévue& panne : pannes) {
       const bool ici = panne.lieu == LieuDePanne::Partout ||
                        (panne.lieu == LieuDePanne::Port && panne.port == port);

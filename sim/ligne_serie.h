@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 #include "core/ref.h"
 #include "core/valeur.h"
@@ -26,6 +28,12 @@ struct LigneSérie {
   Pannes pannes;
   std::int32_t ouvertures = 0;
   Hasard hasard{1};
+  double secondes = 0;  ///< since the start, at the last look at the planned faults
+  std::deque<std::pair<double, Octets>> enRoute;  ///< late chunks and when they come
+  Octets figés;                                   ///< what a stuck device goes on sending
+
+  /// What has arrived from the device by now, faults and all.
+  [[nodiscard]] Octets Relève();
 };
 
 }  // namespace zuma::sim

@@ -10,13 +10,15 @@ constexpr std::size_t kBavardage = 3;  // bytes on each read of a line that babb
 constexpr char kUnBit = 0x10;
 constexpr char kUneErreur = 0x55;
 
-constexpr std::array<std::pair<GenreDePanne, bool Pannes::*>, 6> kGenres{{
+constexpr std::array<std::pair<GenreDePanne, bool Pannes::*>, 8> kGenres{{
     {GenreDePanne::Silence, &Pannes::muette},
     {GenreDePanne::Brouillage, &Pannes::brouillée},
     {GenreDePanne::FausseSomme, &Pannes::fausseSomme},
     {GenreDePanne::Coupure, &Pannes::coupée},
     {GenreDePanne::Babillage, &Pannes::babillarde},
     {GenreDePanne::Débranchement, &Pannes::débranchée},
+    {GenreDePanne::Retard, &Pannes::tardive},
+    {GenreDePanne::Figement, &Pannes::figée},
 }};
 
 void Retourne(char& octet, char bits) {

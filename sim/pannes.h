@@ -15,7 +15,11 @@ struct Pannes {
   bool fausseSomme = false;  ///< the last byte of each chunk is wrong: no check sum holds
   bool brouillée = false;    ///< each byte is replaced by a random one
   bool babillarde = false;   ///< random bytes come on each read, asked or not
+  bool tardive = false;      ///< each chunk comes `kRetard` seconds late
+  bool figée = false;        ///< the first chunk comes again in the place of each one behind it
 };
+/// Longer than the time-outs of the buses, shorter than the patience of an operator.
+inline constexpr double kRetard = 0.4;
 
 /// Random bytes that are the same on every run.
 class Hasard {
@@ -38,6 +42,8 @@ enum class GenreDePanne : std::uint8_t {
   Coupure,
   Babillage,
   Débranchement,
+  Retard,
+  Figement,
 };
 
 /// Where a planned fault strikes.

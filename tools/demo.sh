@@ -36,5 +36,6 @@ montre 3 "buses and drives, wrong check sums from 2 to 5 s" --fault crc@2-5
 montre 4 "instruments"
 montre 5 "PCI boards, encoders, LVDT probes"
 echo "See them live: $zuma run $base --frame 3 --sim (or 4, 5)"
+echo "The same in a window: $zuma desktop $base --frame 1 --sim --lang en"
 echo
 "$zuma" compression "$base" --frame 1 --out "$dossier"

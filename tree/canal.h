@@ -29,6 +29,10 @@ class Canal : public Objet {
   using Objet::ChargeErreur;
   using Objet::TimerExact;
 
+  /// Appends the channel's block of the diagnostic dump to the text file `Ou` of the host. A
+  /// failure goes to the caller.
+  void AutoSave(const std::string& Ou) const;
+
   void DéclencheAU() {}  ///< an input or an output alone has nothing to cut
   void Lien() {}
 

@@ -27,6 +27,9 @@ class Carte : public Objet {
   using Objet::ChargeErreur;
   using Objet::TimerExact;
 
+  /// Appends the board's block of the diagnostic dump to the text file `Ou` of the host, then the
+  /// blocks of its function blocks. A failure goes to the caller.
+  void AutoSave(const std::string& Ou) const;
   /// Walks the blocks and does nothing: outputs are cut by their commands and logic outputs.
   void DéclencheAU() {}
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }

@@ -49,6 +49,9 @@ class Fonction : public Objet {
   void Décharge();
 
   using Objet::ChargeErreur;
+  /// Appends the function's block of the diagnostic dump to the text file `Ou` of the host, then
+  /// the blocks of its channels. A failure goes to the caller.
+  void AutoSave(const std::string& Ou) const;
   /// Hands the call to each channel, in order.
   void DéclencheAU();
   void Lien() {}

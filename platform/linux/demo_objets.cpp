@@ -72,6 +72,9 @@ struct ColonneDémo {
 };
 
 constexpr std::array kColonnes{
+    ColonneDémo{7, "Etalonnage par utilisateur", "Vrai"},
+    ColonneDémo{7, "Commentaire etalonnage",
+                "Certificat 2024-113, classe 1. Base de mesure : 100 mm."},
     ColonneDémo{13, "Opérateur", "-"},
     ColonneDémo{18, "Valeur de selection", "Force"},
     ColonneDémo{18, "Parametre de sélection", {}, 12},

@@ -14,6 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kFinDeLigne = '\n';
+
 // "c:" as the folder "c": two drives stay apart.
 std::string Partie(std::string_view partie) {
   if (partie.size() == 2 && partie[1] == ':') {
@@ -27,6 +29,35 @@ std::string Partie(std::string_view partie) {
 [[noreturn]] void Refuse(const fs::path& réel, int erreur) {
   throw Echec(erreur == ENOENT ? Numéro::CheminIntrouvable : Numéro::ErreurDeFichier,
               "Fichier '" + réel.string() + "' : " + std::strerror(erreur));
+}
+
+std::string EnTexte(std::span<const std::string> lignes) {
+  std::string texte;
+  for (const std::string& ligne : lignes) texte += UneSeuleLigne(ligne) + kFinDeLigne;
+  return texte;
+}
+
+// What kept the text from being written whole; 0 when nothing did.
+int Ecrit(int fd, std::string_view texte) {
+  while (!texte.empty()) {
+    const ssize_t écrits = ::write(fd, texte.data(), texte.size());
+    if (écrits < 0 && errno == EINTR) continue;
+    if (écrits < 0) return errno;
+    if (écrits == 0) return ENOSPC;
+    texte.remove_prefix(static_cast<std::size_t>(écrits));
+  }
+  return 0;
+}
+
+void Ajoute(const fs::path& réel, int drapeaux, std::string_view texte) {
+  // Never waiting: the file may be a pipe that nobody reads.
+  const int fd =
+      ::open(réel.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC | drapeaux, 0644);
+  if (fd < 0) Refuse(réel, errno);
+  const int erreur = Ecrit(fd, texte);
+  // Some file systems tell only here that the disk is full.
+  const int fermeture = ::close(fd) < 0 ? errno : 0;
+  if (erreur != 0 || fermeture != 0) Refuse(réel, erreur != 0 ? erreur : fermeture);
 }
 
 }  // namespace
@@ -48,16 +79,20 @@ fs::path FichiersLinux::Réel(std::string_view chemin) const {
 }
 
 void FichiersLinux::AjouteLigne(std::string_view chemin, std::string_view ligne) {
-  const fs::path réel = Réel(chemin);
-  const std::string texte = UneSeuleLigne(ligne) + "\n";
-  // Never waiting: the file may be a pipe that nobody reads.
-  const int fd = ::open(réel.c_str(),
-                        O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
-  if (fd < 0) Refuse(réel, errno);
-  const ssize_t écrits = ::write(fd, texte.data(), texte.size());
-  const int erreur = écrits < 0 ? errno : ENOSPC;
-  ::close(fd);
-  if (écrits != static_cast<ssize_t>(texte.size())) Refuse(réel, erreur);
+  Ajoute(Réel(chemin), O_NOFOLLOW, UneSeuleLigne(ligne) + kFinDeLigne);
+}
+
+void FichiersLinux::AjouteBloc(std::string_view chemin, std::span<const std::string> lignes) {
+  // The system would end the path there, and open another file than the one that was named.
+  if (chemin.find('\0') != std::string_view::npos) Refuse(UneSeuleLigne(chemin), ENOENT);
+  Ajoute(chemin, 0, EnTexte(lignes));
+}
+
+void FichiersLinux::EcritBloc(std::int16_t numéro, std::span<const std::string> lignes) {
+  if (const int erreur = Ecrit(numéro, EnTexte(lignes)); erreur != 0) {
+    throw Echec(erreur == EBADF ? Numéro::NuméroDeFichierIncorrect : Numéro::ErreurDeFichier,
+                "Fichier n° " + std::to_string(numéro) + " : " + std::strerror(erreur));
+  }
 }
 
 void FichiersLinux::Supprime(std::string_view chemin) noexcept {

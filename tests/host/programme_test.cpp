@@ -60,6 +60,8 @@ TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
       {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
       {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
       {{"run", base, "--seconds", "-1"}, "--seconds"},
+      {{"dump", base, "--sim", "--out", dossier.Fichier("absent/v.txt")}, "there is no folder"},
+      {{"dump", base, "--sim", "--json", "--out", dossier.Fichier("v.txt")}, "--json"},
       {{"init", dossier.Fichier("absent/neuve.db")}, "Chemin introuvable"},
   };
   for (const auto& c : cas) {
@@ -247,6 +249,34 @@ TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
 
 // Whoever stops reading, or closes the terminal, must leave no output under its last set point: the
 // program is to come to its own end and not to be cut off.
+TEST_F(LeProgramme, VideLArbreDUnChassisQuiTourne) {
+  const std::string base = Base();
+  const Fin texte = Lance({"dump", base, "--sim"});
+  EXPECT_EQ(texte.code, 0) << texte.erreur;
+  EXPECT_EQ(texte.erreur, "");
+  // The logic inputs of the press say that it is armed: nobody sets that but the running machine.
+  EXPECT_NE(texte.sortie.find("    Canal connecté :               Armé\n"
+                              "    Etat d'activation de l'EL :    1\n"
+                              "    Valeur courante de l'EL :      Activé\n"),
+            std::string::npos);
+
+  const std::string fichier = dossier.Fichier("vidage.txt");
+  for (int fois = 0; fois < 2; ++fois) {
+    EXPECT_EQ(Lance({"dump", base, "--sim", "--out", fichier}).sortie, "");
+  }
+  // The simulated run repeats exactly.
+  EXPECT_TRUE(essai::Lit(fichier) == texte.sortie + texte.sortie);
+  EXPECT_EQ(Lance({"dump", base, "--sim", "--out", "/dev/full"}).code, 1);
+
+  const auto objets = nlohmann::json::parse(Lance({"dump", base, "--sim", "--json"}).sortie);
+  std::ptrdiff_t lignes = 0;
+  for (const auto& objet : objets) lignes += 5 + static_cast<int>(objet["lines"].size());
+  EXPECT_EQ(lignes, std::ranges::count(texte.sortie, '\n'));
+  EXPECT_EQ(objets[1]["class"], "Carte");
+  EXPECT_EQ(objets[1]["lines"][1],
+            nlohmann::json({{"label", "Adresse de la Carte"}, {"value", "220"}}));
+}
+
 TEST_F(LeProgramme, FinitDeLuiMêmeQuandLeLecteurSEnVa) {
   const std::string code = dossier.Fichier("code");
   const std::string programme = "'" ZUMA_PROGRAMME "' run '" + Base() + "' --sim";

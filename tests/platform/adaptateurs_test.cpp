@@ -7,8 +7,10 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "outils/dossier_provisoire.h"
+#include "outils/numero.h"
 #include "outils/temoins.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
@@ -21,6 +23,7 @@ namespace {
 
 using essai::DossierProvisoire;
 using essai::Lit;
+using essai::NuméroDe;
 
 TEST(Horloge, DortAuMoinsLeTempsDemandé) {
   HorlogeSystème horloge;
@@ -123,6 +126,27 @@ TEST(Fichiers, NeSuitPasUnLienHorsDeLaRacine) {
   FichiersLinux fichiers(dossier.Chemin() / "racine");
   EXPECT_THROW(fichiers.AjouteLigne("x.txt", "écrasé"), Echec);
   EXPECT_EQ(Lit(dossier.Chemin() / "dehors.txt"), "intact");
+}
+
+// A dump goes where the host says; no name within it forges a line.
+TEST(Fichiers, AjouteUnBlocAuFichierQueLHôteNomme) {
+  const DossierProvisoire dossier;
+  const std::string fichier = dossier.Fichier("hôte.txt");
+  const std::string lien = dossier.Fichier("lien.txt");
+  std::ofstream(fichier) << "avant\n";
+  std::filesystem::create_symlink(fichier, lien);
+  FichiersLinux fichiers(dossier.Chemin() / "installation");
+  const std::string bloc[] = {"  un\n\x1b[2J", "", "é  "};
+  fichiers.AjouteBloc(lien, bloc);
+  EXPECT_EQ(Lit(fichier), "avant\n  un  [2J\n\né  \n");
+
+  const std::string tube = dossier.Fichier("tube");
+  ASSERT_EQ(::mkfifo(tube.c_str(), 0600), 0);
+  EXPECT_EQ(NuméroDe([&] { fichiers.AjouteBloc(tube, bloc); }), 75) << "nobody reads it";
+  const std::string coupé = fichier + std::string("\0x", 2);
+  EXPECT_EQ(NuméroDe([&] { fichiers.AjouteBloc(coupé, bloc); }), 76);
+  EXPECT_EQ(NuméroDe([&] { fichiers.EcritBloc(-1, bloc); }), 52);
+  EXPECT_EQ(Lit(fichier), "avant\n  un  [2J\n\né  \n");
 }
 
 TEST(Messages, EcritUneLigneEtNAttendQueSIlYAQuelquUn) {

@@ -6,13 +6,17 @@ _zuma() {
     [init]="--help"
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
+    [desktop]="--frame --sim --param --port --can --lang --help"
+    [dump]="--frame --sim --seconds --out --json --param --port --can --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --help"
   )
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
   elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
-    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug" -- "$mot")
+    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug late stuck" -- "$mot")
+  elif [ "$avant" = "--lang" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "Français English" -- "$mot")
   elif [ "$avant" = "--fault" ]; then
     mapfile -t COMPREPLY < <(compgen -W "door button overrange freeze" -- "$mot")
   elif [[ $mot == -* ]]; then

@@ -1,0 +1,77 @@
+#include "host/desktop/bureau.h"
+
+#include <QString>
+
+#include "host/configuration.h"
+#include "host/desktop/traducteur_du_chassis.h"
+#include "host/interruption.h"
+#include "host/parametres.h"
+
+namespace zuma::host {
+namespace {
+
+// A language by its name or the beginning of it, as in "en"; the first one without.
+Ref<ZED_Traduction> TraducteurEn(const std::string& demandée) {
+  auto traducteur = Crée<TraducteurDuChassis>();
+  std::string connues;
+  for (const std::string& langue : traducteur->Langues()) {
+    if (EnQt(langue).startsWith(EnQt(demandée), Qt::CaseInsensitive)) {
+      traducteur->LangueCourante(langue);
+      return traducteur;
+    }
+    connues += (connues.empty() ? "" : ", ") + langue;
+  }
+  throw MauvaisUsage("language \"" + demandée + "\" is not known. Languages: " + connues + ".");
+}
+
+constexpr std::chrono::seconds kRapport{1};
+
+std::unique_ptr<Machine> LaMachine(const OptionsDesktop& options, BoîteDeMessage& messages) {
+  if (options.simulation) return MachineSimulée(messages, Cadence::Réelle);
+  return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
+}
+
+}  // namespace
+
+Bureau::Bureau(const OptionsDesktop& options)
+    : traducteur_(TraducteurEn(options.langue)),
+      textes_(traducteur_),
+      machine_(host::LaMachine(options, *recueil_)),
+      fenêtres_(traducteur_),
+      battement_(Travail()) {
+  machine_->Services().fenêtres = &fenêtres_;
+  marche_ = std::make_unique<ChassisEnMarche>(options.fichier, options.chassis, *machine_, recueil_,
+                                              LitLesParamètres(options.fichier, options.paramètres),
+                                              traducteur_);
+  fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
+                                                 options.simulation);
+  QObject::connect(&rapports_, &QTimer::timeout, &rapports_,
+                   [this] { machine_->Rapporte(*recueil_); });
+  rapports_.start(kRapport);
+}
+
+Bureau::~Bureau() {
+  battement_.Arrête();
+  rapports_.stop();
+  if (fenêtre_) {
+    fenêtre_->Fige();
+    fenêtre_->hide();
+  }
+  marche_.reset();
+  machine_->Rapporte(*recueil_);
+}
+
+Battement::Travail Bureau::Travail() {
+  return {.avance = [this](double secondes) { return machine_->AvanceJusquA(secondes); },
+          .passe = [this] { marche_->Passe(); },
+          .ensuite = [this](double secondes) { AprèsLaPasse(secondes); },
+          .échec = [this](std::string_view texte) { recueil_->AjouteErreur(texte, {}); }};
+}
+
+// A signal asks for an end, and so does a machine after whose failure nothing may go on.
+void Bureau::AprèsLaPasse(double secondes) {
+  fenêtre_->AprèsLaPasse(secondes);
+  if (Interruption::Demandée() || !machine_->Fini().empty()) fenêtre_->close();
+}
+
+}  // namespace zuma::host

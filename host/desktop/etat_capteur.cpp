@@ -1,0 +1,32 @@
+#include "host/desktop/etat_capteur.h"
+
+#include <array>
+#include <cmath>
+
+namespace zuma::host {
+
+const EtatAffiché& EtatDe(const Capteur& capteur) {
+  static const std::array<EtatAffiché, 4> kEtats{{
+      {"Etat correct", "✓", {}, QColor(0x1b, 0x6e, 0x2f)},
+      {"Etat non valide", "○", {}, QColor(0x60, 0x60, 0x60)},
+      {"Etat depassement", "▲", QColor(0xff, 0xe0, 0x9a), QColor(0x40, 0x2c, 0x00)},
+      {"Etat danger", "■", QColor(0xb0, 0x00, 0x20), QColor(Qt::white)},
+  }};
+  static const EtatAffiché kHorsService{"Etat hors service", "–", {}, QColor(0x60, 0x60, 0x60)};
+  static const EtatAffiché kEcarté{"Etat non selectionne", "–", {}, QColor(0x60, 0x60, 0x60)};
+  if (!capteur.Enabled_bln()) return kHorsService;
+  if (!capteur.CapteurSelectionne()) return kEcarté;
+  const auto rang = static_cast<std::size_t>(capteur.Etat());
+  return kEtats[rang < kEtats.size() ? rang : 1];
+}
+
+std::optional<double> LectureDe(const Capteur& capteur) {
+  constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
+  if (!capteur.Enabled_bln() || !capteur.CapteurSelectionne() || capteur.Etat() == kNonValide) {
+    return {};
+  }
+  const double valeur = capteur.ValeurCourante();
+  return std::isfinite(valeur) ? std::optional(valeur) : std::nullopt;
+}
+
+}  // namespace zuma::host

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "core/chassis.h"
+#include "host/desktop/textes.h"
+
+namespace zuma::host {
+
+/// Sensors that the curves show, by rank; the table ticks them.
+using CourbesChoisies = std::vector<bool>;
+
+/// The sensors of the frame, a line each, as they stand when `Rafraîchit` is called.
+class TableCapteurs : public QAbstractTableModel {
+ public:
+  enum Colonne : int { Nom, Valeur, Points, Etat, Marques, Mini, Maxi, Limites, kColonnes };
+
+  TableCapteurs(Chassis& chassis, const Textes& textes, CourbesChoisies& courbes);
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int rôle) const override;
+  bool setData(const QModelIndex& index, const QVariant& valeur, int rôle) override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int rôle) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+  void Rafraîchit();
+  [[nodiscard]] Capteur* CapteurDe(const QModelIndex& index) const;
+  /// Takes the sensor into the curves, or out of them.
+  void BasculeLaCourbe(const QModelIndex& index);
+
+ private:
+  [[nodiscard]] QString Texte(const Capteur& capteur, int colonne) const;
+  [[nodiscard]] QString TexteDesMarques(const Capteur& capteur, int décimales) const;
+
+  const Textes& textes_;
+  CourbesChoisies& courbes_;
+  std::vector<CapteurRef> capteurs_;
+};
+
+/// The name to show: the displayed one, or that of the sensor.
+[[nodiscard]] QString NomDe(const Capteur& capteur);
+
+}  // namespace zuma::host

@@ -1,0 +1,240 @@
+// The diagnostic dump byte for byte, and the trace of a sensor.
+#include "core/vidage.h"
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "outils/banc_logique.h"
+#include "outils/cas.h"
+#include "outils/dossier_provisoire.h"
+#include "outils/numero.h"
+#include "platform/linux/base_sqlite.h"
+#include "platform/linux/demo.h"
+#include "platform/linux/fichiers_linux.h"
+
+namespace zuma {
+namespace {
+
+using essai::Cas;
+using essai::Ligne;
+using essai::Lit;
+using essai::NuméroDe;
+
+class LeVidage : public testing::Test, public essai::BancLogique {
+ protected:
+  LeVidage() {
+    plateforme.fichiers = &fichiers;
+    presse.ChargeErreur(registre);
+    presse.TimerExact(timer);
+  }
+  /// What `AutoSave` of an object writes, without its banner.
+  template <class T>
+  std::string Lignes(const T& objet) {
+    const std::string fichier = dossier.Fichier("un.txt");
+    std::filesystem::remove(fichier);
+    objet.AutoSave(fichier);
+    std::string texte = Lit(fichier);
+    return texte.erase(0, texte.rfind("*\n") + 2);
+  }
+  /// The demo frame, its boards not started: each channel gets a value that its number tells, and
+  /// the objects that show it are refreshed once. No clock but the test's own.
+  void MonteLaDémonstration() {
+    linux_::CréeBase(dossier.Fichier("demo.db"), linux_::LignesDeDémonstration());
+    const auto base = Crée<linux_::BaseSqlite>(dossier.Fichier("demo.db"));
+    for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) Partage(index, valeur);
+    presse.ChargeLeChassis(base, linux_::kChassisDeDémonstration);
+    presse.Lien(base, "1", sécurité, paramètres, traducteur);
+    for (const CarteRef& carte : *presse.Cartes()) {
+      for (const FonctionRef& bloc : *carte->Fonctions()) {
+        const bool logique = bloc->TypeDeFonction() <= ENUM_TYPE_FONCTION::FctSortiesLogiques;
+        for (const CanalRef& c : *bloc->Canals()) {
+          const int n = c->NuméroCanal();
+          c->ValeurCanal(logique ? -(n % 2) : 1000.5 * (n + 1));
+        }
+      }
+    }
+    timer->heure = 1e6;
+    Démarre(*presse.Capteurs());
+    // A copying command would write to its board, which is not started.
+    for (const auto& c : *presse.Commandes()) {
+      c->Initialise();
+      if (c->TypeCommande() != ENUM_TYPE_COMMANDE::Recopie) c->MetàJour();
+    }
+    Démarre(*presse.EntréesLogiques());
+    Démarre(*presse.SortiesLogiques());
+    EXPECT_EQ(registre->entrées.size(), 0U);
+  }
+  template <class C>
+  void Démarre(const C& objets) {
+    for (const auto& objet : objets) objet->Initialise();
+    timer->heure += 0.5e6;
+    for (const auto& objet : objets) objet->MetàJour();
+  }
+
+  essai::DossierProvisoire dossier;
+  linux_::FichiersLinux fichiers{dossier.Chemin()};
+  Chassis presse{plateforme};
+};
+
+TEST_F(LeVidage, MontreLaDémonstrationEtSAjoute) {
+  MonteLaDémonstration();
+  const std::string fichier = dossier.Fichier("vidage.txt");
+  presse.AutoSave(fichier);
+  const std::string attendu = Lit(ZUMA_TESTS "/core/vidage_demo.txt");
+  const std::string obtenu = Lit(fichier);
+  const auto place = std::ranges::mismatch(obtenu, attendu).in1;
+  ASSERT_TRUE(obtenu == attendu) << "from line " << std::count(obtenu.begin(), place, '\n') + 1;
+  presse.AutoSave(fichier);
+  EXPECT_TRUE(Lit(fichier) == attendu + attendu);
+}
+
+TEST_F(LeVidage, RendSesEchecsALAppelant) {
+  for (const auto& [chemin, numéro] : Cas<std::string, int>{
+           {dossier.Fichier("absent/v.txt"), 76}, {"/dev/full", 75}, {dossier.Fichier(""), 75}}) {
+    EXPECT_EQ(NuméroDe([&] { presse.AutoSave(chemin); }), numéro) << chemin;
+  }
+  EXPECT_FALSE(std::filesystem::exists(dossier.Fichier("absent")));
+  plateforme.fichiers = nullptr;
+  EXPECT_EQ(NuméroDe([&] { presse.AutoSave(dossier.Fichier("v.txt")); }), 91);
+  EXPECT_EQ(registre->entrées.size(), 0U) << "the dump has no error tail";
+}
+
+TEST_F(LeVidage, MontreLesRythmesDUnChassis) {
+  presse.FréquenceEA(100);
+  presse.FréquenceSA(1.5);
+  presse.FréquenceEL(50);
+  presse.FréquenceSL(2);
+  timer->heure = 2e6;
+  presse.MetàJour();
+  EXPECT_EQ(Lignes(presse),
+            "  Nom du Chassis :               \n"
+            "  Fréquence de rafraichissement des entrées analogiques :    100\n"
+            "  Fréquence de rafraichissement des sorties analogiques :    1,5\n"
+            "  Fréquence de rafraichissement des entrées logiques :       50\n"
+            "  Fréquence de rafraichissement des sorties logiques :       2\n"
+            "  Heure du dernier rafraichissement des entrées analogiques :    2,01\n"
+            "  Heure du dernier rafraichissement des sorties analogiques :    0\n"
+            "  Heure du dernier rafraichissement des entrées logiques :       2,02\n"
+            "  Heure du dernier rafraichissement des sorties logiques :       0\n");
+}
+
+// The demo frame shows the kinds that have lines of their own; this one has none.
+TEST_F(LeVidage, MontreUnGenreSansLigneEtLesEtats) {
+  const auto montre = [&](const Capteur& capteur, const std::string& suite) {
+    return Lignes(capteur).find(suite) != std::string::npos;
+  };
+  const auto capteur = Monté(Ligne{}, {Monté()});
+  capteur->TypeDeCapteur(ENUM_TYPE_CAPTEUR::CapteurScout55);
+  EXPECT_TRUE(montre(*capteur,
+                     "Correct\n"
+                     "    Seuil de lecture non valide :  0\n"
+                     "    Raz du capteur :               Autorisée\n"
+                     "    Arrêt en cas de dépassement du capteur :    Oui\n"
+                     "    Nombre de lecture pour MAV :   3\n"
+                     "    Gain du capteur :              0\n"));
+  EXPECT_TRUE(Lignes(*capteur).ends_with("    Ancien Temps :                          0\n"));
+
+  capteur->TypeDeCapteur(ENUM_TYPE_CAPTEUR::capteurNormal);
+  Passe(*capteur, 1500);
+  EXPECT_TRUE(montre(*capteur, "Etat du capteur :              Dépassement dangereux\n"));
+  capteur->InterditAU();
+  capteur->Raz();
+  capteur->Enabled_bln(false);
+  Passe(*capteur, 1500);
+  EXPECT_TRUE(montre(*capteur, "Etat du capteur :              Dépassement non dangereux\n"));
+  EXPECT_TRUE(montre(*capteur, "Valeur courante du capteur :   150\n")) << "though it reads 0";
+  EXPECT_TRUE(montre(*capteur,
+                     "Opération courante de MAV :             Acquisition\n"
+                     "    Opération courante de MAV :             1\n"));
+  const auto faible = Monté({{"Seuil de Lecture Non Valide", 2.5}});
+  Passe(*faible, 10);
+  EXPECT_TRUE(montre(*faible, "Etat du capteur :              Lecture non valide\n"));
+}
+
+TEST_F(LeVidage, MontreCeQuiManqueSansLInventer) {
+  const auto entrée = Crée<EntréeLogique>(plateforme);
+  entrée->ValeurCourante(ENUM_ETAT_LOGIQUE::Inconnu);
+  EXPECT_EQ(Lignes(*entrée),
+            "    Nom de l'entrée logique :      \n"
+            "    Index de l'entrée logique :    \n"
+            "    Canal connecté :               \n"
+            "    Etat d'activation de l'EL :    0\n");
+  entrée->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+  EXPECT_TRUE(Lignes(*entrée).ends_with("Valeur courante de l'EL :      Activé\n"))
+      << "the dump must leave an unconnected input to its host";
+
+  const auto carte = Crée<Carte>(plateforme);
+  carte->NomDeLaCarte("Lointaine");
+  carte->Adresse(-2);
+  EXPECT_EQ(Lignes(*carte),
+            "    Nom de la Carte :              Lointaine\n"
+            "    Adresse de la Carte :          FFFFFFFE\n");
+
+  const auto canal2 = Crée<zuma::Canal>(plateforme);
+  canal2->Driver(ENUM_DRIVER::DrvModBus);
+  EXPECT_TRUE(Lignes(*canal2).ends_with("        Adresse du Canal :             0\n"));
+}
+
+TEST_F(LeVidage, MontreUnWatchdogQuiNEstPasDansCeluiDuChassis) {
+  const auto watchdog = Lu<Watchdog>({{"Index", 3},
+                                      {"Nom du Watchdog", "WDT"},
+                                      {"Adresse", "2F0"},
+                                      {"Temps en seconde", 0.5},
+                                      {"Pulse", 17}});
+  EXPECT_EQ(Lignes(*watchdog),
+            "    Index du Watch dog :           3\n"
+            "    Adresse du Watch dog :         2F0\n"
+            "    Nom du Watch dog :             WDT\n"
+            "    Watch dog Autorisé :           Non\n"
+            "    Temps du Watch dog :           0,5\n"
+            "    Arrêt d'urgence déclenché :    Non\n"
+            "    Canal connecté :               \n"
+            "    Niveau de la sortie pulse :    0\n"
+            "    Heure du dernier pulse :       0\n"
+            "    Index du canal de pulse :      17\n"
+            "    Phase de la carte :            0\n");
+  EXPECT_NE(Lit(dossier.Fichier("un.txt")).find("*                      Watch dog               "),
+            std::string::npos);
+  watchdog->Adresse(0);  // no board to stop at its end
+}
+
+TEST_F(LeVidage, EspionneUnCapteurSurLeFichierDeLHôte) {
+  const std::string fichier = dossier.Fichier("espion.txt");
+  const int fd = ::open(fichier.c_str(), O_WRONLY | O_CREAT, 0600);
+  ASSERT_GE(fd, 0);
+  const auto numéro = static_cast<std::int16_t>(fd);
+  const auto capteur = Monté();
+  capteur->Key("4");
+  capteur->Canal(CanalDe(12));
+  capteur->Espion(numéro);
+  EXPECT_EQ(registre->entrées.size(), 0U);
+  capteur->Canal({});
+  capteur->Espion(numéro);
+  const std::string début =
+      "\n********************* Capteur *********************\n"
+      "Nom du capteur                : Force\n"
+      "Index du capteur              : 4\n";
+  EXPECT_EQ(Lit(fichier), début + "Nom du canal                  : c\n" + début);
+  ASSERT_EQ(registre->entrées.size(), 1U);
+  EXPECT_EQ(registre->entrées.front().variables.back(), (std::array<Valeur, 2>{}));
+  EXPECT_EQ(registre->entrées.front().variables.size(), 5U);
+  EXPECT_TRUE(Dit("Erreur N°91 (Objet absent)"));
+
+  EXPECT_EQ(::close(fd), 0) << "the file stays open";
+  capteur->Canal(CanalDe(12));
+  capteur->Espion(numéro);
+  ASSERT_EQ(registre->entrées.size(), 1U);
+  EXPECT_EQ(registre->entrées.front().variables,
+            (TableVariables{{},
+                            {"Variable intNumFich", std::int32_t{numéro}},
+                            {"Variable mstrNom", "Force"},
+                            {"Variable Key", "4"},
+                            {"Variable mobjCanal.Nom", "c"}}));
+  EXPECT_TRUE(Dit("Erreur N°52 (Fichier n° ")) << "on a closed file";
+}
+
+}  // namespace
+}  // namespace zuma

@@ -1,0 +1,368 @@
+// Calibration of a sensor and of a command on the machine, from the form to the row and the object.
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include "dialogs/affichage_court.h"
+#include "outils/dossier_provisoire.h"
+#include "outils/fenetres_d_essai.h"
+#include "outils/temoins.h"
+#include "platform/linux/base_sqlite.h"
+#include "platform/linux/demo.h"
+#include "platform/linux/traducteur.h"
+#include "sim/machine_simulee.h"
+
+namespace zuma {
+namespace {
+
+using Sensor = Cpt_Normal_Extrn_Calibration;
+using Command = Cmde_Normale_Extrn_Calibration;
+
+struct Hôte : FenêtreHôte {
+  void rafraichitTout() override { ++rafraichie; }
+  int rafraichie = 0;
+};
+
+// Another program on the same database.
+class Autre {
+ public:
+  explicit Autre(const std::string& fichier) {
+    EXPECT_EQ(sqlite3_open(fichier.c_str(), &base_), SQLITE_OK);
+  }
+  ~Autre() { sqlite3_close(base_); }
+  Autre(const Autre&) = delete;
+  Autre& operator=(const Autre&) = delete;
+  /// What it finds in the rows, or does to them.
+  std::string Sql(const char* instruction) {
+    std::string lu;
+    const auto note = [](void* ici, int nombre, char** valeurs, char**) {
+      for (int i = 0; i < nombre; ++i) {
+        *static_cast<std::string*>(ici) +=
+            std::string(valeurs[i] != nullptr ? valeurs[i] : "Null") + "|";
+      }
+      return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(base_, instruction, note, &lu, nullptr), SQLITE_OK);
+    return lu;
+  }
+
+ private:
+  sqlite3* base_ = nullptr;
+};
+
+// The demo frame, its database on disk, and the windows of a host without a screen.
+class UnEtalonnage : public testing::Test {
+ public:
+  UnEtalonnage() {
+    linux_::CréeBase(fichier, linux_::LignesDeDémonstration());
+    Charge(false);
+  }
+  void Charge(bool lectureSeule) {
+    chassis.emplace(machine.services);
+    const auto base = Crée<linux_::BaseSqlite>(
+        fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule,
+                                      .attenteVerrou = std::chrono::milliseconds(20)});
+    chassis->TimerExact(machine.horloge);
+    chassis->ChargeErreur(registre);
+    chassis->ChargeLeChassis(base, 1);
+    chassis->Lien(base, "1", nullptr, nullptr, traducteur);
+    machine.Branche(*chassis);
+    chassis->Initialise();
+    messages.textes.clear();
+  }
+  Capteur& LeCapteur() { return *chassis->Capteurs()->Item("7"); }
+  Commande& LaCommande() { return *chassis->Commandes()->Item("4"); }
+  void Passe(double secondes) {
+    for (const double fin = maintenant + secondes; maintenant < fin; maintenant += 0.005) {
+      machine.AvanceJusquA(maintenant);
+      chassis->MetàJour();
+    }
+  }
+  std::string Sql(const char* instruction) { return Autre(fichier).Sql(instruction); }
+  std::string LigneDuCapteur() {
+    return Sql(R"(SELECT "Nom affiché", "Unité d'Etalonnage", "Point 2 - Point",
+        "Point 2 - Unité", "Point 20 - Point", "Point 20 - Unité" FROM Capteur WHERE "Index"=7)");
+  }
+
+  essai::DossierProvisoire dossier;
+  const std::string fichier = dossier.Fichier("demo.db");
+  essai::Messages messages;
+  essai::FenêtresDEssai fenêtres;
+  Hôte hôte;
+  sim::MachineSimulée machine{messages};
+  Ref<essai::Registre> registre = Crée<essai::Registre>();
+  Ref<linux_::Traducteur> traducteur = Crée<linux_::Traducteur>();
+  std::optional<Chassis> chassis;
+  double maintenant = 0;
+
+ private:
+  void SetUp() override { machine.services.fenêtres = &fenêtres; }
+};
+
+// As a person does it: the cell, the text, Enter.
+template <class Feuille>
+void Tape(Feuille& feuille, int rangée, int colonne, const std::string& texte) {
+  feuille.ActiveCellule({rangée, colonne});
+  feuille.Text1(texte);
+  feuille.Text1_KeyPress(13);
+}
+
+TEST(AffichageCourt, TientEnSixCaractères) {
+  const std::pair<double, const char*> cas[] = {{0, "0"},
+                                                {12, "12"},
+                                                {-0.5, "-0,5"},
+                                                {3.14159265, "3,1415"},
+                                                {12345.678, "12345"},
+                                                {123456.7, "123456"},
+                                                {-123456, "-123456"},
+                                                {1234567.25, "1234567"},
+                                                {-1e-9, "0"},
+                                                {99999.5, "99999"},
+                                                {1e20, "100000000000000000000"}};
+  for (const auto& [valeur, texte] : cas) EXPECT_EQ(AffichageCourt(valeur), texte);
+}
+
+TEST_F(UnEtalonnage, NEstOffertQuÀQuiLePermet) {
+  chassis->Capteurs()->Item("4")->EtalonnageExterieur(&hôte);
+  chassis->Commandes()->Item("2")->EtalonnageExterieur(&hôte);
+  EXPECT_EQ(fenêtres.montrées, 0);
+  EXPECT_TRUE(messages.textes.empty()) << "nothing happens, without a message";
+
+  Sensor capteur;
+  capteur.Reçoit(*chassis->Capteurs()->Item("4"));
+  Command commande;
+  commande.Reçoit(*chassis->Commandes()->Item("2"));
+  EXPECT_EQ(messages.textes, std::vector<std::string>(2, "External calibration forbidden"));
+  machine.services.fenêtres = nullptr;
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_FALSE(LeCapteur().ModeEdition());
+  EXPECT_TRUE(registre->Contient("EtalonnageExterieur"));
+}
+
+TEST_F(UnEtalonnage, EditeUneCelluleÀLaFois) {
+  LeCapteur().EtalonnageExterieur(&hôte);
+  Sensor& feuille = *fenêtres.capteur;
+  EXPECT_EQ(feuille.Cellule({0, 0}), "Valeur brute");
+  EXPECT_EQ(feuille.Cellule({2, 0}), "65536");
+  EXPECT_EQ(feuille.Cellule({2, 1}), "1");
+  feuille.ActiveCellule({3, 1});
+  EXPECT_EQ(feuille.Text1(), "0");
+  using enum FeuilleEtalonnage::Suite;
+  for (const char32_t code : std::u32string_view(U"0123456789.,+-\b")) {
+    EXPECT_EQ(feuille.Text1_KeyPress(code), Passe) << static_cast<int>(code);
+  }
+  for (const char32_t code : std::u32string_view(U"aE /\t\x7f\u00e9")) {
+    EXPECT_EQ(feuille.Text1_KeyPress(code), Mangée) << static_cast<int>(code);
+  }
+  feuille.Text1("-12,5");
+  EXPECT_EQ(feuille.Text1_KeyPress(27), Mangée);
+  EXPECT_EQ(feuille.Text1Sur(), std::nullopt);
+  EXPECT_EQ(feuille.Cellule({3, 1}), "0") << "Escape leaves the cell";
+  Tape(feuille, 3, 1, "-12,5");
+  EXPECT_EQ(feuille.Cellule({3, 1}), "-12,5");
+  feuille.ActiveCellule({20, 0});
+  feuille.Text1("7");
+  feuille.ActiveCellule({4, 0});
+  EXPECT_EQ(feuille.Cellule({20, 0}), "7") << "going to another cell keeps the text";
+  feuille.Text1("+-");
+  feuille.Text1_LostFocus();
+  EXPECT_FALSE(feuille.CelluleLisible({4, 0}));
+  feuille.ActiveCellule({0, 1});
+  EXPECT_EQ(feuille.Text1Sur(), std::nullopt) << "the header is not edited";
+}
+
+TEST_F(UnEtalonnage, GardeLesVingtPointsDunCapteur) {
+  Passe(1);
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_TRUE(LeCapteur().ModeEdition());
+  EXPECT_TRUE(chassis->Capteurs()->ModeEdition());
+  const Ref<Sensor> feuille = fenêtres.capteur;
+  EXPECT_EQ(feuille->Lbl_Nom_Interne_Cpt(), "Extensomètre");
+  EXPECT_EQ(feuille->CommentaireEtalonnage(), LeCapteur().CommentaireEtalonnage());
+  EXPECT_EQ(feuille->LblValeurBrute(), AffichageCourt(LeCapteur().ValeurEnPoints()));
+  EXPECT_NE(feuille->LblValeurBrute(), "0");
+  feuille->TxtNomAffiche = "Extensomètre n° 2";
+  feuille->TxtUnite = "µm";
+  for (int i = 1; i <= 20; ++i) {
+    Tape(*feuille, i, Sensor::kPoints, std::to_string(3000 * i) + (i % 2 == 0 ? ",5" : ".5"));
+    Tape(*feuille, i, Sensor::kUnités, std::to_string(50 * i));
+  }
+  std::string unité;
+  LeCapteur().AbonneUnitChange([&](const std::string& nouvelle) { unité = nouvelle; });
+  feuille->BtnOK();
+  EXPECT_FALSE(feuille->Visible());
+  EXPECT_FALSE(LeCapteur().ModeEdition());
+  EXPECT_EQ(unité, "µm");
+  EXPECT_EQ(LigneDuCapteur(), "Extensomètre n° 2|µm|6000.5|100.0|60000.5|1000.0|");
+  Passe(1);
+  EXPECT_NEAR(LeCapteur().ValeurCourante(), LeCapteur().ValeurEnPoints() / 60.0, 0.2);
+  Charge(false);
+  EXPECT_EQ(LeCapteur().NomAfficheDuCapteur(), "Extensomètre n° 2");
+  EXPECT_EQ(LeCapteur().PointY(19), 57000.5);
+  EXPECT_EQ(LeCapteur().PointX(20), 1000);
+}
+
+TEST_F(UnEtalonnage, TareEtAnnuleSansRienGarder) {
+  LeCapteur().EtalonnageExterieur(&hôte);
+  const Ref<Sensor> feuille = fenêtres.capteur;
+  Passe(0.5);
+  feuille->ChkTare(true);
+  Passe(0.5);
+  EXPECT_TRUE(LeCapteur().EtatDeLaTare());
+  const std::string avant = LigneDuCapteur();
+  Tape(*feuille, 2, 1, "9");
+  feuille->TxtUnite = "pouces";
+  feuille->BtnCancel();
+  EXPECT_FALSE(LeCapteur().ModeEdition());
+  EXPECT_EQ(LigneDuCapteur(), avant);
+  EXPECT_EQ(LeCapteur().PointX(2), 1);
+  EXPECT_TRUE(LeCapteur().EtatDeLaTare()) << "a tare stays";
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_NE(fenêtres.capteur, feuille);
+  EXPECT_TRUE(fenêtres.capteur->ChkTare());
+  fenêtres.capteur->ChkTare(false);
+  EXPECT_FALSE(LeCapteur().EtatDeLaTare());
+}
+
+TEST_F(UnEtalonnage, SeRouvreSurLaMêmeFeuille) {
+  FenêtreHôte autre;
+  LeCapteur().EtalonnageExterieur(&hôte);
+  const Ref<Sensor> feuille = fenêtres.capteur;
+  Tape(*feuille, 2, 1, "9");
+  LeCapteur().EtalonnageExterieur(&autre);
+  EXPECT_EQ(fenêtres.capteur, feuille);
+  EXPECT_EQ(feuille->Cellule({2, 1}), "9") << "on the screen it keeps what is being typed";
+  EXPECT_EQ(feuille->Propriétaire(), &autre);
+  feuille->Ferme();
+  EXPECT_EQ(feuille->Propriétaire(), &hôte) << "the owner before is put back";
+  EXPECT_TRUE(LeCapteur().ModeEdition());
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_EQ(feuille->Cellule({2, 1}), "1") << "shown again, it is filled again";
+  chassis.reset();
+  EXPECT_FALSE(feuille->Visible());
+  feuille->Timer1();
+  feuille->BtnOK();
+  feuille->BtnCancel();
+}
+
+// Whatever goes wrong, row and sensor stay as they were, and what was typed too.
+TEST_F(UnEtalonnage, NeGardeRienÀMoitié) {
+  struct Cas {
+    const char* quoi;
+    const char* cellule;      // typed in the units of point 3
+    const char* instruction;  // of another program while the form is open
+    bool lectureSeule;
+    int numéro;
+    const char* précision;
+  } cas[] = {
+      {"an empty cell", " ", "", false, 94, "Point 3 - Unité"},
+      {"letters", "12e", "", false, 13, "Point 3 - Unité"},
+      {"two signs", "1-2", "", false, 13, "Point 3 - Unité"},
+      {"a read-only database", "5", "", true, 3027, ""},
+      {"a database that another program holds", "5", "BEGIN EXCLUSIVE", false, 3260, ""},
+      {"a row deleted", "5", "DELETE FROM Capteur WHERE \"Index\"=7", false, 3167, ""},
+  };
+  for (const Cas& c : cas) {
+    SCOPED_TRACE(c.quoi);
+    Charge(c.lectureSeule);
+    LeCapteur().EtalonnageExterieur(&hôte);
+    const Ref<Sensor> feuille = fenêtres.capteur;
+    const std::string avant = LigneDuCapteur();
+    Tape(*feuille, 2, 0, "60000");
+    Tape(*feuille, 3, 1, c.cellule);
+    feuille->TxtUnite = "pouces";
+    std::optional<Autre> autre(std::in_place, fichier);
+    autre->Sql(c.instruction);
+    try {
+      feuille->BtnOK();
+      ADD_FAILURE() << "nothing was told";
+    } catch (const Echec& échec) {
+      EXPECT_EQ(échec.NuméroErreur(), c.numéro);
+      EXPECT_NE(échec.Description().find(c.précision), std::string::npos) << échec.Description();
+    }
+    autre.reset();
+    EXPECT_EQ(LigneDuCapteur(), c.numéro == 3167 ? "" : avant);
+    EXPECT_EQ(LeCapteur().PointY(2), 65536);
+    EXPECT_EQ(LeCapteur().UnitéEtalonnage(), "mm");
+    EXPECT_TRUE(feuille->Visible());
+    EXPECT_EQ(feuille->Cellule({2, 0}), "60000");
+  }
+}
+
+// The record set stands on the row of another object: nothing is written.
+TEST_F(UnEtalonnage, RefuseUneLigneQuiABougé) {
+  const auto base = Crée<linux_::BaseSqlite>(fichier);
+  LeCapteur().LeRecordset(base->OpenRecordset("SELECT * FROM [Capteur]"));
+  LaCommande().LeRecordset(base->OpenRecordset("SELECT * FROM [Commande]"));
+  const char* const kToutes = "SELECT \"Unité d'Etalonnage\", \"Point 2 - Unité\" FROM Capteur";
+  const std::string avant = Sql(kToutes);
+  LeCapteur().EtalonnageExterieur(&hôte);
+  LaCommande().EtalonnageExterieur(&hôte);
+  fenêtres.capteur->TxtUnite = "pouces";
+  fenêtres.capteur->BtnOK();
+  fenêtres.commande->BtnOK();
+  EXPECT_EQ(messages.textes, std::vector<std::string>(2, "Error during data backup"));
+  EXPECT_FALSE(fenêtres.capteur->Visible());
+  EXPECT_FALSE(fenêtres.commande->Visible());
+  EXPECT_EQ(Sql(kToutes), avant);
+  EXPECT_EQ(LeCapteur().UnitéEtalonnage(), "mm");
+  EXPECT_EQ(hôte.rafraichie, 0);
+}
+
+TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
+  Passe(1);
+  LaCommande().EtalonnageExterieur(&hôte);
+  EXPECT_TRUE(LaCommande().ModeEdition());
+  const Ref<Command> feuille = fenêtres.commande;
+  const auto& [labels, choisi] = feuille->CmbCapteurARecopier;
+  EXPECT_EQ(labels.size(), static_cast<std::size_t>(chassis->Capteurs()->Count()));
+  EXPECT_EQ(labels.at(choisi.value()), "Force");
+  EXPECT_EQ(feuille->Cellule({2, Command::kUnités}), "100");
+  EXPECT_EQ(feuille->Cellule({2, Command::kPoints}), "4095");
+  EXPECT_EQ(feuille->LblValeurSortie(), AffichageCourt(LaCommande().ValeurCouranteEnPoints()));
+
+  Tape(*feuille, 2, Command::kPoints, "");
+  feuille->BtnOK();
+  ASSERT_EQ(messages.textes.size(), 1U);
+  EXPECT_NE(messages.textes[0].find("Erreur N°94"), std::string::npos);
+  EXPECT_NE(messages.textes[0].find("Point 2 - Point"), std::string::npos);
+  EXPECT_TRUE(feuille->Visible());
+
+  Tape(*feuille, 2, Command::kPoints, "2047,5");
+  const auto four = std::ranges::find(labels, "Four 1");
+  feuille->CmbCapteurARecopier.choisi = static_cast<std::size_t>(four - labels.begin());
+  feuille->BtnOK();
+  EXPECT_FALSE(feuille->Visible());
+  EXPECT_FALSE(LaCommande().ModeEdition());
+  EXPECT_EQ(hôte.rafraichie, 1);
+  EXPECT_EQ(LaCommande().CapteurDeRecopie()->Label(), "Four 1");
+  EXPECT_EQ(LaCommande().PointY(2), 2047.5);
+  EXPECT_EQ(Sql(R"(SELECT "Capteur de recopie", "Point 2 - Unité", typeof("Point 2 - Point"),
+                "Point 2 - Point" FROM Commande WHERE "Index"=4)"),
+            "Four 1|100.0|real|2047.5|");
+
+  FenêtreHôte sansRien;
+  LaCommande().EtalonnageExterieur(&sansRien);
+  fenêtres.commande->CmbCapteurARecopier.choisi.reset();
+  fenêtres.commande->BtnOK();
+  EXPECT_EQ(LaCommande().CapteurDeRecopie()->Label(), "Four 1") << "no choice leaves the sensor";
+  EXPECT_EQ(Sql("SELECT \"Capteur de recopie\" FROM Commande WHERE \"Index\"=4"), "|");
+  EXPECT_NE(messages.textes.back().find("Erreur N°438"), std::string::npos);
+  EXPECT_FALSE(LaCommande().ModeEdition());
+}
+
+// Somebody holds a command longer than its frame lives.
+TEST_F(UnEtalonnage, SurvitÀSonChassis) {
+  LaCommande().EtalonnageExterieur(&hôte);
+  const CommandeRef commande = chassis->Commandes()->Item("4");
+  chassis.reset();
+  EXPECT_FALSE(fenêtres.commande->Visible());
+  fenêtres.commande->Timer1();
+  fenêtres.commande->BtnOK();
+  commande->EtalonnageExterieur(&hôte);
+  EXPECT_TRUE(registre->Contient("EtalonnageExterieur"));
+}
+
+}  // namespace
+}  // namespace zuma
