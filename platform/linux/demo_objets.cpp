@@ -76,8 +76,9 @@ constexpr std::array kColonnes{
     ColonneDémo{7, "Commentaire etalonnage",
                 "Certificat 2024-113, classe 1. Base de mesure : 100 mm."},
     ColonneDémo{13, "Opérateur", "-"},
-    ColonneDémo{18, "Valeur de selection", "Force"},
+    ColonneDémo{18, "Valeur de selection", "1"},
     ColonneDémo{18, "Parametre de sélection", {}, 12},
+    ColonneDémo{18, "S", {}, 12},
     ColonneDémo{10, "Type de contrainte", {}, 1},
     ColonneDémo{10, "Méthode de calcul de surface", {}, 2},
     ColonneDémo{10, "Unite", {}, 3},
@@ -106,7 +107,7 @@ constexpr std::array<std::pair<std::int32_t, std::string_view>, 13> kParamètres
     {9, "40"},
     {10, "0"},
     {11, "100"},
-    {12, "Force"},
+    {12, "1"},
     {13, "120"},
 }};
 
@@ -259,7 +260,10 @@ void AjouteLaCommande(const CommandeDémo& c, std::int32_t chassis,
     champs.push_back(Texte("Capteur Alimentation", "Pression alimentation"));
     champs.push_back(Texte("Capteur Utilisation", "Pression utilisation"));
   }
-  if (!c.recopie.empty()) champs.push_back(Texte("Capteur de recopie", c.recopie));
+  if (!c.recopie.empty()) {
+    champs.push_back(Texte("Capteur de recopie", c.recopie));
+    champs.push_back(Texte("Commentaire etalonnage", "Certificat 2024-114."));
+  }
   if (c.type == "Tout ou Rien") {
     champs.push_back(Texte("Sortie Logique 1", "Refroidissement"));
     champs.push_back(Texte("Sortie Logique 2", "Filtration"));

@@ -67,6 +67,8 @@ class Serveur {
         mémoire_(::modbus_mapping_new(kNombre, kNombre, kNombre, kNombre)) {
     ::modbus_set_slave(contexte_, kEsclave);
     ::modbus_set_indication_timeout(contexte_, 0, 100'000);
+    // Behind a question to another slave it waits for that slave's answer, deaf to the next one.
+    ::modbus_set_response_timeout(contexte_, 0, 50'000);
     ouvert_ = ::modbus_connect(contexte_) == 0;
     fil_ = std::thread([this] { Sert(); });
   }

@@ -68,11 +68,10 @@ void Appuie(essai::ChassisDeDémo& chassis) {
 
 void Etalonnages(Atelier& atelier) {
   const essai::BaseDeDémo base;
-  base.Exécute("UPDATE Capteur SET [Etalonnage par utilisateur] = -1 WHERE [Index] = 1");
   essai::ChassisDeDémo chassis(base.chemin, linux_::kChassisDeDémonstration, atelier.messages,
                                atelier.fenêtres, atelier.mots);
   Appuie(chassis);
-  const CapteurRef capteur = chassis->Capteurs()->Item("1");
+  const CapteurRef capteur = chassis->Capteurs()->Item("7");
   (void)capteur->EtalonnageExterieur(nullptr);
   QApplication::processEvents();
   QWidget* const fenêtre = FenêtreAvec("TxtNomAffiche");
