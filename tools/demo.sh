@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes a demo database, checks its frames, shows the first one live on the simulated machine, runs
-# the others for some seconds of simulated time, then runs a compression test on the simulated press:
+# the others for some seconds of simulated time, runs a compression test on the simulated press and
+# takes a picture of the desktop window:
 # demo.sh PROGRAM FOLDER SECONDS
 set -euo pipefail
 
@@ -36,6 +37,10 @@ montre 3 "buses and drives, wrong check sums from 2 to 5 s" --fault crc@2-5
 montre 4 "instruments"
 montre 5 "PCI boards, encoders, LVDT probes"
 echo "See them live: $zuma run $base --frame 3 --sim (or 4, 5)"
-echo "The same in a window: $zuma desktop $base --frame 1 --sim --lang en"
 echo
 "$zuma" compression "$base" --frame 1 --out "$dossier"
+echo
+# What the toolkit says of a screen that is not there is of no interest.
+QT_LOGGING_RULES="default.warning=false" \
+  "$zuma" desktop "$base" --frame 1 --sim --lang en --picture "$dossier/desktop.png" --after 3
+echo "The frame in a window: picture $dossier/desktop.png, live: $zuma desktop $base --sim --lang en"
