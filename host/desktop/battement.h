@@ -37,6 +37,8 @@ class Battement {
 
   void Démarre();
   void Arrête();
+  /// False before the start, after the end and in a pass: whatever waits then holds the machine.
+  [[nodiscard]] bool EntreDeuxPasses() const noexcept { return enMarche_ && !enPasse_; }
   [[nodiscard]] const Mesures& LesMesures() const noexcept { return mesures_; }
   void OublieLesMesures();
   /// Seconds of the machine after the start, at the last pass.

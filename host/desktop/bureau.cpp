@@ -36,9 +36,8 @@ std::unique_ptr<Machine> LaMachine(const OptionsDesktop& options, BoîteDeMessag
 Bureau::Bureau(const OptionsDesktop& options)
     : traducteur_(TraducteurEn(options.langue)),
       textes_(traducteur_),
-      machine_(host::LaMachine(options, *recueil_)),
-      fenêtres_(traducteur_),
-      battement_(Travail()) {
+      machine_(host::LaMachine(options, messages_)),
+      fenêtres_(traducteur_) {
   machine_->Services().fenêtres = &fenêtres_;
   marche_ = std::make_unique<ChassisEnMarche>(options.fichier, options.chassis, *machine_, recueil_,
                                               LitLesParamètres(options.fichier, options.paramètres),

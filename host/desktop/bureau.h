@@ -6,6 +6,7 @@
 #include "host/chassis_en_marche.h"
 #include "host/desktop/battement.h"
 #include "host/desktop/fenetre_principale.h"
+#include "host/desktop/messages_du_bureau.h"
 #include "host/desktop/textes.h"
 #include "host/machine.h"
 #include "host/verbes.h"
@@ -35,9 +36,10 @@ class Bureau {
   Ref<Recueil> recueil_ = Crée<Recueil>();
   Ref<ZED_Traduction> traducteur_;
   Textes textes_;
+  Battement battement_{Travail()};
+  MessagesDuBureau messages_{recueil_, traducteur_, battement_};
   std::unique_ptr<Machine> machine_;
   qt::FenêtresQt fenêtres_;
-  Battement battement_;
   QTimer rapports_;  ///< what the machine tells on its own
   // The frame goes before the window, which owns its forms on the screen.
   std::unique_ptr<FenêtrePrincipale> fenêtre_;

@@ -315,6 +315,22 @@ TEST_F(LeBureau, OuvreLEntretienDUnConditionneur) {
   EXPECT_NE(feuille.Mère(), nullptr);
 }
 
+// A box that answers the operator stands over a machine that goes on.
+TEST_F(LeBureau, MontreAussiEnBoîteCeQuiRépondÀUnActe) {
+  Ouvre();
+  const std::uint64_t avant = bureau->LeBattement().LesMesures().passes;
+  std::uint64_t pendant = 0;
+  QTimer::singleShot(200, &bureau->Fenêtre(), [&] {
+    pendant = bureau->LeBattement().LesMesures().passes - avant;
+    QWidget* const boîte = QApplication::activeModalWidget();
+    ASSERT_NE(boîte, nullptr);
+    QTest::keyClick(boîte, Qt::Key_Return);
+  });
+  LeChassis().Commandes()->Item("4")->Montre("Error during data backup");
+  EXPECT_GT(pendant, 20U);
+  EXPECT_EQ(bureau->LeRecueil()->Problèmes().back().texte, "Error during data backup");
+}
+
 TEST_F(LeBureau, GardeLesMessagesDuChargementEtDeLaMarche) {
   Ouvre("UPDATE [Capteur] SET [Canal]=999 WHERE [Index]=4");
   auto& messages = Le<QTreeWidget>("voletMessages");
