@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -58,7 +59,7 @@ FenêtrePrincipale::FenêtrePrincipale(ChassisEnMarche& marche, Battement& batte
   if (avecEssai) AjouteLEssai();
   AjouteLesMenus();
   AjouteLaBarreDEtat();
-  resize(1400, 980);
+  resize(QSize(1400, 980).boundedTo(screen()->availableSize()));
   connect(&rafraîchissement_, &QTimer::timeout, this, [this] { Rafraîchit(); });
   rafraîchissement_.start(kTour);
 }
