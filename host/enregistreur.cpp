@@ -2,12 +2,12 @@
 
 #include <charconv>
 #include <chrono>
-#include <cmath>
 #include <ctime>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "host/configuration.h"
+#include "host/lecture.h"
 
 namespace zuma::host {
 namespace {
@@ -24,7 +24,6 @@ std::string Champ(const std::string& texte) {
 }
 
 void AjouteNombre(std::string& ligne, double nombre) {
-  if (!std::isfinite(nombre)) return;
   char texte[32];
   const auto fin =
       std::to_chars(texte, texte + sizeof texte, nombre, std::chars_format::general, 9);
@@ -79,10 +78,7 @@ void Enregistreur::Note(double secondes) {
   AjouteNombre(tampon_, secondes);
   for (const CapteurRef& capteur : capteurs_) {
     tampon_ += ',';
-    const bool lu =
-        capteur->Enabled_bln() &&
-        capteur->Etat() != static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
-    if (lu) AjouteNombre(tampon_, capteur->ValeurCourante());
+    if (const auto lecture = LectureDe(*capteur)) AjouteNombre(tampon_, *lecture);
   }
   tampon_ += '\n';
   ++lignes_;

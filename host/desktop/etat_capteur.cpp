@@ -1,7 +1,6 @@
 #include "host/desktop/etat_capteur.h"
 
 #include <array>
-#include <cmath>
 
 namespace zuma::host {
 
@@ -18,15 +17,6 @@ const EtatAffiché& EtatDe(const Capteur& capteur) {
   if (!capteur.CapteurSelectionne()) return kEcarté;
   const auto rang = static_cast<std::size_t>(capteur.Etat());
   return kEtats[rang < kEtats.size() ? rang : 1];
-}
-
-std::optional<double> LectureDe(const Capteur& capteur) {
-  constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
-  if (!capteur.Enabled_bln() || !capteur.CapteurSelectionne() || capteur.Etat() == kNonValide) {
-    return {};
-  }
-  const double valeur = capteur.ValeurCourante();
-  return std::isfinite(valeur) ? std::optional(valeur) : std::nullopt;
 }
 
 }  // namespace zuma::host

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <optional>
 #include <string_view>
 
 #include "sensors/capteur.h"
@@ -17,9 +16,5 @@ struct EtatAffiché {
 };
 
 [[nodiscard]] const EtatAffiché& EtatDe(const Capteur& capteur);
-
-/// The reading; none from a sensor out of service, not selected, below its valid readings, or whose
-/// value is no number: those are gaps, and never 0.
-[[nodiscard]] std::optional<double> LectureDe(const Capteur& capteur);
 
 }  // namespace zuma::host

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "host/desktop/etat_capteur.h"
+#include "host/lecture.h"
 
 namespace zuma::host {
 namespace {

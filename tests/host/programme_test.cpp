@@ -216,7 +216,8 @@ TEST_F(LeProgramme, LitLesInstrumentsQuUnCapteurInterroge) {
 
 TEST_F(LeProgramme, EnregistreChaqueRafraîchissement) {
   const std::string csv = dossier.Fichier("essai.csv");
-  const Fin fin = Lance({"run", Base(), "--sim", "--seconds", "1", "--csv", csv});
+  const Fin fin =
+      Lance({"run", Base(), "--sim", "--seconds", "1", "--csv", csv, "--param", "12=0"});
   EXPECT_EQ(fin.code, 0) << fin.erreur;
   std::istringstream lignes(essai::Lit(csv));
   std::string ligne;
@@ -226,6 +227,8 @@ TEST_F(LeProgramme, EnregistreChaqueRafraîchissement) {
   int nombre = 0;
   for (; std::getline(lignes, ligne); ++nombre) {
     EXPECT_EQ(std::count(ligne.begin(), ligne.end(), ','), colonnes) << ligne;
+    const std::size_t avantDernière = ligne.rfind(',', ligne.rfind(',') - 1);
+    EXPECT_TRUE(ligne.substr(avantDernière).starts_with(",,")) << "not selected: missing, not 0";
   }
   EXPECT_NEAR(nombre, 200, 3) << "one line for each refresh at 200 Hz";
   const auto description = nlohmann::json::parse(essai::Lit(csv + ".json"));
@@ -247,8 +250,6 @@ TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
   EXPECT_NE(fin.sortie.find("| Four zone 1 | "), std::string::npos);
 }
 
-// Whoever stops reading, or closes the terminal, must leave no output under its last set point: the
-// program is to come to its own end and not to be cut off.
 TEST_F(LeProgramme, VideLArbreDUnChassisQuiTourne) {
   const std::string base = Base();
   const Fin texte = Lance({"dump", base, "--sim"});
@@ -277,6 +278,8 @@ TEST_F(LeProgramme, VideLArbreDUnChassisQuiTourne) {
             nlohmann::json({{"label", "Adresse de la Carte"}, {"value", "220"}}));
 }
 
+// Whoever stops reading, or closes the terminal, must leave no output under its last set point: the
+// program is to come to its own end and not to be cut off.
 TEST_F(LeProgramme, FinitDeLuiMêmeQuandLeLecteurSEnVa) {
   const std::string code = dossier.Fichier("code");
   const std::string programme = "'" ZUMA_PROGRAMME "' run '" + Base() + "' --sim";

@@ -1,0 +1,16 @@
+#include "host/lecture.h"
+
+#include <cmath>
+
+namespace zuma::host {
+
+std::optional<double> LectureDe(const Capteur& capteur) {
+  constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
+  if (!capteur.Enabled_bln() || !capteur.CapteurSelectionne() || capteur.Etat() == kNonValide) {
+    return {};
+  }
+  const double valeur = capteur.ValeurCourante();
+  return std::isfinite(valeur) ? std::optional(valeur) : std::nullopt;
+}
+
+}  // namespace zuma::host
