@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "host/lecture.h"
+
 namespace zuma::host {
 namespace {
 
@@ -78,6 +80,8 @@ EtatAffiché Etat(const Capteur& capteur) {
                                                {"not valid", Ton::Discret},
                                                {"overrun", Ton::Attention},
                                                {"DANGER", Ton::Danger}}};
+  if (!capteur.Enabled_bln()) return {"off", Ton::Discret};
+  if (!capteur.CapteurSelectionne()) return {"not selected", Ton::Discret};
   const auto rang = static_cast<std::size_t>(capteur.Etat());
   return kEtats[rang < kEtats.size() ? rang : 0];
 }
@@ -90,10 +94,16 @@ std::string Mesure(double valeur) {
   return texte.data();
 }
 
+// A dash in place of a reading that is missing.
+std::string Lecture(const Capteur& capteur) {
+  const auto lecture = LectureDe(capteur);
+  return lecture ? Mesure(*lecture) : "-";
+}
+
 std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, bool choisi) {
   const EtatAffiché état = Etat(capteur);
   return std::string(choisi ? "> " : "  ") + AGauche(capteur.NomDuCapteur(), kLargeurNom) +
-         ADroite(Mesure(capteur.ValeurCourante()), kLargeurMesure) + " " +
+         ADroite(Lecture(capteur), kLargeurMesure) + " " +
          AGauche(capteur.UnitéEtalonnage(), kLargeurUnité) +
          terminal.Colore(AGauche(état.texte, kLargeurMesure), état.ton) + "min " +
          ADroite(Mesure(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
@@ -159,8 +169,8 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
   }
   for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
     lignes.push_back(heure + " | sensor " + capteur->Key() + " | " + capteur->NomDuCapteur() +
-                     " | " + Mesure(capteur->ValeurCourante()) + " " + capteur->UnitéEtalonnage() +
-                     " | " + std::string(Etat(*capteur).texte) + " | min " +
+                     " | " + Lecture(*capteur) + " " + capteur->UnitéEtalonnage() + " | " +
+                     std::string(Etat(*capteur).texte) + " | min " +
                      Mesure(capteur->MiniDétecté()) + " | max " + Mesure(capteur->MaxiDétecté()));
   }
   PourChaqueCanal(vue.chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
@@ -184,8 +194,9 @@ std::string VueEnJson(const Instantané& vue) {
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) causes.push_back(cause.texte);
   auto& capteurs = json["sensors"] = nlohmann::ordered_json::array();
   for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
+    const auto lecture = LectureDe(*capteur);
     capteurs.push_back({{"name", capteur->NomDuCapteur()},
-                        {"value", capteur->ValeurCourante()},
+                        {"value", lecture ? nlohmann::ordered_json(*lecture) : nullptr},
                         {"unit", capteur->UnitéEtalonnage()},
                         {"state", Etat(*capteur).texte},
                         {"min", capteur->MiniDétecté()},
