@@ -22,8 +22,7 @@ const FeuilleEtalonnage::Modèle Cmde_Normale_Extrn_Calibration::kModèle{
 
 void Cmde_Normale_Extrn_Calibration::Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi,
                                             Fenêtres& fenêtres, FenêtreHôte* mère) {
-  moi->Ouvre(mère);
-  fenêtres.Montre(moi, mère);
+  Ouvre(mère, [&] { fenêtres.Montre(moi, mère); });
 }
 
 void Cmde_Normale_Extrn_Calibration::Reçoit(Commande& commande) {

@@ -32,9 +32,8 @@ void Cpt_Normal_Extrn_Calibration::Reçoit(Capteur& capteur) {
 
 void Cpt_Normal_Extrn_Calibration::Montre(const Ref<Cpt_Normal_Extrn_Calibration>& moi,
                                           Fenêtres& fenêtres, FenêtreHôte* mère) {
-  moi->Ouvre(mère);
-  moi->Timer1();
-  fenêtres.Montre(moi, mère);
+  Timer1();
+  Ouvre(mère, [&] { fenêtres.Montre(moi, mère); });
 }
 
 void Cpt_Normal_Extrn_Calibration::OublieLeCapteur() noexcept {

@@ -60,9 +60,15 @@ void FeuilleEtalonnage::Text1_LostFocus() {
   text1Sur_.reset();
 }
 
-void FeuilleEtalonnage::Ouvre(FenêtreHôte* mère) {
+void FeuilleEtalonnage::Ouvre(FenêtreHôte* mère, const std::function<void()>& montre) {
   propriétairePrécédent_ = std::exchange(propriétaire_, mère);
   visible_ = true;
+  try {
+    montre();
+  } catch (...) {
+    Ferme();
+    throw;
+  }
 }
 
 void FeuilleEtalonnage::Ferme() noexcept {

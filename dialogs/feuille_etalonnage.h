@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -97,7 +98,8 @@ class FeuilleEtalonnage {
   explicit FeuilleEtalonnage(const Modèle& modèle) : modèle_(modèle) {}
 
   /// Shows the form, owned by `mère`: the owner before is kept, and put back at the end.
-  void Ouvre(FenêtreHôte* mère);
+  /// A window that cannot be made leaves the form closed, and its failure goes to the caller.
+  void Ouvre(FenêtreHôte* mère, const std::function<void()>& montre);
   /// Fills names, comment and grid from the object that is calibrated.
   template <class Etalonné>
   void Remplit(const Etalonné& objet, const std::string& nom) {

@@ -137,7 +137,15 @@ TEST_F(UnEtalonnage, NEstOffertQuÀQuiLePermet) {
   machine.services.fenêtres = nullptr;
   LeCapteur().EtalonnageExterieur(&hôte);
   EXPECT_FALSE(LeCapteur().ModeEdition());
-  EXPECT_TRUE(registre->Contient("EtalonnageExterieur"));
+  machine.services.fenêtres = &fenêtres;
+  fenêtres.sansEcran = true;
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_EQ(registre->entrées.size(), 2U);
+  fenêtres.sansEcran = false;
+  LeCapteur().EtalonnageExterieur(&hôte);
+  EXPECT_EQ(fenêtres.capteur->Propriétaire(), &hôte);
+  fenêtres.capteur->Ferme();
+  EXPECT_EQ(fenêtres.capteur->Propriétaire(), nullptr) << "as before the window that failed";
 }
 
 TEST_F(UnEtalonnage, EditeUneCelluleÀLaFois) {

@@ -19,6 +19,7 @@ class FenêtresDEssai : public Fenêtres {
   }
   void Montre(FeuilleConditionneurNumerique&, FenêtreHôte*) override {}
   void Montre(Ref<Cpt_Normal_Extrn_Calibration> feuille, FenêtreHôte*) override {
+    if (sansEcran) throw Echec(Numéro::MatérielAbsent);
     ++montrées;
     capteur = std::move(feuille);
   }
@@ -31,6 +32,7 @@ class FenêtresDEssai : public Fenêtres {
   std::function<void(ChoixDuPort&)> opérateur = [](ChoixDuPort&) {};
   std::function<void()> événements = [] {};
   int montrées = 0;
+  bool sansEcran = false;
   // The last calibration forms shown, held as a window holds them.
   Ref<Cpt_Normal_Extrn_Calibration> capteur;
   Ref<Cmde_Normale_Extrn_Calibration> commande;
