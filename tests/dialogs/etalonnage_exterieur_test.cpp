@@ -196,19 +196,22 @@ TEST_F(UnEtalonnage, GardeLesVingtPointsDunCapteur) {
     Tape(*feuille, i, Sensor::kPoints, std::to_string(3000 * i) + (i % 2 == 0 ? ",5" : ".5"));
     Tape(*feuille, i, Sensor::kUnités, std::to_string(50 * i));
   }
+  feuille->ActiveCellule({20, Sensor::kUnités});
+  feuille->Text1("999,5");  // OK by its key, from inside the cell
+  LeCapteur().LeRecordset()->MoveNext();
   std::string unité;
   LeCapteur().AbonneUnitChange([&](const std::string& nouvelle) { unité = nouvelle; });
   feuille->BtnOK();
   EXPECT_FALSE(feuille->Visible());
   EXPECT_FALSE(LeCapteur().ModeEdition());
   EXPECT_EQ(unité, "µm");
-  EXPECT_EQ(LigneDuCapteur(), "Extensomètre n° 2|µm|6000.5|100.0|60000.5|1000.0|");
+  EXPECT_EQ(LigneDuCapteur(), "Extensomètre n° 2|µm|6000.5|100.0|60000.5|999.5|");
+  EXPECT_EQ(LeCapteur().NomAfficheDuCapteur(), "Extensomètre n° 2");
   Passe(1);
   EXPECT_NEAR(LeCapteur().ValeurCourante(), LeCapteur().ValeurEnPoints() / 60.0, 0.2);
   Charge(false);
-  EXPECT_EQ(LeCapteur().NomAfficheDuCapteur(), "Extensomètre n° 2");
   EXPECT_EQ(LeCapteur().PointY(19), 57000.5);
-  EXPECT_EQ(LeCapteur().PointX(20), 1000);
+  EXPECT_EQ(LeCapteur().PointX(20), 999.5);
 }
 
 TEST_F(UnEtalonnage, TareEtAnnuleSansRienGarder) {
@@ -242,11 +245,13 @@ TEST_F(UnEtalonnage, SeRouvreSurLaMêmeFeuille) {
   EXPECT_EQ(fenêtres.capteur, feuille);
   EXPECT_EQ(feuille->Cellule({2, 1}), "9") << "on the screen it keeps what is being typed";
   EXPECT_EQ(feuille->Propriétaire(), &autre);
+  feuille->ActiveCellule({5, 0});
   feuille->Ferme();
   EXPECT_EQ(feuille->Propriétaire(), &hôte) << "the owner before is put back";
   EXPECT_TRUE(LeCapteur().ModeEdition());
   LeCapteur().EtalonnageExterieur(&hôte);
   EXPECT_EQ(feuille->Cellule({2, 1}), "1") << "shown again, it is filled again";
+  EXPECT_EQ(feuille->Text1Sur(), std::nullopt);
   chassis.reset();
   EXPECT_FALSE(feuille->Visible());
   feuille->Timer1();
@@ -329,6 +334,9 @@ TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
   EXPECT_EQ(feuille->Cellule({2, Command::kUnités}), "100");
   EXPECT_EQ(feuille->Cellule({2, Command::kPoints}), "4095");
   EXPECT_EQ(feuille->LblValeurSortie(), AffichageCourt(LaCommande().ValeurCouranteEnPoints()));
+  EXPECT_EQ(feuille->LblValeurCapteur(),
+            AffichageCourt(LaCommande().CapteurDeRecopie()->ValeurCourante()));
+  EXPECT_NE(feuille->LblValeurCapteur(), "0");
 
   Tape(*feuille, 2, Command::kPoints, "");
   feuille->BtnOK();
@@ -337,7 +345,10 @@ TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
   EXPECT_NE(messages.textes[0].find("Point 2 - Point"), std::string::npos);
   EXPECT_TRUE(feuille->Visible());
 
-  Tape(*feuille, 2, Command::kPoints, "2047,5");
+  feuille->ActiveCellule({2, Command::kPoints});
+  feuille->Text1("2047,5");
+  LaCommande().EtalonnageExterieur(&hôte);
+  EXPECT_EQ(feuille->Text1(), "2047,5") << "on the screen it keeps what is being typed";
   const auto four = std::ranges::find(labels, "Four 1");
   feuille->CmbCapteurARecopier.choisi = static_cast<std::size_t>(four - labels.begin());
   feuille->BtnOK();
@@ -352,6 +363,9 @@ TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
 
   FenêtreHôte sansRien;
   LaCommande().EtalonnageExterieur(&sansRien);
+  fenêtres.commande->Ferme();
+  LaCommande().EtalonnageExterieur(&sansRien);
+  EXPECT_EQ(fenêtres.commande->CmbCapteurARecopier.textes.size(), labels.size());
   fenêtres.commande->CmbCapteurARecopier.choisi.reset();
   fenêtres.commande->BtnOK();
   EXPECT_EQ(LaCommande().CapteurDeRecopie()->Label(), "Four 1") << "no choice leaves the sensor";
