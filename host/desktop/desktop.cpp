@@ -59,6 +59,7 @@ void MontreLEchec(const std::string& texte) {
 }
 
 void PrévoitLImage(const OptionsDesktop& options, FenêtrePrincipale& fenêtre, bool& écrite) {
+  fenêtre.resize(FenêtrePrincipale::kTaille);  // nobody looks at the screen
   QTimer::singleShot(static_cast<int>(options.après * 1000), &fenêtre, [&] {
     écrite = fenêtre.grab().save(EnQt(options.image));
     fenêtre.close();

@@ -59,7 +59,7 @@ FenêtrePrincipale::FenêtrePrincipale(ChassisEnMarche& marche, Battement& batte
   if (avecEssai) AjouteLEssai();
   AjouteLesMenus();
   AjouteLaBarreDEtat();
-  resize(QSize(1400, 980).boundedTo(screen()->availableSize()));
+  resize(kTaille.boundedTo(screen()->availableSize()));
   connect(&rafraîchissement_, &QTimer::timeout, this, [this] { Rafraîchit(); });
   rafraîchissement_.start(kTour);
 }

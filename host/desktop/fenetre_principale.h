@@ -29,6 +29,9 @@ class VoletMessages;
 /// The window of a running frame: its panes, its menus, and the pace at which they are painted.
 class FenêtrePrincipale : public QMainWindow {
  public:
+  /// Wished for; a smaller screen gets a smaller window.
+  static constexpr QSize kTaille{1400, 980};
+
   /// The compression test is offered `avecEssai`, on a frame that has what it needs.
   FenêtrePrincipale(ChassisEnMarche& marche, Battement& battement, Ref<Recueil> recueil,
                     const Textes& textes, bool avecEssai);
