@@ -88,10 +88,12 @@ void Cmde_Normale_Extrn_Calibration::Enregistre(Commande& commande) {
   if (!OuvreLaLigne(commande, ligne)) return;
   const Points points = PointsSaisis();
   const std::string choisi = CapteurChoisi();
+  // No choice is not a sensor without a label.
+  const CapteurRef suivi =
+      choisi.empty() ? CapteurRef() : recherche::CapteurDeLabel(*chassis_, choisi);
   ligne.Ecrit("Capteur de recopie", choisi);
   EcritLesPoints(ligne, points, &EnTexte);
   ligne.Update();
-  const CapteurRef suivi = recherche::CapteurDeLabel(*chassis_, choisi);
   if (suivi) commande.CapteurDeRecopie(suivi);
   PorteLesPoints(commande, points);
   FenêtreHôte* const mère = Propriétaire();
