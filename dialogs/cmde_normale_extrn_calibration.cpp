@@ -61,7 +61,8 @@ void Cmde_Normale_Extrn_Calibration::Timer1() {
   if (commande_ == nullptr) return;
   const CapteurRef suivi = commande_->CapteurDeRecopie();
   if (suivi) valeurCapteur_ = AffichageCourt(suivi->ValeurCourante());
-  valeurSortie_ = AffichageCourt(commande_->ValeurCouranteEnPoints());
+  // Without a channel each reading would be a failure in the error record, five a second.
+  valeurSortie_ = AffichageCourt(commande_->Canal() ? commande_->ValeurCouranteEnPoints() : 0);
 }
 
 std::string Cmde_Normale_Extrn_Calibration::CapteurChoisi() const {
