@@ -102,9 +102,4 @@ void Commande::PointY(std::int16_t intIndex, double points) {
   Garde(*this, Forme::Ecriture, "PointY", [&] { table_.PointY(intIndex, points); });
 }
 
-Valeur Commande::ResetFeuilleEtalonnage() {
-  feuille_ = nullptr;
-  return {};
-}
-
 }  // namespace zuma

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -98,10 +99,8 @@ class Commande : public Objet {
   /// to the front; nothing on the other kinds. The host's window is asked for `rafraichitTout` once
   /// a calibration was kept.
   Valeur EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj);
-  /// Forgets the calibration form.
+  /// Forgets the calibration form, and takes it off the screen.
   Valeur ResetFeuilleEtalonnage();
-  /// The frame goes away while somebody still holds the command.
-  void OublieLeChassis() noexcept;
 
   /// The value asked for, or the one sent, reached a working limit; the limits themselves count.
   [[nodiscard]] bool SortieSaturée() const { return propSortieSaturée; }
@@ -214,7 +213,7 @@ class Commande : public Objet {
   Ref<Recordset> LeRecordset_;
   Ref<Cmde_Normale_Extrn_Calibration> feuille_;
   Ref<ZED_Traduction> traducteur_;
-  Pointeur<Chassis> chassis_;
+  std::weak_ptr<Chassis> chassis_;
   std::string CommentaireEtalonnage_;
   CapteurRef CapteurDeRecopie_;
   std::string labelRecopie_;

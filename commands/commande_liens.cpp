@@ -1,5 +1,6 @@
 // References of a command to its channel, sensors, logic outputs and parameter.
 #include "commands/commande.h"
+#include "core/chassis.h"
 #include "core/garde.h"
 #include "core/liaison.h"
 #include "core/recherche.h"
@@ -17,7 +18,7 @@ void Commande::Lien(Chassis* MonZuma_obj, const ParamètresRef& MesParametres_mo
                     const Ref<ZED_Traduction>& Traducteur_obj) {
   Garde(*this, Forme::Méthode, "Lien", [&] {
     traducteur_ = Traducteur_obj;
-    chassis_ = MonZuma_obj;
+    chassis_ = MonZuma_obj != nullptr ? MonZuma_obj->Suivi() : std::weak_ptr<Chassis>();
     if (MonZuma_obj != nullptr) LieAuChassis(*MonZuma_obj);
     if (!MesParametres_mobj || indexParamètre_ == 0) return;
     const std::string clé = std::to_string(indexParamètre_);

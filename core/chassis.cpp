@@ -4,9 +4,6 @@
 
 namespace zuma {
 Chassis::~Chassis() {
-  if (Commandes_) {
-    for (const CommandeRef& commande : *Commandes_) commande->OublieLeChassis();
-  }
   Commandes_ = nullptr;
   Capteurs_ = nullptr;
   Cartes_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -106,6 +107,8 @@ class Chassis : public Objet {
   using Objet::ChargeErreur;
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return Nom_; }
+  /// For who may outlive the frame: empty once it is gone.
+  [[nodiscard]] std::weak_ptr<Chassis> Suivi() const noexcept { return moi_; }
 
  private:
   static constexpr std::size_t kNombreManuelles = 6;
@@ -141,6 +144,7 @@ class Chassis : public Objet {
   }
   void RemplitLesVariables(Variables& v) const;
 
+  std::shared_ptr<Chassis> moi_{this, [](Chassis*) {}};
   std::string Nom_;
   CartesRef Cartes_;
   CapteursRef Capteurs_;

@@ -36,7 +36,7 @@ void Cmde_Normale_Extrn_Calibration::Reçoit(Commande& commande) {
 
 void Cmde_Normale_Extrn_Calibration::Reçoit(Chassis& chassis) {
   if (commande_ == nullptr) return;
-  chassis_ = &chassis;
+  chassis_ = chassis.Suivi();
   CmbCapteurARecopier = {};
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
     CmbCapteurARecopier.textes.push_back(capteur->Label());
@@ -53,15 +53,15 @@ void Cmde_Normale_Extrn_Calibration::Reçoit(Chassis& chassis) {
 
 void Cmde_Normale_Extrn_Calibration::OublieLaCommande() noexcept {
   commande_ = nullptr;
-  chassis_ = nullptr;
   Ferme();
 }
 
 void Cmde_Normale_Extrn_Calibration::Timer1() {
-  if (commande_ == nullptr) return;
+  if (commande_ == nullptr || chassis_.expired()) return Ferme();
   const CapteurRef suivi = commande_->CapteurDeRecopie();
   if (suivi) valeurCapteur_ = AffichageCourt(suivi->ValeurCourante());
-  valeurSortie_ = AffichageCourt(commande_->ValeurCouranteEnPoints());
+  // Without a channel each reading would be a failure in the error record, five a second.
+  valeurSortie_ = AffichageCourt(commande_->Canal() ? commande_->ValeurCouranteEnPoints() : 0);
 }
 
 std::string Cmde_Normale_Extrn_Calibration::CapteurChoisi() const {
@@ -70,15 +70,19 @@ std::string Cmde_Normale_Extrn_Calibration::CapteurChoisi() const {
 }
 
 void Cmde_Normale_Extrn_Calibration::BtnOK() {
-  if (commande_ == nullptr) return;
-  Commande& commande = *commande_;
+  if (commande_ == nullptr || chassis_.expired()) return Ferme();
+  // Its owner may take the command away when it hears of the calibration, and fail then.
+  const Plateforme& plateforme = commande_->LaPlateforme();
+  const std::string clé = commande_->Key();
+  const std::string nom = commande_->NomDeLaCommande();
   try {
     Text1_LostFocus();
-    Enregistre(commande);
+    Enregistre(*commande_);
   } catch (...) {
     const Echec échec = EchecCourant(0);
-    commande.Montre("Erreur N°" + std::to_string(échec.NuméroErreur()) + " (" +
-                    échec.Description() + ")");
+    plateforme.messages->Montre(
+        "Erreur N°" + std::to_string(échec.NuméroErreur()) + " (" + échec.Description() + ")",
+        {"Commande", clé, nom});
   }
 }
 
@@ -88,15 +92,17 @@ void Cmde_Normale_Extrn_Calibration::Enregistre(Commande& commande) {
   if (!OuvreLaLigne(commande, ligne)) return;
   const Points points = PointsSaisis();
   const std::string choisi = CapteurChoisi();
+  // No choice is not a sensor without a label.
+  const CapteurRef suivi =
+      choisi.empty() ? CapteurRef() : recherche::CapteurDeLabel(*chassis_.lock(), choisi);
   ligne.Ecrit("Capteur de recopie", choisi);
   EcritLesPoints(ligne, points, &EnTexte);
   ligne.Update();
-  const CapteurRef suivi = recherche::CapteurDeLabel(*chassis_, choisi);
   if (suivi) commande.CapteurDeRecopie(suivi);
   PorteLesPoints(commande, points);
   FenêtreHôte* const mère = Propriétaire();
   BtnCancel();
-  Pointeur<FenêtreHôte>(mère)->rafraichitTout();
+  if (mère != nullptr) mère->rafraichitTout();
 }
 
 void Cmde_Normale_Extrn_Calibration::BtnCancel() {

@@ -27,7 +27,7 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
   void Reçoit(Commande& commande);
   /// Takes the frame whose sensors can be followed, and fills the form.
   void Reçoit(Chassis& chassis);
-  /// The command goes away, and its frame with it.
+  /// The command goes away. Once its frame alone went, the next refresh closes the form.
   void OublieLaCommande() noexcept;
 
   /// The sensors' labels.
@@ -49,7 +49,7 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
   [[nodiscard]] std::string CapteurChoisi() const;
 
   Commande* commande_ = nullptr;
-  Chassis* chassis_ = nullptr;
+  std::weak_ptr<Chassis> chassis_;
   std::string valeurCapteur_;
   std::string valeurSortie_;
 };

@@ -69,8 +69,9 @@ void Cpt_Normal_Extrn_Calibration::BtnOK() {
   EcritLesPoints(ligne, points, &EnNombre);
   ligne.Update();
   capteur_->NomAfficheDuCapteur(TxtNomAffiche);
-  capteur_->UnitéEtalonnage(TxtUnite);
   PorteLesPoints(*capteur_, points);
+  // Last: who hears of the unit finds its table, and may cancel the form or let the sensor go.
+  capteur_->UnitéEtalonnage(TxtUnite);
   BtnCancel();
 }
 

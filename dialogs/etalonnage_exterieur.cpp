@@ -1,6 +1,9 @@
 // The operations of the model that open the calibration forms. They stand beside the forms, so that
 // sensors and commands need to know none of them.
+#include <utility>
+
 #include "commands/commande.h"
+#include "core/chassis.h"
 #include "core/garde.h"
 #include "dialogs/cmde_normale_extrn_calibration.h"
 #include "dialogs/cpt_normal_extrn_calibration.h"
@@ -9,7 +12,14 @@
 namespace zuma {
 
 Capteur::~Capteur() {
-  if (mobjFeuilleEtalonnage) mobjFeuilleEtalonnage->OublieLeCapteur();
+  (void)Capteur::ResetFeuilleEtalonnage();
+}
+
+// A form that is still on the screen goes too: it would not hear of the end of its object.
+Valeur Capteur::ResetFeuilleEtalonnage() {
+  const auto feuille = std::exchange(mobjFeuilleEtalonnage, nullptr);
+  if (feuille) feuille->OublieLeCapteur();
+  return {};
 }
 
 Valeur Capteur::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
@@ -27,12 +37,13 @@ Valeur Capteur::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
 }
 
 Commande::~Commande() {
-  Commande::OublieLeChassis();
+  (void)Commande::ResetFeuilleEtalonnage();
 }
 
-void Commande::OublieLeChassis() noexcept {
-  chassis_ = nullptr;
-  if (feuille_) feuille_->OublieLaCommande();
+Valeur Commande::ResetFeuilleEtalonnage() {
+  const auto feuille = std::exchange(feuille_, nullptr);
+  if (feuille) feuille->OublieLaCommande();
+  return {};
 }
 
 Valeur Commande::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
@@ -44,7 +55,7 @@ Valeur Commande::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
     if (!feuille_->Visible()) {
       feuille_->Traducteur(traducteur_);
       feuille_->Reçoit(*this);
-      feuille_->Reçoit(*chassis_);
+      feuille_->Reçoit(*Ref<Chassis>(chassis_.lock()));
     }
     feuille_->Montre(feuille_, fenêtres, FeuilleMere_obj);
     return {};

@@ -61,7 +61,8 @@ void FeuilleEtalonnage::Text1_LostFocus() {
 }
 
 void FeuilleEtalonnage::Ouvre(FenêtreHôte* mère, const std::function<void()>& montre) {
-  propriétairePrécédent_ = std::exchange(propriétaire_, mère);
+  propriétairePrécédent_ =
+      std::exchange(propriétaire_, mère != nullptr ? mère->Suivie() : std::weak_ptr<FenêtreHôte>());
   visible_ = true;
   try {
     montre();

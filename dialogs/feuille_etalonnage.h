@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,7 +21,8 @@ class Objet;
 /// What the calibration forms of sensors and commands share: the grid of up to 20 points, the box
 /// in which one cell is edited, the captions, the owner. No toolkit here: a window paints what is
 /// public, hands over what was typed, calls `Timer1` every `kPériode` and goes away when `Visible`
-/// turns false. The window holds a reference to the form for as long as it stands.
+/// turns false. The window holds a reference to the form for as long as it stands and while it
+/// calls it: what a call reaches, a message or a listener, may take object, frame and window away.
 class FeuilleEtalonnage {
  public:
   static constexpr double kPériode = 0.2;  ///< seconds between two refreshes of the live values
@@ -45,8 +47,8 @@ class FeuilleEtalonnage {
   /// Without a translator captions stay as they are.
   void Traducteur(Ref<ZED_Traduction> traducteur) { traducteur_ = std::move(traducteur); }
   [[nodiscard]] bool Visible() const noexcept { return visible_; }
-  /// The window that owns the form; null for none.
-  [[nodiscard]] FenêtreHôte* Propriétaire() const noexcept { return propriétaire_; }
+  /// The window that owns the form; null for none, and once it is gone.
+  [[nodiscard]] FenêtreHôte* Propriétaire() const noexcept { return propriétaire_.lock().get(); }
   [[nodiscard]] const std::string& Titre() const noexcept { return titre_; }
   /// Internal name of the object, read only.
   [[nodiscard]] const std::string& Lbl_Nom_Interne_Cpt() const noexcept { return nom_; }
@@ -136,8 +138,8 @@ class FeuilleEtalonnage {
   const Modèle& modèle_;
   Ref<ZED_Traduction> traducteur_;
   bool visible_ = false;
-  FenêtreHôte* propriétaire_ = nullptr;
-  FenêtreHôte* propriétairePrécédent_ = nullptr;
+  std::weak_ptr<FenêtreHôte> propriétaire_;
+  std::weak_ptr<FenêtreHôte> propriétairePrécédent_;
   std::string titre_;
   std::string nom_;
   std::string commentaire_;

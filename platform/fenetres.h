@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "core/ref.h"
 
@@ -14,12 +15,20 @@ class FeuilleConditionneurNumerique;
 /// A window of the host, the parent of those that the library asks for.
 class FenêtreHôte {
  public:
+  FenêtreHôte() = default;
+  FenêtreHôte(const FenêtreHôte&) = delete;
+  FenêtreHôte& operator=(const FenêtreHôte&) = delete;
   virtual ~FenêtreHôte() = default;
   /// Handle of the window in its window system, by which another one is made its child; 0 when it
   /// has none.
   [[nodiscard]] virtual std::uintptr_t hwnd() const { return 0; }
   /// Asked once a command was calibrated: shows the new table. A host without it fails with 438.
   virtual void rafraichitTout() { throw Echec(Numéro::OpérationAbsente); }
+  /// For who keeps the window longer than a call: empty once it is gone.
+  [[nodiscard]] std::weak_ptr<FenêtreHôte> Suivie() const noexcept { return moi_; }
+
+ private:
+  std::shared_ptr<FenêtreHôte> moi_{this, [](FenêtreHôte*) {}};
 };
 
 /// Shows the forms of the library. What a form holds, accepts and does is its own business

@@ -18,11 +18,6 @@ void Capteur::TypeDeCapteur(ENUM_TYPE_CAPTEUR type) {
   genre_ = Genre::De(type);
 }
 
-Valeur Capteur::ResetFeuilleEtalonnage() {
-  mobjFeuilleEtalonnage = nullptr;
-  return {};
-}
-
 Valeur Capteur::AutoriseAU() {
   mblnAutoriseAU = true;
   return {};

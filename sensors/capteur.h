@@ -53,7 +53,7 @@ class Capteur : public Objet {
   /// Opens the calibration dialog as a child of the host's window, or brings it to the front;
   /// nothing on a sensor that the user may not calibrate.
   Valeur EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj);
-  /// Forgets the calibration dialog.
+  /// Forgets the calibration dialog, and takes it off the screen.
   Valeur ResetFeuilleEtalonnage();
   /// The user may calibrate on the machine; the sensor then neither warns nor stops.
   [[nodiscard]] bool EtalonnageExterieurPossible() const { return EtalonnageExterieurPossible_; }

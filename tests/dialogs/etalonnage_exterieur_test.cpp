@@ -200,11 +200,14 @@ TEST_F(UnEtalonnage, GardeLesVingtPointsDunCapteur) {
   feuille->Text1("999,5");  // OK by its key, from inside the cell
   LeCapteur().LeRecordset()->MoveNext();
   std::string unité;
-  LeCapteur().AbonneUnitChange([&](const std::string& nouvelle) { unité = nouvelle; });
+  LeCapteur().AbonneUnitChange([&](const std::string& nouvelle) {
+    unité = nouvelle + " " + TexteDeNombre(LeCapteur().PointX(20));
+    feuille->BtnCancel();
+  });
   feuille->BtnOK();
   EXPECT_FALSE(feuille->Visible());
   EXPECT_FALSE(LeCapteur().ModeEdition());
-  EXPECT_EQ(unité, "µm");
+  EXPECT_EQ(unité, "µm 999,5") << "the unit is told with its table in place";
   EXPECT_EQ(LigneDuCapteur(), "Extensomètre n° 2|µm|6000.5|100.0|60000.5|999.5|");
   EXPECT_EQ(LeCapteur().NomAfficheDuCapteur(), "Extensomètre n° 2");
   Passe(1);
@@ -252,8 +255,12 @@ TEST_F(UnEtalonnage, SeRouvreSurLaMêmeFeuille) {
   LeCapteur().EtalonnageExterieur(&hôte);
   EXPECT_EQ(feuille->Cellule({2, 1}), "1") << "shown again, it is filled again";
   EXPECT_EQ(feuille->Text1Sur(), std::nullopt);
-  chassis.reset();
-  EXPECT_FALSE(feuille->Visible());
+  LeCapteur().ResetFeuilleEtalonnage();
+  EXPECT_FALSE(feuille->Visible()) << "nobody would tell it any more that the sensor goes";
+  LeCapteur().EtalonnageExterieur(&hôte);
+  LeCapteur().AbonneUnitChange([&](const std::string&) { chassis.reset(); });
+  fenêtres.capteur->BtnOK();
+  EXPECT_FALSE(fenêtres.capteur->Visible());
   feuille->Timer1();
   feuille->BtnOK();
   feuille->BtnCancel();
@@ -367,6 +374,7 @@ TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
   LaCommande().EtalonnageExterieur(&sansRien);
   EXPECT_EQ(fenêtres.commande->CmbCapteurARecopier.textes.size(), labels.size());
   fenêtres.commande->CmbCapteurARecopier.choisi.reset();
+  LeCapteur().Label("");
   fenêtres.commande->BtnOK();
   EXPECT_EQ(LaCommande().CapteurDeRecopie()->Label(), "Four 1") << "no choice leaves the sensor";
   EXPECT_EQ(Sql("SELECT \"Capteur de recopie\" FROM Commande WHERE \"Index\"=4"), "|");
@@ -378,12 +386,46 @@ TEST_F(UnEtalonnage, ChangeTableEtCapteurDuneCommande) {
 TEST_F(UnEtalonnage, SurvitÀSonChassis) {
   LaCommande().EtalonnageExterieur(&hôte);
   const CommandeRef commande = chassis->Commandes()->Item("4");
+  chassis->Commandes()->Remove("4");
   chassis.reset();
+  fenêtres.commande->BtnOK();
   EXPECT_FALSE(fenêtres.commande->Visible());
   fenêtres.commande->Timer1();
-  fenêtres.commande->BtnOK();
   commande->EtalonnageExterieur(&hôte);
   EXPECT_TRUE(registre->Contient("EtalonnageExterieur"));
+}
+
+TEST_F(UnEtalonnage, SurvitÀLaFenêtreDeLHôte) {
+  auto passagère = std::make_unique<Hôte>();
+  LaCommande().EtalonnageExterieur(passagère.get());
+  passagère.reset();
+  const Ref<Command> feuille = fenêtres.commande;
+  Tape(*feuille, 2, Command::kPoints, "2000");
+  feuille->BtnOK();
+  EXPECT_EQ(LaCommande().PointY(2), 2000);
+  EXPECT_TRUE(messages.textes.empty()) << "what was kept is no failure";
+
+  // A host that loads everything anew, and fails at it.
+  struct Recharge : FenêtreHôte {
+    void rafraichitTout() override {
+      chassis->reset();
+      throw Echec(Numéro::BaseVerrouillée);
+    }
+    std::optional<Chassis>* chassis = nullptr;
+  } recharge;
+  recharge.chassis = &chassis;
+  LaCommande().EtalonnageExterieur(&recharge);
+  fenêtres.commande->BtnOK();
+  EXPECT_NE(messages.textes.at(0).find("Erreur N°3260"), std::string::npos);
+}
+
+TEST_F(UnEtalonnage, NAccumulePasDEchecsSansCanal) {
+  Sql("UPDATE Commande SET Canal=NULL");
+  Charge(false);
+  LaCommande().EtalonnageExterieur(&hôte);
+  registre->entrées.clear();
+  fenêtres.commande->Timer1();
+  EXPECT_TRUE(registre->entrées.empty());
 }
 
 }  // namespace
