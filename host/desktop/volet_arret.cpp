@@ -54,7 +54,8 @@ VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const Textes& texte
   ligne->addWidget(bouton_);
   ligne->addWidget(bandeau_, 1);
   ligne->addWidget(acquitte_);
-  connect(bouton_, &QPushButton::clicked, this, [this] {
+  // Pressed, and not clicked: a pointer that slips off before its release must not undo a stop.
+  connect(bouton_, &QPushButton::pressed, this, [this] {
     arrête_();
     Rafraîchit();
   });
