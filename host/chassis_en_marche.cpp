@@ -35,7 +35,10 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
       chassis_(machine.Services()) {
   const Ref<BaseDeDonnées> base = OuvreLaBase(fichier, false);
   ExigeChassis(*base, fichier, index);
-  sécurité_->Branche(chassis_);
+  sécurité_->Branche([this] {
+    ArrêteLesSorties();
+    return true;
+  });
   sécurité_->Bornes(*traducteur_);
   chassis_.TimerExact(machine.Timer());
   chassis_.ChargeErreur(recueil);
@@ -57,10 +60,25 @@ void ChassisEnMarche::Passe() {
   for (const CarteRef& carte : laissées_) carte->MetàJour();
 }
 
+// The frame leaves a command that is out of service where its output stands: here it takes the stop
+// like the others. In service it first writes what stands there, so that nothing moves before.
+// The lines of an on-off command are logic outputs, which the frame has put to rest.
+void ChassisEnMarche::ArrêteLesSorties() {
+  chassis_.DéclencheAU();
+  for (const CommandeRef& commande : *chassis_.Commandes()) {
+    const ENUM_TYPE_COMMANDE type = commande->TypeCommande();
+    const bool enUnités = type == ENUM_TYPE_COMMANDE::Normale || type == ENUM_TYPE_COMMANDE::Servo;
+    if (!enUnités || commande->Enabled() || !commande->Canal()) continue;
+    commande->Enabled(true);
+    commande->DéclencheAU();
+    commande->Enabled(false);
+  }
+}
+
 // A copying command goes on with its sensor through a stop: nobody will look at that sensor any
 // more, so its output is put to 0 here.
 void ChassisEnMarche::MetAuRepos() {
-  chassis_.DéclencheAU();
+  ArrêteLesSorties();
   for (const CommandeRef& commande : *chassis_.Commandes()) {
     const CanalRef canal = commande->Canal();
     if (commande->TypeCommande() != ENUM_TYPE_COMMANDE::Recopie || !canal) continue;

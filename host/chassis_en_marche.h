@@ -40,6 +40,7 @@ class ChassisEnMarche {
   bool Acquitte();
 
  private:
+  void ArrêteLesSorties();
   void MetAuRepos();
   void SertLesBus();
 

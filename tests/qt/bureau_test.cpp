@@ -251,6 +251,29 @@ TEST_F(LeBureau, NObéitPlusDèsLArrêtMêmeAvantDeLeMontrer) {
   EXPECT_FALSE(Le<QPushButton>("sortie1").isChecked());
 }
 
+// Out of service is not at rest: the output keeps what it was given.
+TEST_F(LeBureau, MetAuReposUneCommandeHorsService) {
+  Ouvre();
+  const CommandeRef commande = LeChassis().Commandes()->Item(kConsigne1);
+  const auto commandePuisLaisse = [&] {
+    commande->Enabled(true);
+    commande->ValeurCouranteEnUnité(50);
+    commande->Enabled(false);
+    Laisse(50);
+    EXPECT_NEAR(Volts(kConsigne1), 5, 0.003);
+  };
+  commandePuisLaisse();
+  QTest::mousePress(&Le<QPushButton>("arret"), Qt::LeftButton);  // not only once released
+  EXPECT_EQ(Volts(kConsigne1), 0);
+  EXPECT_FALSE(commande->Enabled());
+  QTest::mouseRelease(&Le<QPushButton>("arret"), Qt::LeftButton);
+  Clique<QPushButton>("acquitte");
+  commandePuisLaisse();
+  const CanalRef canal = commande->Canal();
+  bureau.reset();
+  EXPECT_EQ(canal->ValeurCanal(), 0);
+}
+
 TEST_F(LeBureau, MontreEnMotsLaCauseQueDonneLaMachine) {
   Ouvre();
   bureau->LaMachine().Jumelle()->presse.porteFermée = false;
