@@ -142,11 +142,13 @@ void EssaiCompression::Attend() {
   if (Depuis(kAttente)) Entre(Etape::kPression);
 }
 
+// The valve first: a set point left over must not move the press once there is pressure.
 void EssaiCompression::MetEnService() {
   chassis_.Watchdog()->Enabled(true);
+  organes_.servovalve->Enabled(true);
+  organes_.servovalve->ValeurCouranteEnUnité(0);
   organes_.pompe->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
   organes_.distributeur->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
-  organes_.servovalve->Enabled(true);
 }
 
 void EssaiCompression::AttendLaPression() {

@@ -86,8 +86,7 @@ QWidget* FenêtrePrincipale::Cadre(std::string_view titre, QWidget* volet) {
 // The stop stands above everything and belongs to no splitter: nothing can fold it away.
 void FenêtrePrincipale::Compose() {
   arrêt_ = new VoletArrêt(
-      marche_.LaSécurité(), textes_,
-      [this] { Fait([&] { marche_.Arrête(textes_("Cause operateur").toStdString()); }); },
+      marche_.LaSécurité(), textes_, [this] { Fait([&] { Arrête(); }); },
       [this] { return marche_.Acquitte(); });
   auto* partage = new QSplitter(Qt::Horizontal);
   partage->setObjectName("partage");
@@ -101,6 +100,12 @@ void FenêtrePrincipale::Compose() {
   boîte->addWidget(partage, 1);
   setCentralWidget(centre);
   capteurs_->setFocus();
+}
+
+// The test hears of it at once: a stop that is acknowledged before the next pass ends it too.
+void FenêtrePrincipale::Arrête() {
+  marche_.Arrête(textes_("Cause operateur").toStdString());
+  if (essai_ != nullptr) essai_->AprèsLaPasse(battement_.Secondes());
 }
 
 QWidget* FenêtrePrincipale::Gauche() {

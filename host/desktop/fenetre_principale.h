@@ -56,6 +56,7 @@ class FenêtrePrincipale : public QMainWindow {
  private:
   /// Runs what an operator asked for; a failure goes to the messages.
   void Fait(const std::function<void()>& travail);
+  void Arrête();
   void Compose();
   void AjouteLEssai();
   [[nodiscard]] QWidget* Gauche();

@@ -371,6 +371,24 @@ TEST_F(LeBureau, GardeLesMessagesDuChargementEtDeLaMarche) {
   EXPECT_TRUE(vue);
 }
 
+TEST_F(LeBureau, FinitLEssaiSurUnArrêtAcquittéAvantLaPasseSuivante) {
+  Ouvre();
+  const CommandeRef valve = LeChassis().Commandes()->Item("1");
+  valve->Enabled(true);
+  valve->ValeurCouranteEnUnité(50);
+  bureau->Fenêtre().CommenceLEssai();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Ligne("1"); }, 2000));
+  EXPECT_EQ(valve->ValeurCouranteEnUnité(), 0) << "no set point is left over for the pump";
+  bureau->LeBattement().Arrête();
+  QTest::keyClick(&bureau->Fenêtre(), Qt::Key_F12);
+  EXPECT_TRUE(bureau->LaMarche().Acquitte());
+  bureau->LeBattement().Démarre();
+  Laisse(1500);
+  EXPECT_TRUE(Le<QLabel>("bilanEssai").text().startsWith("End: stop"));
+  EXPECT_FALSE(Ligne("1"));
+  EXPECT_EQ(Volts("1"), 0);
+}
+
 TEST_F(LeBureau, MèneLEssaiJusquALaRupture) {
   Ouvre();
   bureau->LeBattement().Arrête();
