@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/poursuite.h"
 #include "tree/carte.h"
 
 /// What the operations of several drivers share.
@@ -13,7 +14,9 @@ Pilote& Ouvre(Carte& carte, std::uint16_t base) {
 
 /// Refresh of a block that goes channel by channel.
 inline void RafraîchitLesCanaux(Fonction& bloc) {
-  for (const CanalRef& canal : bloc.LesCanaux()) canal->MetàJour();
+  Poursuite chacun;
+  for (const CanalRef& canal : bloc.LesCanaux()) chacun([&] { canal->MetàJour(); });
+  chacun.Termine();
 }
 
 }  // namespace zuma::pilotes

@@ -2,6 +2,7 @@
 #include "boards/operations.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "boards/a_826pg.h"
 #include "boards/acl_6126.h"
@@ -106,6 +107,25 @@ constexpr OpérationsPilote kEntréesDe{.ouvre = &Ouvre<Board>,
                                       .rafraîchitBloc = &RafraîchitEntrées<Board>,
                                       .rafraîchitCanal = &LitEntrée<Board>};
 
+// --- Outputs
+
+// A port takes what it is written blindly; a library says whether it took it.
+template <class Ecriture>
+bool EstPrise(Ecriture&& écriture) {
+  if constexpr (std::is_void_v<std::invoke_result_t<Ecriture&>>) {
+    écriture();
+    return true;
+  } else {
+    return écriture();
+  }
+}
+
+template <class Ecriture>
+void EcritEtMarque(Canal& canal, Ecriture&& écriture) {
+  canal.OublieAtteint();
+  if (EstPrise(écriture)) canal.MarqueAtteint();
+}
+
 // --- Logic outputs
 
 template <class Board>
@@ -128,14 +148,20 @@ void RafraîchitSorties(Fonction& bloc) {
       àVérifier = numéro;
     }
   }
-  bloc.PiloteDe<Board>().EcritSorties(image);
+  const bool prise = EstPrise([&] { return bloc.PiloteDe<Board>().EcritSorties(image); });
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    const bool marqué = prise && EstUneVoie(canal->NuméroCanal(), Board::kLignes);
+    marqué ? canal->MarqueAtteint() : canal->OublieAtteint();
+  }
   ExigeVoie(àVérifier, Board::kLignes);
 }
 
 template <class Board>
 void EcritSortie(Canal& canal) {
   ExigeVoie(canal.NuméroCanal(), Board::kLignes);
-  canal.PiloteDe<Board>().EcritSortie(canal.NuméroCanal(), canal.ValeurCanal() != 0);
+  EcritEtMarque(canal, [&] {
+    return canal.PiloteDe<Board>().EcritSortie(canal.NuméroCanal(), canal.ValeurCanal() != 0);
+  });
 }
 
 template <class Board>
@@ -190,7 +216,10 @@ void DémarreSortiesAnalogiques(Fonction& bloc) {
 
 template <class Board>
 void EcritAnalogique(Canal& canal) {
-  canal.PiloteDe<Board>().EcritAnalogique(canal.NuméroCanal(), VersEntier16(canal.ValeurCanal()));
+  EcritEtMarque(canal, [&] {
+    return canal.PiloteDe<Board>().EcritAnalogique(canal.NuméroCanal(),
+                                                   VersEntier16(canal.ValeurCanal()));
+  });
 }
 
 template <class Board>
@@ -208,7 +237,9 @@ void EcritSortieOuFréquence(Canal& canal) {
     EcritAnalogique<ACL_8316>(canal);
     return;
   }
-  canal.PiloteDe<ACL_8316>().ProgrammeFréquence(VersEntier16(canal.ValeurCanal()));
+  EcritEtMarque(canal, [&] {
+    canal.PiloteDe<ACL_8316>().ProgrammeFréquence(VersEntier16(canal.ValeurCanal()));
+  });
 }
 
 // --- Channels that have a start of their own

@@ -16,8 +16,8 @@ void PCI_6208_V::DémarreSortiesAnalogiques() {
   for (std::int16_t voie = 0; voie < kSortiesRemisesAZéro; ++voie) EcritAnalogique(voie, 0);
 }
 
-void PCI_6208_V::EcritAnalogique(std::int16_t voie, std::int16_t valeur) {
-  Lib().AO_WriteChannel(Poignée(), static_cast<std::uint16_t>(voie), valeur);
+bool PCI_6208_V::EcritAnalogique(std::int16_t voie, std::int16_t valeur) {
+  return Lib().AO_WriteChannel(Poignée(), static_cast<std::uint16_t>(voie), valeur) == 0;
 }
 
 namespace pilotes {

@@ -13,7 +13,8 @@ class PCI_6208_V : public CartePCI {
 
   /// Outputs 0 to 5 to 0.
   void DémarreSortiesAnalogiques();
-  void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
+  /// True when the library took it.
+  bool EcritAnalogique(std::int16_t voie, std::int16_t valeur);
 };
 
 }  // namespace zuma

@@ -50,10 +50,10 @@ double PCI_9111_HR::LitAnalogique(std::int16_t voie, std::int16_t& gain, std::in
   return somme / nombre;
 }
 
-void PCI_9111_HR::EcritAnalogique(std::int16_t, std::int16_t valeur) {
+bool PCI_9111_HR::EcritAnalogique(std::int16_t, std::int16_t valeur) {
   Lib().AO_9111_Config(Poignée(), LesRéglages().polaritéPCI9111);
   const int signée = valeur >= 2048 ? valeur - 4096 : valeur;
-  Lib().AO_WriteChannel(Poignée(), 0, static_cast<std::int16_t>(signée));
+  return Lib().AO_WriteChannel(Poignée(), 0, static_cast<std::int16_t>(signée)) == 0;
 }
 
 std::uint32_t PCI_9111_HR::LitEntrées() const {
@@ -73,22 +73,23 @@ bool PCI_9111_HR::LitEntrée(std::int16_t voie) const {
 
 void PCI_9111_HR::DémarreSorties() {
   imageSorties_.reset();
-  EcritSorties(0);
+  (void)EcritSorties(0);
 }
 
 // Lines 20 to 23 go to port 0 as well: the mask must stay as it is.
-void PCI_9111_HR::EcritSorties(std::uint32_t image) {
-  if (imageSorties_ == image) return;
+bool PCI_9111_HR::EcritSorties(std::uint32_t image) {
+  if (imageSorties_ == image) return true;
   imageSorties_.reset();
   const std::int16_t port0 = Lib().DO_WritePort(Poignée(), 0, image & kMasqueSortiesPort0);
   const std::int16_t port1 = Lib().DO_WritePort(Poignée(), 1, image >> kLignesPort0);
   if (port0 == 0 && port1 == 0) imageSorties_ = image;
+  return imageSorties_.has_value();
 }
 
-void PCI_9111_HR::EcritSortie(std::int16_t voie, bool active) {
+bool PCI_9111_HR::EcritSortie(std::int16_t voie, bool active) {
   const LigneDePort ligne = LigneDe(voie);
   imageSorties_.reset();
-  Lib().DO_WriteLine(Poignée(), ligne.port, ligne.ligne, active ? 1 : 0);
+  return Lib().DO_WriteLine(Poignée(), ligne.port, ligne.ligne, active ? 1 : 0) == 0;
 }
 
 namespace pilotes {

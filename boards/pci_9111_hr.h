@@ -28,8 +28,8 @@ class PCI_9111_HR : public CartePCI {
 
   void DémarreSortiesAnalogiques() {}
   /// Codes 0 to 2047 are positive, 2048 to 4095 negative (two's complement on 12 bits). The board
-  /// has one output: the channel's number is not used.
-  void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
+  /// has one output: the channel's number is not used. True when the library took it.
+  bool EcritAnalogique(std::int16_t voie, std::int16_t valeur);
 
   /// A block takes the bit of a channel's number.
   static constexpr bool kBitParNuméro = true;
@@ -40,9 +40,10 @@ class PCI_9111_HR : public CartePCI {
 
   /// All lines to 0, whatever was written before.
   void DémarreSorties();
-  /// Whole word; one that the board already holds is skipped.
-  void EcritSorties(std::uint32_t image);
-  void EcritSortie(std::int16_t voie, bool active);
+  /// Whole word; one that the board already holds is skipped. True when the board holds it.
+  bool EcritSorties(std::uint32_t image);
+  /// True when the library took it.
+  bool EcritSortie(std::int16_t voie, bool active);
 
  private:
   /// Word that the logic outputs hold, while that is certain: none after a start, after the write

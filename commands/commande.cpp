@@ -29,6 +29,7 @@ void Commande::DéclencheAU() {
       *this, Forme::Méthode, "DéclencheAU",
       [&] {
         mdblValeurCouranteEnUnité = mdblValeurInitiale;
+        sortie_ = false;
         dither_.Presse();
         MetàJour();
       },
@@ -40,8 +41,17 @@ void Commande::ValeurCouranteEnUnité(double unités) {
     if (ExigeUnNombre(unités) > mdblMaxiCommande) unités = mdblMaxiCommande;
     if (unités < mdblMiniCommande) unités = mdblMiniCommande;
     mdblValeurCouranteEnUnité = unités;
+    sortie_ = false;
     MetàJour();
   });
+}
+
+bool Commande::Atteinte() const {
+  if (!mobjCanal) return true;
+  if (mblnEnabled && TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien) {
+    return (!sortie1_ || sortie1_->Atteinte()) && (!sortie2_ || sortie2_->Atteinte());
+  }
+  return (sortie_ || !mblnEnabled) && mobjCanal->Atteint();
 }
 
 double Commande::ValeurCouranteEnPoints() const {

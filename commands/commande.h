@@ -131,6 +131,10 @@ class Commande : public Objet {
   [[nodiscard]] const std::string& NomEtalonneur() const { return NomEtalonneur_; }
   [[nodiscard]] const std::string& DateEtalonnage() const { return DateEtalonnage_; }
   [[nodiscard]] CanalRef Canal() const { return mobjCanal; }
+  /// The last refresh gave the channel a value, and that value has reached the device as far as its
+  /// link can tell. An on/off command is where its logic outputs are, and a command out of service
+  /// where its channel is. True without a channel.
+  [[nodiscard]] bool Atteinte() const;
   /// Source of a copying command; writing replaces the one that `Lien` found.
   [[nodiscard]] CapteurRef CapteurDeRecopie() const { return CapteurDeRecopie_; }
   void CapteurDeRecopie(CapteurRef capteur) { CapteurDeRecopie_ = std::move(capteur); }
@@ -188,6 +192,7 @@ class Commande : public Objet {
   double mdblValeurInitiale = 0;
   double mdblValeurCouranteEnUnité = 0;
   double ValeurCouranteEnPoints_ = 0;  ///< last points computed or read back
+  bool sortie_ = false;                ///< the value asked for was given to the channel
   bool propSortieSaturée = false;
   double mdblSécuritéMaxiEnUnité = 0;
   double mdblSécuritéMiniEnUnité = 0;

@@ -141,6 +141,7 @@ servo::Compensation Commande::CalculeCoefServo() const {
 void Commande::Ecrit(double points) {
   ValeurCouranteEnPoints_ = ExigeUnNombre(points);
   mobjCanal->ValeurCanal(points);
+  sortie_ = true;
   mobjCanal->MetàJour();
 }
 
@@ -148,6 +149,7 @@ void Commande::Ecrit(double points) {
 void Commande::EcritSiChangé(double points) {
   if (points == mobjCanal->ValeurCanal()) {
     ValeurCouranteEnPoints_ = points;
+    sortie_ = true;
   } else {
     Ecrit(points);
   }

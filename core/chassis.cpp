@@ -1,6 +1,7 @@
 #include "core/chassis.h"
 
 #include "core/garde.h"
+#include "core/poursuite.h"
 
 namespace zuma {
 Chassis::~Chassis() {
@@ -50,13 +51,30 @@ void Chassis::TesteAU(std::span<std::string>) {}
 
 void Chassis::DéclencheAU() {
   Garde(*this, Forme::Méthode, "DéclencheAU", [&] {
-    for (const CapteurRef& capteur : *Capteurs()) capteur->DéclencheAU();
-    for (const CommandeRef& commande : *Commandes()) commande->DéclencheAU();
-    for (const SortieLogiqueRef& sortie : *SortiesLogiques()) sortie->DéclencheAU();
-    for (const EntréeLogiqueRef& entrée : *EntréesLogiques()) entrée->DéclencheAU();
-    Watchdog()->DéclencheAU();
-    for (const CarteRef& carte : *Cartes()) carte->MetàJour();
+    Poursuite chacun;
+    const auto tous = [&](const auto& objets, auto&& pas) {
+      for (const auto& objet : objets) chacun([&] { pas(*objet); });
+    };
+    const auto arrête = [](auto& objet) { objet.DéclencheAU(); };
+    tous(*Capteurs(), arrête);
+    tous(*Commandes(), arrête);
+    tous(*SortiesLogiques(), arrête);
+    tous(*EntréesLogiques(), arrête);
+    chacun([&] { Watchdog()->DéclencheAU(); });
+    tous(*Cartes(), [](Carte& carte) { carte.MetàJour(); });
+    chacun.Termine();
   });
+}
+
+std::vector<std::string> Chassis::SortiesNonAtteintes() {
+  std::vector<std::string> noms;
+  for (const CommandeRef& commande : *Commandes()) {
+    if (!commande->Atteinte()) noms.push_back(commande->NomDeLaCommande());
+  }
+  for (const SortieLogiqueRef& sortie : *SortiesLogiques()) {
+    if (!sortie->Atteinte()) noms.push_back(sortie->NomDeLaSortieLogique());
+  }
+  return noms;
 }
 
 void Chassis::MiseàJourDesLiens() {

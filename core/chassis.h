@@ -69,8 +69,14 @@ class Chassis : public Objet {
   void Watchdog(WatchdogRef watchdog) { Watchdog_ = std::move(watchdog); }
 
   /// Puts every output in its safe state at once: commands to their initial value, logic outputs
-  /// to rest, watchdog armed to trip, boards written in this call.
+  /// to rest, watchdog armed to trip, boards written in this call. One that fails keeps no other
+  /// from being driven. What did not get there is told by `SortiesNonAtteintes`.
   void DéclencheAU();
+  /// Names of the commands, then of the logic outputs, whose present value has not reached their
+  /// device as far as the link can tell: a write that failed, or one that the device behind a
+  /// serial link or bus has not confirmed yet. To be asked again for as long as a stop is latched.
+  /// An output without a channel is none.
+  [[nodiscard]] std::vector<std::string> SortiesNonAtteintes();
 
   [[nodiscard]] EntréeLogiquesRef EntréesLogiques();
   /// The manual inputs found by label, at most six.

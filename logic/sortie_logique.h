@@ -33,6 +33,8 @@ class SortieLogique : public Objet {
 
   [[nodiscard]] ENUM_ETAT_LOGIQUE ValeurCourante() const { return ValeurCourante_; }
   [[nodiscard]] CanalRef Canal() const { return mobjCanal; }
+  /// The present state has reached the device, as far as its link can tell; true without a channel.
+  [[nodiscard]] bool Atteinte() const { return !mobjCanal || mobjCanal->Atteint(); }
   /// Stores the state and drives the board at once; the two Modbus links wait for their own cycle.
   /// A state that is neither active nor inactive is stored and drives nothing.
   void ValeurCourante(ENUM_ETAT_LOGIQUE valeur);

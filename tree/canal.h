@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "core/objet.h"
@@ -59,6 +60,12 @@ class Canal : public Objet {
     CanalRafraichit_ = true;
   }
 
+  /// Of an output: the value that the channel holds is the one that last reached its device, as far
+  /// as the link can tell. A board that takes writes blindly counts as reached once it was written;
+  /// a device that answers, once it has confirmed. False while nothing was written yet, and on a
+  /// channel that no driver serves.
+  [[nodiscard]] bool Atteint() const { return valeurAtteinte_ == mdblValeurCanal; }
+
   [[nodiscard]] Fonction* Parent() const { return Parent_.Brut(); }
   void Parent(Fonction* parent);
 
@@ -108,6 +115,11 @@ class Canal : public Objet {
   [[nodiscard]] std::int32_t Canal_IdentifiantA() const { return Canal_IdentifiantA_; }
   [[nodiscard]] std::int32_t Canal_IdentifiantB() const { return Canal_IdentifiantB_; }
   [[nodiscard]] TamponSérie& Tampon() { return tampon_; }
+  /// The device holds `valeur`, or the present value: from here on `Atteint` compares with it.
+  void MarqueAtteint(double valeur) { valeurAtteinte_ = valeur; }
+  void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
+  /// What the device holds is not known any more: a write failed, or the device was lost.
+  void OublieAtteint() { valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN(); }
   /// This analog output is a frequency output.
   [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
   /// False makes `MetàJour` do nothing; the value stays.
@@ -144,6 +156,7 @@ class Canal : public Objet {
   std::int16_t mintGain = 0;
   std::int16_t mintNbLecture = 1;
   double mdblValeurCanal = 0;
+  double valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN();
   std::string Nom_;
   std::int16_t NuméroCanal_ = 0;
   std::int32_t mlngAdresse = 0;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/garde.h"
+#include "core/poursuite.h"
 #include "core/requetes.h"
 #include "tree/journal_modbus.h"
 
@@ -113,7 +114,9 @@ void Carte::MetàJour() {
       ligne_->carte->rafraîchit(*this);
       return;
     }
-    for (const FonctionRef& fonction : LesFonctions()) fonction->MetàJour();
+    Poursuite chacune;
+    for (const FonctionRef& fonction : LesFonctions()) chacune([&] { fonction->MetàJour(); });
+    chacune.Termine();
   });
 }
 
