@@ -1,6 +1,7 @@
 #include "core/chassis.h"
 
 #include "core/garde.h"
+#include "core/ordre_des_cartes.h"
 #include "core/poursuite.h"
 
 namespace zuma {
@@ -61,7 +62,7 @@ void Chassis::DéclencheAU() {
     tous(*SortiesLogiques(), arrête);
     tous(*EntréesLogiques(), arrête);
     chacun([&] { Watchdog()->DéclencheAU(); });
-    tous(*Cartes(), [](Carte& carte) { carte.MetàJour(); });
+    ParAttente(*Cartes(), [&](Carte& carte) { chacun([&] { carte.MetàJour(); }); });
     chacun.Termine();
   });
 }

@@ -141,7 +141,7 @@ class Chassis : public Objet {
   void TrieLesCapteurs();
   [[nodiscard]] Dues CalculeLesDues();
   void SertLeWatchdog();
-  void SertLesCartes(const Dues& dues);
+  void SertLaCarte(Carte& carte, const Dues& dues);
   // The object of an accessor, created when absent, without the cost of a new reference.
   template <class T>
   T* OuVide(Ref<T>& objet) {

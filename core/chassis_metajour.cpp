@@ -1,6 +1,7 @@
 // The refresh pass.
 #include "core/chassis.h"
 #include "core/garde.h"
+#include "core/ordre_des_cartes.h"
 
 namespace zuma {
 namespace {
@@ -46,7 +47,7 @@ void Chassis::MetàJour() {
           if (SeRafraîchitSeule(*commande)) commande->MetàJour();
         }
         if (dues.wd) SertLeWatchdog();
-        SertLesCartes(dues);
+        ParAttente(*OuVide(Cartes_), [&](Carte& carte) { SertLaCarte(carte, dues); });
         if (dues.ea) {
           for (const CapteurRef& capteur : *OuVide(Capteurs_)) capteur->MetàJour();
           ++rafraichissementsEA_;
@@ -65,28 +66,26 @@ void Chassis::SertLeWatchdog() {
   }
 }
 
-void Chassis::SertLesCartes(const Dues& dues) {
-  for (const CarteRef& carte : *OuVide(Cartes_)) {
-    switch (carte->Service()) {
-      case ServiceCarte::BusSimple:
-      case ServiceCarte::BusAvecSuivante:
-        carte->SertLeBus(fonctionEnMain_);
-        break;
-      case ServiceCarte::CarteEntière:
-        carte->MetàJour();
-        break;
-      case ServiceCarte::ParFonction:
-        for (const FonctionRef& fonction : carte->LesFonctions()) {
-          fonctionEnMain_ = fonction.Brut();
-          const ENUM_TYPE_FONCTION type = fonction->TypeDeFonction();
-          if ((dues.el && type == ENUM_TYPE_FONCTION::FctEntréesLogiques) ||
-              (dues.ea && type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques)) {
-            fonction->MetàJour();
-          }
+void Chassis::SertLaCarte(Carte& carte, const Dues& dues) {
+  switch (carte.Service()) {
+    case ServiceCarte::BusSimple:
+    case ServiceCarte::BusAvecSuivante:
+      carte.SertLeBus(fonctionEnMain_);
+      break;
+    case ServiceCarte::CarteEntière:
+      carte.MetàJour();
+      break;
+    case ServiceCarte::ParFonction:
+      for (const FonctionRef& fonction : carte.LesFonctions()) {
+        fonctionEnMain_ = fonction.Brut();
+        const ENUM_TYPE_FONCTION type = fonction->TypeDeFonction();
+        if ((dues.el && type == ENUM_TYPE_FONCTION::FctEntréesLogiques) ||
+            (dues.ea && type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques)) {
+          fonction->MetàJour();
         }
-        fonctionEnMain_ = nullptr;
-        break;
-    }
+      }
+      fonctionEnMain_ = nullptr;
+      break;
   }
 }
 

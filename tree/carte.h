@@ -62,6 +62,7 @@ class Carte : public Objet {
   // For the pass and the drivers.
 
   [[nodiscard]] ServiceCarte Service() const { return ligne_->service; }
+  [[nodiscard]] AttenteCarte Attente() const { return ligne_->attente; }
   /// One step of a bus board: keeps one exchange going. `enMain` follows the block in hand, for
   /// the error table. Failures go to the caller.
   void SertLeBus(const Fonction*& enMain);

@@ -64,6 +64,11 @@ constexpr LigneDriver ALaCarte(ENUM_DRIVER valeur, std::string_view nom, std::st
           .carte = carte};
 }
 
+constexpr LigneDriver QuiAttend(LigneDriver ligne, AttenteCarte attente) {
+  ligne.attente = attente;
+  return ligne;
+}
+
 constexpr OpérationsPilote kModBus{.rafraîchitBloc = &echange_modbus::Rafraîchit};
 
 constexpr auto kParFonction = ServiceCarte::ParFonction;
@@ -116,8 +121,9 @@ const std::array<LigneDriver, 56> kTable{{
     DuBlocEtDeLaCarte(
         Bloc(drvpci7841, "drvpci7841", "PCI 7841", "DrvPCI7841", kEA, &pilotes::kPCI7841),
         &pilotes::kPCI7841Carte),
-    DuBlocEtDeLaCarte(Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2", kEA,
-                           &pilotes::kPCI7841B)),
+    QuiAttend(DuBlocEtDeLaCarte(Bloc(drvpci7841_2, "drvpci7841_2", "PCI 7841 - 2", "DrvPCI7841-2",
+                                     kEA, &pilotes::kPCI7841B)),
+              AttenteCarte::Réponse),
     Bloc(drvPCI9111HR_Vorlanex_EA, "drvPCI9111HR_Vorlanex_EA", "PCI 9111 HR - Vorlanex EA",
          "DrvPCI9111HR/Vorlanex EA", kEA, &pilotes::kPCI9111Analogique),
     Bloc(DrvPCL728, "DrvPCL728", "PCL 728", "DrvPCL728", kSA, &pilotes::kPCL728Sorties),
@@ -163,6 +169,7 @@ const std::array<LigneDriver, 56> kTable{{
      .texteFonction = "Drv SOLARTRON LVDT",
      .texteCanal = {},
      .types = kEA,
+     .attente = AttenteCarte::Réponse,
      .pilote = &pilotes::kOrbit,
      .carte = &pilotes::kOrbitCarte},
     {.valeur = DrvRS232,
@@ -200,10 +207,14 @@ const std::array<LigneDriver, 56> kTable{{
      .texteCanal = {},
      .service = kCarteEntière,
      .carte = &instruments::kVariateurLS},
-    ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière, &instruments::kThumler),
+    QuiAttend(
+        ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière, &instruments::kThumler),
+        AttenteCarte::Réponse),
     ALaCarte(Drv_EIR_LASER, "Drv_EIR_LASER", "Extensometre EIR LASER", kCarteEntière,
              &instruments::kLaserEIR),
-    ALaCarte(Drv_UTS_0107, "Drv_UTS_0107", "UTS-0107", kCarteEntière, &instruments::kTesteurCBR),
+    QuiAttend(ALaCarte(Drv_UTS_0107, "Drv_UTS_0107", "UTS-0107", kCarteEntière,
+                       &instruments::kTesteurCBR),
+              AttenteCarte::Pauses),
     ALaCarte(Drv_Balance_GRAM, "Drv_Balance_GRAM", "Balance GRAM", kCarteEntière,
              &instruments::kBalanceGram),
     // Not refreshed by the pass, which goes block by block here: the host refreshes the board.

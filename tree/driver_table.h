@@ -48,6 +48,14 @@ enum class ServiceCarte : std::uint8_t {
   BusAvecSuivante  ///< the same, the next block taken from `FonctionSuivante`
 };
 
+/// What a refresh of a board may make its caller wait for. Boards are served in this order, so that
+/// none that waits delays the outputs of those behind it.
+enum class AttenteCarte : std::uint8_t {
+  Aucune,   ///< registers, or an exchange that goes on over several passes
+  Réponse,  ///< an answer, up to its time-out when the device is silent
+  Pauses    ///< pauses that its device needs, up to a second
+};
+
 /// Block types that a driver serves, one bit each.
 using TypesServis = std::uint8_t;
 [[nodiscard]] constexpr TypesServis TypeServi(ENUM_TYPE_FONCTION type) noexcept {
@@ -64,6 +72,7 @@ struct LigneDriver {
   std::string_view texteCanal;     ///< column "Driver canal"
   TypesServis types = 0;
   ServiceCarte service = ServiceCarte::ParFonction;
+  AttenteCarte attente = AttenteCarte::Aucune;
   const OpérationsPilote* pilote = nullptr;
   const OpérationsCarte* carte = nullptr;
 

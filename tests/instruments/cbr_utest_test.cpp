@@ -233,6 +233,47 @@ TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
   EXPECT_EQ(machine->Commandes().size(), avant + 1) << "the stop alone";
 }
 
+// A block without a line fails on each refresh of its board: when that was, in seconds.
+class Passages : public essai::Registre {
+ public:
+  explicit Passages(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+  void AjouteErreur(std::string_view, const TableVariables&) override {
+    heures.push_back(horloge_.Maintenant() / 1e6);
+  }
+  std::vector<double> heures;
+
+ private:
+  sim::HorlogeVirtuelle& horloge_;
+};
+
+TEST_F(UneCarteCBR, NeRetardeNiLArrêtNiLaPasseDesCartesDerrièreElle) {
+  chassis.TimerExact(horloge);
+  Démarre("UTS-0107", "3,9600,N,8,1");
+  Carte& derrière = *chassis.Cartes()->Add("2");
+  derrière.ChargeErreur(registre);
+  const auto passages = Crée<Passages>(*horloge);
+  essai::AjouteBloc(derrière, "1",
+                    {{"Driver", "DrvModBus"},
+                     {"Type de Fonction", "Entrée Analogique"},
+                     {"Nom de la Fonction", "Bloc"},
+                     {"ModBus - Fonction", "3"}},
+                    {-1, 0}, horloge, passages);
+  const auto retard = [&](auto&& appel) {
+    passages->heures.clear();
+    const double départ = horloge->Maintenant() / 1e6;
+    appel();
+    EXPECT_GT(horloge->Maintenant() / 1e6, départ + 0.2) << "the tester takes its pauses";
+    return passages->heures.empty() ? 60 : passages->heures.front() - départ;
+  };
+  horloge->Avance(2e6);
+  marche.ValeurCanal(-1);
+  EXPECT_LT(retard([&] { chassis.MetàJour(); }), 0.001);
+  EXPECT_TRUE(machine->EnMarche());
+  marche.ValeurCanal(0);
+  EXPECT_LT(retard([&] { chassis.DéclencheAU(); }), 0.001);
+  EXPECT_FALSE(machine->EnMarche());
+}
+
 TEST_F(UneCarteCBR, DitUnPortInutilisableEtResteSansEchange) {
   for (const char* réglages : {"9,9600,N,8,1", "3,9600,X,8,1"}) {
     registre->entrées.clear();
