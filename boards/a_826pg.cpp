@@ -11,7 +11,7 @@ constexpr std::uint16_t kDépart = 12;
 constexpr std::uint16_t kSortiesLogiques = 0x0D;
 
 constexpr double kAttente = 10;             // microseconds, on both sides of a start
-constexpr double kStabilisationDépart = 1;  // seconds
+constexpr double kStabilisationDépart = 1'000'000;  // microseconds
 constexpr std::int16_t kSorties = 2;
 
 }  // namespace
@@ -19,7 +19,7 @@ constexpr std::int16_t kSorties = 2;
 void A_826PG::DémarreAnalogique(bool) {
   Ecrit(kGain, 0);
   Ecrit(kMode, 1);
-  AttendHeureDuJour(kStabilisationDépart);
+  Attend(kStabilisationDépart);
 }
 
 double A_826PG::LitAnalogique(std::int16_t voie, std::int16_t& gain) {

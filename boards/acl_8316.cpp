@@ -23,7 +23,7 @@ constexpr std::uint8_t kDéclenchementNul = 0;
 constexpr std::uint8_t kDéclenchementLogiciel = 1;
 constexpr std::uint8_t kDéclenchementScan = 5;
 
-constexpr double kRéglageSortiesDurée = 0.1;  // seconds
+constexpr double kRéglageSortiesDurée = 100'000;  // microseconds
 constexpr std::int16_t kSorties = 2;
 
 }  // namespace
@@ -77,7 +77,7 @@ void ACL_8316::LitScan(int lectures, Sommes& sommes) {
 
 void ACL_8316::DémarreSortiesAnalogiques() {
   Ecrit(kRéglageSorties, 0x02);
-  AttendHeureDuJour(kRéglageSortiesDurée);
+  Attend(kRéglageSortiesDurée);
   for (std::int16_t voie = 0; voie < kSorties; ++voie) EcritAnalogique(voie, 0);
 }
 

@@ -7,7 +7,7 @@
 namespace zuma::pilotes {
 namespace {
 
-constexpr double kSilence = 1;                     // seconds
+constexpr double kSilence = 1'000'000;             // microseconds
 constexpr std::string_view kSansPoids = "+99999";  // sent while there is no weight
 constexpr std::size_t kLRPCMinimum = 6;            // a frame is read once more than this came in
 constexpr double kMillièmes = 1000;                // of the unit in LRPC frames
@@ -16,17 +16,15 @@ constexpr double kMillièmes = 1000;                // of the unit in LRPC frame
 class Ecoute {
  public:
   explicit Ecoute(Canal& canal)
-      : horloge_(*canal.LaPlateforme().horloge),
-        tampon_(canal.Tampon()),
-        ligne_(Pointeur<Fonction>(canal.Parent())->RS()) {
+      : bloc_(canal.Parent()), tampon_(canal.Tampon()), ligne_(bloc_->RS()) {
     ecoute_serie::Relève(*ligne_, tampon_.reçu);
   }
 
   [[nodiscard]] TamponSérie& Tampon() noexcept { return tampon_; }
   [[nodiscard]] bool EstSilencieuse() const {
-    return SecondesDepuis(horloge_, tampon_.heure) > kSilence;
+    return bloc_->LeTimer()->LitMicrosecondes() - tampon_.heure > kSilence;
   }
-  void MarqueLHeure() { tampon_.heure = horloge_.HeureDuJour(); }
+  void MarqueLHeure() { tampon_.heure = bloc_->LeTimer()->LitMicrosecondes(); }
   /// Drops what came in and opens the line anew.
   void Recommence() {
     tampon_.reçu.clear();
@@ -49,7 +47,7 @@ class Ecoute {
   }
 
  private:
-  const Horloge& horloge_;
+  Pointeur<Fonction> bloc_;
   TamponSérie& tampon_;
   LiaisonSérieRef ligne_;
 };

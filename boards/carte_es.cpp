@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "core/heure_du_jour.h"
-
 namespace zuma {
 
 std::uint16_t CarteES::LitPaire(std::uint16_t bas, std::uint16_t haut) const {
@@ -20,13 +18,6 @@ void CarteES::Attend(double microsecondes) const {
   const Ref<ZED_Timer>& timer = matériel_.timer;
   const double fin = timer->LitMicrosecondes() + microsecondes;
   while (timer->LitMicrosecondes() < fin) {
-  }
-}
-
-void CarteES::AttendHeureDuJour(double secondes) const {
-  const Horloge& horloge = *matériel_.plateforme.horloge;
-  const double départ = horloge.HeureDuJour();
-  while (SecondesDepuis(horloge, départ) < secondes) {
   }
 }
 

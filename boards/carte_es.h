@@ -35,8 +35,6 @@ class CarteES : public Pilote {
 
   /// Busy wait on the frame's timer, in microseconds.
   void Attend(double microsecondes) const;
-  /// Busy wait on the time of day, in seconds; for starts only.
-  void AttendHeureDuJour(double secondes) const;
 
   [[nodiscard]] std::uint16_t Port(std::uint16_t décalage) const noexcept {
     return static_cast<std::uint16_t>(base_ + décalage);

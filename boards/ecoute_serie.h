@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/heure_du_jour.h"
 #include "tree/fonction.h"
 
 /// Listening to instruments that share one serial line with a block.

@@ -6,7 +6,6 @@
 
 #include "boards/blocs.h"
 #include "boards/operations.h"
-#include "core/heure_du_jour.h"
 
 namespace zuma {
 namespace {
@@ -61,16 +60,15 @@ bool Pci7841::Envoie(std::int32_t port, std::uint32_t identifiant, Données octe
 // An answer begins with the command that it answers.
 bool Pci7841::Echange(std::int32_t port, Données demande, Trame7841& réponse) {
   const DialogueRègles& dialogue = LesRéglages().dialogue;
-  const Horloge& horloge = *matériel_.plateforme.horloge;
   if (!Envoie(port, dialogue.demande, demande)) return false;
-  const double départ = horloge.HeureDuJour();
+  const double fin = matériel_.timer->LitMicrosecondes() + LesRéglages().attenteDémarrage * 1000;
   do {
     if (Lib().W_7841_RcvMsg(carte_, port, réponse) == 1 &&
         réponse.Identifiant() == dialogue.réponse && réponse.nombre > 0 &&
         réponse.données.front() == demande.front()) {
       return true;
     }
-  } while (SecondesDepuis(horloge, départ) <= LesRéglages().attenteDémarrage / 1000);
+  } while (matériel_.timer->LitMicrosecondes() <= fin);
   return false;
 }
 

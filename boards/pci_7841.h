@@ -75,7 +75,7 @@ class PCI7841B : public Pilote {
                                    std::string_view mode, std::int32_t vitesse);
 
   [[nodiscard]] regles_mts::PortRègles Port(std::int32_t poignée) const {
-    return {matériel_.plateforme, poignée};
+    return {matériel_, poignée};
   }
   /// What is kept of one ruler, made on first use.
   struct Règle {

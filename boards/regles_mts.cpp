@@ -6,14 +6,12 @@
 #include <string>
 #include <utility>
 
-#include "core/heure_du_jour.h"
-
 namespace zuma::regles_mts {
 namespace {
 
 constexpr std::int32_t kSautBloc = 10000;
 constexpr std::int32_t kSautSimple = 1000;
-constexpr double kRelance = 0.2;  // seconds of silence before a ruler is asked again
+constexpr double kRelance = 200'000;  // microseconds of silence before a ruler is asked again
 // More than the card's queue holds: a library that always has a frame must not stop the pass.
 constexpr int kTramesMaximum = 4096;
 
@@ -128,10 +126,10 @@ void PortRègles::Demande(std::uint32_t identifiant) {
 }
 
 bool PortRègles::Attend(std::uint32_t identifiant, double attente, TrameCAN& trame) {
-  const double départ = horloge_.HeureDuJour();
+  const double fin = Maintenant() + attente * 1000;
   do {
     if (Reçoit(trame) && trame.identifiant == identifiant) return true;
-  } while (SecondesDepuis(horloge_, départ) <= attente / 1000);
+  } while (Maintenant() <= fin);
   return false;
 }
 
@@ -220,11 +218,11 @@ std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positio
       m.c2 = lues->back();
       FiltreBloc(m);
     }
-  } else if (état.heure && SecondesDepuis(port.LHorloge(), *état.heure) <= kRelance) {
+  } else if (état.heure && port.Maintenant() - *état.heure <= kRelance) {
     return {};
   }
   port.Demande(Identifiant(positionID));
-  état.heure = port.LHorloge().HeureDuJour();
+  état.heure = port.Maintenant();
   if (!reçue) return {};
   return Paire{m.c1, m.c2};
 }

@@ -8,7 +8,7 @@
 
 #include "core/echec.h"
 #include "platform/can.h"
-#include "platform/plateforme.h"
+#include "tree/materiel.h"
 
 /// Magnetostrictive rulers on the CAN bus: frames, filters and dialogue. Positions are in the
 /// ruler's own counts.
@@ -73,10 +73,10 @@ std::optional<std::int32_t> FiltreSimple(Mémoire& m, const Paire& lues, int aim
 /// One open port of the card with rulers on it, as the second generation of calls knows it.
 class PortRègles {
  public:
-  PortRègles(const Plateforme& plateforme, std::int32_t poignée)
-      : can_(*plateforme.can),
-        horloge_(*plateforme.horloge),
-        réglages_(plateforme.réglages.can),
+  PortRègles(const Matériel& matériel, std::int32_t poignée)
+      : can_(*matériel.plateforme.can),
+        timer_(*matériel.timer),
+        réglages_(matériel.plateforme.réglages.can),
         poignée_(poignée) {}
 
   /// Empties the receive queue.
@@ -92,11 +92,11 @@ class PortRègles {
                              std::uint32_t réponse);
 
   [[nodiscard]] const RéglagesCAN& LesRéglages() const noexcept { return réglages_; }
-  [[nodiscard]] const Horloge& LHorloge() const noexcept { return horloge_; }
+  [[nodiscard]] double Maintenant() { return timer_.LitMicrosecondes(); }
 
  private:
   BibliothèqueCAN& can_;
-  const Horloge& horloge_;
+  ZED_Timer& timer_;
   const RéglagesCAN& réglages_;
   std::int32_t poignée_;
 };
@@ -134,7 +134,7 @@ struct LectureSimple {
 /// State of the block read of one ruler.
 struct LectureBloc {
   Mémoire mémoire;
-  std::optional<double> heure;  ///< of the last request, seconds since midnight
+  std::optional<double> heure;  ///< of the last request, microseconds
 };
 /// The two filtered positions; none while no frame came. Never waits: a ruler that is silent is
 /// asked again every 200 milliseconds.

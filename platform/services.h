@@ -45,12 +45,11 @@ class CompteursFins {
   virtual void Ferme(std::int16_t poignée) noexcept = 0;
 };
 
-/// Clock of the day and sleep of the process.
+/// Time of the day, for texts that a person reads, and sleep of the process. It can be set at any
+/// moment: what waits or measures a time asks `ZED_Timer`.
 class Horloge {
  public:
   virtual ~Horloge() = default;
-  /// Seconds since local midnight.
-  [[nodiscard]] virtual double HeureDuJour() const = 0;
   /// Local time as "hh:mm:ss".
   [[nodiscard]] virtual std::string TexteHeure() const = 0;
   virtual void Dort(double secondes) = 0;

@@ -357,7 +357,7 @@ class Capteur : public Objet {
   std::string mstrConfigurationRS;
   RéglagesLigne réglagesRS_;
   Octets mstrTamponRS;
-  float mdblHeureEmission = 0;  ///< seconds since midnight
+  double mdblHeureEmission = 0;  ///< microseconds
   Ref<ZED_LiaisonSerie> LiaisonSerie_;
 
   // Selection.

@@ -1,7 +1,6 @@
 // Kinds that ask an instrument on a line of their own, one answer at a time.
 #include <array>
 
-#include "core/heure_du_jour.h"
 #include "sensors/capteur_genres.h"
 #include "sensors/trames_capteur.h"
 
@@ -16,7 +15,7 @@ struct DialogueSérie {
 
 namespace {
 
-constexpr double kSilence = 5;  // seconds without a request answered
+constexpr double kSilence = 5'000'000;  // microseconds without a request answered
 
 constexpr DialogueSérie kRéservé1{
     "\x1B"
@@ -33,7 +32,7 @@ ZED_LiaisonSerie& Capteur::Liaison() {
 }
 
 void Capteur::MarqueLEmission() {
-  mdblHeureEmission = static_cast<float>(LaPlateforme().horloge->HeureDuJour());
+  mdblHeureEmission = Timer()->LitMicrosecondes();
 }
 
 void Capteur::DémarreLaLigne(const DialogueSérie& dialogue) {
@@ -53,7 +52,7 @@ void Capteur::Calcul::DémarreScout55(Capteur& c) {
 }
 
 bool Capteur::EstSilencieux() const {
-  return SecondesDepuis(*LaPlateforme().horloge, mdblHeureEmission) > kSilence;
+  return Timer()->LitMicrosecondes() - mdblHeureEmission > kSilence;
 }
 
 // Takes what came in; after a silence, opens the line anew and asks again.

@@ -6,14 +6,9 @@
 
 namespace zuma::sim {
 
-double HorlogeVirtuelle::HeureDuJour() const {
-  constexpr double kJour = 24 * 3600;
-  heure_ += pas_;
-  return std::fmod(départ_ + heure_ / 1e6, kJour);
-}
-
 std::string HorlogeVirtuelle::TexteHeure() const {
-  const auto secondes = static_cast<int>(HeureDuJour());
+  constexpr double kJour = 24 * 3600;
+  const auto secondes = static_cast<int>(std::fmod(départ_ + heure_ / 1e6, kJour));
   std::array<char, 16> texte{};
   std::snprintf(texte.data(), texte.size(), "%02d:%02d:%02d", secondes / 3600, secondes / 60 % 60,
                 secondes % 60);

@@ -18,12 +18,11 @@ class HorlogeVirtuelle : public ZED_Timer, public Horloge {
   [[nodiscard]] double Maintenant() const noexcept { return heure_; }
   void Avance(double microsecondes) noexcept { heure_ += microsecondes; }
 
-  [[nodiscard]] double HeureDuJour() const override;
   [[nodiscard]] std::string TexteHeure() const override;
   void Dort(double secondes) override { Avance(secondes * 1e6); }
 
  private:
-  mutable double heure_ = 0;  // every look at the clock takes a little time
+  double heure_ = 0;
   double pas_;
   double départ_;  ///< seconds since midnight at time 0
 };

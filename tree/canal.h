@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "core/objet.h"
 #include "platform/base_de_donnees.h"
@@ -15,7 +16,8 @@ namespace zuma {
 struct TamponSérie {
   Octets reçu;
   bool entamé = false;  ///< a frame began and is not complete
-  double heure = 0;     ///< of the last reopening or first byte, seconds since midnight
+  /// Of the last reopening or first byte, microseconds; long ago at first.
+  double heure = -std::numeric_limits<double>::infinity();
 };
 
 /// Full scale of every analog reading, in points, whatever the board's resolution.

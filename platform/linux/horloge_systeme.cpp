@@ -12,33 +12,16 @@ namespace {
 constexpr double kNanosecondes = 1e9;
 constexpr double kUnJour = 86400;
 
-struct Instant {
-  std::tm local{};
-  double fraction = 0;  // of the second
-};
-
-Instant Maintenant() {
-  std::timespec t{};
-  ::clock_gettime(CLOCK_REALTIME, &t);
-  Instant instant;
-  ::localtime_r(&t.tv_sec, &instant.local);
-  instant.fraction = static_cast<double>(t.tv_nsec) / kNanosecondes;
-  return instant;
-}
-
 std::string Texte(const char* format) {
-  const Instant instant = Maintenant();
+  const std::time_t maintenant = std::time(nullptr);
+  std::tm local{};
+  ::localtime_r(&maintenant, &local);
   std::array<char, 32> tampon{};
-  const std::size_t n = std::strftime(tampon.data(), tampon.size(), format, &instant.local);
+  const std::size_t n = std::strftime(tampon.data(), tampon.size(), format, &local);
   return {tampon.data(), n};
 }
 
 }  // namespace
-
-double HorlogeSystème::HeureDuJour() const {
-  const Instant i = Maintenant();
-  return (i.local.tm_hour * 60 + i.local.tm_min) * 60 + i.local.tm_sec + i.fraction;
-}
 
 std::string HorlogeSystème::TexteHeure() const {
   return Texte("%H:%M:%S");

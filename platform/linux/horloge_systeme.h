@@ -9,7 +9,6 @@ namespace zuma::linux_ {
 /// Clock of the day in local time, and sleep of the calling thread.
 class HorlogeSystème final : public Horloge {
  public:
-  [[nodiscard]] double HeureDuJour() const override;
   [[nodiscard]] std::string TexteHeure() const override;
   /// Sleeps the whole time, even when signals arrive. 0, less and what is no number return at
   /// once; nothing sleeps more than a day.

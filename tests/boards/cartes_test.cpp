@@ -24,7 +24,6 @@ class UneCarte : public testing::Test, public essai::Banc {
   UneCarte() {
     plateforme.ports = &bus;
     plateforme.compteurs = &compteurs;
-    plateforme.horloge = horloge.Brut();
     carte.TimerExact(horloge);
     carte.ChargeErreur(registre);
   }

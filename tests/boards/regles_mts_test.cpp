@@ -111,7 +111,6 @@ class SurLeCAN : public testing::Test, public essai::Banc {
  public:
   SurLeCAN() {
     plateforme.can = &can;
-    plateforme.horloge = horloge.Brut();
     carte.TimerExact(horloge);
     carte.ChargeErreur(registre);
   }
@@ -208,16 +207,6 @@ TEST_F(SurLeCAN, DémarreUneRègleEtLaLit) {
   EXPECT_EQ(Le(bloc, 0).ValeurCanal(), 0) << "a ruler that does not answer reads 0";
   EXPECT_LT(horloge->Maintenant() - départ, 11'000) << "bounded by its time-out";
   EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(SurLeCAN, AttendAussiAMinuit) {
-  const auto minuit = Crée<sim::HorlogeVirtuelle>(1, 86400 - 0.0005);
-  plateforme.horloge = minuit.Brut();
-  const auto règle = Règle({5});
-  Bloc("DrvPCI7841-2", {{0, "Règle MTS 1 aimant"}});
-  règle->muette = true;
-  Démarre();
-  EXPECT_LT(minuit->Maintenant(), 101'000);
 }
 
 TEST_F(SurLeCAN, LaisseHorsServiceUneRègleQuiNeRépondPas) {

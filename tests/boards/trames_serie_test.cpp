@@ -118,7 +118,6 @@ class UneLigneSérie : public testing::Test, public essai::Banc {
  public:
   UneLigneSérie() {
     plateforme.liaisons = &liaisons;
-    plateforme.horloge = horloge.Brut();
     carte.TimerExact(horloge);
     carte.ChargeErreur(registre);
   }

@@ -162,20 +162,11 @@ class Lignes232 : public FabriqueLiaisons {
   Ref<Ligne232> ligne = Crée<Ligne232>();
 };
 
-class Pendule : public Horloge {
- public:
-  [[nodiscard]] double HeureDuJour() const override { return heure; }
-  [[nodiscard]] std::string TexteHeure() const override { return {}; }
-  void Dort(double) override {}
-  double heure = 36000;
-};
-
 /// The bench: one channel, and sensors that read rows and hang on it or on each other.
 class BancCapteur : public Banc {
  public:
   BancCapteur() {
     plateforme.liaisons = &lignes;
-    plateforme.horloge = &pendule;
   }
 
   /// A sensor of the standard row with these columns, on the channel of the bench and with children
@@ -221,7 +212,6 @@ class BancCapteur : public Banc {
   }
 
   Lignes232 lignes;
-  Pendule pendule;
   Ref<Sécurité> sécurité = Crée<Sécurité>();
   Ref<Traducteur> traducteur = Crée<Traducteur>();
   ParamètresRef paramètres = Crée<ParamètresPartagés>();

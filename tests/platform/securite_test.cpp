@@ -13,7 +13,6 @@ namespace {
 
 class HorlogeFixe : public Horloge {
  public:
-  [[nodiscard]] double HeureDuJour() const override { return 0; }
   [[nodiscard]] std::string TexteHeure() const override {
     if (panne) throw std::bad_alloc();
     return "14:03:22";
