@@ -1,5 +1,6 @@
 #include "instruments/cbr_utest.h"
 
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,11 @@ constexpr std::int32_t kEssais = 10;
 constexpr double kPause = 0.1;          // seconds, around a stop and at the end of a start
 constexpr double kPauseDeDépart = 0.5;  // seconds
 constexpr double kScrutation = 0.001;   // seconds between two looks at a port under trial
+constexpr double kRépétition =
+    1'000'000;                        // microseconds between two sendings of a stop that is owed
+constexpr double kSilence = 100'000;  // microseconds, the pause around a stop that is sent again
+constexpr double kFraîcheur = 1'000'000;        // microseconds for which an answer counts
+constexpr double kEntreDeuxEssais = 1'000'000;  // microseconds between two tries to open the port
 
 std::vector<std::string> Vitesses() {
   return {"9600", "19200", "38400", "57600", "115200"};
@@ -38,7 +44,7 @@ bool CBR_UTEST_CLASS::EtatMachine() const {
 }
 
 bool CBR_UTEST_CLASS::EnRetard() const {
-  return TimerExact_->LitMicrosecondes() - heureDEnvoi_ >= kDélaiDeRéponse;
+  return Maintenant() - heureDEnvoi_ >= kDélaiDeRéponse;
 }
 
 void CBR_UTEST_CLASS::Attend(double secondes) {
@@ -57,7 +63,7 @@ void CBR_UTEST_CLASS::Envoie(Demande demande) {
   échange_ = demande == Demande::Identification ? Echange::Identification
              : demande == Demande::Mesures      ? Echange::Mesures
                                                 : Echange::Repos;
-  heureDEnvoi_ = TimerExact_->LitMicrosecondes();
+  heureDEnvoi_ = Maintenant();
 }
 
 bool CBR_UTEST_CLASS::TestPort(const std::string& Settings_str) {
@@ -81,6 +87,7 @@ std::string CBR_UTEST_CLASS::DemandeLePort() {
 }
 
 bool CBR_UTEST_CLASS::Initialise(std::string Settings_str) {
+  partie_ = étatConnu_ = false;
   while (true) {
     // Before the port is configured: a first start stops nothing, only a reset reaches the machine.
     Envoie(Demande::Arrêt);
@@ -89,23 +96,47 @@ bool CBR_UTEST_CLASS::Initialise(std::string Settings_str) {
     échange_ = Echange::Repos;
     essais_ = 0;
     port_->ConfigurePort(Settings_str, true);
-    if (PortUtilisable()) break;
-    if (!plateforme_.fenêtres) return false;
+    if (PortUtilisable() || !plateforme_.fenêtres) break;
     Settings_str = DemandeLePort();
   }
   mblnMarche = false;
+  heureDuPort_ = Maintenant();
   mstrSettings = std::move(Settings_str);
-  return true;
+  return PortUtilisable();
 }
 
 void CBR_UTEST_CLASS::ResetMachine() {
   (void)Initialise(mstrSettings);
 }
 
+void CBR_UTEST_CLASS::Arrete() noexcept {
+  mblnArrêt = arrêtDû_ = true;
+  ++arrêts_;
+}
+
+bool CBR_UTEST_CLASS::EstAuRepos() const {
+  return étatConnu_ && !mblnIsRunning && !partie_ && Maintenant() - heureDuRepos_ < kFraîcheur;
+}
+
 void CBR_UTEST_CLASS::AccepteLaRéponse() noexcept {
   essais_ = 0;
   EffaceLesErreurs();
   échange_ = Echange::Repos;
+}
+
+// A start that waits for a stop to be confirmed must not move the machine once it answers again.
+void CBR_UTEST_CLASS::AbandonneLEchange() noexcept {
+  mblnTimeout = true;
+  if (arrêtDû_) mblnMarche = false;
+}
+
+// The answer is to a request that left behind the stop, unless that one has still to leave.
+void CBR_UTEST_CLASS::PrendLEtat(bool enMarche) {
+  mblnIsRunning = enMarche;
+  étatConnu_ = true;
+  if (enMarche) return;
+  heureDuRepos_ = Maintenant();
+  if (arrêtDû_ && !mblnArrêt) arrêtDû_ = partie_ = false;
 }
 
 // Only an answer that began is waited for: without a header the identification is given up at once.
@@ -122,7 +153,7 @@ void CBR_UTEST_CLASS::SuitLIdentification() {
     if (++essais_ < kEssais + 1) {
       Envoie(Demande::Identification);
     } else {
-      mblnTimeout = true;
+      AbandonneLEchange();
     }
   }
   erreurs_.sansEntête |= code == Code::SansEntête;
@@ -135,7 +166,7 @@ void CBR_UTEST_CLASS::SuitLesMesures() {
   const Code code = trames_utest::Analyse(tampon_, trames_utest::kMesures);
   if (code == Code::Bonne) {
     const trames_utest::Mesures mesures = trames_utest::DécodeMesures(tampon_);
-    mblnIsRunning = mesures.enMarche;
+    PrendLEtat(mesures.enMarche);
     mdblForceCourante = mesures.force;
     mdblDeplacementCourant = mesures.déplacement;
     AccepteLaRéponse();
@@ -146,7 +177,7 @@ void CBR_UTEST_CLASS::SuitLesMesures() {
   } else {
     if (!EnRetard()) return;
     if (++essais_ > kEssais) {
-      mblnTimeout = true;
+      AbandonneLEchange();
     } else {
       Envoie(Demande::Mesures);
     }
@@ -154,36 +185,91 @@ void CBR_UTEST_CLASS::SuitLesMesures() {
   échange_ = Echange::Repos;
 }
 
-// The sequence ends with the identification, so that a start also tells the kind of machine.
-void CBR_UTEST_CLASS::Démarre() {
+// Ends with its scope, whatever an event that a pause serves may throw.
+class CBR_UTEST_CLASS::EnCours {
+ public:
+  EnCours(Séquence& place, Séquence séquence) : place_(place) { place_ = séquence; }
+  ~EnCours() { place_ = Séquence::Aucune; }
+  EnCours(const EnCours&) = delete;
+  EnCours& operator=(const EnCours&) = delete;
+
+ private:
+  Séquence& place_;
+};
+
+void CBR_UTEST_CLASS::EnvoieLArrêt() {
+  const EnCours cours(séquence_, Séquence::Arrêt);
+  Attend(kPause);
   Envoie(Demande::Arrêt);
-  Attend(kPauseDeDépart);
-  Envoie(Demande::Départ7);
-  Attend(kPauseDeDépart);
-  Envoie(Demande::Départ2);
+  heureDArrêt_ = heureDEnvoi_;
   Attend(kPause);
-  Envoie(Demande::Identification);
-  Attend(kPause);
+  mblnArrêt = false;
+}
+
+// A stop that is owed keeps its pauses when it is sent again, but holds nobody: nothing else is
+// asked meanwhile. True while that is so.
+bool CBR_UTEST_CLASS::RépèteLArrêt() {
+  const double âge = Maintenant() - heureDArrêt_;
+  if (âge >= kRépétition) {
+    Envoie(Demande::Arrêt);
+    heureDArrêt_ = heureDEnvoi_;
+    return true;
+  }
+  // An exchange that began before may last one more.
+  return âge < kSilence || âge >= kRépétition - 2 * kSilence;
+}
+
+// The sequence ends with the identification, so that a start also tells the kind of machine. A stop
+// given during a pause ends it there.
+void CBR_UTEST_CLASS::Démarre() {
+  struct Pas {
+    Demande demande;
+    double pause;
+  };
+  static constexpr std::array<Pas, 4> kDépart{{{Demande::Arrêt, kPauseDeDépart},
+                                               {Demande::Départ7, kPauseDeDépart},
+                                               {Demande::Départ2, kPause},
+                                               {Demande::Identification, kPause}}};
+  const std::uint32_t arrêts = arrêts_;
+  const EnCours cours(séquence_, Séquence::Départ);
   mblnMarche = false;
+  partie_ = true;
+  for (const Pas& pas : kDépart) {
+    Envoie(pas.demande);
+    Attend(pas.pause);
+    if (arrêts_ != arrêts) break;
+  }
+  if (arrêts_ == arrêts) mblnMarche = false;  // asked again meanwhile: it is the same start
 }
 
 void CBR_UTEST_CLASS::ProchaineDemande() {
+  if (mblnMarche && !arrêtDû_) Démarre();
   if (mblnArrêt) {
-    Attend(kPause);
-    Envoie(Demande::Arrêt);
-    Attend(kPause);
-    mblnArrêt = false;
-  } else if (mblnMarche) {
-    Démarre();
-  } else {
+    EnvoieLArrêt();
+  } else if (échange_ == Echange::Repos && !(arrêtDû_ && RépèteLArrêt())) {
     Envoie(Demande::Mesures);
   }
+}
+
+// A port that is lost or was never there is looked for.
+void CBR_UTEST_CLASS::RetrouveLePort() {
+  if (port_->PortOuvert() || Maintenant() - heureDuPort_ < kEntreDeuxEssais) return;
+  heureDuPort_ = Maintenant();
+  port_->RéinitialisePort();
 }
 
 // Whatever an exchange ended in, the next request leaves in the same pass. One that was sent again
 // for want of an answer is not awaited either: the measures are asked for right behind it, and this
 // must stay, since the machine is used to that pace.
+//
+// Called by an event that a pause serves, it only sends a stop: the start that sleeps below ends
+// there.
 void CBR_UTEST_CLASS::Refresh() {
+  if (séquence_ != Séquence::Aucune) {
+    if (séquence_ == Séquence::Départ && mblnArrêt) EnvoieLArrêt();
+    return;
+  }
+  RetrouveLePort();
   tampon_ += port_->LitEntrée();
   if (échange_ == Echange::Identification) {
     SuitLIdentification();

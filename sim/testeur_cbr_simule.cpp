@@ -63,9 +63,13 @@ void TesteurCBRSimulé::Traite(int fonction, std::int32_t vitesse) {
     atteint_ = 0;
     prêt_ = true;
   } else if (fonction == kDémarre && prêt_) {
-    départ_ = horloge_.Maintenant();
-    enMarche_ = true;
+    DémarreAuPupitre();
   }
+}
+
+void TesteurCBRSimulé::DémarreAuPupitre() {
+  départ_ = horloge_.Maintenant();
+  enMarche_ = true;
 }
 
 void TesteurCBRSimulé::Arrête() {

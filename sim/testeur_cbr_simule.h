@@ -27,6 +27,8 @@ class TesteurCBRSimulé : public AppareilSérie {
   double précharge = 0;             ///< what the load cell shows at rest
   double latence = 5'000;           ///< microseconds before an answer
 
+  /// Started at its own panel, or before the program.
+  void DémarreAuPupitre();
   [[nodiscard]] bool EnMarche() const;
   [[nodiscard]] double Force() const;
   [[nodiscard]] double Déplacement() const;  ///< millimetres

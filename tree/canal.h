@@ -60,6 +60,7 @@ class Canal : public Objet {
   void ValeurCanal(double points) {
     mdblValeurCanal = points;
     CanalRafraichit_ = true;
+    baissée_ = baissée_ || points != kVrai;
   }
 
   /// Of an output: the value that the channel holds is the one that last reached its device, as far
@@ -122,6 +123,9 @@ class Canal : public Objet {
   void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
   /// What the device holds is not known any more: a write failed, or the device was lost.
   void OublieAtteint() { valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN(); }
+  /// A level other than true was written since the last call: a driver that is looked at once a
+  /// pass sees a stop that changes nothing, and one that a start follows at once.
+  [[nodiscard]] bool PrendLaBaisse() noexcept { return std::exchange(baissée_, false); }
   /// This analog output is a frequency output.
   [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
   /// False makes `MetàJour` do nothing; the value stays.
@@ -175,6 +179,7 @@ class Canal : public Objet {
   std::int16_t mintPositionAimant = 0;
   bool mblnEnService = true;
   bool CanalRafraichit_ = false;
+  bool baissée_ = false;
   std::int32_t IndexLecture = 0;
   double SommeTemp = 0;
   std::int32_t Canal_IdentifiantA_ = 0;

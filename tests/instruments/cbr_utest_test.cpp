@@ -154,6 +154,8 @@ TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
   EXPECT_EQ(Demandées(), (Fonctions_{3})) << "the stop first";
   EXPECT_NEAR(pupitre->heures.front() - départ, 100, 1);
   EXPECT_NEAR(horloge->Maintenant() / 1000 - départ, 200, 1);
+  EXPECT_EQ(Demandées(), (Fonctions_{11})) << "no start while the machine may still run";
+  pupitre->sortie = Trame(11, Octets(12, '\0'));
   for (const char* genre : {"\1\1", "\3\1"}) {  // an unknown kind changes nothing
     pupitre->réponses[1] = Trame(1, genre);
     testeur.Marche();
@@ -230,7 +232,9 @@ TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
   carte.MetàJour();
   chassis.DéclencheAU();
   Passe(2);
-  EXPECT_EQ(machine->Commandes().size(), avant + 1) << "the stop alone";
+  const auto premier = machine->Commandes().begin() + static_cast<std::ptrdiff_t>(avant);
+  EXPECT_EQ(Fonctions_(premier, machine->Commandes().end()), (Fonctions_{3, 3, 3}))
+      << "the stop alone, each second while nothing answers";
 }
 
 // A block without a line fails on each refresh of its board: when that was, in seconds.
