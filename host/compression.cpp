@@ -76,6 +76,7 @@ class EssaiSimulé {
   void Passe() {
     secondes_ += kPas;
     machine_.AvanceJusquA(secondes_);
+    for (auto& [cellule, tension] : cellulesFigées_) cellule.TensionEntrée(tension);
     Chassis& chassis = marche_.LeChassis();
     const std::uint64_t avant = chassis.RafraichissementsEA();
     marche_.Passe();
@@ -88,6 +89,7 @@ class EssaiSimulé {
     essai_.Observe(secondes_);
     if (Interruption::Demandée()) essai_.Interrompt();
     if (!finissait && essai_.LaFin() == Fin::Chaîne) NoteLaChaîneOuverte();
+    if (!finissait && essai_.LeDéfaut()) NoteLeDéfaut(*essai_.LeDéfaut());
     if (essai_.LaFin() || !jumelle_.presse.chaîneFermée) MesureLArrêt();
   }
 
@@ -96,6 +98,10 @@ class EssaiSimulé {
     rapport_.causes.emplace_back(jumelle_.presse.chaîneFermée
                                      ? "input Armé is no longer active"
                                      : "the watchdog tripped: the host did not refresh it in time");
+  }
+
+  void NoteLeDéfaut(const DéfautCapteur& défaut) {
+    rapport_.causes.push_back("sensor " + défaut.capteur + ": " + std::string(Texte(défaut.genre)));
   }
 
   // Called at the end of each pass, from the one that found the stop on, and as soon as the
@@ -131,6 +137,16 @@ class EssaiSimulé {
     if (options_.panne == "door") jumelle_.presse.porteFermée = false;
     if (options_.panne == "button") jumelle_.presse.boutonAU = true;
     if (options_.panne == "freeze") Gèle();
+    if (options_.panne == "cell") FigeLesCellules();
+  }
+
+  // Their converter hangs: each gives its last voltage for ever.
+  void FigeLesCellules() {
+    for (const CapteurRef& cellule : *essai_.Force().CapteursFils()) {
+      const auto borne = jumelle_.BorneDe(*cellule->Canal());
+      if (!borne) continue;
+      cellulesFigées_.emplace_back(*borne, borne->DeLaCarte().entréesAnalogiques[borne->Ligne()]);
+    }
   }
 
   void Gèle() {
@@ -149,6 +165,7 @@ class EssaiSimulé {
   EssaiCompression essai_;
   Enregistreur enregistreur_;
   Rapport rapport_;
+  std::vector<std::pair<sim::Borne, double>> cellulesFigées_;
   double secondes_ = 0;
   double heurePanne_ = -1;
   int passesDepuisLArrêt_ = 0;
@@ -189,7 +206,9 @@ void Imprime(const OptionsCompression& options, const Rapport& r) {
   if (r.fin != Fin::Rupture && r.passesAuRepos >= 0) {
     std::printf("  outputs at rest  %s\n",
                 r.passesAuRepos == 0 ? "in the same pass"
-                                     : (std::to_string(r.passesAuRepos) + " passes later").c_str());
+                                     : (std::to_string(r.passesAuRepos) +
+                                        (r.passesAuRepos == 1 ? " pass later" : " passes later"))
+                                           .c_str());
   }
   std::printf("Recording %s/compression.csv, curves %s/compression.svg\n", options.dossier.c_str(),
               options.dossier.c_str());

@@ -1,6 +1,7 @@
 #include "host/essai_compression.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "core/recherche.h"
@@ -27,8 +28,14 @@ constexpr double kDélaiApproche = 60;
 constexpr double kDuréeRetour = 2;
 constexpr double kDuréeRepos = 0.1;
 
-constexpr std::array<std::string_view, 5> kFins{"specimen broken", "stop", "safety chain open",
-                                                "time limit", "interrupted"};
+// A force that does not move by any noise while the press comes near, or a stress that does not
+// while so much more is asked for, is frozen. Seconds, MPa.
+constexpr double kImmobileEnApproche = 1;
+constexpr double kMontéeSansEffet = 0.5;
+constexpr double kImmobileAuMoins = 0.25;
+
+constexpr std::array<std::string_view, 6> kFins{
+    "specimen broken", "stop", "safety chain open", "time limit", "interrupted", "force not valid"};
 
 template <class T>
 Ref<T> Exige(Ref<T> objet, const char* quoi) {
@@ -106,17 +113,43 @@ std::optional<double> EssaiCompression::SecondesDeCharge() const {
   return secondes_ - début_;
 }
 
-// A stop ends the test whatever its step, and counts more than a break.
+// A stop ends the test whatever its step. A force that is not valid counts more than a break: a
+// cell that is lost reads like a broken specimen. Before the first step sensors may not have been
+// read.
 void EssaiCompression::Observe(double secondes) {
   secondes_ = secondes;
+  if (fin_ || étape_ == nullptr) return;
   const bool rompue = étape_ == &Etape::kCharge && Mesure();
-  if (sécurité_.Déclenchée()) {
-    Finit(Fin::Arrêt);
-  } else if (armé_ && organes_.armé->ValeurCourante() != ENUM_ETAT_LOGIQUE::Actif) {
-    Finit(Fin::Chaîne);
-  } else if (rompue) {
-    Finit(Fin::Rupture);
+  if (sécurité_.Déclenchée()) return Finit(Fin::Arrêt);
+  if (armé_ && organes_.armé->ValeurCourante() != ENUM_ETAT_LOGIQUE::Actif) {
+    return Finit(Fin::Chaîne);
   }
+  if (étape_ != &Etape::kAttente) défaut_ = ChercheUnDéfaut();
+  if (défaut_) return Finit(Fin::ForceNonValide);
+  if (rompue) Finit(Fin::Rupture);
+}
+
+std::optional<DéfautCapteur> EssaiCompression::ChercheUnDéfaut() {
+  const Capteur& force = *organes_.force;
+  const Capteur& contrainte = *organes_.contrainte;
+  if (auto défaut = DéfautDe(force)) return défaut;
+  if (auto défaut = DéfautDe(contrainte)) return défaut;
+  if (std::exchange(rafraichissements_, chassis_.RafraichissementsEA()) !=
+      chassis_.RafraichissementsEA()) {
+    mouvementDeLaForce_.Note(force, secondes_);
+    mouvementDeLaContrainte_.Note(contrainte, secondes_);
+  }
+  const auto figé = [](const Capteur& c) {
+    return DéfautCapteur{DéfautCapteur::Genre::Figé, c.NomDuCapteur()};
+  };
+  const bool charge = étape_ == &Etape::kCharge;
+  if (étape_ != &Etape::kApproche && !charge) return {};
+  const double enCharge = std::max(kImmobileAuMoins, kMontéeSansEffet / réglages_.vitesse);
+  if (mouvementDeLaForce_.Immobile() > (charge ? enCharge : kImmobileEnApproche)) {
+    return figé(force);
+  }
+  if (charge && mouvementDeLaContrainte_.Immobile() > enCharge) return figé(contrainte);
+  return {};
 }
 
 // A step that ends hands over to the next one at once.
@@ -190,6 +223,7 @@ void EssaiCompression::Charge() {
 // True on a break. The curve ends there: what the sensors of a broken specimen show is no material.
 bool EssaiCompression::Mesure() {
   const double force = organes_.force->ValeurCourante();
+  if (!std::isfinite(force) || !std::isfinite(organes_.contrainte->ValeurCourante())) return false;
   if (résultat_.forceMaximale > kForceMinimale && force < kRuptureSous * résultat_.forceMaximale) {
     return true;
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/chassis.h"
+#include "host/defaut_capteur.h"
 #include "platform/linux/securite.h"
 
 namespace zuma::host {
@@ -19,7 +20,7 @@ class EssaiCompression {
     double vitesse = 0.6;  ///< MPa/s
     double limite = 120;   ///< seconds of load at most
   };
-  enum class Fin : std::uint8_t { Rupture, Arrêt, Chaîne, Délai, Interrompu };
+  enum class Fin : std::uint8_t { Rupture, Arrêt, Chaîne, Délai, Interrompu, ForceNonValide };
   /// A sample of the load, seconds after the start of the frame, MPa and per cent.
   struct Point {
     double secondes = 0;
@@ -36,8 +37,8 @@ class EssaiCompression {
   /// Throws `MauvaisUsage` when the frame lacks a sensor or an output that the test needs.
   EssaiCompression(Chassis& chassis, const linux_::Securite& sécurité, const Réglages& réglages);
 
-  /// After each pass, `secondes` after the start of the frame: ends the test on a stop or an open
-  /// safety chain.
+  /// After each pass, `secondes` after the start of the frame: ends the test on a stop, an open
+  /// safety chain, or a force or a stress that must not be believed.
   void Observe(double secondes);
   /// The next command of the test. After a stop nothing is commanded.
   void Agit();
@@ -46,6 +47,8 @@ class EssaiCompression {
 
   /// How the test ended; none while it goes on. Unloading comes behind it.
   [[nodiscard]] std::optional<Fin> LaFin() const noexcept { return fin_; }
+  /// What was wrong with the sensor that ended the test; none with any other end.
+  [[nodiscard]] const std::optional<DéfautCapteur>& LeDéfaut() const noexcept { return défaut_; }
   /// The outputs are at rest: nothing more to do.
   [[nodiscard]] bool Terminé() const noexcept { return étape_ == nullptr; }
   /// Seconds of load so far; none before it.
@@ -73,6 +76,7 @@ class EssaiCompression {
   struct Etape;
 
   void Finit(Fin fin);
+  [[nodiscard]] std::optional<DéfautCapteur> ChercheUnDéfaut();
   void Entre(const Etape& étape);
   [[nodiscard]] bool Depuis(double durée) const { return secondes_ - début_ >= durée; }
 
@@ -98,6 +102,9 @@ class EssaiCompression {
   const Etape* étape_;
   bool nouvelle_ = true;  ///< the step has not begun
   std::optional<Fin> fin_;
+  std::optional<DéfautCapteur> défaut_;
+  std::uint64_t rafraichissements_ = 0;  ///< of the sensors, at the last look
+  SuiviDuMouvement mouvementDeLaForce_, mouvementDeLaContrainte_;
   std::vector<Point> points_;
   Résultat résultat_;
   double secondes_ = 0;

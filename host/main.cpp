@@ -164,7 +164,7 @@ class Ligne {
         ->check(CLI::Range(0.05, 5.0))
         ->capture_default_str();
     verbe.add_option("--fault", compression_.panne, "what goes wrong during the load")
-        ->check(CLI::IsMember({"door", "button", "overrange", "freeze"}));
+        ->check(CLI::IsMember({"door", "button", "overrange", "freeze", "cell"}));
     AjouteJson(verbe, compression_);
   }
 

@@ -78,7 +78,7 @@ struct OptionsCompression {
   std::string dossier = "compression";  ///< where the files go
   double vitesse = 0.6;                 ///< MPa/s
   double limite = 120;                  ///< seconds of load at most
-  std::string panne;                    ///< "door", "button", "overrange", "freeze"; empty for none
+  std::string panne;  ///< "door", "button", "overrange", "freeze", "cell"; empty for none
   bool json = false;
 };
 /// Runs a compression test on the simulated press through the object model alone, and writes its

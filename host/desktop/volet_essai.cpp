@@ -134,6 +134,10 @@ QString VoletEssai::TexteDuBilan() const {
   const auto fin = essai_->LaFin();
   QString texte = fin ? textes_("Fin " + std::string(Texte(*fin)))
                       : textes_("Phase " + std::string(essai_->Phase()));
+  if (const auto& défaut = essai_->LeDéfaut()) {
+    texte += "\n" + EnQt(défaut->capteur) + ": " +
+             textes_("Defaut " + std::string(Texte(défaut->genre)));
+  }
   texte += "\n" + textes_("Essai maximum") + " " + textes_.Nombre(r.forceMaximale, 2) + " kN, " +
            textes_.Nombre(r.contrainteMaximale, 2) + " MPa";
   if (fin) {

@@ -15,9 +15,9 @@ using nlohmann::json;
 
 class LEssaiDeCompression : public essai::LeProgramme {
  protected:
-  json Essaie(const std::string& panne, int code) {
+  json Essaie(const std::string& panne, int code, const std::string& sql = {}) {
     dossierDEssai = dossier.Fichier("essai" + panne);
-    std::vector<std::string> arguments{"compression", Base(), "--json", "--out", dossierDEssai};
+    std::vector<std::string> arguments{"compression", Base(sql), "--json", "--out", dossierDEssai};
     if (!panne.empty()) arguments.insert(arguments.end(), {"--fault", panne});
     const essai::Fin fin = Lance(arguments);
     EXPECT_EQ(fin.code, code) << panne;
@@ -109,6 +109,37 @@ TEST_F(LEssaiDeCompression, FiniOuArrêtéDitPourquoiEtMetAuRepos) {
     EXPECT_NE(courbe.find("Stress against time"), std::string::npos);
     EXPECT_NE(courbe.find("Stress against strain"), std::string::npos);
     EXPECT_TRUE(courbe.ends_with("</svg>\n")) << c.panne;
+  }
+}
+
+// A reading that must not be believed ends the test, and is not taken for a broken specimen.
+TEST_F(LEssaiDeCompression, FinitSurUneForceNonValide) {
+  const struct {
+    const char* panne;
+    const char* sql;
+    const char* cause;
+    double force;  // largest at most, kN
+  } cas[] = {
+      {"cell", "", "sensor Force: reading frozen", 13},
+      // The large cell may not stop the frame.
+      {"overrange",
+       "UPDATE Capteur SET [Arrêt en Cas de Dépassement des sécurités]=0 WHERE [Index]=1",
+       "sensor Force 100 kN: outside its limits", 95.1},
+      {"", "UPDATE Capteur SET [Seuil de lecture non valide]=1 WHERE [Index]=3",
+       "sensor Force: reading not valid", 0},
+      {"", "UPDATE Capteur SET [Canal]=NULL WHERE [Index]=2", "sensor Force 10 kN: no channel", 0},
+      {"",
+       "UPDATE Capteur SET [Parametre de sélection]=1,[Valeur de selection]='x' "
+       "WHERE [Index]=10",
+       "sensor Contrainte cylindre: not selected", 0},
+  };
+  for (const auto& c : cas) {
+    const json rapport = Essaie(c.panne, 1, c.sql);
+    EXPECT_EQ(rapport["end"], "force not valid") << c.cause;
+    EXPECT_EQ(rapport["causes"], json::array({c.cause}));
+    EXPECT_LE(rapport["max_force_kN"], c.force) << c.cause;
+    EXPECT_LE(rapport["rest_after_passes"], 1) << c.cause;
+    EXPECT_GE(rapport["rest_after_passes"], 0) << c.cause;
   }
 }
 
