@@ -11,6 +11,7 @@
 
 #include "host/configuration.h"
 #include "host/desktop/bureau.h"
+#include "host/desktop/fin_demandee.h"
 #include "host/interruption.h"
 
 namespace zuma::host {
@@ -91,7 +92,7 @@ int Montre(const OptionsDesktop& options, Application& application) {
     if (!options.image.empty()) PrévoitLImage(options, bureau.Fenêtre(), imageEcrite);
     bureau.LeBattement().Démarre();
     if (options.essai) bureau.Fenêtre().CommenceLEssai();
-    QApplication::exec();
+    if (!Interruption::Demandée()) QApplication::exec();
     fini = bureau.LaMachine().Fini();
   }
   if (!imageEcrite) throw MauvaisUsage(options.image + " cannot be written");
@@ -107,6 +108,7 @@ int Desktop(const OptionsDesktop& options) {
   char nom[] = "zuma";
   char* arguments[] = {nom, nullptr};
   Application application(nombre, arguments);
+  const FinDemandée fin;
   std::setlocale(LC_NUMERIC, "C");  // the toolkit takes the user's: instruments speak with points
   try {
     return Montre(options, application);
