@@ -18,7 +18,7 @@ QComboBox* BoîteDe(ListeDeChoix& liste, const char* nom) {
 
 void Relit(QComboBox& boîte, const ListeDeChoix& liste) {
   QStringList textes;
-  for (const std::string& texte : liste.textes) textes << EnQt(texte);
+  for (const std::string& texte : liste.textes) textes << (texte.empty() ? "–" : EnQt(texte));
   QStringList montrés;
   for (int i = 0; i < boîte.count(); ++i) montrés << boîte.itemText(i);
   const QSignalBlocker muette(boîte);  // what comes from the list does not go back to it

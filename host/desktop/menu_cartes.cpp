@@ -34,7 +34,7 @@ const Entretien* EntretienDe(const Carte& carte) {
 }
 
 QString Titre(const Carte& carte, const Textes& textes, bool avecFeuille) {
-  return EnQt(carte.Key()) + "  " + EnQt(carte.NomDeLaCarte()).replace("&", "&&") +
+  return EnQt(carte.Key()) + "  " + SansTouche(EnQt(carte.NomDeLaCarte())) +
          (avecFeuille ? ": " + textes("Geste entretien") + "..." : QString());
 }
 

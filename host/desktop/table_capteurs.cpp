@@ -33,7 +33,7 @@ bool AlignéADroite(int colonne) {
 
 QString NomDe(const Capteur& capteur) {
   const std::string& affiché = capteur.NomAfficheDuCapteur();
-  return EnQt(affiché.empty() ? capteur.NomDuCapteur() : affiché);
+  return NomOuNuméro(SansBlancs(affiché).empty() ? capteur.NomDuCapteur() : affiché, capteur.Key());
 }
 
 TableCapteurs::TableCapteurs(Chassis& chassis, const Textes& textes, CourbesChoisies& courbes)
@@ -68,6 +68,7 @@ QVariant TableCapteurs::data(const QModelIndex& index, int rôle) const {
       if (colonne != Nom) return {};
       return courbes_[static_cast<std::size_t>(index.row())] ? Qt::Checked : Qt::Unchecked;
     case Qt::ToolTipRole:
+      if (Complet(static_cast<std::size_t>(index.row()))) return textes_("Aide courbes");
       return EnQt(capteur->Label()) + "\n" + textes_("Texte etalonnage") + " " +
              EnQt(capteur->DateEtalonnage()) + " " + EnQt(capteur->NomEtalonneur());
     default:
@@ -136,8 +137,14 @@ Capteur* TableCapteurs::CapteurDe(const QModelIndex& index) const {
   return index.isValid() ? capteurs_[static_cast<std::size_t>(index.row())].Brut() : nullptr;
 }
 
+// True where no other curve can be added.
+bool TableCapteurs::Complet(std::size_t rang) const {
+  return !courbes_[rang] && std::ranges::count(courbes_, true) >= kCourbesAuPlus;
+}
+
 void TableCapteurs::BasculeLaCourbe(const QModelIndex& index) {
   const auto rang = static_cast<std::size_t>(index.row());
+  if (Complet(rang)) return;
   courbes_[rang] = !courbes_[rang];
   const QModelIndex coche = index.siblingAtColumn(Nom);
   emit dataChanged(coche, coche, {Qt::CheckStateRole});

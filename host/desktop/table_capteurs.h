@@ -26,14 +26,19 @@ class TableCapteurs : public QAbstractTableModel {
                                     int rôle) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+  /// As many as there are ways to draw one; painting more would hold the passes up.
+  static constexpr std::ptrdiff_t kCourbesAuPlus = 16;
+
   void Rafraîchit();
   [[nodiscard]] Capteur* CapteurDe(const QModelIndex& index) const;
-  /// Takes the sensor into the curves, or out of them.
+  /// Takes the sensor into the curves, or out of them. Nothing when they are full.
   void BasculeLaCourbe(const QModelIndex& index);
 
  private:
   [[nodiscard]] QString Texte(const Capteur& capteur, int colonne) const;
   [[nodiscard]] QString TexteDesMarques(const Capteur& capteur, int décimales) const;
+
+  [[nodiscard]] bool Complet(std::size_t rang) const;
 
   const Textes& textes_;
   CourbesChoisies& courbes_;

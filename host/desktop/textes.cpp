@@ -52,6 +52,15 @@ QString AvecUnité(const QString& nombre, const std::string& unité) {
   return unité.empty() ? nombre : nombre + QChar(QChar::Nbsp) + EnQt(unité);
 }
 
+QString NomOuNuméro(std::string_view nom, std::string_view clé) {
+  const QString donné = EnQt(nom);
+  return donné.trimmed().isEmpty() ? "#" + EnQt(clé) : donné;
+}
+
+QString SansTouche(QString nom) {
+  return nom.replace("&", "&&");
+}
+
 QString Absent() {
   return QStringLiteral("–");
 }

@@ -33,6 +33,11 @@ class Textes {
 [[nodiscard]] int DécimalesPour(double échelle);
 /// Number and unit, without a blank that ends the text where there is no unit.
 [[nodiscard]] QString AvecUnité(const QString& nombre, const std::string& unité);
+/// The name of an object, or its number where the configuration gives it none: two of those must
+/// not look alike.
+[[nodiscard]] QString NomOuNuméro(std::string_view nom, std::string_view clé);
+/// A name for a button or a menu, whose "&" makes no key: a name must not operate an output.
+[[nodiscard]] QString SansTouche(QString nom);
 /// Sign in place of a number that is not there.
 [[nodiscard]] QString Absent();
 [[nodiscard]] inline QString EnQt(std::string_view texte) {

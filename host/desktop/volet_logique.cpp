@@ -102,14 +102,16 @@ void VoletLogique::Rafraîchit() {
     MetLeTexte(*étiquette,
                QStringLiteral("<span style='color:%1'>%2</span> %3: <b>%4</b>")
                    .arg(état.couleur, état.lampe,
-                        EnQt(entrée->NomDeEntréeLogique()).toHtmlEscaped(), textes_(état.clé)));
+                        NomOuNuméro(entrée->NomDeEntréeLogique(), entrée->Key()).toHtmlEscaped(),
+                        textes_(état.clé)));
   }
   for (const auto& [sortie, bouton] : sorties_) {
     const EtatLogique& état = Etat(sortie->ValeurCourante());
     bouton->setChecked(sortie->ValeurCourante() == ENUM_ETAT_LOGIQUE::Actif);
     bouton->setEnabled(libre);
-    MetLeTexte(*bouton, QString(état.lampe) + " " + EnQt(sortie->NomDeLaSortieLogique()) + ": " +
-                            textes_(état.clé));
+    MetLeTexte(*bouton, QString(état.lampe) + " " +
+                            SansTouche(NomOuNuméro(sortie->NomDeLaSortieLogique(), sortie->Key())) +
+                            ": " + textes_(état.clé));
   }
   MontreLeWatchdog(libre);
 }

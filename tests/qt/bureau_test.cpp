@@ -14,97 +14,18 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
-#include <fstream>
 
 #include <gtest/gtest.h>
 
-#include "core/recherche.h"
 #include "host/configuration.h"
 #include "host/desktop/desktop.h"
-#include "outils/dossier_provisoire.h"
-#include "platform/linux/base_creation.h"
-#include "platform/linux/connexion_sqlite.h"
-#include "platform/linux/demo.h"
-#include "sim/machine_simulee.h"
+#include "qt/banc_bureau.h"
 
 namespace zuma {
 namespace {
 
 using Colonne = host::TableCapteurs::Colonne;
-
-class LeBureau : public testing::Test {
- protected:
-  // Frame 1 of a demo base of its own, changed by `sql`, in its window.
-  void Ouvre(const std::string& sql = {}, const std::string& langue = "en") {
-    const std::string base = dossier.Fichier("demo.db");
-    linux_::CréeBase(base, linux_::LignesDeDémonstration());
-    std::ofstream paramètres(base + ".params");
-    for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
-      paramètres << index << "=" << valeur << "\n";
-    }
-    paramètres.close();
-    if (!sql.empty()) {
-      linux_::ConnexionSqlite(base, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
-          .Exécute(sql.c_str());
-    }
-    options.fichier = base;
-    options.simulation = true;
-    options.langue = langue;
-    bureau.emplace(options);
-    bureau->Fenêtre().show();
-    bureau->LeBattement().Démarre();
-    Laisse(300);
-  }
-  static void Laisse(int millisecondes) { QTest::qWait(millisecondes); }
-  template <class T>
-  T& Le(const char* nom) {
-    T* widget = bureau->Fenêtre().findChild<T*>(nom);
-    if (widget == nullptr) throw std::runtime_error(nom);
-    return *widget;
-  }
-  template <class T>
-  void Clique(const char* nom) {
-    QTest::mouseClick(&Le<T>(nom), Qt::LeftButton, {}, {8, Le<T>(nom).height() / 2});
-  }
-  void Tape(const char* nom, const char* texte) {
-    Clique<QLineEdit>(nom);
-    QTest::keyClick(&Le<QLineEdit>(nom), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(&Le<QLineEdit>(nom), texte);
-  }
-  Chassis& LeChassis() { return bureau->LaMarche().LeChassis(); }
-  sim::Borne Borne(const CanalRef& canal) {
-    return *bureau->LaMachine().Jumelle()->BorneDe(*canal);
-  }
-  double Volts(const CanalRef& entrée) {
-    const sim::Borne borne = Borne(entrée);
-    return borne.DeLaCarte().entréesAnalogiques[borne.Ligne()];
-  }
-  double Volts(const char* commande) {
-    return Borne(LeChassis().Commandes()->Item(commande)->Canal()).TensionSortie();
-  }
-  bool Ligne(const char* sortie) {
-    return Borne(LeChassis().SortiesLogiques()->Item(sortie)->Canal()).SortieLogique();
-  }
-  CapteurRef LeCapteur(const char* label) { return recherche::CapteurDeLabel(LeChassis(), label); }
-  // Row of a sensor, chosen.
-  int Choisit(const Capteur& capteur) {
-    auto& vue = Le<QAbstractItemView>("tableCapteurs");
-    for (int rang = 0; rang < vue.model()->rowCount(); ++rang) {
-      if (Case(rang, Colonne::Nom) != QString::fromStdString(capteur.NomDuCapteur())) continue;
-      vue.setCurrentIndex(vue.model()->index(rang, 0));
-      return rang;
-    }
-    return -1;
-  }
-  QString Case(int rang, int colonne) {
-    QAbstractItemModel& table = *Le<QAbstractItemView>("tableCapteurs").model();
-    return table.data(table.index(rang, colonne)).toString();
-  }
-
-  essai::DossierProvisoire dossier;
-  host::OptionsDesktop options;
-  std::optional<host::Bureau> bureau;
-};
+using LeBureau = essai::UnBureau;
 
 // Consigne 1: 100 % is 4095 points of a board of 0 to 10 V.
 constexpr auto kConsigne1 = "2";
@@ -272,6 +193,42 @@ TEST_F(LeBureau, MetAuReposUneCommandeHorsService) {
   const CanalRef canal = commande->Canal();
   bureau.reset();
   EXPECT_EQ(canal->ValeurCanal(), 0);
+}
+
+TEST_F(LeBureau, DistingueCeQuiNAPasDeNom) {
+  std::string sql = "UPDATE [Commande] SET [Nom de la Commande]='R&D' WHERE [Index]=3;";
+  for (const auto& [table, colonne] :
+       {std::pair("Capteur", "Nom du Capteur"), std::pair("Capteur", "Nom affiché"),
+        std::pair("Commande", "Nom de la Commande"),
+        std::pair("Entrée Logique", "Nom de l'Entrée Logique"),
+        std::pair("Sortie Logique", "Nom de la Sortie Logique")}) {
+    sql += std::string("UPDATE [") + table + "] SET [" + colonne + "]='' WHERE [Index] IN (1,2);";
+    sql += std::string("UPDATE [Liaison Chassis / ") + table + "] SET Label=NULL WHERE [" + table +
+           "] IN (1,2);";
+  }
+  Ouvre(sql);
+  EXPECT_EQ(Case(0, Colonne::Nom), "#1");
+  EXPECT_EQ(Case(1, Colonne::Nom), "#2");
+  EXPECT_EQ(Le<QCheckBox>("service1").text(), "#1");
+  EXPECT_EQ(Le<QCheckBox>("service3").text(), "R&&D") << "no key that operates it";
+  EXPECT_TRUE(Le<QLabel>("entree2").text().contains("#2"));
+  EXPECT_TRUE(Le<QPushButton>("sortie2").text().contains("#2"));
+}
+
+// Painting all of two hundred would hold the passes up.
+TEST_F(LeBureau, BorneLeNombreDeCourbes) {
+  Ouvre();
+  auto& vue = Le<QAbstractItemView>("tableCapteurs");
+  const auto coche = [&](int rang) {
+    return vue.model()->index(rang, 0).data(Qt::CheckStateRole) == Qt::Checked;
+  };
+  int courbes = 0;
+  for (int rang = 0; rang < vue.model()->rowCount(); ++rang) {
+    vue.setCurrentIndex(vue.model()->index(rang, 0));
+    if (!coche(rang)) Le<QAction>("gesteCourbe").trigger();
+    courbes += coche(rang) ? 1 : 0;
+  }
+  EXPECT_EQ(courbes, host::TableCapteurs::kCourbesAuPlus);
 }
 
 TEST_F(LeBureau, MontreEnMotsLaCauseQueDonneLaMachine) {
