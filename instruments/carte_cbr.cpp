@@ -67,17 +67,17 @@ void Patiente(Carte& carte, CBR_UTEST_CLASS& testeur, Assez&& assez) {
 // that is going on has ended or run out of time, and what the machine answers is known at the end.
 // A start that it overtakes is withdrawn, since the tester alone would carry it out behind the
 // stop.
-// Behind a `départ` it is sent whatever the machine said last.
-void Arrête(Carte& carte, CBR_UTEST_CLASS& testeur, bool départ) {
+void Arrête(Carte& carte, CBR_UTEST_CLASS& testeur) {
   testeur.AnnuleMarche();
   if (testeur.ArrêtDû()) return;  // the tester sends it again by itself
-  départ ? testeur.Arrete() : testeur.ArreteSIlLeFaut();
+  testeur.Arrete();
   Patiente(carte, testeur, [&] { return !testeur.ArrêtEnAttente(); });
   Patiente(carte, testeur, [&] { return !testeur.ArrêtDû(); });
 }
 
 // What the channel holds when the board starts is where changes are counted from: a level left
-// there moves nothing. Every writing of another level is a stop, whatever the channel held before.
+// there moves nothing. Every writing of another level is a stop, whatever the channel held before,
+// but for a machine known to be at rest.
 void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
   Canal* const sortie = LaSortie(carte);
   if (sortie == nullptr) return;
@@ -85,7 +85,7 @@ void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
   const bool baissée = sortie->PrendLaBaisse();
   const bool avant = pilote.marcheDemandée.value_or(MarcheDemandée(sortie));
   pilote.marcheDemandée = MarcheDemandée(sortie);
-  if (baissée) Arrête(carte, testeur, avant);
+  if (baissée && (avant || !testeur.EstAuRepos())) Arrête(carte, testeur);
   // Looked at anew: an event served during the stop may have given another one.
   if (MarcheDemandée(sortie) && (baissée || !avant)) testeur.Marche();
 }

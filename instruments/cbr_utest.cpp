@@ -111,17 +111,7 @@ void CBR_UTEST_CLASS::ResetMachine() {
 
 void CBR_UTEST_CLASS::Arrete() noexcept {
   mblnArrêt = arrêtDû_ = true;
-  àVérifier_ = false;
   ++arrêts_;
-}
-
-void CBR_UTEST_CLASS::ArreteSIlLeFaut() {
-  if (!EstAuRepos()) {
-    Arrete();
-  } else if (!arrêtDû_) {
-    arrêtDû_ = àVérifier_ = true;
-    heureDArrêt_ = Maintenant();
-  }
 }
 
 bool CBR_UTEST_CLASS::EstAuRepos() const {
@@ -140,18 +130,13 @@ void CBR_UTEST_CLASS::AbandonneLEchange() noexcept {
   if (arrêtDû_) mblnMarche = false;
 }
 
-// Only the answer to a request that left behind the stop confirms it.
+// The answer is to a request that left behind the stop, unless that one has still to leave.
 void CBR_UTEST_CLASS::PrendLEtat(bool enMarche) {
   mblnIsRunning = enMarche;
   étatConnu_ = true;
-  if (enMarche) {
-    if (àVérifier_) Arrete();
-    return;
-  }
+  if (enMarche) return;
   heureDuRepos_ = Maintenant();
-  if (arrêtDû_ && !mblnArrêt && heureDEnvoi_ >= heureDArrêt_) {
-    arrêtDû_ = àVérifier_ = partie_ = false;
-  }
+  if (arrêtDû_ && !mblnArrêt) arrêtDû_ = partie_ = false;
 }
 
 // Only an answer that began is waited for: without a header the identification is given up at once.
@@ -228,10 +213,8 @@ bool CBR_UTEST_CLASS::RépèteLArrêt() {
   if (âge >= kRépétition) {
     Envoie(Demande::Arrêt);
     heureDArrêt_ = heureDEnvoi_;
-    àVérifier_ = false;
     return true;
   }
-  if (àVérifier_) return false;
   // An exchange that began before may last one more.
   return âge < kSilence || âge >= kRépétition - 2 * kSilence;
 }

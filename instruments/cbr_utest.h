@@ -71,11 +71,8 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   void AnnuleMarche() noexcept { mblnMarche = false; }
   /// A stop was asked and its frame has not left yet.
   [[nodiscard]] bool ArrêtEnAttente() const noexcept { return mblnArrêt; }
-  /// `Arrete` for a machine that may run. To one that is at rest nothing is sent unless its next
-  /// answer tells otherwise, or none comes within a second.
-  void ArreteSIlLeFaut();
-  /// A stop was sent or has to be, and the machine has not said since that it does not run.
-  [[nodiscard]] bool ArrêtDû() const noexcept { return arrêtDû_ && !àVérifier_; }
+  /// A stop was asked, and the machine has not said since that it does not run.
+  [[nodiscard]] bool ArrêtDû() const noexcept { return arrêtDû_; }
   /// The machine was not started from here, and said within the last second that it does not run.
   [[nodiscard]] bool EstAuRepos() const;
   /// The machine runs although nothing here started it: at its own panel, or before the program.
@@ -128,7 +125,6 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   bool mblnMarche = false;
   bool mblnArrêt = false;
   bool arrêtDû_ = false;
-  bool àVérifier_ = false;    ///< the stop that is owed was not sent: the machine was at rest
   bool partie_ = false;       ///< started from here, and no stop was confirmed since
   bool étatConnu_ = false;    ///< told by a good answer since `Initialise`
   std::uint32_t arrêts_ = 0;  ///< stops asked so far
@@ -142,7 +138,7 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   Echange échange_ = Echange::Repos;
   std::int32_t essais_ = 0;
   double heureDEnvoi_ = 0;   ///< microseconds, like the others
-  double heureDArrêt_ = 0;   ///< of the last stop sent, or asked of a machine at rest
+  double heureDArrêt_ = 0;   ///< of the last stop sent
   double heureDuRepos_ = 0;  ///< of the last answer that told a machine at rest
   double heureDuPort_ = 0;   ///< of the last try to open the port
   Ref<ZED_Timer> TimerExact_;

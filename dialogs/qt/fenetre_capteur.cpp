@@ -10,8 +10,9 @@ void Reprend(QLineEdit& champ, const std::string& texte) {
 
 }  // namespace
 
-FenêtreCapteur::FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuille, const Mots& mots)
-    : FenêtreEtalonnage(feuille, mots),
+FenêtreCapteur::FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuille, const Mots& mots,
+                               const Refus& refus)
+    : FenêtreEtalonnage(feuille, mots, refus),
       feuille_(feuille),
       nomAffiché_(Champ("TxtNomAffiche", &Cpt_Normal_Extrn_Calibration::TxtNomAffiche)),
       unité_(Champ("TxtUnite", &Cpt_Normal_Extrn_Calibration::TxtUnite)),
@@ -25,8 +26,8 @@ FenêtreCapteur::FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuill
   Enchaîne({nomAffiché_, unité_}, {tare_});
   connect(tare_, &QCheckBox::clicked, this, [this](bool cochée) {
     const Ref<Cpt_Normal_Extrn_Calibration> capteur = feuille_;
-    Fais([capteur, cochée] { capteur->ChkTare(cochée); },
-         LesMots()("Texte tare impossible", "The tare could not be changed."));
+    FaisSiPermis([capteur, cochée] { capteur->ChkTare(cochée); },
+                 LesMots()("Texte tare impossible", "The tare could not be changed."));
   });
 }
 

@@ -11,7 +11,8 @@ namespace zuma::qt {
 /// Window of the sensor's calibration form.
 class FenêtreCapteur final : public FenêtreEtalonnage {
  public:
-  FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuille, const Mots& mots);
+  FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuille, const Mots& mots,
+                 const Refus& refus = {});
 
  protected:
   void Relit() override;

@@ -5,8 +5,8 @@
 namespace zuma::qt {
 
 FenêtreCommande::FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& feuille,
-                                 const Mots& mots)
-    : FenêtreEtalonnage(feuille, mots),
+                                 const Mots& mots, const Refus& refus)
+    : FenêtreEtalonnage(feuille, mots, refus),
       feuille_(feuille),
       suivi_(BoîteDe(feuille->CmbCapteurARecopier, "CmbCapteurARecopier")),
       capteur_(AjouteValeur("LegendeValeurCapteur", "Valeur du capteur", "LblValeurCapteur")),

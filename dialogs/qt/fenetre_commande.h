@@ -10,7 +10,8 @@ namespace zuma::qt {
 /// Window of the command's calibration form.
 class FenêtreCommande final : public FenêtreEtalonnage {
  public:
-  FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& feuille, const Mots& mots);
+  FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& feuille, const Mots& mots,
+                  const Refus& refus = {});
 
  protected:
   void Relit() override;

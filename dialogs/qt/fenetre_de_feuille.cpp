@@ -41,11 +41,12 @@ void FermeTout() {
 
 }  // namespace
 
-FenêtreDeFeuille::FenêtreDeFeuille(Suivi suivi, Mots mots)
+FenêtreDeFeuille::FenêtreDeFeuille(Suivi suivi, Mots mots, Refus refus)
     : QWidget(nullptr, Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
       suivi_(std::move(suivi)),
-      mots_(std::move(mots)) {
+      mots_(std::move(mots)),
+      refus_(std::move(refus)) {
   qRemovePostRoutine(&FermeTout);  // once, whatever the number of windows
   qAddPostRoutine(&FermeTout);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -89,6 +90,14 @@ void FenêtreDeFeuille::Fais(const std::function<void()>& action, const QString&
     Relit();
   }
   if (raison) Annonce(mots, titre, échec, Texte(*raison));
+}
+
+// A box that was pressed shows the form's state again.
+void FenêtreDeFeuille::FaisSiPermis(const std::function<void()>& action, const QString& échec) {
+  const QString refus = refus_ ? refus_() : QString();
+  if (refus.isEmpty()) return Fais(action, échec);
+  Relit();
+  Annonce(Mots(mots_), windowTitle(), échec, refus);
 }
 
 void FenêtreDeFeuille::Quitte() {

@@ -12,6 +12,9 @@ class FenêtreHôte;
 
 namespace zuma::qt {
 
+/// Why a form must change nothing for now, in the operator's words; empty while it may.
+using Refus = std::function<QString()>;
+
 /// A window that stays beside the host's own and shows a living form. It has the form refreshed
 /// periodically, goes away with it, and tells it when it is closed. Closed, it deletes itself; its
 /// parent may end first, and the form's object at any time.
@@ -33,7 +36,7 @@ class FenêtreDeFeuille : public QWidget {
   [[nodiscard]] bool Partie() const { return partie_; }
 
  protected:
-  FenêtreDeFeuille(Suivi suivi, Mots mots);
+  FenêtreDeFeuille(Suivi suivi, Mots mots, Refus refus = {});
 
   /// Takes everything from the form anew.
   virtual void Relit() = 0;
@@ -44,6 +47,10 @@ class FenêtreDeFeuille : public QWidget {
   /// Carries out what the operator asked, then shows the form's new state. A failure is told under
   /// `échec` and changes nothing else. The window may be gone when this returns.
   void Fais(const std::function<void()>& action, const QString& échec);
+  /// The same for what changes a reading or an output: the host may refuse it, which is told under
+  /// `échec` too, and leaves the form as it is. Asked at the act: the window may have been opened
+  /// long before.
+  void FaisSiPermis(const std::function<void()>& action, const QString& échec);
   [[nodiscard]] const Mots& LesMots() const { return mots_; }
 
   void closeEvent(QCloseEvent* événement) override;
@@ -54,6 +61,7 @@ class FenêtreDeFeuille : public QWidget {
 
   Suivi suivi_;
   Mots mots_;
+  Refus refus_;
   QTimer timer_;
   bool partie_ = false;
 };

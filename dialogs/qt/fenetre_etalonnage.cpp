@@ -29,8 +29,9 @@ FenêtreDeFeuille::Suivi SuiviDe(const Ref<FeuilleEtalonnage>& feuille) {
 
 }  // namespace
 
-FenêtreEtalonnage::FenêtreEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots)
-    : FenêtreDeFeuille(SuiviDe(feuille), mots),
+FenêtreEtalonnage::FenêtreEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots,
+                                     const Refus& refus)
+    : FenêtreDeFeuille(SuiviDe(feuille), mots, refus),
       feuille_(feuille),
       nom_(Etiquette("Lbl_Nom_Interne_Cpt", {})),
       champs_(new QFormLayout),
@@ -70,21 +71,21 @@ QLayout* FenêtreEtalonnage::Boutons() {
   auto* const rangée = new QHBoxLayout;
   rangée->addStretch(1);
   const auto ajoute = [&](const char* nom, std::string_view clé,
-                          void (FeuilleEtalonnage::*action)()) {
+                          void (FeuilleEtalonnage::*action)(), auto fais) {
     auto* const bouton = new QPushButton("&" + Légende(clé));
     bouton->setObjectName(nom);
     bouton->setAutoDefault(true);  // Enter presses it while it has the focus
     rangée->addWidget(bouton);
     boutons_.push_back(bouton);
-    connect(bouton, &QPushButton::clicked, this, [this, action] {
+    connect(bouton, &QPushButton::clicked, this, [this, action, fais] {
       const Ref<FeuilleEtalonnage> feuille = feuille_;
-      Fais([feuille, action] { (*feuille.*action)(); },
-           LesMots()("Texte etalonnage non enregistré",
-                     "Nothing was saved. What was typed is kept in the window."));
+      (this->*fais)([feuille, action] { (*feuille.*action)(); },
+                    LesMots()("Texte etalonnage non enregistré",
+                              "Nothing was saved. What was typed is kept in the window."));
     });
   };
-  ajoute("BtnOK", "OK", &FeuilleEtalonnage::BtnOK);
-  ajoute("BtnCancel", "Annuler", &FeuilleEtalonnage::BtnCancel);
+  ajoute("BtnOK", "OK", &FeuilleEtalonnage::BtnOK, &FenêtreEtalonnage::FaisSiPermis);
+  ajoute("BtnCancel", "Annuler", &FeuilleEtalonnage::BtnCancel, &FenêtreEtalonnage::Fais);
   return rangée;
 }
 

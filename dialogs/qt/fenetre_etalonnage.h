@@ -22,7 +22,7 @@ class FenêtreEtalonnage : public FenêtreDeFeuille {
   }
 
  protected:
-  FenêtreEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots);
+  FenêtreEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots, const Refus& refus);
 
   void Relit() override;
 

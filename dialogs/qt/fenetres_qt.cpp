@@ -56,11 +56,13 @@ void FenêtresQt::Montre(FeuilleConditionneurNumerique& feuille, FenêtreHôte* 
 }
 
 void FenêtresQt::Montre(Ref<Cpt_Normal_Extrn_Calibration> feuille, FenêtreHôte* mère) {
-  Présente<FenêtreCapteur>(*feuille, [&] { return new FenêtreCapteur(feuille, mots_); }, mère);
+  Présente<FenêtreCapteur>(
+      *feuille, [&] { return new FenêtreCapteur(feuille, mots_, refus_); }, mère);
 }
 
 void FenêtresQt::Montre(Ref<Cmde_Normale_Extrn_Calibration> feuille, FenêtreHôte* mère) {
-  Présente<FenêtreCommande>(*feuille, [&] { return new FenêtreCommande(feuille, mots_); }, mère);
+  Présente<FenêtreCommande>(
+      *feuille, [&] { return new FenêtreCommande(feuille, mots_, refus_); }, mère);
 }
 
 void FenêtresQt::TraiteLesEvénements() {

@@ -1,16 +1,17 @@
 #pragma once
 
 #include <QPointer>
+#include <utility>
 #include <vector>
 
 #include "dialogs/feuille_conditionneur_numerique.h"
+#include "dialogs/qt/fenetre_de_feuille.h"
 #include "dialogs/qt/mots.h"
 #include "platform/fenetres.h"
 
 namespace zuma::qt {
 
 class FenêtreChoixDuPort;
-class FenêtreDeFeuille;
 
 /// The forms of the library in Qt windows, for any host with a `QApplication`. Windows belong to
 /// the host's window given with each form, or stand alone without one. They end with this, with the
@@ -38,6 +39,10 @@ class FenêtresQt final : public Fenêtres {
   void Montre(Ref<Cmde_Normale_Extrn_Calibration> feuille, FenêtreHôte* mère) override;
   void TraiteLesEvénements() override;
 
+  /// Has the calibration forms ask before they change a reading or an output: a host answers while
+  /// a stop is latched, since outputs may follow what is calibrated. For windows made from now on.
+  void Refuse(Refus refus) { refus_ = std::move(refus); }
+
  private:
   template <class Fenêtre, class Feuille>
   void Présente(Feuille& feuille, const auto& crée, FenêtreHôte* mère);
@@ -45,6 +50,7 @@ class FenêtresQt final : public Fenêtres {
   Mots mots_;
   FeuilleConditionneurNumerique conditionneur_;
   std::vector<QPointer<FenêtreDeFeuille>> fenêtres_;
+  Refus refus_;
   FenêtreChoixDuPort* choix_ = nullptr;  ///< the modal form on the screen
 };
 

@@ -4,7 +4,6 @@
 
 #include "host/configuration.h"
 #include "host/desktop/traducteur_du_chassis.h"
-#include "host/interruption.h"
 #include "host/parametres.h"
 
 namespace zuma::host {
@@ -39,6 +38,10 @@ Bureau::Bureau(const OptionsDesktop& options)
       machine_(host::LaMachine(options, messages_)),
       fenêtres_(traducteur_) {
   machine_->Services().fenêtres = &fenêtres_;
+  fenêtres_.Refuse([this] {
+    const bool arrêt = marche_ && marche_->LaSécurité().Déclenchée();
+    return arrêt ? textes_("Refus pendant un arret") : QString();
+  });
   marche_ = std::make_unique<ChassisEnMarche>(options.fichier, options.chassis, *machine_, recueil_,
                                               LitLesParamètres(options.fichier, options.paramètres),
                                               traducteur_);
@@ -67,10 +70,10 @@ Battement::Travail Bureau::Travail() {
           .échec = [this](std::string_view texte) { recueil_->AjouteErreur(texte, {}); }};
 }
 
-// A signal asks for an end, and so does a machine after whose failure nothing may go on.
+// After the failure of some machines nothing may go on.
 void Bureau::AprèsLaPasse(double secondes) {
   fenêtre_->AprèsLaPasse(secondes);
-  if (Interruption::Demandée() || !machine_->Fini().empty()) fenêtre_->close();
+  if (!machine_->Fini().empty()) fenêtre_->close();
 }
 
 }  // namespace zuma::host

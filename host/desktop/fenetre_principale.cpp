@@ -102,15 +102,17 @@ void FenêtrePrincipale::Compose() {
   capteurs_->setFocus();
 }
 
-// The test hears of it at once: a stop that is acknowledged before the next pass ends it too.
+// All hear of it at once: a stop that is acknowledged before the next pass ends the test too, and
+// drops what was typed.
 void FenêtrePrincipale::Arrête() {
   marche_.Arrête(textes_("Cause operateur").toStdString());
   if (essai_ != nullptr) essai_->AprèsLaPasse(battement_.Secondes());
+  RafraîchitTout();
 }
 
 QWidget* FenêtrePrincipale::Gauche() {
   Chassis& chassis = marche_.LeChassis();
-  capteurs_ = new VoletCapteurs(chassis, textes_, courbesChoisies_, hôte_);
+  capteurs_ = new VoletCapteurs(chassis, textes_, courbesChoisies_, verrou_, hôte_);
   courbes_ = new VoletCourbes(chassis, textes_, courbesChoisies_);
   onglets_ = new QTabWidget;
   onglets_->setObjectName("onglets");

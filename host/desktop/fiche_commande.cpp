@@ -1,5 +1,6 @@
 #include "host/desktop/fiche_commande.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QGridLayout>
@@ -14,6 +15,13 @@
 #include "host/desktop/table_capteurs.h"
 
 namespace zuma::host {
+namespace {
+
+QString NomDe(const Commande& commande) {
+  return NomOuNuméro(commande.NomDeLaCommande(), commande.Key());
+}
+
+}  // namespace
 
 FicheCommande::FicheCommande(CommandeRef commande, const Textes& textes, Verrou verrou,
                              FenêtreHôte& mère)
@@ -21,7 +29,7 @@ FicheCommande::FicheCommande(CommandeRef commande, const Textes& textes, Verrou 
       textes_(textes),
       verrou_(std::move(verrou)),
       mère_(mère),
-      service_(new QCheckBox(EnQt(commande_->NomDeLaCommande()), this)),
+      service_(new QCheckBox(SansTouche(NomDe(*commande_)), this)),
       consigne_(new QLineEdit(this)),
       applique_(new QPushButton(textes("Bouton applique"), this)),
       sortie_(new QLabel(this)),
@@ -42,7 +50,7 @@ FicheCommande::FicheCommande(CommandeRef commande, const Textes& textes, Verrou 
 }
 
 void FicheCommande::Dispose() {
-  const QString nom = EnQt(commande_->NomDeLaCommande());
+  const QString nom = NomDe(*commande_);
   service_->setToolTip(textes_("Aide service"));
   consigne_->setAccessibleName(textes_("Texte consigne") + " " + nom);
   consigne_->setToolTip(textes_("Aide consigne"));
@@ -162,8 +170,11 @@ void FicheCommande::contextMenuEvent(QContextMenuEvent* demande) {
   if (!Recopie()) return;
   QMenu menu(this);
   menu.setObjectName("menuCommande");
-  menu.addAction(textes_("Geste etalonne"), this,
-                 [this] { commande_->EtalonnageExterieur(&mère_); });
+  // A stop may fire while the menu stands.
+  QAction* étalonne = menu.addAction(textes_("Geste etalonne"), this, [this] {
+    if (!verrou_()) commande_->EtalonnageExterieur(&mère_);
+  });
+  étalonne->setEnabled(!verrou_());
   menu.exec(demande->globalPos());
 }
 

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <functional>
 
+#include "host/desktop/organe_arret.h"
 #include "host/desktop/textes.h"
 #include "platform/linux/securite.h"
 
@@ -11,30 +12,24 @@ class QPushButton;
 
 namespace zuma::host {
 
-/// The stop: its button, its causes in plain words, and its acknowledgement. Its key works wherever
-/// the window system sends keys in this program, modal dialogs and menus included.
+/// The stop: its button, its causes in plain words, and its acknowledgement, which is refused for
+/// as long as the stop is held down.
 class VoletArrêt : public QWidget {
  public:
-  static constexpr Qt::Key kTouche = Qt::Key_F12;
-
   VoletArrêt(const linux_::Securite& sécurité, const Textes& textes, std::function<void()> arrête,
              std::function<bool()> acquitte);
-  ~VoletArrêt() override;
 
   void Rafraîchit();
-
- protected:
-  bool eventFilter(QObject* objet, QEvent* évènement) override;
 
  private:
   [[nodiscard]] QString TexteDesCauses() const;
 
   const linux_::Securite& sécurité_;
   const Textes& textes_;
-  std::function<void()> arrête_;
-  QPushButton* bouton_;
   QLabel* bandeau_;
   QPushButton* acquitte_;
+  OrganeDArrêt organe_;
+  bool refusé_ = false;  ///< the last acknowledgement came while the stop was held down
 };
 
 }  // namespace zuma::host

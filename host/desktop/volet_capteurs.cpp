@@ -11,11 +11,13 @@
 
 namespace zuma::host {
 
-// An act on the chosen sensor, its key, and whether that sensor allows it.
+// An act on the chosen sensor, its key, whether it changes what is read, and whether that sensor
+// allows it.
 struct VoletCapteurs::Geste {
   const char* nom;
   std::string_view clé;
   QKeySequence touche;
+  bool change;
   bool (*permis)(const Capteur&);
   void (*fait)(VoletCapteurs&, Capteur&);
 
@@ -23,25 +25,26 @@ struct VoletCapteurs::Geste {
 };
 
 const std::array<VoletCapteurs::Geste, 6> VoletCapteurs::Geste::kGestes{{
-    {"gesteTare", "Geste tare", Qt::Key_T, [](const Capteur&) { return true; },
+    {"gesteTare", "Geste tare", Qt::Key_T, true, [](const Capteur&) { return true; },
      [](VoletCapteurs&, Capteur& c) { c.Tare(); }},
-    {"gesteAnnuleTare", "Geste annule tare", Qt::Key_C,
+    {"gesteAnnuleTare", "Geste annule tare", Qt::Key_C, true,
      [](const Capteur& c) { return c.EtatDeLaTare(); },
      [](VoletCapteurs&, Capteur& c) { c.AnnuleTare(); }},
-    {"gesteZero", "Geste zero", Qt::Key_Z, [](const Capteur& c) { return c.RazAutorise_bln(); },
+    {"gesteZero", "Geste zero", Qt::Key_Z, true,
+     [](const Capteur& c) { return c.RazAutorise_bln(); },
      [](VoletCapteurs&, Capteur& c) { c.Raz(); }},
-    {"gesteExtremes", "Geste extremes", Qt::Key_M, [](const Capteur&) { return true; },
+    {"gesteExtremes", "Geste extremes", Qt::Key_M, false, [](const Capteur&) { return true; },
      [](VoletCapteurs&, Capteur& c) { c.RazMaxiDétecté(); }},
-    {"gesteEtalonne", "Geste etalonne", Qt::Key_E,
+    {"gesteEtalonne", "Geste etalonne", Qt::Key_E, true,
      [](const Capteur& c) { return c.EtalonnageExterieurPossible(); },
      [](VoletCapteurs& v, Capteur& c) { c.EtalonnageExterieur(&v.mère_); }},
-    {"gesteCourbe", "Geste courbe", Qt::Key_Space, [](const Capteur&) { return true; },
+    {"gesteCourbe", "Geste courbe", Qt::Key_Space, false, [](const Capteur&) { return true; },
      [](VoletCapteurs& v, Capteur&) { v.table_.BasculeLaCourbe(v.vue_.currentIndex()); }},
 }};
 
 VoletCapteurs::VoletCapteurs(Chassis& chassis, const Textes& textes, CourbesChoisies& courbes,
-                             FenêtreHôte& mère)
-    : textes_(textes), mère_(mère), table_(chassis, textes, courbes) {
+                             Verrou verrou, FenêtreHôte& mère)
+    : textes_(textes), verrou_(std::move(verrou)), mère_(mère), table_(chassis, textes, courbes) {
   setObjectName("voletCapteurs");
   vue_.setObjectName("tableCapteurs");
   vue_.setAccessibleName(textes("Titre capteurs"));
@@ -83,7 +86,7 @@ void VoletCapteurs::AjouteLesGestes() {
     // What is allowed may have changed since the menu was opened.
     connect(action, &QAction::triggered, this, [this, &geste] {
       Capteur* capteur = Choisi();
-      if (capteur == nullptr || !geste.permis(*capteur)) return;
+      if (!EstPermis(geste, capteur)) return;
       geste.fait(*this, *capteur);
       Rafraîchit();
     });
@@ -97,10 +100,14 @@ void VoletCapteurs::AjouteLesGestes() {
   }
 }
 
+bool VoletCapteurs::EstPermis(const Geste& geste, const Capteur* capteur) const {
+  return capteur != nullptr && !(geste.change && verrou_()) && geste.permis(*capteur);
+}
+
 void VoletCapteurs::MetLesGestesAJour() {
   const Capteur* capteur = Choisi();
   for (std::size_t i = 0; i < gestes_.size(); ++i) {
-    gestes_[i]->setEnabled(capteur != nullptr && Geste::kGestes[i].permis(*capteur));
+    gestes_[i]->setEnabled(EstPermis(Geste::kGestes[i], capteur));
   }
 }
 
@@ -109,7 +116,7 @@ void VoletCapteurs::Ouvre() {
   Capteur* capteur = Choisi();
   if (capteur == nullptr) return;
   if (capteur->EtalonnageExterieurPossible()) {
-    capteur->EtalonnageExterieur(&mère_);
+    if (!verrou_()) capteur->EtalonnageExterieur(&mère_);
   } else {
     table_.BasculeLaCourbe(vue_.currentIndex());
   }

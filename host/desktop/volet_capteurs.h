@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "host/desktop/fiche_commande.h"
 #include "host/desktop/table_capteurs.h"
 #include "platform/fenetres.h"
 
@@ -12,11 +13,12 @@ class QMenu;
 
 namespace zuma::host {
 
-/// The table of sensors and what an operator does to the chosen one, by key or by menu.
+/// The table of sensors and what an operator does to the chosen one, by key or by menu. What
+/// changes a reading waits while outputs must not be operated: some of them follow a sensor.
 class VoletCapteurs : public QWidget {
  public:
   /// Forms are shown as children of `mère`, which outlives the frame.
-  VoletCapteurs(Chassis& chassis, const Textes& textes, CourbesChoisies& courbes,
+  VoletCapteurs(Chassis& chassis, const Textes& textes, CourbesChoisies& courbes, Verrou verrou,
                 FenêtreHôte& mère);
 
   void Rafraîchit();
@@ -32,10 +34,12 @@ class VoletCapteurs : public QWidget {
 
   void AjouteLesGestes();
   void MetLesGestesAJour();
+  [[nodiscard]] bool EstPermis(const Geste& geste, const Capteur* capteur) const;
   void Ouvre();
   [[nodiscard]] Capteur* Choisi() const { return table_.CapteurDe(vue_.currentIndex()); }
 
   const Textes& textes_;
+  Verrou verrou_;
   FenêtreHôte& mère_;
   TableCapteurs table_;
   QTableView vue_;
