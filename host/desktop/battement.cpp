@@ -44,28 +44,34 @@ void Battement::Bat() {
   if (enPasse_) return;
   enPasse_ = true;
   if (départ_ == Instant()) départ_ = Horloge::now();  // a machine counts from its first pass too
+  UnePasse();
+  enPasse_ = false;
+  if (enMarche_) minuterie_.start();
+}
+
+// Each alone: whoever watches the machine behind the pass must hear of one that failed half-way.
+template <class Fait>
+void Battement::Tente(Fait&& fait) {
   try {
-    UnePasse();
+    fait();
   } catch (const std::exception& e) {
     travail_.échec(e.what());
   }
-  enPasse_ = false;
-  if (enMarche_) minuterie_.start();
 }
 
 void Battement::UnePasse() {
   // A rest behind the clock: a machine that waits for its time has nothing to wait for.
   const std::chrono::duration<double> écoulé = Horloge::now() - départ_ - kRepos;
-  secondes_ = travail_.avance(std::max(0.0, écoulé.count()));
+  Tente([&] { secondes_ = travail_.avance(std::max(0.0, écoulé.count())); });
   const Instant début = Horloge::now();
-  travail_.passe();
+  Tente([&] { travail_.passe(); });
   const Instant fin = Horloge::now();
   mesures_.plusLongEcart = std::max(mesures_.plusLongEcart, Millisecondes(début - finDePasse_));
   mesures_.plusLonguePasse = std::max(mesures_.plusLonguePasse, Millisecondes(fin - début));
   finDePasse_ = fin;
   ++mesures_.passes;
   CompteLaSeconde(fin);
-  travail_.ensuite(secondes_);
+  Tente([&] { travail_.ensuite(secondes_); });
 }
 
 void Battement::CompteLaSeconde(Instant maintenant) {

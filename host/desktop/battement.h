@@ -18,9 +18,9 @@ class Battement {
     /// Lets the machine come to those seconds after the start; gives the time that it is by then.
     std::function<double(double)> avance;
     std::function<void()> passe;
-    /// What the host does behind a pass, at that time.
+    /// What the host does behind a pass, at that time, also when it failed.
     std::function<void(double)> ensuite;
-    /// Told of a failure that came out of the pass; the beat goes on.
+    /// Told of a failure that came out of one of them; the beat goes on.
     std::function<void(std::string_view)> échec;
   };
   /// What a host must know of its own punctuality, in milliseconds since start or reset.
@@ -49,6 +49,8 @@ class Battement {
 
   void Bat();
   void UnePasse();
+  template <class Fait>
+  void Tente(Fait&& fait);
   void CompteLaSeconde(Instant maintenant);
 
   Travail travail_;

@@ -86,8 +86,7 @@ QWidget* FenêtrePrincipale::Cadre(std::string_view titre, QWidget* volet) {
 // The stop stands above everything and belongs to no splitter: nothing can fold it away.
 void FenêtrePrincipale::Compose() {
   arrêt_ = new VoletArrêt(
-      marche_.LaSécurité(), textes_, [this] { Fait([&] { Arrête(); }); },
-      [this] { return marche_.Acquitte(); });
+      marche_.LaSécurité(), textes_, [this] { Arrête(); }, [this] { return marche_.Acquitte(); });
   auto* partage = new QSplitter(Qt::Horizontal);
   partage->setObjectName("partage");
   partage->addWidget(Gauche());
@@ -105,9 +104,11 @@ void FenêtrePrincipale::Compose() {
 // All hear of it at once: a stop that is acknowledged before the next pass ends the test too, and
 // drops what was typed.
 void FenêtrePrincipale::Arrête() {
-  marche_.Arrête(textes_("Cause operateur").toStdString());
-  if (essai_ != nullptr) essai_->AprèsLaPasse(battement_.Secondes());
-  RafraîchitTout();
+  Fait([&] { marche_.Arrête(textes_("Cause operateur").toStdString()); });
+  Fait([&] {
+    if (essai_ != nullptr) essai_->AprèsLaPasse(battement_.Secondes());
+  });
+  Fait([&] { RafraîchitTout(); });
 }
 
 QWidget* FenêtrePrincipale::Gauche() {
@@ -204,7 +205,10 @@ void FenêtrePrincipale::AprèsLaPasse(double secondes) {
   if (rafraichissements != rafraichissementsVus_) courbes_->Note(secondes);
   rafraichissementsVus_ = rafraichissements;
   if (essai_ != nullptr) essai_->AprèsLaPasse(secondes);
-  if (marche_.LaSécurité().Déclenchée() != arrêtVu_) RafraîchitTout();
+  const bool arrêt = marche_.LaSécurité().Déclenchée();
+  if (arrêt == arrêtVu_) return;
+  if (arrêt) QApplication::alert(this);  // it may be minimised or covered
+  RafraîchitTout();
 }
 
 void FenêtrePrincipale::Rafraîchit() {

@@ -48,7 +48,8 @@ VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const Textes& texte
   ligne->addWidget(acquitte_);
   connect(acquitte_, &QPushButton::clicked, this, [this, acquitte = std::move(acquitte)] {
     refusé_ = organe_.Tenu();
-    if (!refusé_) (void)acquitte();
+    // A cause that came since must be seen before it is forgotten.
+    if (!refusé_ && montrées_ == sécurité_.Causes().size()) (void)acquitte();
     Rafraîchit();
   });
   Rafraîchit();
@@ -58,6 +59,7 @@ void VoletArrêt::Rafraîchit() {
   const bool arrêt = sécurité_.Déclenchée();
   const QString texte = arrêt ? TexteDesCauses() : textes_("Bandeau calme");
   acquitte_->setEnabled(arrêt);
+  montrées_ = sécurité_.Causes().size();
   if (bandeau_->text() == texte) return;
   bandeau_->setPalette(arrêt ? PaletteDArrêt() : QPalette());
   bandeau_->setText(texte);

@@ -13,7 +13,7 @@ class QPushButton;
 namespace zuma::host {
 
 /// The stop: its button, its causes in plain words, and its acknowledgement, which is refused for
-/// as long as the stop is held down.
+/// as long as the stop is held down, and for a cause that is not shown yet.
 class VoletArrêt : public QWidget {
  public:
   VoletArrêt(const linux_::Securite& sécurité, const Textes& textes, std::function<void()> arrête,
@@ -29,7 +29,8 @@ class VoletArrêt : public QWidget {
   QLabel* bandeau_;
   QPushButton* acquitte_;
   OrganeDArrêt organe_;
-  bool refusé_ = false;  ///< the last acknowledgement came while the stop was held down
+  std::size_t montrées_ = 0;  ///< causes that the operator can see
+  bool refusé_ = false;       ///< the last acknowledgement came while the stop was held down
 };
 
 }  // namespace zuma::host

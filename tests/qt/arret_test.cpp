@@ -269,6 +269,17 @@ TEST_F(UnArrêtEnCours, NEstPasAcquittéTantQuIlEstTenu) {
   }
 }
 
+TEST_F(UnArrêtEnCours, NAcquittePasUneCauseQuePersonneNAVue) {
+  Ouvre();
+  QTest::keyClick(&bureau->Fenêtre(), Qt::Key_F12);
+  bureau->LaMarche().Arrête("the door was open for a moment");
+  Clique<QPushButton>("acquitte");
+  EXPECT_TRUE(Latché());
+  EXPECT_TRUE(Le<QLabel>("bandeau").text().contains("door"));
+  Clique<QPushButton>("acquitte");
+  EXPECT_FALSE(Latché());
+}
+
 TEST_F(UnArrêtEnCours, RevientParUneToucheQuiSeRépèteEncore) {
   Ouvre();
   QWidget& fenêtre = bureau->Fenêtre();

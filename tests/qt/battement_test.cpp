@@ -62,18 +62,19 @@ TEST(LeBattement, ContinuePendantQuUnDialogueOuUnMenuEstOuvert) {
 }
 
 TEST(LeBattement, SurvitAUnEchecEtLeDit) {
-  int passes = 0;
+  int passes = 0, vues = 0;
   std::string dit;
   Battement battement({.avance = [](double secondes) { return secondes; },
                        .passe =
                            [&] {
                              if (++passes == 1) throw std::runtime_error("panne");
                            },
-                       .ensuite = [](double) {},
+                       .ensuite = [&](double) { ++vues; },
                        .échec = [&](std::string_view texte) { dit = texte; }});
   battement.Démarre();
   EXPECT_TRUE(QTest::qWaitFor([&] { return passes > 2; }));
   EXPECT_EQ(dit, "panne");
+  EXPECT_EQ(vues, passes) << "what watches the machine hears of each";
 }
 
 TEST(UnHistorique, MontreUnManqueCommeUnTrouEtGardeLesPointes) {

@@ -346,6 +346,19 @@ TEST_F(LeBureau, FinitLEssaiSurUnArrêtAcquittéAvantLaPasseSuivante) {
   EXPECT_EQ(Volts("1"), 0);
 }
 
+TEST_F(LeBureau, FinitLEssaiSurUneForceNonValide) {
+  Ouvre();
+  bureau->Fenêtre().CommenceLEssai();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Ligne("1"); }, 2000));
+  LeCapteur("Force petite")->Enabled_bln(false);
+  const auto& bilan = Le<QLabel>("bilanEssai");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return bilan.text().startsWith("End"); }, 2000));
+  EXPECT_TRUE(bilan.text().startsWith("End: force not valid\nForce 10 kN: out of service\n"))
+      << bilan.text().toStdString();
+  EXPECT_FALSE(Ligne("1"));
+  EXPECT_EQ(Volts("1"), 0);
+}
+
 TEST_F(LeBureau, MèneLEssaiJusquALaRupture) {
   Ouvre();
   bureau->LeBattement().Arrête();
