@@ -27,13 +27,13 @@ void Reconnecte(const Canal& canal) {
 }
 
 // The channel after the one of that key; the first one at the end, or when no channel bears it.
-Canal* Suivant(const Canals& canaux, std::string_view clé) {
+CanalRef Suivant(const Canals& canaux, std::string_view clé) {
   bool vu = false;
   for (const CanalRef& canal : canaux) {
-    if (vu) return canal.Brut();
+    if (vu) return canal;
     vu = canal->Key() == clé;
   }
-  return canaux.Count() == 0 ? nullptr : canaux.begin()->Brut();
+  return canaux.Count() == 0 ? CanalRef() : *canaux.begin();
 }
 
 }  // namespace
@@ -58,8 +58,8 @@ void orbit::DémarreCanal(Canal& canal) {
 }
 
 void orbit::RafraîchitBloc(Fonction& bloc) {
-  Canal* canal = Suivant(bloc.LesCanaux(), bloc.DernierCanal());
-  if (canal == nullptr) return;
+  const CanalRef canal = Suivant(bloc.LesCanaux(), bloc.DernierCanal());
+  if (!canal) return;
   canal->MetàJour();
   bloc.DernierCanal(canal->Key());
 }

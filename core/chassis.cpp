@@ -52,6 +52,9 @@ void Chassis::TesteAU(std::span<std::string>) {}
 
 void Chassis::DéclencheAU() {
   Garde(*this, Forme::Méthode, "DéclencheAU", [&] {
+    // An output that a handler takes away meanwhile is put to rest all the same.
+    const auto sorties = SortiesLogiques()->Photo();
+    const auto cartes = Cartes()->Photo();
     Poursuite chacun;
     const auto tous = [&](const auto& objets, auto&& pas) {
       for (const auto& objet : objets) chacun([&] { pas(*objet); });
@@ -59,10 +62,10 @@ void Chassis::DéclencheAU() {
     const auto arrête = [](auto& objet) { objet.DéclencheAU(); };
     tous(*Capteurs(), arrête);
     tous(*Commandes(), arrête);
-    tous(*SortiesLogiques(), arrête);
+    tous(sorties, arrête);
     tous(*EntréesLogiques(), arrête);
     chacun([&] { Watchdog()->DéclencheAU(); });
-    ParAttente(*Cartes(), [&](Carte& carte) { chacun([&] { carte.MetàJour(); }); });
+    ParAttente(cartes, [&](Carte& carte) { chacun([&] { carte.MetàJour(); }); });
     chacun.Termine();
   });
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -182,7 +183,8 @@ class Chassis : public Objet {
   std::string mstrLabelAutoManu;
   std::string mstrLabelArmé;
   std::array<std::string, kNombreManuelles> mstrLabelManuelle;
-  const Fonction* fonctionEnMain_ = nullptr;  ///< block in hand in a pass, for the error table
+  /// Type of the block in hand in a pass, for the error table.
+  std::optional<ENUM_TYPE_FONCTION> typeEnMain_;
 };
 
 }  // namespace zuma

@@ -40,29 +40,34 @@ void Chassis::MetàJour() {
   Garde(
       *this, Forme::Méthode, "MetàJour",
       [&] {
-        fonctionEnMain_ = nullptr;
+        typeEnMain_.reset();
         Heure = Timer()->LitMicrosecondes() / kMicrosecondes;
         const Dues dues = CalculeLesDues();
-        for (const CommandeRef& commande : *OuVide(Commandes_)) {
+        // A handler may change the frame: the pass ends on what it began with.
+        const auto commandes = OuVide(Commandes_)->Photo();
+        const auto cartes = OuVide(Cartes_)->Photo();
+        const auto capteurs = OuVide(Capteurs_)->Photo();
+        const auto entrées = OuVide(EntréesLogiques_)->Photo();
+        for (const CommandeRef& commande : commandes) {
           if (SeRafraîchitSeule(*commande)) commande->MetàJour();
         }
         if (dues.wd) SertLeWatchdog();
-        ParAttente(*OuVide(Cartes_), [&](Carte& carte) { SertLaCarte(carte, dues); });
+        ParAttente(cartes, [&](Carte& carte) { SertLaCarte(carte, dues); });
         if (dues.ea) {
-          for (const CapteurRef& capteur : *OuVide(Capteurs_)) capteur->MetàJour();
+          for (const CapteurRef& capteur : capteurs) capteur->MetàJour();
           ++rafraichissementsEA_;
         }
         if (dues.el) {
-          for (const EntréeLogiqueRef& entrée : *OuVide(EntréesLogiques_)) entrée->MetàJour();
+          for (const EntréeLogiqueRef& entrée : entrées) entrée->MetàJour();
         }
       },
       [&](Variables& v) { RemplitLesVariables(v); }, SansErreur::Montre);
 }
 
 void Chassis::SertLeWatchdog() {
-  zuma::Watchdog& watchdog = *OuVide(Watchdog_);
-  if (watchdog.SortiePulse() || (watchdog.Adresse() != 0 && watchdog.Temps() != 0)) {
-    watchdog.MetàJour();
+  const WatchdogRef watchdog = Watchdog();
+  if (watchdog->SortiePulse() || (watchdog->Adresse() != 0 && watchdog->Temps() != 0)) {
+    watchdog->MetàJour();
   }
 }
 
@@ -70,21 +75,21 @@ void Chassis::SertLaCarte(Carte& carte, const Dues& dues) {
   switch (carte.Service()) {
     case ServiceCarte::BusSimple:
     case ServiceCarte::BusAvecSuivante:
-      carte.SertLeBus(fonctionEnMain_);
+      carte.SertLeBus(typeEnMain_);
       break;
     case ServiceCarte::CarteEntière:
       carte.MetàJour();
       break;
     case ServiceCarte::ParFonction:
       for (const FonctionRef& fonction : carte.LesFonctions()) {
-        fonctionEnMain_ = fonction.Brut();
         const ENUM_TYPE_FONCTION type = fonction->TypeDeFonction();
+        typeEnMain_ = type;
         if ((dues.el && type == ENUM_TYPE_FONCTION::FctEntréesLogiques) ||
             (dues.ea && type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques)) {
           fonction->MetàJour();
         }
       }
-      fonctionEnMain_ = nullptr;
+      typeEnMain_.reset();
       break;
   }
 }
@@ -99,11 +104,10 @@ void Chassis::RemplitLesVariables(Variables& v) const {
   v.Ajoute("mdblFréquenceEL", mdblFréquenceEL);
   v.Ajoute("HeurePrécédenteMàJSL", HeurePrécédenteMàJSL);
   v.Ajoute("mdblFréquenceSL", mdblFréquenceSL);
-  if (fonctionEnMain_ == nullptr) {
-    v.AjouteVide();
+  if (typeEnMain_) {
+    v.Ajoute("objFonction.TypeDeFonction", static_cast<std::int32_t>(*typeEnMain_));
   } else {
-    v.Ajoute("objFonction.TypeDeFonction",
-             static_cast<std::int32_t>(fonctionEnMain_->TypeDeFonction()));
+    v.AjouteVide();
   }
 }
 

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <iterator>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/ref.h"
@@ -31,8 +35,67 @@ struct RèglesCollection {
   EchecsCollection échecs = EchecsCollection::VersAppelant;
 };
 
+/// Members of a collection and their keys, in insertion order.
+template <class T>
+struct Membres {
+  std::vector<Ref<T>> objets;
+  std::vector<std::optional<std::string>> clés;
+};
+
+/// What a collection held when it was asked: a walk over it meets exactly those members, which it
+/// keeps alive, whatever becomes of the collection meanwhile. Taking one costs one count.
+template <class T>
+class Photo {
+ public:
+  explicit Photo(std::shared_ptr<const Membres<T>> membres) noexcept
+      : membres_(std::move(membres)) {}
+  [[nodiscard]] const Ref<T>* begin() const noexcept { return membres_->objets.data(); }
+  [[nodiscard]] const Ref<T>* end() const noexcept { return begin() + membres_->objets.size(); }
+
+ private:
+  std::shared_ptr<const Membres<T>> membres_;
+};
+
+/// Place in a collection; the one that a walk begins with keeps a photo of it.
+template <class T>
+class Itérateur {
+ public:
+  using value_type = Ref<T>;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const Ref<T>*;
+  using reference = const Ref<T>&;
+  using iterator_category = std::forward_iterator_tag;
+
+  Itérateur() noexcept = default;
+  explicit Itérateur(pointer place) noexcept : place_(place) {}
+  Itérateur(std::shared_ptr<const Membres<T>> membres, pointer place) noexcept
+      : place_(place), membres_(std::move(membres)) {}
+
+  [[nodiscard]] reference operator*() const noexcept { return *place_; }
+  [[nodiscard]] pointer operator->() const noexcept { return place_; }
+  Itérateur& operator++() noexcept {
+    ++place_;
+    return *this;
+  }
+  Itérateur operator++(int) noexcept {
+    Itérateur avant = *this;
+    ++place_;
+    return avant;
+  }
+  [[nodiscard]] friend bool operator==(const Itérateur& a, const Itérateur& b) noexcept {
+    return a.place_ == b.place_;
+  }
+
+ private:
+  pointer place_ = nullptr;
+  std::shared_ptr<const Membres<T>> membres_;
+};
+
 /// Ordered keyed collection of the objects of one class. It owns counted references; an object
 /// may stand in several collections. Enumeration is in insertion order, which is refresh order.
+///
+/// Members may be added and removed, and the collection itself dropped, while it is walked: a walk
+/// ends on what it began with.
 template <class T, RèglesCollection kRègles>
 class Collection {
  public:
@@ -70,7 +133,7 @@ class Collection {
   [[nodiscard]] Ref<T> Item(std::optional<std::string_view> vntIndexKey) const {
     return Protège(kItemAttrapé, [&]() -> Ref<T> {
       if (!vntIndexKey && kRègles.cléNullePermise) return {};
-      return objets_[Rang(vntIndexKey)];
+      return membres_->objets[Rang(vntIndexKey)];
     });
   }
 
@@ -80,20 +143,25 @@ class Collection {
   {
     if (EstNul(vntIndexKey)) return {};
     const std::string clé = VersTexte(vntIndexKey);
-    for (const Ref<T>& objet : objets_) {
+    for (const Ref<T>& objet : membres_->objets) {
       if (objet->Key() == clé) return objet;
     }
     return {};
   }
 
-  [[nodiscard]] std::int32_t Count() const { return static_cast<std::int32_t>(objets_.size()); }
+  [[nodiscard]] std::int32_t Count() const {
+    return static_cast<std::int32_t>(membres_->objets.size());
+  }
 
   /// Removes the item of that key; an absent key fails with 5.
   void Remove(std::string_view vntIndexKey) {
     Protège(kToutAttrapé, [&] {
       const auto rang = static_cast<std::ptrdiff_t>(Rang(vntIndexKey));
-      objets_.erase(objets_.begin() + rang);
-      clés_.erase(clés_.begin() + rang);
+      auto& [objets, clés] = AModifier();
+      // Let go last: the end of an object may come back here.
+      const Ref<T> retiré = objets[static_cast<std::size_t>(rang)];
+      objets.erase(objets.begin() + rang);
+      clés.erase(clés.begin() + rang);
     });
   }
 
@@ -101,15 +169,19 @@ class Collection {
   [[nodiscard]] bool ModeEdition() const
     requires(kRègles.modeEdition)
   {
-    for (const Ref<T>& objet : objets_) {
+    for (const Ref<T>& objet : membres_->objets) {
       if (objet->ModeEdition()) return true;
     }
     return false;
   }
 
   // Enumerator (`NewEnum`): for (const Ref<T>& objet : collection).
-  [[nodiscard]] auto begin() const { return objets_.begin(); }
-  [[nodiscard]] auto end() const { return objets_.end(); }
+  [[nodiscard]] Itérateur<T> begin() const { return {membres_, membres_->objets.data()}; }
+  [[nodiscard]] Itérateur<T> end() const {
+    return Itérateur<T>(membres_->objets.data() + membres_->objets.size());
+  }
+  /// Its members at this moment, for a walk that comes later.
+  [[nodiscard]] zuma::Photo<T> Photo() const { return zuma::Photo<T>(membres_); }
 
  private:
   static constexpr bool kToutAttrapé = kRègles.échecs == EchecsCollection::TousAttrapés;
@@ -128,8 +200,9 @@ class Collection {
   }
 
   [[nodiscard]] std::optional<std::size_t> Cherche(std::string_view clé) const {
-    for (std::size_t i = 0; i < clés_.size(); ++i) {
-      const std::optional<std::string>& présente = clés_[i];
+    const auto& clés = membres_->clés;
+    for (std::size_t i = 0; i < clés.size(); ++i) {
+      const std::optional<std::string>& présente = clés[i];
       if (présente && MêmeClé(*présente, clé)) return i;
     }
     return {};
@@ -150,14 +223,20 @@ class Collection {
       throw Echec(Numéro::CléDéjàPrésente,
                   DescriptionDEchec(Numéro::CléDéjàPrésente) + " : '" + std::string(clé) + "'");
     }
-    clés_.push_back(sansClé ? std::nullopt : std::optional<std::string>(clé));
-    objets_.push_back(objet);
+    auto& [objets, clés] = AModifier();
+    clés.push_back(sansClé ? std::nullopt : std::optional<std::string>(clé));
+    objets.push_back(objet);
     return objet;
   }
 
+  // A copy when somebody walks the present members.
+  Membres<T>& AModifier() {
+    if (membres_.use_count() > 1) membres_ = std::make_shared<Membres<T>>(*membres_);
+    return *membres_;
+  }
+
   Plateforme& plateforme_;
-  std::vector<Ref<T>> objets_;
-  std::vector<std::optional<std::string>> clés_;
+  std::shared_ptr<Membres<T>> membres_ = std::make_shared<Membres<T>>();
 };
 
 class Canal;

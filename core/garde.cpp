@@ -62,11 +62,13 @@ void Objet::Montre(std::string_view texte) const {
 void détail::Signale(const Objet& objet, Forme forme, std::string_view nom, const Echec& échec,
                      const Variables& variables, SansErreur sans) {
   const std::string message = Message(objet, forme, nom, Début(échec), échec.Ligne());
-  if (sans == SansErreur::Montre && !objet.Erreur()) {
+  // Held: who hears of the failure may let the object go, or give it another record.
+  const Ref<ZED_Erreur> registre = objet.Erreur();
+  if (sans == SansErreur::Montre && !registre) {
     objet.Montre(message);
     return;
   }
-  objet.Erreur()->AjouteErreur(message, variables.Table());
+  registre->AjouteErreur(message, variables.Table());
 }
 
 void Consigne(const Objet& objet, Forme forme, std::string_view nom, std::string_view début,

@@ -78,7 +78,7 @@ class Marche {
 
   Capteur* CapteurChoisi() {
     const CapteursRef capteurs = marche_.LeChassis().Capteurs();
-    return choisi_ < capteurs->Count() ? (capteurs->begin() + choisi_)->Brut() : nullptr;
+    return choisi_ < capteurs->Count() ? std::next(capteurs->begin(), choisi_)->Brut() : nullptr;
   }
 
   // One letter, one act; a stop is acknowledged by its own key and by no other.

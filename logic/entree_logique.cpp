@@ -137,20 +137,20 @@ bool EntréeLogique::DoitArrêter() const {
 // The stop fires on each refresh for as long as the condition holds. It fires too when the cause
 // cannot be worded or kept: that failure is told afterwards.
 void EntréeLogique::DéclencheLArrêt() {
-  ZED_Securite& sécurité = *Securite_;
+  const Ref<ZED_Securite> sécurité = Securite_;
   const auto traduit = [&](std::string_view clé) {
     return Traducteur_ ? Traducteur_->Traduit(clé) : std::string(clé);
   };
   try {
     const bool actif = musrValeurCourante == ENUM_ETAT_LOGIQUE::Actif;
-    sécurité.PositionneCauseAU(traduit("Texte declenchement AU par EL") + " " +
-                               NomDeEntréeLogique_ + traduit("Texte etat detecte") + " " +
-                               traduit(actif ? "Texte Actif" : "Texte Inactif"));
+    sécurité->PositionneCauseAU(traduit("Texte declenchement AU par EL") + " " +
+                                NomDeEntréeLogique_ + traduit("Texte etat detecte") + " " +
+                                traduit(actif ? "Texte Actif" : "Texte Inactif"));
   } catch (...) {
-    sécurité.DéclencheSécurité();
+    sécurité->DéclencheSécurité();
     throw;
   }
-  sécurité.DéclencheSécurité();
+  sécurité->DéclencheSécurité();
 }
 
 void EntréeLogique::Publie() {

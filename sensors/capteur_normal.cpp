@@ -67,17 +67,17 @@ void Capteur::ContrôleLesLimites() {
 // The stop fires on each refresh for as long as the value stays outside. It fires too when the
 // cause cannot be worded or kept: that failure is told afterwards.
 void Capteur::DéclencheLArrêt() {
-  ZED_Securite& sécurité = *MaSecurite_obj_;
+  const Ref<ZED_Securite> sécurité = MaSecurite_obj_;
   try {
-    sécurité.PositionneCauseAU(
+    sécurité->PositionneCauseAU(
         Traduit("Texte depassement dangeureux") + " " + mstrNom +
         Traduit("Texte valeur courante UC") + " " + EnTexte(mdblValeurCourante) + UnitéEtalonnage_ +
         Traduit("Texte valeur courante pts") + " " + EnTexte(mdblValeurCouranteEnPoints));
   } catch (...) {
-    sécurité.DéclencheSécurité();
+    sécurité->DéclencheSécurité();
     throw;
   }
-  sécurité.DéclencheSécurité();
+  sécurité->DéclencheSécurité();
 }
 
 std::string Capteur::Traduit(std::string_view clé) const {

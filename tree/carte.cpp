@@ -106,7 +106,7 @@ void Carte::MetàJour() {
   Garde(*this, Forme::Méthode, "MetàJour", [&] {
     if (ligne_->service == ServiceCarte::BusSimple ||
         ligne_->service == ServiceCarte::BusAvecSuivante) {
-      const Fonction* enMain = nullptr;
+      std::optional<ENUM_TYPE_FONCTION> enMain;
       SertLeBus(enMain);
       return;
     }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,9 +64,9 @@ class Carte : public Objet {
 
   [[nodiscard]] ServiceCarte Service() const { return ligne_->service; }
   [[nodiscard]] AttenteCarte Attente() const { return ligne_->attente; }
-  /// One step of a bus board: keeps one exchange going. `enMain` follows the block in hand, for
-  /// the error table. Failures go to the caller.
-  void SertLeBus(const Fonction*& enMain);
+  /// One step of a bus board: keeps one exchange going. `enMain` follows the type of the block in
+  /// hand, for the error table. Failures go to the caller.
+  void SertLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
   /// The blocks, without the cost of a new reference.
   [[nodiscard]] const zuma::Fonctions& LesFonctions();
   /// Driver object of class `T` for the board at `base`, made on first use.
@@ -94,7 +95,7 @@ class Carte : public Objet {
   };
 
   void DécodeConfiguration();
-  void PoursuitLeBus(const Fonction*& enMain);
+  void PoursuitLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
   void AvanceFonctionSuivante();
 
   std::int32_t Adresse_ = 0;

@@ -3,16 +3,16 @@
 
 namespace zuma {
 
-void Carte::SertLeBus(const Fonction*& enMain) {
+void Carte::SertLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain) {
   const zuma::Fonctions& fonctions = LesFonctions();
   bool enCours = false;
   for (const FonctionRef& fonction : fonctions) {
-    enMain = fonction.Brut();
+    enMain = fonction->TypeDeFonction();
     enCours = enCours || fonction->RafraichissementEnCours();
   }
   if (!enCours) {
     for (const FonctionRef& fonction : fonctions) {
-      enMain = fonction.Brut();
+      enMain = fonction->TypeDeFonction();
       if (!fonction->Enabled()) continue;
       fonction->MetàJour();
       break;
@@ -20,15 +20,15 @@ void Carte::SertLeBus(const Fonction*& enMain) {
   } else {
     PoursuitLeBus(enMain);
   }
-  enMain = nullptr;
+  enMain.reset();
 }
 
 // The exchange in progress gets its turn; once it has ended, the walk goes on to the first block
 // in service after it, and only there is a next exchange started.
-void Carte::PoursuitLeBus(const Fonction*& enMain) {
+void Carte::PoursuitLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain) {
   bool suivant = false;
   for (const FonctionRef& fonction : LesFonctions()) {
-    enMain = fonction.Brut();
+    enMain = fonction->TypeDeFonction();
     if (!suivant) {
       if (!fonction->RafraichissementEnCours()) continue;
       fonction->MetàJour();
@@ -40,8 +40,8 @@ void Carte::PoursuitLeBus(const Fonction*& enMain) {
     if (!fonction->Enabled()) continue;
     if (Service() == ServiceCarte::BusSimple) {
       fonction->MetàJour();
-    } else if (FonctionSuivante_) {
-      FonctionSuivante_->MetàJour();
+    } else if (const FonctionRef suivante = FonctionSuivante_) {
+      suivante->MetàJour();
     }
     return;
   }

@@ -20,6 +20,25 @@ inline Ligne Avec(Ligne ligne, const Ligne& champs) {
   return ligne;
 }
 
+inline constexpr std::int32_t kCanalDeCommande = 10;
+
+/// Row of a command: 0 to 100 units over 100 to 4100 points, 40 points a unit; limits 10 to 90
+/// units, and 300 to 3500 points: 5 to 85 units.
+inline Ligne LigneDeCommande(const char* type = "Normale", const Ligne& champs = {}) {
+  Ligne ligne{{"Nom de la Commande", "Vérin"},      {"Valeur Initiale", "20,0"},
+              {"Date d'Etalonnage", "12/03/2024"},  {"Nom de l'Etalonneur", "Durand"},
+              {"Unité d'Etalonnage", "mm/s"},       {"Type de Commande", type},
+              {"Sécurité Minimale en Unité", 10},   {"Sécurité Maximale en Unité", 90},
+              {"Sécurité Minimale en Points", 300}, {"Sécurité Maximale en Points", 3500},
+              {"Fréquence dither", Nul{}},          {"Amplitude dither", 0},
+              {"Canal", kCanalDeCommande}};
+  for (int i = 1; i <= 20; ++i) {
+    const std::string point = "Point " + std::to_string(i);
+    ligne.push_back({point + " - Unité", i == 2 ? 100 : 0});
+    ligne.push_back({point + " - Point", i > 2 ? 0 : i == 2 ? 4100 : 100});
+  }
+  return Avec(ligne, champs);
+}
 /// A frame with a board of analog outputs (channels 10 and 11) and one of logic outputs (channels
 /// 12 to 14) on a simulated bus, a keyboard, and the collaborators of the sensors' bench.
 class BancLogique : public BancCapteur {

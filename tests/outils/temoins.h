@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@
 // Witnesses of what the library asks of its host.
 namespace zuma::essai {
 
-/// Error record that keeps everything.
+/// Error record that keeps everything, and may do something when told.
 class Registre : public ZED_Erreur {
  public:
   struct Entrée {
@@ -20,6 +21,7 @@ class Registre : public ZED_Erreur {
   };
   void AjouteErreur(std::string_view message, const TableVariables& variables) override {
     entrées.push_back({std::string(message), variables});
+    if (réaction) réaction();
   }
   /// True when one entry contains `morceau`.
   [[nodiscard]] bool Contient(std::string_view morceau) const {
@@ -29,17 +31,20 @@ class Registre : public ZED_Erreur {
     return false;
   }
   std::vector<Entrée> entrées;
+  std::function<void()> réaction;
 };
 
-/// Message box that keeps the texts and answers at once.
+/// Message box that keeps the texts and answers at once, or does something first.
 class Messages : public BoîteDeMessage {
  public:
   void Montre(std::string_view texte, const ObjetConcerné& objet) override {
     textes.emplace_back(texte);
     clés.emplace_back(objet.clé);
+    if (réaction) réaction();
   }
   std::vector<std::string> textes;
   std::vector<std::string> clés;
+  std::function<void()> réaction;
 };
 
 /// Timer set by the test, in microseconds; each read adds `pas`.
