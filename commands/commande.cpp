@@ -1,6 +1,8 @@
 // State of a command: start, properties, in and out of service.
 #include "commands/commande.h"
 
+#include <utility>
+
 #include "core/garde.h"
 
 namespace zuma {
@@ -23,16 +25,12 @@ void Commande::Initialise() {
   });
 }
 
-// Told at once, and not at the next toggle of a dither: a stop does not wait.
+// A stop drops the lines of an on/off command whatever its initial value, which would energise one
+// for as long as the frame takes to get there.
 void Commande::DéclencheAU() {
   Garde(
       *this, Forme::Méthode, "DéclencheAU",
-      [&] {
-        mdblValeurCouranteEnUnité = mdblValeurInitiale;
-        sortie_ = false;
-        dither_.Presse();
-        MetàJour();
-      },
+      [&] { Envoie(TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien ? 0 : mdblValeurInitiale); },
       [&](Variables& v) { v.Ajoute("mdblValeurInitiale", mdblValeurInitiale); });
 }
 
@@ -40,15 +38,20 @@ void Commande::ValeurCouranteEnUnité(double unités) {
   Garde(*this, Forme::Ecriture, "ValeurCouranteEnUnité", [&] {
     if (ExigeUnNombre(unités) > mdblMaxiCommande) unités = mdblMaxiCommande;
     if (unités < mdblMiniCommande) unités = mdblMiniCommande;
-    mdblValeurCouranteEnUnité = unités;
-    sortie_ = false;
-    MetàJour();
+    Envoie(unités);
   });
+}
+
+// Sent at once, and not at the next toggle of a dither: neither a stop nor its caller waits.
+void Commande::Envoie(double unités) {
+  mdblValeurCouranteEnUnité = unités;
+  sortie_ = false;
+  MetàJour();
 }
 
 bool Commande::Atteinte() const {
   if (!mobjCanal) return true;
-  if (mblnEnabled && TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien) {
+  if (TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien) {
     return (!sortie1_ || sortie1_->Atteinte()) && (!sortie2_ || sortie2_->Atteinte());
   }
   return (sortie_ || !mblnEnabled) && mobjCanal->Atteint();
@@ -62,9 +65,9 @@ double Commande::ValeurCouranteEnPoints() const {
 void Commande::Enabled(bool enService) {
   Garde(*this, Forme::Ecriture, "Enabled", [&] {
     if (!mobjCanal) return;
-    mblnEnabled = enService;
+    const bool étaitEnService = std::exchange(mblnEnabled, enService);
     if (enService) {
-      MetEnService();
+      MetEnService(!étaitEnService);
     } else {
       MetHorsService();
     }
@@ -72,10 +75,16 @@ void Commande::Enabled(bool enService) {
 }
 
 // Whatever the type. The safety limits in points are not applied here, though every refresh does.
-void Commande::MetEnService() {
-  propSortieSaturée = !EstDedans(mdblValeurCouranteEnUnité);
-  mdblValeurCouranteEnUnité = Borne(mdblValeurCouranteEnUnité);
-  Ecrit(table_.VersPoints(mdblValeurCouranteEnUnité));
+// The channel of an on/off command drives nothing: it is given what it holds.
+void Commande::MetEnService(bool reprise) {
+  const bool deSesSorties = reprise && TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien;
+  const double tenue =
+      deSesSorties ? table_.VersUnités(mobjCanal->ValeurCanal()) : mdblValeurCouranteEnUnité;
+  propSortieSaturée = !EstDedans(tenue);
+  const double bornée = Borne(tenue);
+  mdblValeurCouranteEnUnité = deSesSorties ? ValeurDesSorties() : bornée;
+  Ecrit(table_.VersPoints(bornée));
+  if (FréquenceDither_ != 0) dither_.Recale(Heure());
 }
 
 void Commande::FréquenceDither(double hertz) {
@@ -92,6 +101,10 @@ void Commande::AmplitudeDither(double unités) {
 // pressure that is no number leaves the value asked for, which is what the channel was given.
 void Commande::MetHorsService() {
   dither_.Recale(Heure());
+  if (TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien) {
+    mdblValeurCouranteEnUnité = ValeurDesSorties();
+    return;
+  }
   const double unités = table_.VersUnités(mobjCanal->ValeurCanal());
   const servo::Compensation compensation = CalculeCoefServo();
   mdblValeurCouranteEnUnité = ExigeUnNombre(TypeCommande_ == ENUM_TYPE_COMMANDE::Servo

@@ -56,7 +56,8 @@ class Commande : public Objet {
   [[nodiscard]] Ref<Recordset> LeRecordset() const { return LeRecordset_; }
   void LeRecordset(Ref<Recordset> ligne) { LeRecordset_ = std::move(ligne); }
 
-  /// Drives the output to the initial value at once, without waiting for a dither.
+  /// Drives the output to the initial value at once, without waiting for a dither. An on/off
+  /// command closes whatever its initial value: no stop energises a line.
   void DéclencheAU();
   /// Appends the command's block of the diagnostic dump to the text file `Ou` of the host. A
   /// failure goes to the caller.
@@ -64,7 +65,8 @@ class Commande : public Objet {
   void TesteAU(std::span<std::string>) {}  ///< a command raises no cause
 
   /// Enabling writes the present value to the channel, within the working limits only; disabling
-  /// takes the value from the channel. Nothing without a channel.
+  /// takes the value from the channel, or from the outputs of an on/off command, which moves
+  /// neither way. Nothing without a channel.
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
 
@@ -107,8 +109,10 @@ class Commande : public Objet {
   [[nodiscard]] ENUM_TYPE_COMMANDE TypeCommande() const { return TypeCommande_; }
   /// Value of the channel; without one, failure 91.
   [[nodiscard]] double ValeurCouranteEnPoints() const;
-  /// Value asked for, before the correction of a servo-valve; that of the channel when disabled.
-  /// Assigning limits it and drives the output at once. A value that is no number is refused (5).
+  /// Value asked for, before the correction of a servo-valve; that of the channel when disabled,
+  /// and of an on/off command the state of its outputs: its value where that is of their sign, else
+  /// 1 or -1. Assigning limits it and drives the output at once, on the present side of a dither. A
+  /// value that is no number is refused (5).
   [[nodiscard]] double ValeurCouranteEnUnité() const { return mdblValeurCouranteEnUnité; }
   void ValeurCouranteEnUnité(double unités);
 
@@ -162,6 +166,8 @@ class Commande : public Objet {
                   Ref<T>& cible) const;
 
   [[nodiscard]] double Heure() const;
+  [[nodiscard]] double ValeurDesSorties() const;
+  void Envoie(double unités);
   static double ExigeUnNombre(double valeur);
   [[nodiscard]] bool EstDedans(double unités) const;
   [[nodiscard]] double Borne(double unités) const;
@@ -172,7 +178,7 @@ class Commande : public Objet {
 
   void Rafraîchit();
   void RelitLeCanal();
-  void MetEnService();
+  void MetEnService(bool reprise);
   void MetHorsService();
   void SortNormale();
   void SortToutOuRien();

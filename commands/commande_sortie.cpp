@@ -37,7 +37,20 @@ void Commande::Rafraîchit() {
 
 void Commande::RelitLeCanal() {
   ValeurCouranteEnPoints_ = mobjCanal->ValeurCanal();
-  mdblValeurCouranteEnUnité = table_.VersUnités(ValeurCouranteEnPoints_);
+  mdblValeurCouranteEnUnité = TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien
+                                  ? ValeurDesSorties()
+                                  : table_.VersUnités(ValeurCouranteEnPoints_);
+}
+
+// The lines tell a direction only: the value stays where it has theirs.
+double Commande::ValeurDesSorties() const {
+  const auto active = [](const SortieLogiqueRef& sortie) {
+    return sortie && sortie->ValeurCourante() == ENUM_ETAT_LOGIQUE::Actif;
+  };
+  const double valeur = mdblValeurCouranteEnUnité;
+  if (active(sortie1_)) return valeur > 0 ? valeur : 1;
+  if (active(sortie2_)) return valeur < 0 ? valeur : -1;
+  return 0;
 }
 
 void Commande::SortNormale() {
@@ -87,14 +100,19 @@ void Commande::SortRecopie() {
 
 // `base` is the value asked for, corrected for a servo-valve. A plain command takes the limit that
 // it reached as its value and carries the lateness of its toggles along; a servo one does neither.
+// A value that was just assigned goes out between two toggles, which keep their times.
 void Commande::SortAvecDither(double base) {
   const double t = Heure();
-  if (!dither_.EstDû(t)) return;
+  const bool bascule = dither_.EstDû(t, FréquenceDither_);
+  if (!bascule && sortie_) return;
   const bool normale = TypeCommande_ == ENUM_TYPE_COMMANDE::Normale;
-  if (normale) {
-    dither_.PlanifieAvecRetard(t, FréquenceDither_);
-  } else {
-    dither_.Planifie(t, FréquenceDither_);
+  if (bascule) {
+    dither_.Bascule();
+    if (normale) {
+      dither_.PlanifieAvecRetard(t, FréquenceDither_);
+    } else {
+      dither_.Planifie(t, FréquenceDither_);
+    }
   }
   if (!EstDedans(base)) {
     propSortieSaturée = true;
@@ -103,9 +121,14 @@ void Commande::SortAvecDither(double base) {
   }
   const double amplitude =
       AmplitudeUtilisable(base, AmplitudeDither_, mdblMiniCommande, mdblMaxiCommande);
-  const double envoyée = dither_.Bascule(base, amplitude);
+  const double envoyée = dither_.Valeur(base, amplitude);
   if (EstDedans(envoyée)) propSortieSaturée = false;
-  Ecrit(PointsSûrs(Borne(envoyée)));
+  const double points = PointsSûrs(Borne(envoyée));
+  if (bascule) {
+    Ecrit(points);
+  } else {
+    EcritSiChangé(points);
+  }
 }
 
 bool Commande::EstDedans(double unités) const {

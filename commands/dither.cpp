@@ -1,9 +1,12 @@
 #include "commands/dither.h"
 
-#include <limits>
+#include <algorithm>
 
 namespace zuma {
 namespace {
+
+// A toggle is planned one period ahead at most: the rest is for the rounding of the sums.
+constexpr double kPériodesDAvance = 2;
 
 double DemiPériode(double fréquence) noexcept {
   return 1 / fréquence / 2;
@@ -15,17 +18,19 @@ void Dither::Recale(double t) noexcept {
   retard_ = 0;
   prochaine_ = t;
   dernière_ = t;
+  côté_ = Côté::Aucun;
 }
 
-void Dither::Presse() noexcept {
-  prochaine_ = std::numeric_limits<double>::lowest();
+bool Dither::EstDû(double t, double fréquence) const noexcept {
+  return t > prochaine_ || prochaine_ - t > kPériodesDAvance / fréquence;
 }
 
 // The lateness adds to the next half period, and is taken off the lateness of the one after: the
-// sign is that of machines in service.
+// sign is that of machines in service. A host that was away for long must not hold the wave back
+// for as long again.
 void Dither::PlanifieAvecRetard(double t, double fréquence) noexcept {
   const double demi = DemiPériode(fréquence);
-  retard_ = t - dernière_ - retard_ - demi;
+  retard_ = std::min(t - dernière_ - retard_ - demi, demi);
   dernière_ = t;
   prochaine_ = demi + retard_ + t;
 }
@@ -34,11 +39,14 @@ void Dither::Planifie(double t, double fréquence) noexcept {
   prochaine_ = DemiPériode(fréquence) + t;
 }
 
-double Dither::Bascule(double base, double amplitude) noexcept {
-  const double demi = amplitude / 2;
-  const double envoyée = hautEnsuite_ ? base + demi : base - demi;
+void Dither::Bascule() noexcept {
+  côté_ = hautEnsuite_ ? Côté::Haut : Côté::Bas;
   hautEnsuite_ = !hautEnsuite_;
-  return envoyée;
+}
+
+double Dither::Valeur(double base, double amplitude) const noexcept {
+  if (côté_ == Côté::Aucun) return base;
+  return côté_ == Côté::Haut ? base + amplitude / 2 : base - amplitude / 2;
 }
 
 double AmplitudeUtilisable(double base, double amplitude, double mini, double maxi) noexcept {

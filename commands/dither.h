@@ -3,29 +3,33 @@
 namespace zuma {
 
 /// Schedule of a dither, the small square wave that keeps the spool of a valve moving. All times
-/// are in seconds. The wave is sampled by the refresh: its frequency is met to within one pass.
+/// are in seconds, on a clock that never goes back. The wave is sampled by the refresh: its
+/// frequency is met to within one pass.
 class Dither {
  public:
-  /// Starts the schedule at `t`; the side of the next half period stays.
+  /// Starts the schedule at `t`, on neither side; that of the next half period stays.
   void Recale(double t) noexcept;
-  /// Makes the next refresh toggle, whatever its time.
-  void Presse() noexcept;
-  [[nodiscard]] bool EstDû(double t) const noexcept { return t > prochaine_; }
+  /// True once the planned toggle is past. One that was planned for a much slower wave counts as
+  /// past.
+  [[nodiscard]] bool EstDû(double t, double fréquence) const noexcept;
 
   /// Plans the toggle after the one at `t`, for a wave of `fréquence` hertz: with the lateness of
-  /// the toggles carried along, or without.
+  /// the toggles carried along, half a period at most, or without.
   void PlanifieAvecRetard(double t, double fréquence) noexcept;
   void Planifie(double t, double fréquence) noexcept;
 
-  /// Value of this half period, on either side of `base`; the first is the low one.
-  [[nodiscard]] double Bascule(double base, double amplitude) noexcept;
-
-  [[nodiscard]] double Retard() const noexcept { return retard_; }
+  /// Goes to the other side; the first is the low one.
+  void Bascule() noexcept;
+  /// Value of this half period, on its side of `base`; `base` itself before the first toggle.
+  [[nodiscard]] double Valeur(double base, double amplitude) const noexcept;
 
  private:
+  enum class Côté { Aucun, Bas, Haut };
+
   double prochaine_ = 0;
   double dernière_ = 0;
   double retard_ = 0;
+  Côté côté_ = Côté::Aucun;
   bool hautEnsuite_ = false;
 };
 

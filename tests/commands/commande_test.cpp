@@ -1,5 +1,7 @@
 // A command from its value in units to the registers of its board.
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -14,34 +16,12 @@ namespace {
 using essai::Avec;
 using essai::Cas;
 using essai::Ligne;
+using essai::LigneDeCommande;
 using essai::Sans;
 
-constexpr std::int32_t kCanal = 10;
+constexpr std::int32_t kCanal = essai::kCanalDeCommande;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// 0 to 100 units over 100 to 4100 points, 40 points a unit; limits 10 to 90 units, and 300 to
-// 3500 points: 5 to 85 units.
-Ligne LigneDeCommande(const char* type = "Normale", const Ligne& champs = {}) {
-  Ligne ligne{{"Nom de la Commande", "Vérin"},
-              {"Valeur Initiale", "20,0"},
-              {"Date d'Etalonnage", "12/03/2024"},
-              {"Nom de l'Etalonneur", "Durand"},
-              {"Unité d'Etalonnage", "mm/s"},
-              {"Type de Commande", type},
-              {"Sécurité Minimale en Unité", 10},
-              {"Sécurité Maximale en Unité", 90},
-              {"Sécurité Minimale en Points", 300},
-              {"Sécurité Maximale en Points", 3500},
-              {"Fréquence dither", Nul{}},
-              {"Amplitude dither", 0},
-              {"Canal", kCanal}};
-  for (int i = 1; i <= 20; ++i) {
-    const std::string point = "Point " + std::to_string(i);
-    ligne.push_back({point + " - Unité", i == 2 ? 100 : 0});
-    ligne.push_back({point + " - Point", i > 2 ? 0 : i == 2 ? 4100 : 100});
-  }
-  return Avec(ligne, champs);
-}
 Ligne Servo() {
   return LigneDeCommande("Servo",
                          {{"Capteur Alimentation", "Alim"}, {"Capteur Utilisation", "Util"}});
@@ -148,16 +128,7 @@ TEST_F(UneCommande, RevientÀSaValeurInitialeParLArrêt) {
     commande->DéclencheAU();
     EXPECT_EQ(Etat(commande), Vu(initiale, points, initiale == 0, true)) << type;
   }
-  // A dither of one toggle in ten seconds does not hold the stop back.
-  const auto lente = EnService(LigneDeCommande("Normale", {{"Fréquence dither", 0.05}}));
-  for (const double demandée : {50, 50, 60}) {
-    timer->heure += 1000;
-    lente->ValeurCouranteEnUnité(demandée);
-  }
-  ASSERT_EQ(Points(), 2100) << "waits for the next toggle";
-  lente->DéclencheAU();
-  EXPECT_EQ(Points(), 900);
-  // Nor does a pressure sensor that gives no number.
+  // A pressure sensor that gives no number does not hold the stop back.
   const auto servo = ServoEnService();
   Mesure("Util", kNaN);
   servo->DéclencheAU();
@@ -208,13 +179,57 @@ TEST_F(UneCommande, ToutOuRienConduitDeuxSorties) {
     commande->ValeurCouranteEnUnité(unités);
     EXPECT_EQ(Lignes(), excitées) << unités;
   }
+  commande->ValeurCouranteEnUnité(5);
   commande->DéclencheAU();  // the initial value is above 0
-  EXPECT_EQ(Lignes(), 0b0100U);
+  EXPECT_EQ(Lignes(), 0U);
   EXPECT_EQ(Points(), points) << "the channel is not written";
   EXPECT_TRUE(registre->entrées.empty());
   EnService(Sans(ligne, "Sortie Logique 2"))->ValeurCouranteEnUnité(0);
   EXPECT_EQ(registre->entrées.at(0).variables.size(), 6U);
   EXPECT_TRUE(Dit("Erreur N°91 "));
+}
+
+TEST_F(UneCommande, ToutOuRienReprendOùSontSesSorties) {
+  const auto parametre = Partage(5, "");
+  const auto commande = EnService(LigneDeCommande(
+      "Tout ou Rien",
+      {{"Sortie Logique 1", "Monte"}, {"Sortie Logique 2", "Descend"}, {"Paramètre", 5}}));
+  chassis.Commandes()->Add("1", commande);
+  const double points = Points();
+  const auto met = [&](bool monte, bool descend) {
+    chassis.SortiesLogiques()->Item("12")->ValeurCourante(monte ? ENUM_ETAT_LOGIQUE::Actif
+                                                                : ENUM_ETAT_LOGIQUE::Inactif);
+    chassis.SortiesLogiques()->Item("13")->ValeurCourante(descend ? ENUM_ETAT_LOGIQUE::Actif
+                                                                  : ENUM_ETAT_LOGIQUE::Inactif);
+  };
+  // The lines that somebody else moves while it is out of service, and what it shows of them.
+  for (const auto& [demandée, monte, descend, montrée] : Cas<double, bool, bool, double>{
+           {30, true, false, 30}, {30, false, true, -1}, {30, false, false, 0}}) {
+    commande->ValeurCouranteEnUnité(demandée);
+    commande->Enabled(false);
+    EXPECT_EQ(commande->ValeurCouranteEnUnité(), demandée) << "nothing has moved yet";
+    EXPECT_EQ(Lignes(), 0b0100U);
+    met(monte, descend);
+    const std::uint32_t excitées = Lignes();
+    commande->MetàJour();
+    EXPECT_EQ(parametre->ValeurParamètre(), std::to_string(static_cast<int>(montrée)));
+    commande->Enabled(true);
+    commande->MetàJour();
+    EXPECT_EQ(commande->ValeurCouranteEnUnité(), montrée);
+    EXPECT_EQ(Lignes(), excitées) << "taken over without a step";
+    EXPECT_EQ(Points(), points);
+  }
+  // A stop of the frame leaves nothing energised, and nothing shown that is not so.
+  for (const bool enService : {true, false}) {
+    commande->ValeurCouranteEnUnité(30);
+    commande->Enabled(enService);
+    ASSERT_EQ(Lignes(), 0b0100U);
+    chassis.DéclencheAU();
+    EXPECT_EQ(Lignes(), 0U);
+    chassis.MetàJour();
+    EXPECT_EQ(commande->ValeurCouranteEnUnité(), 0);
+    commande->Enabled(true);
+  }
 }
 
 TEST_F(UneCommande, RecopieSuitSonCapteurEnServiceOuNon) {
@@ -282,8 +297,9 @@ TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
     const auto commande = EnService(LigneDeCommande(
         type,
         {{"Valeur Initiale", 50}, {"Fréquence dither", 10}, {"Amplitude dither", amplitude}}));
-    commande->ValeurCouranteEnUnité(valeur);  // not due yet at the time of the start
-    EXPECT_EQ(Ecritures(), 0U);
+    commande->ValeurCouranteEnUnité(valeur);  // no toggle is due yet
+    EXPECT_DOUBLE_EQ(Points(), 100 + 40 * std::max(valeur, 10.0));
+    Ecritures();
     for (const auto& [ms, points, écrite] : passes) {
       timer->heure = ms * 1e3;
       commande->MetàJour();
@@ -291,6 +307,67 @@ TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
       EXPECT_EQ(Ecritures() > 0, écrite) << type << valeur << " " << ms;
     }
     EXPECT_EQ(Etat(commande), Vu(gardée, Points(), saturée, false)) << type << valeur;
+  }
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UneCommande, NAttendJamaisSonDither) {
+  const auto passes = [&](const Ref<Commande>& commande, int ms) {
+    int bascules = 0;
+    for (; ms > 0; --ms) {
+      timer->heure += 1e3;
+      const double avant = Points();
+      commande->MetàJour();
+      if (Points() != avant) ++bascules;
+    }
+    return bascules;
+  };
+  using Fait = std::function<void(const Ref<Commande>&)>;
+  const auto attend = [&](double secondes) { timer->heure += secondes * 1e6; };
+  const Cas<const char*, Fait> cas{
+      {"put in service late",
+       [&](const auto& c) { c->Enabled(false), attend(60), c->Enabled(true); }},
+      {"a late pass", [&](const auto& c) { attend(5), c->MetàJour(); }},
+      {"a stop after a while", [&](const auto& c) { attend(60), c->DéclencheAU(); }},
+      {"a slow wave before",
+       [&](const auto& c) {
+         c->FréquenceDither(1e-3);
+         passes(c, 100);
+         c->FréquenceDither(10);
+       }},
+      {"switched on late", [&](const auto& c) {
+         c->FréquenceDither(0);
+         attend(60);
+         c->FréquenceDither(10);
+       }}};
+  for (const char* type : {"Normale", "Servo"}) {
+    for (const auto& [nom, fait] : cas) {
+      const auto commande =
+          EnService(LigneDeCommande(type, {{"Fréquence dither", 10}, {"Amplitude dither", 4}}));
+      passes(commande, 30);
+      fait(commande);
+      commande->ValeurCouranteEnUnité(50);
+      EXPECT_NEAR(Points(), 2100, 80) << "in the caller's time: " << type << ", " << nom;
+      EXPECT_NEAR(passes(commande, 1000), 19, 2) << type << ", " << nom;
+      // Between two toggles, which keep their times: the same side around another value.
+      const bool haut = Points() > 2100;
+      commande->ValeurCouranteEnUnité(60);
+      EXPECT_DOUBLE_EQ(Points(), haut ? 2580 : 2420);
+      Ecritures();
+      commande->ValeurCouranteEnUnité(60);
+      EXPECT_EQ(Ecritures(), 0U) << "no step to tell";
+    }
+    // Neither a value nor a stop waits for a wave that no clock will see toggle.
+    for (const double hertz : {-10.0, 1e-300, 5e-324, 1e300, HUGE_VAL, -HUGE_VAL}) {
+      const auto commande = EnService(LigneDeCommande(type, {{"Amplitude dither", 4}}));
+      commande->FréquenceDither(hertz);
+      passes(commande, 3);
+      commande->ValeurCouranteEnUnité(50);
+      EXPECT_NEAR(Points(), 2100, 80) << hertz;
+      passes(commande, 3);
+      commande->DéclencheAU();
+      EXPECT_NEAR(Points(), 900, 80) << hertz;
+    }
   }
   EXPECT_TRUE(registre->entrées.empty());
 }

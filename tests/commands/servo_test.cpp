@@ -59,7 +59,7 @@ std::vector<int> Bascules(void (Dither::*planifie)(double, double) noexcept) {
   dither.Recale(0);
   std::vector<int> fronts;
   for (int ms = 1; ms < 220; ++ms) {
-    if (!dither.EstDû(ms / 1000.0)) continue;
+    if (!dither.EstDû(ms / 1000.0, 10)) continue;
     fronts.push_back(ms);
     (dither.*planifie)(ms / 1000.0, 10);
   }
