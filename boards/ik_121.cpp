@@ -1,6 +1,7 @@
 #include "boards/ik_121.h"
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace zuma {
@@ -58,9 +59,7 @@ std::int64_t IK_121::IK121_Lecture(std::int16_t axe, std::int32_t latch) {
   const RéglagesIK121& réglages = LeMatériel().plateforme.réglages.ik121;
   const auto rang = static_cast<std::size_t>(latch);
   EcritRegistre(axe, kCommandeEtat, réglages.demandeLatch[rang]);
-  const unsigned prêt = 1U << rang;
-  while ((LitRegistre(axe, kCommandeEtat) & prêt) == 0) {
-  }
+  AttendLatch(axe, rang);
   std::array<std::uint16_t, 3> mots{};
   auto registre = kPremierMot[rang];
   for (std::uint16_t& mot : mots) {
@@ -68,6 +67,23 @@ std::int64_t IK_121::IK121_Lecture(std::int16_t axe, std::int32_t latch) {
     registre = static_cast<std::uint16_t>(registre + 2);
   }
   return CompteIK121(mots, réglages.motHaut);
+}
+
+// The last look comes after the limit: a program that was held up finds its latch all the same.
+void IK_121::AttendLatch(std::int16_t axe, std::size_t rang) {
+  const unsigned prêt = 1U << rang;
+  ZED_Timer& timer = *LeMatériel().timer;
+  std::optional<double> fin;
+  bool passée = false;
+  while ((LitRegistre(axe, kCommandeEtat) & prêt) == 0) {
+    if (passée) {
+      throw Echec(Numéro::MatérielAbsent,
+                  "Axe " + std::to_string(axe) + " : la carte ne donne pas son compte");
+    }
+    const double maintenant = timer.LitMicrosecondes();
+    if (!fin) fin = maintenant + kAttenteLatch;
+    passée = maintenant > *fin;
+  }
 }
 
 double IK_121::LitAnalogique(std::int16_t axe, std::int16_t&) {

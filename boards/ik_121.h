@@ -10,12 +10,15 @@ namespace zuma {
 /// IK 121: counters of two encoders, axes 1 and 2. Its value is a count and not a point of the
 /// common scale. Latch, control words and the use of the third word of a latch are settings.
 ///
-/// A count is awaited for as long as the board takes: one that never latches holds the pass for
-/// ever. It is to stay so, the board being required.
+/// A board that does not latch fails the read (31999) once `kAttenteLatch` is over; the channel
+/// keeps its value.
 class IK_121 : public CarteES {
  public:
   /// Counts are points: the mean of a channel's reads gets no scale.
   static constexpr double kPleineEchelle = 65536;
+
+  /// Patience for one latch, microseconds; a board that works takes a few.
+  static constexpr double kAttenteLatch = 1000;
 
   /// Sixteen ports, at the base cut to a multiple of 16 below 0x1000.
   IK_121(const Matériel& matériel, std::uint16_t base)
@@ -35,6 +38,7 @@ class IK_121 : public CarteES {
   [[nodiscard]] double LitAnalogique(std::int16_t axe, std::int16_t& gain);
 
  private:
+  void AttendLatch(std::int16_t axe, std::size_t rang);
   [[nodiscard]] std::uint16_t Choisit(std::int16_t axe, std::uint16_t registre);
   [[nodiscard]] std::uint16_t LitRegistre(std::int16_t axe, std::uint16_t registre);
   void EcritRegistre(std::int16_t axe, std::uint16_t registre, std::uint16_t mot);

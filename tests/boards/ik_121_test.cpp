@@ -1,6 +1,8 @@
 // The encoder board through its block and channels, against a twin made from its register map.
 #include "boards/ik_121.h"
 
+#include <limits>
+
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
@@ -61,6 +63,19 @@ TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
   bloc->MetàJour();
   EXPECT_EQ(Axe(1).ValeurCanal(), 765) << "a late latch is awaited";
   EXPECT_TRUE(registre->entrées.empty());
+  // A board that hangs: each axis tells so and keeps its value, and the pass goes on.
+  jumelle.regardsAvantPrêt = std::numeric_limits<int>::max();
+  timer->pas = 1;
+  Place(0, 99);
+  const double avant = timer->heure;
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(1).ValeurCanal(), 765);
+  EXPECT_EQ(registre->entrées.size(), 2U);
+  EXPECT_TRUE(registre->Contient("Axe 2 : la carte ne donne pas son compte"));
+  EXPECT_NEAR(timer->heure - avant, 2 * IK_121::kAttenteLatch, 10);
+  jumelle.regardsAvantPrêt = 0;
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(1).ValeurCanal(), 678) << "back by itself";
 }
 
 TEST_F(DesCodeurs, AjoutentLeMotHautOuNonSelonLeRéglage) {
