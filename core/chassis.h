@@ -133,7 +133,7 @@ class Chassis : public Objet {
   void ChargeWatchDog(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
   void LitLaLigne(const Ref<BaseDeDonnées>& base, std::int32_t chassis);
   template <class Collection, class LitLigne>
-  void ChargeObjets(const Ref<BaseDeDonnées>& base, std::int32_t chassis,
+  void ChargeObjets(std::string_view nom, const Ref<BaseDeDonnées>& base, std::int32_t chassis,
                     const requêtes::ObjetLié& requête, Collection& collection, LitLigne&& lit);
   void ElagueLesSortiesModbus();
   void LieLesObjets(const Ref<ZED_Securite>& sécurité, const ParamètresRef& paramètres,

@@ -5,6 +5,7 @@
 #include "core/chassis.h"
 #include "core/colonnes.h"
 #include "core/garde.h"
+#include "core/lignes.h"
 #include "core/requetes.h"
 
 namespace zuma {
@@ -52,36 +53,35 @@ void Chassis::LitLaLigne(const Ref<BaseDeDonnées>& base, std::int32_t chassis) 
 }
 
 template <class Collection, class LitLigne>
-void Chassis::ChargeObjets(const Ref<BaseDeDonnées>& base, std::int32_t chassis,
-                           const requêtes::ObjetLié& requête, Collection& collection,
-                           LitLigne&& lit) {
-  const auto liste = base->OpenRecordset(requête.liste(chassis));
-  if (liste->RecordCount() == 0) return;
-  for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
-    const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
-    const std::string clé = std::to_string(index);
-    collection.Add(clé);
-    const auto objet = collection.Item(clé);
-    objet->TimerExact(Timer());
-    objet->ChargeErreur(Erreur());
-    lit(index, *objet);
-    if (requête.liaison != nullptr) {
-      if constexpr (requires { objet->Label(std::string()); }) {
-        LitLabel(*base, requête, index, chassis, *objet);
-      }
-    }
-  }
+void Chassis::ChargeObjets(std::string_view nom, const Ref<BaseDeDonnées>& base,
+                           std::int32_t chassis, const requêtes::ObjetLié& requête,
+                           Collection& collection, LitLigne&& lit) {
+  Garde(*this, Forme::Procédure, nom, [&] {
+    const auto liste = base->OpenRecordset(requête.liste(chassis));
+    lignes::PourChacune(*this, Forme::Procédure, nom, requête.table, *liste,
+                        [&](std::int32_t index) {
+                          const std::string clé = std::to_string(index);
+                          collection.Add(clé);
+                          const auto objet = collection.Item(clé);
+                          objet->TimerExact(Timer());
+                          objet->ChargeErreur(Erreur());
+                          lit(index, *objet);
+                          if (requête.liaison != nullptr) {
+                            if constexpr (requires { objet->Label(std::string()); }) {
+                              LitLabel(*base, requête, index, chassis, *objet);
+                            }
+                          }
+                        });
+  });
 }
 
 void Chassis::ChargeCartes(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
-  Garde(*this, Forme::Procédure, "ChargeCartes", [&] {
-    ChargeObjets(base, chassis, requêtes::kCartes, *Cartes(),
-                 [&](std::int32_t index, Carte& carte) {
-                   carte.ChargeLesFonctions(base, index);
-                   carte.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCartes.ligne(index)));
-                 });
-    ElagueLesSortiesModbus();
-  });
+  ChargeObjets("ChargeCartes", base, chassis, requêtes::kCartes, *Cartes(),
+               [&](std::int32_t index, Carte& carte) {
+                 carte.ChargeLesFonctions(base, index);
+                 carte.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCartes.ligne(index)));
+               });
+  Garde(*this, Forme::Procédure, "ChargeCartes", [&] { ElagueLesSortiesModbus(); });
 }
 
 // A Modbus block of logic outputs keeps exactly its number of channels, the first ones; negative
@@ -108,65 +108,61 @@ void Chassis::ElagueLesSortiesModbus() {
 }
 
 void Chassis::ChargeCapteurs(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
-  Garde(*this, Forme::Procédure, "ChargeCapteurs", [&] {
-    ChargeObjets(base, chassis, requêtes::kCapteurs, *Capteurs(),
-                 [&](std::int32_t index, Capteur& capteur) {
-                   capteur.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCapteurs.ligne(index)),
-                                              kFréquenceDesCapteurs);
-                 });
-  });
+  ChargeObjets("ChargeCapteurs", base, chassis, requêtes::kCapteurs, *Capteurs(),
+               [&](std::int32_t index, Capteur& capteur) {
+                 capteur.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCapteurs.ligne(index)),
+                                            kFréquenceDesCapteurs);
+               });
 }
 
 void Chassis::ChargeCommandes(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
-  Garde(*this, Forme::Procédure, "ChargeCommandes", [&] {
-    ChargeObjets(
-        base, chassis, requêtes::kCommandes, *Commandes(),
-        [&](std::int32_t index, Commande& commande) {
-          commande.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCommandes.ligne(index)));
-        });
-  });
+  ChargeObjets(
+      "ChargeCommandes", base, chassis, requêtes::kCommandes, *Commandes(),
+      [&](std::int32_t index, Commande& commande) {
+        commande.ParamètresDepuisBD(base->OpenRecordset(requêtes::kCommandes.ligne(index)));
+      });
 }
 
 void Chassis::ChargeEntréesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
-  Garde(*this, Forme::Procédure, "ChargeEntréesLogiques", [&] {
-    ChargeObjets(
-        base, chassis, requêtes::kEntréesLogiques, *EntréesLogiques(),
-        [&](std::int32_t index, EntréeLogique& entrée) {
-          entrée.ParamètresDepuisBD(base->OpenRecordset(requêtes::kEntréesLogiques.ligne(index)));
-        });
-  });
+  ChargeObjets(
+      "ChargeEntréesLogiques", base, chassis, requêtes::kEntréesLogiques, *EntréesLogiques(),
+      [&](std::int32_t index, EntréeLogique& entrée) {
+        entrée.ParamètresDepuisBD(base->OpenRecordset(requêtes::kEntréesLogiques.ligne(index)));
+      });
 }
 
 void Chassis::ChargeSortiesLogiques(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
-  Garde(*this, Forme::Procédure, "ChargeSortiesLogiques", [&] {
-    ChargeObjets(
-        base, chassis, requêtes::kSortiesLogiques, *SortiesLogiques(),
-        [&](std::int32_t index, SortieLogique& sortie) {
-          sortie.ParamètresDepuisBD(base->OpenRecordset(requêtes::kSortiesLogiques.ligne(index)));
-        });
-  });
+  ChargeObjets(
+      "ChargeSortiesLogiques", base, chassis, requêtes::kSortiesLogiques, *SortiesLogiques(),
+      [&](std::int32_t index, SortieLogique& sortie) {
+        sortie.ParamètresDepuisBD(base->OpenRecordset(requêtes::kSortiesLogiques.ligne(index)));
+      });
 }
 
 // The frame has a single watchdog: with several linked rows the last one wins.
 void Chassis::ChargeWatchDog(const Ref<BaseDeDonnées>& base, std::int32_t chassis) {
   Valeur index;
-  Garde(
-      *this, Forme::Procédure, "ChargeWatchDog",
-      [&] {
-        const auto liste = base->OpenRecordset(requêtes::kWatchDog.liste(chassis));
-        if (liste->RecordCount() == 0) return;
-        for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
-          index = LitChamp(*liste, "Index");
-          Watchdog()->TimerExact(Timer());
-          Watchdog()->ChargeErreur(Erreur());
-          Watchdog()->ParamètresDepuisBD(
-              base->OpenRecordset(requêtes::kWatchDog.ligne(VersEntier32(index))));
-        }
-      },
-      [&](Variables& v) {
-        v.Ajoute("IndexChassis", chassis);
-        v.Ajoute("IndexDelEntréeLogique", index);
+  const auto garde = [&](auto&& travail) {
+    Garde(*this, Forme::Procédure, "ChargeWatchDog", travail, [&](Variables& v) {
+      v.Ajoute("IndexChassis", chassis);
+      v.Ajoute("IndexDelEntréeLogique", index);
+    });
+  };
+  const auto charge = [&](std::int32_t n) {
+    Watchdog()->TimerExact(Timer());
+    Watchdog()->ChargeErreur(Erreur());
+    Watchdog()->ParamètresDepuisBD(base->OpenRecordset(requêtes::kWatchDog.ligne(n)));
+  };
+  garde([&] {
+    const auto liste = base->OpenRecordset(requêtes::kWatchDog.liste(chassis));
+    if (liste->RecordCount() == 0) return;
+    for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
+      garde([&] {
+        index = LitChamp(*liste, "Index");
+        lignes::EnNommant(requêtes::kWatchDog.table, *liste, charge);
       });
+    }
+  });
 }
 
 }  // namespace zuma

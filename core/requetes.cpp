@@ -56,11 +56,13 @@ Ref<Recordset> OuLeVide(BaseDeDonnées& base, const std::string& instruction) {
 }  // namespace
 
 const ObjetLié kCartes{
+    "Carte",
     [](std::int32_t f) { return Liste("Carte", "Liaison Chassis / Carte", f); },
     [](std::int32_t n) { return Ligne("Carte", n); },
     nullptr,
 };
 const ObjetLié kCapteurs{
+    "Capteur",
     ListeDesCapteurs,
     [](std::int32_t n) { return Ligne("Capteur", n); },
     [](std::int32_t n, std::int32_t f) {
@@ -68,6 +70,7 @@ const ObjetLié kCapteurs{
     },
 };
 const ObjetLié kCommandes{
+    "Commande",
     [](std::int32_t f) { return Liste("Commande", "Liaison Chassis / Commande", f); },
     [](std::int32_t n) { return Ligne("Commande", n); },
     [](std::int32_t n, std::int32_t f) {
@@ -75,11 +78,13 @@ const ObjetLié kCommandes{
     },
 };
 const ObjetLié kEntréesLogiques{
+    "Entrée Logique",
     [](std::int32_t f) { return Liste("Entrée Logique", "Liaison Chassis / Entrée Logique", f); },
     [](std::int32_t n) { return Ligne("Entrée Logique", n); },
     LiaisonEntréeLogique,
 };
 const ObjetLié kSortiesLogiques{
+    "Sortie Logique",
     [](std::int32_t f) { return Liste("Sortie Logique", "Liaison Chassis / Sortie Logique", f); },
     [](std::int32_t n) { return Ligne("Sortie Logique", n); },
     [](std::int32_t n, std::int32_t f) {
@@ -87,6 +92,7 @@ const ObjetLié kSortiesLogiques{
     },
 };
 const ObjetLié kWatchDog{
+    "WatchDog",
     [](std::int32_t f) { return Liste("WatchDog", "Liaison Chassis / WatchDog", f); },
     [](std::int32_t n) { return Ligne("WatchDog", n); },
     nullptr,

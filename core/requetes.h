@@ -12,6 +12,7 @@ namespace zuma::requêtes {
 
 /// Statements of one kind of object that a link table ties to a frame.
 struct ObjetLié {
+  std::string_view table;
   std::string (*liste)(std::int32_t chassis);                        ///< objects of the frame
   std::string (*ligne)(std::int32_t index);                          ///< one object's row
   std::string (*liaison)(std::int32_t index, std::int32_t chassis);  ///< its link row, or null

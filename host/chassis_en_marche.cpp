@@ -24,17 +24,14 @@ bool EstLaissée(const Carte& carte) {
 
 }  // namespace
 
-ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
-                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres,
-                                 Ref<ZED_Traduction> traducteur)
+ChassisEnMarche::ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil,
+                                 linux_::Parametres paramètres, Ref<ZED_Traduction> traducteur)
     : machine_(machine),
       recueil_(recueil),
       traducteur_(std::move(traducteur)),
       paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
       chassis_(machine.Services()) {
-  const Ref<BaseDeDonnées> base = OuvreLaBase(fichier, false);
-  ExigeChassis(*base, fichier, index);
   sécurité_->Branche([this] {
     ArrêteLesSorties();
     return true;
@@ -42,6 +39,34 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
   sécurité_->Bornes(*traducteur_);
   chassis_.TimerExact(machine.Timer());
   chassis_.ChargeErreur(recueil);
+}
+
+// What is thrown from here on finds an object that is made: its destructor puts the outputs to
+// rest.
+ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
+                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                                 const MalgréTout& malgréTout, Ref<ZED_Traduction> traducteur)
+    : ChassisEnMarche(machine, recueil, std::move(paramètres), std::move(traducteur)) {
+  const auto exige = [&](Etape étape, std::vector<Problème> problèmes) {
+    problèmes.insert(problèmes.end(), recueil->Problèmes().begin(), recueil->Problèmes().end());
+    const DépartRefusé refus(index, étape, std::move(problèmes));
+    if (!malgréTout || !malgréTout(refus)) throw refus;
+  };
+  const std::vector<Problème> données = Charge(fichier, index);
+  const std::size_t duChargement = recueil->Problèmes().size();
+  if (duChargement != 0) exige(Etape::Chargé, données);
+  Démarre();
+  if (recueil->Problèmes().empty()) return;
+  Arrête(traducteur_->Traduit("Cause depart", "", "Bureau"));
+  SertLesBus();  // the answer may take its time, and nothing passes meanwhile
+  if (recueil->Problèmes().size() != duChargement) exige(Etape::Démarré, données);
+}
+
+// One read: no writer puts a channel of before together with limits of after a change.
+std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::int32_t index) {
+  const Ref<BaseDeDonnées> base = OuvreLaBase(fichier, false);
+  const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, fichier);
+  ExigeChassis(*base, fichier, index);
   chassis_.ChargeLeChassis(base, index);
   chassis_.Lien(base, std::to_string(index), sécurité_, paramètres_.Collection(), traducteur_);
   chassis_.MiseàJourDesLiens();
@@ -49,8 +74,15 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
     carte->Lien(paramètres_.Collection());
     if (EstLaissée(*carte)) laissées_.push_back(carte);
   }
-  machine.Branche(chassis_);
+  if (recueil_->Problèmes().empty()) return {};
+  return ProblèmesDesDonnées(*base, chassis_, index);
+}
+
+void ChassisEnMarche::Démarre() {
+  machine_.Branche(chassis_);
+  démarré_ = true;
   chassis_.Initialise();
+  machine_.Rapporte(*recueil_);
 }
 
 void ChassisEnMarche::Passe() {
@@ -105,8 +137,8 @@ void ChassisEnMarche::SertLesBus() {
 
 ChassisEnMarche::~ChassisEnMarche() {
   try {
-    MetAuRepos();
-    chassis_.Décharge();
+    if (démarré_) MetAuRepos();
+    if (démarré_) chassis_.Décharge();
   } catch (...) {
     recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
   }

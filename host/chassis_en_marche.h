@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/chassis.h"
+#include "host/depart.h"
 #include "host/machine.h"
 #include "host/problemes.h"
 #include "platform/linux/parametres.h"
@@ -17,9 +18,12 @@ namespace zuma::host {
 class ChassisEnMarche {
  public:
   /// Loads, links and starts frame `index`. A file or frame that is not there is misuse. Causes of
-  /// a stop are told in the translator's language.
+  /// a stop are told in the translator's language. Throws `DépartRefusé`, its outputs at rest, when
+  /// load, link or start left entries in `recueil` and `malgréTout` does not take it all the same;
+  /// then its stop is fired, and latched until it is acknowledged.
   ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                   const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                  const MalgréTout& malgréTout = {},
                   Ref<ZED_Traduction> traducteur = Crée<linux_::Traducteur>());
   /// Puts the outputs to rest before the frame is released: a program that ends must not leave a
   /// machine under its last set point.
@@ -40,6 +44,10 @@ class ChassisEnMarche {
   bool Acquitte();
 
  private:
+  ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                  Ref<ZED_Traduction> traducteur);
+  std::vector<Problème> Charge(const std::string& fichier, std::int32_t index);
+  void Démarre();
   void ArrêteLesSorties();
   void MetAuRepos();
   void SertLesBus();
@@ -50,6 +58,7 @@ class ChassisEnMarche {
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;
+  bool démarré_ = false;
   std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };
 

@@ -126,6 +126,7 @@ int Check(const OptionsCheck& options) {
   const Ref<BaseDeDonnées> base = OuvreLaBase(options.fichier, true);
   const auto recueil = Crée<Recueil>();
   VérifieLeFichier(options.fichier, *recueil);
+  const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, options.fichier);
   ExigeChassis(*base, options.fichier, options.chassis);
   VérifieLesDonnées(*base, *recueil);
   const Contenu contenu = ChargeEtLie(

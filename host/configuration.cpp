@@ -16,30 +16,47 @@ std::string Nom(const Recordset& lignes) {
   return nom == nullptr || EstNulOuVide(*nom) ? std::string() : " (" + VersTexte(*nom) + ")";
 }
 
+// What fails on the file is misuse, told with the file and, where there is one, the way out.
+template <class Travail>
+auto SurLeFichier(const std::string& fichier, Travail&& travail) {
+  try {
+    return travail();
+  } catch (const Echec& e) {
+    std::string texte = fichier + ": " + e.Description();
+    if (e.NuméroErreur() == static_cast<int>(Numéro::BaseVerrouillée)) {
+      texte += ". Another program is writing to it: let it finish or close it, then start again.";
+    }
+    throw MauvaisUsage(texte);
+  }
+}
+
 }  // namespace
 
 Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule) {
-  try {
+  return SurLeFichier(fichier, [&]() -> Ref<BaseDeDonnées> {
     return Crée<linux_::BaseSqlite>(
         fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule, .attenteVerrou = kAttente});
-  } catch (const Echec& e) {
-    throw MauvaisUsage(fichier + ": " + e.Description());
-  }
+  });
+}
+
+std::unique_ptr<const LecturesCohérentes> FigeLaBase(const Ref<BaseDeDonnées>& base,
+                                                     const std::string& fichier) {
+  return SurLeFichier(fichier, [&] { return std::make_unique<const LecturesCohérentes>(base); });
 }
 
 void ExigeChassis(BaseDeDonnées& base, const std::string& fichier, std::int32_t chassis) {
   std::string connus;
-  try {
+  const bool trouvé = SurLeFichier(fichier, [&] {
     const Ref<Recordset> lignes = base.OpenRecordset("SELECT * FROM [Chassis]");
     for (; !lignes->FinDeTable(); lignes->MoveNext()) {
       const Valeur index = OutilsCommuns::LitChampSûr(LitChamp(*lignes, "Index"));
       if (EstNul(index)) continue;
-      if (VersDouble(index) == chassis) return;
+      if (VersDouble(index) == chassis) return true;
       connus += (connus.empty() ? "" : ", ") + VersTexte(index) + Nom(*lignes);
     }
-  } catch (const Echec& e) {
-    throw MauvaisUsage(fichier + ": " + e.Description());
-  }
+    return false;
+  });
+  if (trouvé) return;
   throw MauvaisUsage(fichier + " has no frame " + std::to_string(chassis) +
                      ". Frames: " + (connus.empty() ? "none" : connus) + ".");
 }

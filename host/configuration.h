@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -13,8 +14,13 @@ struct MauvaisUsage : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Opens the configuration. A file that is not one is misuse of the program.
+/// Opens the configuration. A file that is not one is misuse of the program, and so is one that
+/// another program keeps locked for more than 0.1 s: the text says what to do.
 [[nodiscard]] Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule);
+
+/// The reads of a load as one, see `LecturesCohérentes`. A base that stays locked is misuse too.
+[[nodiscard]] std::unique_ptr<const LecturesCohérentes> FigeLaBase(const Ref<BaseDeDonnées>& base,
+                                                                   const std::string& fichier);
 
 /// Throws `MauvaisUsage`, with the frames that are there, when the frame is not.
 void ExigeChassis(BaseDeDonnées& base, const std::string& fichier, std::int32_t chassis);

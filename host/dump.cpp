@@ -83,8 +83,9 @@ bool Imprime(const OptionsDump& options, const std::vector<std::string>& lignes)
 }
 
 std::unique_ptr<Machine> LaMachine(const OptionsDump& options, BoîteDeMessage& messages) {
+  const Raccordement raccordement = LitLesPorts(options.ports, options.can);
   if (options.simulation) return MachineSimulée(messages, Cadence::Libre);
-  return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
+  return MachineRéelle(messages, raccordement);
 }
 
 }  // namespace
@@ -99,7 +100,8 @@ int Dump(const OptionsDump& options) {
   bool complet = false;
   {
     ChassisEnMarche marche(options.fichier, options.chassis, *machine, recueil,
-                           LitLesParamètres(options.fichier, options.paramètres));
+                           LitLesParamètres(options.fichier, options.paramètres),
+                           SelonLOption(options.malgréTout));
     complet = Passe(marche, *machine, options.secondes);
     if (complet && options.sortie.empty()) {
       Vide(marche.LeChassis(), machine->Services(), mémoire, {});

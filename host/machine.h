@@ -46,7 +46,8 @@ struct Raccordement {
   std::map<std::pair<std::int32_t, std::int32_t>, std::string>
       can;  ///< interfaces by card and port
 };
-/// Reads "number=device" and "card:port=interface". Throws `MauvaisUsage` on anything else.
+/// Reads "number=device" and "card:port=interface". Throws `MauvaisUsage` on anything else, and on
+/// a port that is given twice.
 [[nodiscard]] Raccordement LitLesPorts(const std::vector<std::string>& ports,
                                        const std::vector<std::string>& can);
 

@@ -51,17 +51,23 @@ bool LitNombre(std::string_view texte, std::int32_t& nombre) {
   return erreur == std::errc() && fin == texte.data() + texte.size() && nombre >= 0;
 }
 
-[[noreturn]] void Refuse(std::string_view texte, std::string_view attendu) {
-  throw MauvaisUsage("\"" + std::string(texte) + "\": expected " + std::string(attendu));
-}
+// An option as it was given, and what it should have been.
+struct Argument {
+  std::string_view texte;
+  std::string_view option;
+  std::string_view attendu;
+
+  [[noreturn]] void Refuse() const {
+    throw MauvaisUsage(std::string(option) + " \"" + std::string(texte) + "\": expected " +
+                       std::string(attendu));
+  }
+};
 
 // The two sides of a sign; neither may be empty.
 std::pair<std::string_view, std::string_view> Partage(std::string_view texte, char signe,
-                                                      std::string_view attendu) {
+                                                      const Argument& argument) {
   const std::size_t place = texte.find(signe);
-  if (place == 0 || place == std::string_view::npos || place + 1 == texte.size()) {
-    Refuse(texte, attendu);
-  }
+  if (place == 0 || place == std::string_view::npos || place + 1 == texte.size()) argument.Refuse();
   return {texte.substr(0, place), texte.substr(place + 1)};
 }
 
@@ -69,21 +75,22 @@ std::pair<std::string_view, std::string_view> Partage(std::string_view texte, ch
 
 Raccordement LitLesPorts(const std::vector<std::string>& ports,
                          const std::vector<std::string>& can) {
-  constexpr std::string_view kPort = "NUMBER=DEVICE, as in 4=/dev/ttyUSB0";
-  constexpr std::string_view kCan = "CARD:PORT=INTERFACE, as in 1:0=can0";
   Raccordement lu;
   for (const std::string& texte : ports) {
-    const auto [numéro, appareil] = Partage(texte, '=', kPort);
+    const Argument argument{texte, "--port",
+                            "NUMBER=DEVICE, as in 4=/dev/ttyUSB0, each number once"};
+    const auto [numéro, appareil] = Partage(texte, '=', argument);
     std::int32_t port = 0;
-    if (!LitNombre(numéro, port)) Refuse(texte, kPort);
-    lu.ports[port] = appareil;
+    if (!LitNombre(numéro, port)) argument.Refuse();
+    if (!lu.ports.emplace(port, appareil).second) argument.Refuse();
   }
   for (const std::string& texte : can) {
-    const auto [place, interface] = Partage(texte, '=', kCan);
-    const auto [carte, port] = Partage(place, ':', kCan);
+    const Argument argument{texte, "--can", "CARD:PORT=INTERFACE, as in 1:0=can0, each port once"};
+    const auto [place, interface] = Partage(texte, '=', argument);
+    const auto [carte, port] = Partage(place, ':', argument);
     std::pair<std::int32_t, std::int32_t> clé;
-    if (!LitNombre(carte, clé.first) || !LitNombre(port, clé.second)) Refuse(texte, kCan);
-    lu.can[clé] = interface;
+    if (!LitNombre(carte, clé.first) || !LitNombre(port, clé.second)) argument.Refuse();
+    if (!lu.can.emplace(clé, interface).second) argument.Refuse();
   }
   return lu;
 }

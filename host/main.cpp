@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "host/configuration.h"
+#include "host/depart.h"
 #ifdef ZUMA_QT
 #include "host/desktop/desktop.h"
 #endif
@@ -39,6 +40,13 @@ void AjouteLesPorts(CLI::App& verbe, Options& options) {
       ->type_name("CARD:PORT=INTERFACE");
 }
 
+template <class Options>
+void AjouteMalgréTout(CLI::App& verbe, Options& options) {
+  verbe.add_flag("--start-anyway", options.malgréTout,
+                 "start although load, link or start left entries: what failed is missing, limits "
+                 "and stops included");
+}
+
 int LanceDesktop([[maybe_unused]] const OptionsDesktop& options) {
 #ifdef ZUMA_QT
   return Desktop(options);
@@ -53,12 +61,13 @@ template <class Options>
 void AjouteSimulation(CLI::App& verbe, Options& options) {
   verbe.add_flag("--sim", options.simulation, "put the whole frame on the simulated machine");
   AjouteLesPorts(verbe, options);
+  AjouteMalgréTout(verbe, options);
 }
 
 /// The command line: options of all verbs, and the exit code of the one that ran.
-class Ligne {
+class LigneDeCommande {
  public:
-  Ligne() {
+  LigneDeCommande() {
     app_.require_subcommand(0, 1);  // none is told below: here it would hide a misspelt one
     app_.set_version_flag("--version", ZUMA_VERSION);
     app_.footer("Exit code: 0 good, 1 problems found, 2 misuse.");
@@ -90,8 +99,19 @@ class Ligne {
   CLI::App& Verbe(const char* nom, const char* aide, Options& options,
                   int (*lance)(const Options&)) {
     CLI::App& verbe = *app_.add_subcommand(nom, aide);
-    verbe.callback([this, &options, lance] { code_ = lance(options); });
+    verbe.callback([this, &options, lance] { code_ = Code(options, lance); });
     return verbe;
+  }
+
+  template <class Options>
+  static int Code(const Options& options, int (*lance)(const Options&)) {
+    try {
+      return lance(options);
+    } catch (const DépartRefusé& refus) {
+      bool json = false;
+      if constexpr (requires { options.json; }) json = options.json;
+      return DitLeRefus(refus, json);
+    }
   }
 
   void AjouteInit() {
@@ -166,6 +186,7 @@ class Ligne {
     verbe.add_option("--fault", compression_.panne, "what goes wrong during the load")
         ->check(CLI::IsMember({"door", "button", "overrange", "freeze", "cell"}));
     AjouteJson(verbe, compression_);
+    AjouteMalgréTout(verbe, compression_);
   }
 
   void AjouteSim() {
@@ -191,7 +212,7 @@ class Ligne {
 
 int main(int argc, char** argv) {
   try {
-    return Ligne().Lance(argc, argv);
+    return LigneDeCommande().Lance(argc, argv);
   } catch (const MauvaisUsage& e) {
     std::fprintf(stderr, "zuma: %s\n", e.what());
     return kMauvaisUsage;

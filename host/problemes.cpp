@@ -67,7 +67,7 @@ std::string Ligne(const Problème& p) {
   return ligne;
 }
 
-std::string EnJson(const std::vector<Problème>& problèmes) {
+std::string EnJson(const std::vector<Problème>& problèmes, int retrait) {
   nlohmann::ordered_json liste = nlohmann::ordered_json::array();
   for (const Problème& p : problèmes) {
     nlohmann::ordered_json objet{{"kind", Nom(p.origine)}};
@@ -84,7 +84,7 @@ std::string EnJson(const std::vector<Problème>& problèmes) {
     liste.push_back(std::move(objet));
   }
   // A database may hold bytes that are no UTF-8: they must not end the report.
-  return liste.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return liste.dump(retrait, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace zuma::host

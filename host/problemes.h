@@ -46,7 +46,8 @@ class Recueil : public ZED_Erreur, public BoîteDeMessage {
 
 /// The problem as one line for people.
 [[nodiscard]] std::string Ligne(const Problème& problème);
-/// All problems as a JSON text, an array of objects.
-[[nodiscard]] std::string EnJson(const std::vector<Problème>& problèmes);
+inline constexpr int kUneLigne = -1;
+/// All problems as a JSON text, an array of objects, indented by `retrait` or on one line.
+[[nodiscard]] std::string EnJson(const std::vector<Problème>& problèmes, int retrait = 2);
 
 }  // namespace zuma::host

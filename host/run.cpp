@@ -29,7 +29,8 @@ class Marche {
         machine_(machine),
         recueil_(recueil),
         marche_(options.fichier, options.chassis, machine, recueil,
-                LitLesParamètres(options.fichier, options.paramètres)) {
+                LitLesParamètres(options.fichier, options.paramètres),
+                SelonLOption(options.malgréTout)) {
     if (!options.csv.empty()) enregistreur_.emplace(options.csv, marche_.LeChassis(), Spécimen());
   }
 
@@ -144,11 +145,12 @@ class Marche {
 };
 
 std::unique_ptr<Machine> LaMachine(const OptionsRun& options, BoîteDeMessage& messages) {
+  const Raccordement raccordement = LitLesPorts(options.ports, options.can);
   if (!options.simulation) {
     if (!options.pannes.empty() || options.auPlusVite) {
       throw MauvaisUsage("--fault and --fast belong to the simulated machine: add --sim");
     }
-    return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
+    return MachineRéelle(messages, raccordement);
   }
   auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle);
   for (const std::string& panne : options.pannes) {

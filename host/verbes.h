@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-// The verbs of the program, each with its options. A verb returns the exit code.
+// The verbs of the program, each with its options. A verb returns the exit code; one that runs a
+// frame throws `DépartRefusé` when it must not start.
 namespace zuma::host {
 
 inline constexpr int kBon = 0;
@@ -31,6 +32,7 @@ struct OptionsRun {
   std::string fichier;
   std::int32_t chassis = 1;
   bool simulation = false;
+  bool malgréTout = false;  ///< start although the load or the start left entries
   std::optional<double> secondes;
   bool json = false;
   std::string csv;                      ///< recording of the sensors; empty for none
@@ -47,8 +49,9 @@ struct OptionsDump {
   std::string fichier;
   std::int32_t chassis = 1;
   bool simulation = false;
-  double secondes = 1;  ///< passes before the dump, so that its values are live
-  std::string sortie;   ///< file to append to; empty for the standard output
+  bool malgréTout = false;  ///< start although the load or the start left entries
+  double secondes = 1;      ///< passes before the dump, so that its values are live
+  std::string sortie;       ///< file to append to; empty for the standard output
   bool json = false;
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
@@ -62,6 +65,7 @@ struct OptionsDesktop {
   std::string fichier;
   std::int32_t chassis = 1;
   bool simulation = false;
+  bool malgréTout = false;              ///< start although the load or the start left entries
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
@@ -80,6 +84,7 @@ struct OptionsCompression {
   double limite = 120;                  ///< seconds of load at most
   std::string panne;  ///< "door", "button", "overrange", "freeze", "cell"; empty for none
   bool json = false;
+  bool malgréTout = false;  ///< start although the load or the start left entries
 };
 /// Runs a compression test on the simulated press through the object model alone, and writes its
 /// recording and its curve.

@@ -6,9 +6,9 @@
 #include <limits>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "core/echec.h"
-#include "platform/linux/schema.h"
 #include "tree/driver_table.h"
 
 namespace zuma::host {
@@ -105,11 +105,15 @@ constexpr std::array<Renvoi, 7> kRenvois{{
 
 class Vérification {
  public:
-  Vérification(BaseDeDonnées& base, Recueil& recueil) : base_(base), recueil_(recueil) {}
+  Vérification(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles)
+      : base_(base), recueil_(recueil), lesquelles_(std::move(lesquelles)) {}
 
   void Parcourt() {
     for (const TableDuSchéma& table : linux_::TablesDuSchéma()) RelèveClés(table);
-    for (const TableDuSchéma& table : linux_::TablesDuSchéma()) VérifieTable(table);
+    for (const TableDuSchéma& table : linux_::TablesDuSchéma()) {
+      VérifieTable(table);
+      if (table.liaison) VérifieLesDoublons(table);
+    }
   }
 
  private:
@@ -153,6 +157,24 @@ class Vérification {
         const Valeur* valeur = ChercheChamp(lignes, colonne.nom);
         if (valeur != nullptr) VérifieValeur(table, lignes, colonne, *valeur);
       }
+    });
+  }
+
+  // Of an object that is linked twice, the load of a frame takes one row.
+  void VérifieLesDoublons(const TableDuSchéma& table) {
+    const auto objet = std::ranges::find_if(table.colonnes, [&](const ColonneDuSchéma& colonne) {
+      return colonne.nom != "Chassis" && clés_.contains(colonne.nom);
+    });
+    if (objet == table.colonnes.end()) return;
+    std::set<std::pair<std::int32_t, std::int32_t>> vus;
+    PourChaqueLigne(table, [&](const Recordset& lignes) {
+      const Valeur* chassis = ChercheChamp(lignes, "Chassis");
+      const Valeur* lié = ChercheChamp(lignes, objet->nom);
+      if (chassis == nullptr || lié == nullptr || EstNul(*chassis) || EstNul(*lié)) return;
+      if (!Entier(*chassis) || !Entier(*lié)) return;
+      if (vus.emplace(VersEntier32(*chassis), VersEntier32(*lié)).second) return;
+      Signale(table, lignes, objet->nom, "linked twice to frame " + VersTexte(*chassis),
+              Texte(*lié), "one row for each object of a frame");
     });
   }
 
@@ -210,6 +232,7 @@ class Vérification {
 
   void Signale(const TableDuSchéma& table, const Recordset& lignes, std::string_view colonne,
                std::string_view texte, std::string trouvé, std::string_view attendu) {
+    if (lesquelles_ && !lesquelles_(table, lignes)) return;
     const Valeur* index = ChercheChamp(lignes, "Index");
     recueil_.Ajoute({.origine = Origine::Donnée,
                      .table = std::string(table.nom),
@@ -222,14 +245,15 @@ class Vérification {
 
   BaseDeDonnées& base_;
   Recueil& recueil_;
+  LignesVérifiées lesquelles_;
   Clés clés_;
   std::set<std::string_view> illisibles_;
 };
 
 }  // namespace
 
-void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil) {
-  Vérification(base, recueil).Parcourt();
+void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles) {
+  Vérification(base, recueil, std::move(lesquelles)).Parcourt();
 }
 
 }  // namespace zuma::host

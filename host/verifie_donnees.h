@@ -1,13 +1,20 @@
 #pragma once
 
+#include <functional>
+
 #include "host/problemes.h"
 #include "platform/linux/base_sqlite.h"
+#include "platform/linux/schema.h"
 
 namespace zuma::host {
 
+/// True for the rows whose problems are told.
+using LignesVérifiées = std::function<bool(const linux_::TableDuSchéma&, const Recordset&)>;
+
 /// Compares every row of the database with what the system reads from it: tables and columns that
-/// are missing, values of another type, texts that select nothing, keys that are there twice and
-/// references to rows that are not. Tells more than a load does, which passes over most of it.
-void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil);
+/// are missing, values of another type, texts that select nothing, keys and links that are there
+/// twice and references to rows that are not. Tells more than a load does, which passes over most
+/// of it. All rows are looked at without `lesquelles`.
+void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles = {});
 
 }  // namespace zuma::host

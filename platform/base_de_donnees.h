@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/ref.h"
 #include "core/valeur.h"
@@ -48,6 +49,29 @@ class BaseDeDonnées {
   virtual ~BaseDeDonnées() = default;
   [[nodiscard]] virtual Ref<Recordset> OpenRecordset(std::string_view instruction,
                                                      int type = kDynaset) = 0;
+
+  /// From here on all statements see the database as it stands now, whatever others write
+  /// meanwhile, up to `FinitLesLectures`. Not nested, and nothing is written between the two. Fails
+  /// with 3260 when another program keeps the database locked. A database that nobody else writes
+  /// needs neither of the two. See `LecturesCohérentes`.
+  virtual void DébuteLesLectures() {}
+  virtual void FinitLesLectures() noexcept {}
+};
+
+/// Reads that no writer splits, for as long as this lives: load and link of a frame belong into
+/// one, so that a sensor never has its channel of before and its limits of after a change. It must
+/// end before the frame starts: others may be unable to save meanwhile.
+class LecturesCohérentes {
+ public:
+  explicit LecturesCohérentes(Ref<BaseDeDonnées> base) : base_(std::move(base)) {
+    base_->DébuteLesLectures();
+  }
+  ~LecturesCohérentes() { base_->FinitLesLectures(); }
+  LecturesCohérentes(const LecturesCohérentes&) = delete;
+  LecturesCohérentes& operator=(const LecturesCohérentes&) = delete;
+
+ private:
+  Ref<BaseDeDonnées> base_;
 };
 
 /// Direct read: the field of that name; a missing column fails with 3265.

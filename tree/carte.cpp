@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/garde.h"
+#include "core/lignes.h"
 #include "core/poursuite.h"
 #include "core/requetes.h"
 #include "tree/journal_modbus.h"
@@ -42,16 +43,15 @@ void Carte::ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase,
                                std::int32_t lngIndexDeLaCarte) {
   Garde(*this, Forme::Méthode, "ChargeLesFonctions", [&] {
     const auto liste = dtbMaBase->OpenRecordset(requêtes::FonctionsDe(lngIndexDeLaCarte));
-    if (liste->RecordCount() == 0) return;
-    for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
-      const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
+    const auto charge = [&](std::int32_t index) {
       const FonctionRef fonction = Fonctions()->Add(std::to_string(index));
       fonction->TimerExact(Timer());
       fonction->ChargeErreur(Erreur());
       fonction->ChargeLesCanaux(dtbMaBase, index);
       fonction->ParamètresDepuisBD(dtbMaBase->OpenRecordset(requêtes::LigneDeLaFonction(index)));
       fonction->Parent(this);
-    }
+    };
+    lignes::PourChacune(*this, Forme::Méthode, "ChargeLesFonctions", "Fonction", *liste, charge);
   });
 }
 

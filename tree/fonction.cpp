@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/garde.h"
+#include "core/lignes.h"
 #include "core/requetes.h"
 #include "tree/carte.h"
 
@@ -52,16 +53,15 @@ void Fonction::ChargeLesCanaux(const Ref<BaseDeDonnées>& dtbMaBase,
                                std::int32_t lngIndexDeLaFonction) {
   Garde(*this, Forme::Méthode, "ChargeLesCanaux", [&] {
     const auto liste = dtbMaBase->OpenRecordset(requêtes::CanauxDe(lngIndexDeLaFonction));
-    if (liste->RecordCount() == 0) return;
-    for (liste->MoveFirst(); !liste->FinDeTable(); liste->MoveNext()) {
-      const std::int32_t index = VersEntier32(LitChamp(*liste, "Index"));
+    const auto charge = [&](std::int32_t index) {
       const CanalRef canal = Canals()->Add(std::to_string(index));
       canal->TimerExact(Timer());
       canal->ChargeErreur(Erreur());
       canal->ParamètresDepuisBD(dtbMaBase->OpenRecordset(requêtes::LigneDuCanalDeBloc(index)));
       canal->Parent(this);
       if (canal->NuméroCanal() == kCanalErreur) CanalErreurModbus_ = canal;
-    }
+    };
+    lignes::PourChacune(*this, Forme::Méthode, "ChargeLesCanaux", "Canal", *liste, charge);
   });
 }
 

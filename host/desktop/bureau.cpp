@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "host/configuration.h"
+#include "host/desktop/boite_de_depart.h"
 #include "host/desktop/traducteur_du_chassis.h"
 #include "host/parametres.h"
 
@@ -26,8 +27,15 @@ Ref<ZED_Traduction> TraducteurEn(const std::string& demandée) {
 constexpr std::chrono::seconds kRapport{1};
 
 std::unique_ptr<Machine> LaMachine(const OptionsDesktop& options, BoîteDeMessage& messages) {
+  const Raccordement raccordement = LitLesPorts(options.ports, options.can);
   if (options.simulation) return MachineSimulée(messages, Cadence::Réelle);
-  return MachineRéelle(messages, LitLesPorts(options.ports, options.can));
+  return MachineRéelle(messages, raccordement);
+}
+
+// A picture is taken without anybody who could answer.
+MalgréTout LeChoix(const OptionsDesktop& options, const Textes& textes) {
+  if (!options.malgréTout || !options.image.empty()) return SelonLOption(options.malgréTout);
+  return [&](const DépartRefusé& refus) { return DemandeLeDépart(refus, textes); };
 }
 
 }  // namespace
@@ -44,7 +52,7 @@ Bureau::Bureau(const OptionsDesktop& options)
   });
   marche_ = std::make_unique<ChassisEnMarche>(options.fichier, options.chassis, *machine_, recueil_,
                                               LitLesParamètres(options.fichier, options.paramètres),
-                                              traducteur_);
+                                              LeChoix(options, textes_), traducteur_);
   fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
                                                  options.simulation);
   QObject::connect(&rapports_, &QTimer::timeout, &rapports_,

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "host/configuration.h"
+#include "host/desktop/boite_de_depart.h"
 #include "host/desktop/bureau.h"
 #include "host/desktop/fin_demandee.h"
 #include "host/interruption.h"
@@ -54,9 +55,8 @@ void ExigeUnEcran(const OptionsDesktop& options) {
 }
 
 // Started from an icon there is no terminal to read.
-void MontreLEchec(const std::string& texte) {
-  if (::isatty(STDERR_FILENO) == 1 || QGuiApplication::platformName() == "offscreen") return;
-  QMessageBox::critical(nullptr, "zuma", EnQt(texte));
+bool SansTerminal() {
+  return ::isatty(STDERR_FILENO) != 1 && QGuiApplication::platformName() != "offscreen";
 }
 
 void PrévoitLImage(const OptionsDesktop& options, FenêtrePrincipale& fenêtre, bool& écrite) {
@@ -112,8 +112,11 @@ int Desktop(const OptionsDesktop& options) {
   std::setlocale(LC_NUMERIC, "C");  // the toolkit takes the user's: instruments speak with points
   try {
     return Montre(options, application);
+  } catch (const DépartRefusé& refus) {
+    if (SansTerminal()) MontreLeRefus(refus);
+    throw;
   } catch (const std::exception& e) {
-    MontreLEchec(e.what());
+    if (SansTerminal()) QMessageBox::critical(nullptr, "zuma", EnQt(e.what()));
     throw;
   }
 }

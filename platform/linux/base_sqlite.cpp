@@ -61,6 +61,21 @@ Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
   return Crée<RecordsetSqlite>(connexion_, TraduitPourSqlite(instruction));
 }
 
+// A transaction takes its view of the file with its first read.
+void BaseSqlite::DébuteLesLectures() {
+  connexion_->Exécute("BEGIN");
+  try {
+    connexion_->Exécute("SELECT count(*) FROM sqlite_schema");
+  } catch (...) {
+    FinitLesLectures();
+    throw;
+  }
+}
+
+void BaseSqlite::FinitLesLectures() noexcept {
+  sqlite3_exec(connexion_->Brut(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 std::vector<std::string> BaseSqlite::ProblèmesDIntégrité() const {
   std::vector<std::string> problèmes;
   const auto demande = [&](std::string_view titre, auto&& question) {

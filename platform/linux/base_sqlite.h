@@ -28,6 +28,9 @@ class BaseSqlite : public BaseDeDonnées {
   /// is not one selection is), 3260 on a locked file, 3343 on a damaged one.
   [[nodiscard]] Ref<Recordset> OpenRecordset(std::string_view instruction,
                                              int type = kDynaset) override;
+  /// One read transaction. Waits for a lock here, once: no statement in it has to any more.
+  void DébuteLesLectures() override;
+  void FinitLesLectures() noexcept override;
 
   /// What is wrong with the file itself, one text a problem, empty when it is sound: damage,
   /// references to rows that are gone, and what no database of this system has (triggers, views,

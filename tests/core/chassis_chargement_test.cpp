@@ -9,6 +9,7 @@
 #include "outils/temoins.h"
 #include "platform/linux/base_creation.h"
 #include "platform/linux/base_sqlite.h"
+#include "platform/linux/connexion_sqlite.h"
 #include "platform/linux/demo.h"
 #include "platform/linux/schema.h"
 
@@ -131,6 +132,59 @@ TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneAbîmée) {
       dit(table, nom, "douze", true);
       dit(table, nom, 1e12, true);
     }
+  }
+}
+
+// What is there twice, or has no number, is told with table and row; what stands behind it loads.
+TEST_F(UnChassisDansUnFichier, ChargeCeQuiSuitUneLigneFautive) {
+  const auto sansClé = [](const std::string& table, const std::string& puis) {
+    return "CREATE TABLE Copie AS SELECT * FROM [" + table + "]; DROP TABLE [" + table +
+           "]; ALTER TABLE Copie RENAME TO [" + table + "]; " + puis;
+  };
+  const auto deuxFois = [&](const std::string& table, const char* index) {
+    return sansClé(
+        table, "INSERT INTO [" + table + "] SELECT * FROM [" + table + "] WHERE [Index]=" + index);
+  };
+  const auto compte = [](Chassis& chassis) {
+    std::vector<int> nombres{chassis.Cartes()->Count(), chassis.Capteurs()->Count(),
+                             chassis.Commandes()->Count(), chassis.EntréesLogiques()->Count(),
+                             chassis.SortiesLogiques()->Count()};
+    for (const CarteRef& carte : *chassis.Cartes()) {
+      nombres.push_back(carte->Fonctions()->Count());
+      for (const FonctionRef& bloc : *carte->Fonctions()) {
+        nombres.push_back(bloc->Canals()->Count());
+      }
+    }
+    return nombres;
+  };
+  const std::string chemin = dossier.Fichier("base.db");
+  for (const auto& [sql, dit] : essai::Cas<std::string, std::string>{
+           {"", ""},
+           {"INSERT INTO [Liaison Chassis / Capteur] ([Index], Chassis, Capteur) VALUES (999, 1, "
+            "2)",
+            "Erreur N°457 (Clé déjà présente dans la collection : '2' : table 'Capteur', ligne 2)"},
+           {deuxFois("Carte", "2"), "'2' : table 'Carte', ligne 2) à"},
+           {deuxFois("Fonction", "11"), "'11' : table 'Fonction', ligne 11) à"},
+           {deuxFois("Canal", "1100"), " : table 'Canal', ligne 1100) à"},
+           {deuxFois("Commande", "1"), "'1' : table 'Commande', ligne 1) à"},
+           {deuxFois("Entrée Logique", "1"), "'1' : table 'Entrée Logique', ligne 1) à"},
+           {deuxFois("Sortie Logique", "1"), "'1' : table 'Sortie Logique', ligne 1) à"},
+           {sansClé("Canal", "INSERT INTO Canal (Fonction, [Numéro du Canal]) VALUES (11, -5)"),
+            " : table 'Canal') à"},
+       }) {
+    SCOPED_TRACE(sql);
+    std::filesystem::remove(chemin);
+    const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+    Chassis bon(plateforme);
+    Charge(bon, base);
+    linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
+        .Exécute(sql.c_str());
+    Chassis chassis(plateforme);
+    Charge(chassis, base);
+    EXPECT_EQ(compte(chassis), compte(bon));
+    EXPECT_EQ(registre->entrées.size(), dit.empty() ? 0U : 1U);
+    EXPECT_TRUE(dit.empty() || registre->Contient(dit))
+        << (registre->entrées.empty() ? "" : registre->entrées.front().message);
   }
 }
 

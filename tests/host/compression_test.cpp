@@ -152,7 +152,8 @@ TEST_F(LEssaiDeCompression, RefuseCeQuIlNeSaitPasFaire) {
       {{base, "--fault", "fire"}, "--fault"},
       {{base, "--rate", "9"}, "--rate"},
       {{base, "--frame", "7"}, "has no frame 7"},
-      {{Base("UPDATE [Liaison Chassis / Capteur] SET Label='F' WHERE Label='Force'")},
+      {{Base("UPDATE [Liaison Chassis / Capteur] SET Label='F' WHERE Label='Force'"),
+        "--start-anyway"},
        "no sensor Force"},
   };
   for (const auto& c : cas) {

@@ -60,6 +60,11 @@ TEST_F(LeProgramme, DitCeQuIlNeComprendPas) {
       {{"run", texte, "--sim"}, "Fichier illisible comme base de données"},
       {{"run", base, "--frame", "7", "--sim"}, "has no frame 7"},
       {{"run", base, "--seconds", "-1"}, "--seconds"},
+      {{"run", base, "--sim", "--port", "four=/dev/ttyUSB0"},
+       "--port \"four=/dev/ttyUSB0\": expected"},
+      {{"run", base, "--port", "4=/dev/a", "--port", "4=/dev/b"}, "each number once"},
+      {{"dump", base, "--sim", "--port", "4="}, "expected NUMBER=DEVICE, as in 4=/dev/ttyUSB0"},
+      {{"dump", base, "--sim", "--can", "1=can0"}, "expected CARD:PORT=INTERFACE, as in 1:0=can0"},
       {{"dump", base, "--sim", "--out", dossier.Fichier("absent/v.txt")}, "there is no folder"},
       {{"dump", base, "--sim", "--json", "--out", dossier.Fichier("v.txt")}, "--json"},
       {{"init", dossier.Fichier("absent/neuve.db")}, "Chemin introuvable"},
@@ -96,6 +101,9 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",
        "data: table Liaison Chassis / Carte, column Carte: refers to a row that is not there; "
        "found 99; expected an Index of table Carte\n"},
+      {"INSERT INTO [Liaison Chassis / Commande] (Chassis, Commande) VALUES (1, 3)",
+       "data: table Liaison Chassis / Commande, column Commande: linked twice to frame 1; found 3; "
+       "expected one row for each object of a frame\n"},
       {"INSERT INTO [Sortie Logique] ([Index], Canal) VALUES (55, 4242)",
        "data: table Sortie Logique, row 55, column Canal: refers to a row that is not there; found "
        "4242; expected an Index of table Canal\n"},
@@ -241,7 +249,7 @@ TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
   const Fin fin = Lance({"run",
                          Base("UPDATE Fonction SET Driver='DrvIK121' WHERE [Index]=11;"
                               "UPDATE Capteur SET [Point 2 - Point]=0 WHERE [Index]=1"),
-                         "--sim", "--seconds", "0.6"});
+                         "--sim", "--seconds", "0.6", "--start-anyway"});
   EXPECT_EQ(fin.code, 1);
   EXPECT_LT(fin.erreur.size(), 12'000U)
       << "a sensor that fails on each refresh is told a few times";

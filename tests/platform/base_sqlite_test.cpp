@@ -207,6 +207,37 @@ TEST_F(UneBase, DitPourquoiUneEcritureEstRefusée) {
       << "a write to a file that is no longer there would be lost";
 }
 
+// Between the two operations all is read as it stood at the first, whether the file lets others
+// write meanwhile or not; behind them nothing is held.
+TEST_F(UneBase, LitDUnSeulTenant) {
+  for (const auto& [journal, écriturePendant] : {std::pair{"DELETE", 3260}, std::pair{"WAL", 0}}) {
+    SCOPED_TRACE(journal);
+    Autre(
+        (std::string("UPDATE Capteur SET [Nom du Capteur]='Force'; PRAGMA journal_mode=") + journal)
+            .c_str());
+    const auto base = Crée<BaseSqlite>(fichier, RéglagesBase{.attenteVerrou = kSansAttente});
+    const auto renomme = [&] { Autre("UPDATE Capteur SET [Nom du Capteur]='Effort'"); };
+    const auto nom = [&] { return LitChamp(*Capteur(*base, 7), "Nom du Capteur"); };
+    {
+      const LecturesCohérentes lectures(base);
+      EXPECT_EQ(Echoue(renomme), écriturePendant);
+      EXPECT_EQ(nom(), Texte("Force"));
+      EXPECT_NE(Modifie(*Capteur(*base, 7), "Nom affiché", Texte("x")), 0) << "reads alone";
+      EXPECT_EQ(nom(), Texte("Force")) << "a write that is refused ends nothing";
+    }
+    EXPECT_EQ(Echoue(renomme), 0);
+    EXPECT_EQ(nom(), Texte("Effort"));
+    EXPECT_EQ(Modifie(*Capteur(*base, 7), "Nom affiché", Texte("x")), 0);
+  }
+  Autre("PRAGMA journal_mode=DELETE");
+  const auto base = Crée<BaseSqlite>(fichier, RéglagesBase{.attenteVerrou = kSansAttente});
+  ConnexionSqlite autre(fichier, Accès::Ecriture, kSansAttente);
+  autre.Exécute("BEGIN EXCLUSIVE");
+  EXPECT_EQ(Echoue([&] { const LecturesCohérentes lectures(base); }), 3260);
+  autre.Exécute("COMMIT");
+  EXPECT_EQ(Echoue([&] { const LecturesCohérentes lectures(base); }), 0) << "tried again";
+}
+
 TEST_F(UneBase, RefuseUnIndexEnDouble) {
   Autre("CREATE TABLE Essai ([Index] INTEGER, T TEXT)");
   Autre("INSERT INTO Essai VALUES (1, 'a'), (1, 'b')");

@@ -16,6 +16,7 @@
 #include "platform/linux/base_creation.h"
 #include "platform/linux/connexion_sqlite.h"
 #include "platform/linux/demo.h"
+#include "qt/banc_qt.h"
 #include "sim/machine_simulee.h"
 
 // The desktop window on the simulated press, and an operator in front of it.
@@ -45,6 +46,12 @@ class UnBureau : public testing::Test {
     bureau->Fenêtre().show();
     bureau->LeBattement().Démarre();
     Laisse(300);
+  }
+  // The same of a frame that is not sound: the operator wants it all the same.
+  void OuvreMalgréTout(const std::string& sql) {
+    options.malgréTout = true;
+    Ensuite([] { essai::Clique(FenêtreAvec("lance"), "lance"); });
+    Ouvre(sql);
   }
   static void Laisse(int millisecondes) { QTest::qWait(millisecondes); }
   template <class T>

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
@@ -18,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include "host/configuration.h"
+#include "host/depart.h"
 #include "host/desktop/desktop.h"
 #include "qt/banc_bureau.h"
 
@@ -206,7 +208,7 @@ TEST_F(LeBureau, DistingueCeQuiNAPasDeNom) {
     sql += std::string("UPDATE [Liaison Chassis / ") + table + "] SET Label=NULL WHERE [" + table +
            "] IN (1,2);";
   }
-  Ouvre(sql);
+  OuvreMalgréTout(sql);
   EXPECT_EQ(Case(0, Colonne::Nom), "#1");
   EXPECT_EQ(Case(1, Colonne::Nom), "#2");
   EXPECT_EQ(Le<QCheckBox>("service1").text(), "#1");
@@ -311,8 +313,32 @@ TEST_F(LeBureau, MontreAussiEnBoîteCeQuiRépondÀUnActe) {
   EXPECT_EQ(bureau->LeRecueil()->Problèmes().back().texte, "Error during data backup");
 }
 
+// Enter refuses; the button starts the frame, with its outputs at rest.
+TEST_F(LeBureau, NeLanceUnChassisFautifQuÀLaDemande) {
+  constexpr auto kSql = "UPDATE Capteur SET [Temps de Calcul de la Vitesse]='x' WHERE [Index]=1";
+  EXPECT_THROW(Ouvre(kSql), host::DépartRefusé) << "without the option nobody is asked";
+  options.malgréTout = true;
+  QString liste;
+  const auto répond = [&](Qt::Key touche, const char* bouton) {
+    essai::Ensuite([&liste, touche, bouton] {
+      QWidget* boîte = essai::FenêtreAvec("listeDuDepart");
+      liste = essai::Trouve<QPlainTextEdit>(boîte, "listeDuDepart").toPlainText();
+      if (bouton != nullptr) return essai::Clique(boîte, bouton);
+      QTest::keyClick(boîte, touche);
+    });
+  };
+  for (const Qt::Key touche : {Qt::Key_Return, Qt::Key_Escape}) {
+    répond(touche, nullptr);
+    EXPECT_THROW(host::Bureau{options}, host::DépartRefusé);
+    EXPECT_TRUE(liste.startsWith("data: table Capteur, row 1, column Temps de Calcul"));
+  }
+  répond({}, "lance");
+  bureau.emplace(options);
+  EXPECT_TRUE(bureau->LaMarche().LaSécurité().Déclenchée());
+}
+
 TEST_F(LeBureau, GardeLesMessagesDuChargementEtDeLaMarche) {
-  Ouvre("UPDATE [Capteur] SET [Canal]=999 WHERE [Index]=4");
+  OuvreMalgréTout("UPDATE [Capteur] SET [Canal]=999 WHERE [Index]=4");
   auto& messages = Le<QTreeWidget>("voletMessages");
   const auto duChargement = static_cast<int>(bureau->LeRecueil()->Problèmes().size());
   EXPECT_GT(duChargement, 0);
@@ -394,6 +420,9 @@ TEST_F(LeBureau, RefuseCeQuIlNeConnaîtPas) {
   options.langue = "klingon";
   EXPECT_THROW(host::Bureau{options}, host::MauvaisUsage);
   options.langue = "";
+  options.ports = {"four=/dev/ttyUSB0"};
+  EXPECT_THROW(host::Bureau{options}, host::MauvaisUsage);
+  options.ports.clear();
   options.chassis = 77;
   EXPECT_THROW(host::Bureau{options}, host::MauvaisUsage);
   // Without a screen: told, and no core dump.

@@ -5,11 +5,11 @@ _zuma() {
   local -A options=(
     [init]="--help"
     [check]="--frame --json --param --help"
-    [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --help"
-    [desktop]="--frame --sim --param --port --can --lang --help"
-    [dump]="--frame --sim --seconds --out --json --param --port --can --help"
+    [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --start-anyway --help"
+    [desktop]="--frame --sim --param --port --can --lang --start-anyway --help"
+    [dump]="--frame --sim --seconds --out --json --param --port --can --start-anyway --help"
     [sim]="--seconds --json --help"
-    [compression]="--frame --out --rate --fault --json --help"
+    [compression]="--frame --out --rate --fault --json --start-anyway --help"
   )
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
