@@ -2,6 +2,7 @@
 // zuma_bench --list               names and texts of the scenarios, between tabs
 // zuma_bench --turns N SCENARIO   N turns after the warm-up, for a profiler
 // zuma_bench --stop               how long a stop takes
+// zuma_bench --passes             how long each driver holds a pass
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -84,6 +85,10 @@ int Lance(int argc, char** argv) {
   const std::string_view verbe = argc > 1 ? argv[1] : "";
   if (verbe == "--list") return Liste();
   if (verbe == "--stop") return RapportDArrêt() ? 0 : 1;
+  if (verbe == "--passes") {
+    RapportDesPasses();
+    return 0;
+  }
   if (verbe == "--turns") {
     return argc == 4 ? Tourne(argv[2], argv[3]) : Mauvais("--turns N SCENARIO");
   }

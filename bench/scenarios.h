@@ -49,4 +49,7 @@ void FaitUnTour(Mesure& mesure);
 /// output did not come to rest or the library complained.
 [[nodiscard]] bool RapportDArrêt();
 
+/// Prints the longest pass of each driver, its device well and silent, as a table of Markdown.
+void RapportDesPasses();
+
 }  // namespace zuma::banc

@@ -1,6 +1,7 @@
 #include "host/chassis_en_marche.h"
 
 #include "host/configuration.h"
+#include "host/retenues.h"
 
 namespace zuma::host {
 namespace {
@@ -79,6 +80,7 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
 }
 
 void ChassisEnMarche::Démarre() {
+  DitLesRetenues(chassis_);
   machine_.Branche(chassis_);
   démarré_ = true;
   chassis_.Initialise();

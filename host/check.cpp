@@ -5,6 +5,7 @@
 #include "host/configuration.h"
 #include "host/parametres.h"
 #include "host/problemes.h"
+#include "host/retenues.h"
 #include "host/verbes.h"
 #include "host/verifie_donnees.h"
 #include "platform/linux/base_sqlite.h"
@@ -94,6 +95,7 @@ Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
   chassis.MiseàJourDesLiens();
   VérifieLesDrivers(chassis, *recueil);
   VérifieLesArrêts(chassis, *recueil);
+  for (Problème& problème : RetenuesTropLongues(chassis)) recueil->Ajoute(std::move(problème));
   return Compte(chassis);
 }
 

@@ -96,6 +96,10 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
        "UPDATE [Sortie Logique] SET [Etat d'Activation]=0 WHERE [Index]=5",
        "data: table Sortie Logique, row 5, column Etat d'Activation: a stop would start the tester "
        "behind this output; found 0; expected 1\n"},
+      {"UPDATE Carte SET [Driver de la Carte]='UTS-0107' WHERE [Index]=7",
+       "data: table WatchDog, row 1, column Temps en seconde: board 7 ("},
+      {"UPDATE Carte SET [Driver de la Carte]='UTS-0107' WHERE [Index]=7",
+       "give it more, or put the board on another frame; found 0.2 s; expected more than 2.4 s\n"},
       {"UPDATE Fonction SET [Type de Fonction]='Entrée Analogique' WHERE [Index]=12",
        "data: table Fonction, row 12, column Type de Fonction: the driver DrvACL8316 does not"},
       {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",

@@ -1,0 +1,22 @@
+// The longest pass of each driver, as the table of docs/passes.md.
+#include <cstdio>
+
+#include "bench/scenarios.h"
+#include "outils/passes_mesurees.h"
+#include "tree/driver_table.h"
+
+namespace zuma::banc {
+
+void RapportDesPasses() {
+  std::printf(
+      "| Driver | Channels | Pass, healthy (ms) | Pass, silent (ms) | Share of a stop, silent (ms) "
+      "|\n|---|---|---|---|---|\n");
+  for (const essai::PasseMesurée& mesure : essai::MesureLesPasses()) {
+    const LigneDriver& ligne = LigneDuDriver(mesure.driver);
+    std::printf("| %.*s | %d | %.2f | %.2f | %.2f |\n", static_cast<int>(ligne.nom.size()),
+                ligne.nom.data(), mesure.canaux, mesure.saine / 1000, mesure.muette / 1000,
+                mesure.arrêt / 1000);
+  }
+}
+
+}  // namespace zuma::banc
