@@ -28,6 +28,7 @@ void EntréeLogique::ValeurCourante(ENUM_ETAT_LOGIQUE valeur) {
 
 void EntréeLogique::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
+    filtreAmorcé_ = false;  // what was read before may be hours old
     const Pointeur<Clavier>& clavier = LaPlateforme().clavier;
     if (!clavier && Touche_.empty()) return;
     clavier::LâcheLesTouches(*clavier);
@@ -106,15 +107,21 @@ bool EntréeLogique::LeCanalEstActif() const {
   return mobjCanal->ValeurCanal() == NiveauLogique(true, mblnEtatActivation);
 }
 
+// The first real reading counts at once: the state held before it was never read, and must neither
+// stop the frame nor hide a button that is pressed. A failure clears the read flag and leaves the
+// filter as it is: the source was read and filtered in the refresh that failed.
 void EntréeLogique::Filtre(ENUM_ETAT_LOGIQUE brut) {
   if (mdblAntiRebond == 0) {
     Prend(brut);
     return;
   }
   const double maintenant = Timer()->LitMicrosecondes() / kMicrosecondes;
-  if (brut != dernierBrut_) {
+  const bool première = mblnLue && !filtreAmorcé_;
+  if (première || brut != dernierBrut_) {
     heureDuBrut_ = maintenant;
     dernierBrut_ = brut;
+    filtreAmorcé_ = filtreAmorcé_ || première;
+    if (première) Prend(brut);
   } else if (maintenant >= heureDuBrut_ + mdblAntiRebond) {
     Prend(brut);
   }

@@ -17,8 +17,9 @@ class Chassis;
 /// One named on/off input of the frame: a guard door, a start button, a limit switch.
 ///
 /// Its source is a logic channel, a key of the keyboard, both (either makes it active), or with
-/// neither whatever the host assigns. The state is filtered against contact bounce, `Change` is
-/// raised when it changes, and an input set for it asks for the emergency stop by itself.
+/// neither whatever the host assigns. The state is filtered against contact bounce from the second
+/// reading on, `Change` is raised when it changes, and an input set for it asks for the emergency
+/// stop by itself.
 class EntréeLogique : public Objet {
  public:
   using AbonnéChange = Evènement<ENUM_ETAT_LOGIQUE>::Abonné;
@@ -64,7 +65,7 @@ class EntréeLogique : public Objet {
   /// Resolves channel and parameters, and keeps safety object and translator.
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
-  /// Releases the keys that are down.
+  /// Releases the keys that are down. The next reading is the first one again.
   void Initialise();
   /// Reads the source, filters it, asks for the stop for as long as its condition holds, and
   /// publishes the state. To be called when the channel's block has been refreshed.
@@ -124,6 +125,7 @@ class EntréeLogique : public Objet {
   std::array<ParamètreLié, kNombreDeRangs> paramètres_;
   std::array<std::string, 2> tampons_;  ///< room for the texts of two parameters
   ENUM_ETAT_LOGIQUE musrEtatSiRien = ENUM_ETAT_LOGIQUE::Inconnu;
+  bool filtreAmorcé_ = false;  ///< has had a real reading since the start
   ENUM_ETAT_LOGIQUE dernierBrut_ = ENUM_ETAT_LOGIQUE::Inactif;
   double heureDuBrut_ = 0;  ///< when the source took that state, in seconds
   Evènement<ENUM_ETAT_LOGIQUE> Change_;

@@ -94,6 +94,38 @@ TEST_F(UneEntréeLogique, FiltreDansLesDeuxSens) {
   EXPECT_EQ(changements, (std::vector{Actif, Inactif}));
 }
 
+// A state that was never read stops nothing, and one that was read does not wait for the filter.
+TEST_F(UneEntréeLogique, CompteSaPremièreLectureAussitôtPuisFiltre) {
+  std::int32_t clé = 10;  // one that nothing has refreshed, for each
+  for (const auto& [niveau, lu, arrêts] : Cas<const char*, double, int>{
+           {"Désactivé", -1, 0}, {"Désactivé", 0, 1}, {"Activé", -1, 1}, {"Activé", 0, 0}}) {
+    timer->heure = 1e7;
+    sécurité->arrêts = 0;
+    const auto entrée = Prête(SurCanal({{kNiveau, niveau}, {kFiltre, "0,5"}, {"Canal", ++clé}}));
+    const auto passe = [&, clé](double points, double secondes) {
+      timer->heure += secondes * 1e6;
+      CanalDe(clé)->ValeurCanal(points);
+      entrée->MetàJour();
+      return entrée->ValeurCourante();
+    };
+    const auto [état, autre] = lu == 0 ? std::pair(Inactif, Actif) : std::pair(Actif, Inactif);
+    entrée->MetàJour();
+    EXPECT_EQ(sécurité->arrêts, 0) << niveau << lu << ", nothing was read";
+    EXPECT_EQ(passe(lu, 0.01), état) << niveau;
+    EXPECT_EQ(sécurité->arrêts, arrêts) << niveau << lu;
+    EXPECT_EQ(passe(-1 - lu, 0.4), état) << "a bounce";
+    EXPECT_EQ(passe(lu, 0.01), état);
+    entrée->Initialise();
+    EXPECT_EQ(passe(-1 - lu, 3600), autre) << "an old state does not outlive a new start";
+    const int échoue = entrée->AbonneChange([](auto) { throw Echec(Numéro::DivisionParZéro); });
+    EXPECT_EQ(passe(lu, 0.01), autre);
+    EXPECT_EQ(passe(lu, 0.5), état);
+    EXPECT_TRUE(Dit("Erreur N°11 "));
+    EXPECT_EQ(passe(-1 - lu, 0.01), état) << "a failure takes nothing from the filter";
+    entrée->DésabonneChange(échoue);
+  }
+}
+
 TEST_F(UneEntréeLogique, SansSourceEstTenueParLHôteQuandSaDernièreColonneLeDit) {
   Ligne devant = SansSource();
   devant.insert(devant.begin(), {kSiRien, "Actif"});
@@ -204,6 +236,7 @@ TEST_F(UneEntréeLogique, DitUneColonneDArrêtOuDeFiltreMalEcriteEtLitLAutre) {
     const auto entrée = Lu<EntréeLogique>(SurCanal({{kNiveau, niveau}, {kFiltre, filtre}}));
     EXPECT_TRUE(Dit(message)) << message;
     Lie(*entrée);
+    Passe(*entrée, 0);
     EXPECT_EQ(Passe(*entrée, -1), état) << "filtered or not";
     EXPECT_EQ(sécurité->arrêts, état == Actif ? 1 : 0);
   }
