@@ -23,8 +23,6 @@ class A_826PG : public CarteES {
   void DémarreSortiesAnalogiques() {}
   void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
 
-  /// Until the inputs have moved once they count as all clear.
-  static constexpr bool kPremierMotCompte = false;
   void DémarreEntrées() {}
   [[nodiscard]] std::uint32_t LitEntrées() const { return LitMot(6); }
   /// A set bit is the true level.

@@ -15,9 +15,11 @@ class ACL_6126 : public SortiesParPaires<6> {
 
   void DémarreEntrées() {}
   [[nodiscard]] std::uint32_t LitEntrées() const { return LitPaire(0x0E, 0x0F); }
-  /// What the change test compares. It weighs the high byte by 255 where the read weighs it by
-  /// 256, and must: hosts rely on which changes are seen.
-  [[nodiscard]] std::uint32_t MotDeTest() const { return Lit(0x0F) * 255U + Lit(0x0E); }
+  /// What the change test compares of a word. It weighs the high byte by 255 where the read weighs
+  /// it by 256, and must: hosts rely on which changes are seen at once.
+  [[nodiscard]] static std::uint32_t Poids(std::uint32_t mot) {
+    return (mot >> 8U) * 255U + (mot & 0xFFU);
+  }
   /// A set bit is the true level.
   [[nodiscard]] bool LitEntrée(std::int16_t voie) const {
     return (LitEntrées() & Masque(voie)) != 0;

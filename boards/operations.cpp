@@ -19,11 +19,12 @@
 namespace zuma::pilotes {
 namespace {
 
-bool AvecSorties(Carte& carte) {
+using enum ENUM_TYPE_FONCTION;
+
+bool AvecBlocs(Carte& carte, ENUM_TYPE_FONCTION type) {
   const Fonctions& blocs = carte.LesFonctions();
-  return std::any_of(blocs.begin(), blocs.end(), [](const FonctionRef& bloc) {
-    return bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
-  });
+  return std::any_of(blocs.begin(), blocs.end(),
+                     [&](const FonctionRef& bloc) { return bloc->TypeDeFonction() == type; });
 }
 
 // --- Logic inputs
@@ -35,44 +36,44 @@ consteval bool BitParNuméro() {
   return false;
 }
 template <class Board>
-consteval bool PremierMotCompte() {
-  if constexpr (requires { Board::kPremierMotCompte; }) return Board::kPremierMotCompte;
-  return true;
-}
-template <class Board>
 consteval bool ParCanalPossible() {
   if constexpr (requires { Board::kParCanalPossible; }) return Board::kParCanalPossible;
   return false;
 }
 
+// A board that weighs its word takes some words for the same one.
 template <class Board>
-std::uint32_t MotDeTest(Board& board) {
-  if constexpr (requires { board.MotDeTest(); }) {
-    return board.MotDeTest();
+bool PassePourLeMême(std::uint32_t mot, std::uint32_t précédent) {
+  if constexpr (requires { Board::Poids(mot); }) {
+    return Board::Poids(mot) == Board::Poids(précédent);
   } else {
-    return board.LitEntrées();
+    return mot == précédent;
   }
 }
 
+// The first word after a start counts as a change, whatever it is: a wire that broke before must be
+// seen.
 template <class Board>
 void DémarreEntrées(Fonction& bloc) {
+  bloc.MotPrécédent({});
   auto& board = bloc.PiloteDe<Board>();
   if constexpr (requires { board.DémarreEntrées(true); }) {
-    board.DémarreEntrées(AvecSorties(*bloc.LaCarte()));
+    board.DémarreEntrées(AvecBlocs(*bloc.LaCarte(), FctSortiesLogiques));
   } else {
     board.DémarreEntrées();
   }
-  bloc.MotPrécédent({});
 }
 
-// A channel takes the bit of its rank in the block, or of its number on the boards that say so.
-// One that has no bit reads clear; it is told after the others got theirs.
+// A channel takes the bit of its rank in the block, or of its number where the board or the block's
+// setting says so. One that has no bit reads clear; it is told after the others got theirs.
 template <class Board>
 void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
+  const bool parNuméro =
+      BitParNuméro<Board>() || (ParCanalPossible<Board>() && !bloc.MAJParFonction());
   std::int16_t rang = 0;
   std::int16_t àVérifier = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
-    const std::int16_t bit = BitParNuméro<Board>() ? canal->NuméroCanal() : rang;
+    const std::int16_t bit = parNuméro ? canal->NuméroCanal() : rang;
     const bool existe = EstUneVoie(bit, kBitsDuMot);
     if (!existe) àVérifier = bit;
     canal->ValeurCanal(existe && (mot & Masque(bit)) != 0 ? kVrai : 0);
@@ -81,18 +82,19 @@ void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
   ExigeVoie(àVérifier, kBitsDuMot);
 }
 
+// One read: the word that is compared is the word that the channels get. With a second read behind
+// the first, a contact that bounces in between is kept as seen and never shown.
 template <class Board>
 void RafraîchitEntrées(Fonction& bloc) {
-  auto& board = bloc.PiloteDe<Board>();
-  const std::uint32_t test = MotDeTest(board);
+  const std::uint32_t mot = bloc.PiloteDe<Board>().LitEntrées();
   const auto précédent = bloc.MotPrécédent();
-  if (PremierMotCompte<Board>() ? précédent == test : précédent.value_or(0) == test) return;
-  bloc.MotPrécédent(test);
-  if (ParCanalPossible<Board>() && !bloc.MAJParFonction()) {
-    RafraîchitLesCanaux(bloc);
-  } else {
-    RépartitLesBits<Board>(bloc, board.LitEntrées());
+  if (précédent == mot) return;
+  if (précédent && PassePourLeMême<Board>(mot, *précédent)) {
+    bloc.MotPrécédent({});  // not seen in this refresh, but in the next
+    return;
   }
+  bloc.MotPrécédent(mot);
+  RépartitLesBits<Board>(bloc, mot);
 }
 
 template <class Board>
@@ -130,7 +132,12 @@ void EcritEtMarque(Canal& canal, Ecriture&& écriture) {
 
 template <class Board>
 void DémarreSorties(Fonction& bloc) {
-  bloc.PiloteDe<Board>().DémarreSorties();
+  auto& board = bloc.PiloteDe<Board>();
+  if constexpr (requires { board.DémarreSorties(true); }) {
+    board.DémarreSorties(AvecBlocs(*bloc.LaCarte(), FctEntréesLogiques));
+  } else {
+    board.DémarreSorties();
+  }
 }
 
 // Only -1 counts for a block, where a single channel takes anything but 0. A channel that the board
@@ -267,7 +274,7 @@ void DémarreAxe(Canal& canal) {
 
 void DémarrePET48(Carte& carte) {
   PET48_DIO({carte.LaPlateforme(), carte.LeTimer()}, static_cast<std::uint16_t>(carte.Adresse()))
-      .DémarreCarte(AvecSorties(carte));
+      .DémarreCarte(AvecBlocs(carte, FctSortiesLogiques));
 }
 
 }  // namespace

@@ -36,17 +36,23 @@ bool PCL_731::LitEntrée(std::int16_t voie) {
   return (Lit(static_cast<std::uint16_t>(voie / 8)) & masque) == 0;
 }
 
-void PCL_731::DémarreSorties() {
-  Ecrit(kCommande, kToutEnSortie);
-  for (std::uint16_t port = 0; port < kPorts; ++port) Ecrit(port, 0xFF);
+// An output of the first interface would work against the contact that is wired to its line.
+void PCL_731::DémarreSorties(bool avecEntrées) {
+  if (!avecEntrées) {
+    Ecrit(kCommande, kToutEnSortie);
+    for (std::uint16_t port = 0; port < kPorts; ++port) Ecrit(port, 0xFF);
+  }
+  EcritSorties(0);
 }
 
 void PCL_731::EcritSorties(std::uint32_t image) {
   LeMatériel().plateforme.ports->Outpd(Port(kSecondeInterface), ~image & kMotEcrit);
 }
 
+// On the interface of the whole word: beside an input block the first one drives nothing, and a
+// number must be the same terminal whoever writes it.
 void PCL_731::EcritSortie(std::int16_t voie, bool active) {
-  const auto port = static_cast<std::uint16_t>(voie / 8);
+  const auto port = static_cast<std::uint16_t>(kSecondeInterface + voie / 8);
   const std::uint32_t lu = Lit(port);
   Ecrit(port, static_cast<std::uint8_t>(AvecBit(lu, static_cast<std::int16_t>(voie % 8), !active) &
                                         0xFFU));

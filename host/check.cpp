@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 
 #include "core/chassis.h"
@@ -31,10 +32,47 @@ void ExigeUnTypeServi(const Fonction& bloc, Recueil& recueil) {
                            " does not serve blocks of this type: nothing is read or written"});
 }
 
+// What a PCL 731 reads as one word leaves its last line out: an input there never moves.
+void ExigeUneLigneLue(Fonction& bloc, Recueil& recueil) {
+  constexpr std::int16_t kLignesLues = 23;
+  if (bloc.Driver_enm() != ENUM_DRIVER::DrvPCL731_PCLD782B) return;
+  for (const CanalRef& canal : *bloc.Canals()) {
+    if (canal->NuméroCanal() < kLignesLues) continue;
+    recueil.Ajoute({.origine = Origine::Donnée,
+                    .table = "Canal",
+                    .ligne = canal->Key(),
+                    .colonne = "Numéro du Canal",
+                    .trouvé = std::to_string(canal->NuméroCanal()),
+                    .attendu = "0 to 22",
+                    .texte = "the block does not read this line: the input stays at 0"});
+  }
+}
+
 void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
   for (const CarteRef& carte : *chassis.Cartes()) {
-    for (const FonctionRef& bloc : *carte->Fonctions()) ExigeUnTypeServi(*bloc, recueil);
+    for (const FonctionRef& bloc : *carte->Fonctions()) {
+      ExigeUnTypeServi(*bloc, recueil);
+      ExigeUneLigneLue(*bloc, recueil);
+    }
   }
+}
+
+// Nothing wrong, and nothing that a look at the configuration tells: which connector to wire.
+std::vector<std::string> ConnecteursDesPCL731(Chassis& chassis) {
+  std::vector<std::string> notes;
+  for (const CarteRef& carte : *chassis.Cartes()) {
+    const auto avec = [&](ENUM_DRIVER driver) {
+      return std::ranges::any_of(carte->LesFonctions(), [&](const FonctionRef& bloc) {
+        return bloc->Driver_enm() == driver;
+      });
+    };
+    if (!avec(ENUM_DRIVER::DrvPCL731_PCLD7225)) continue;
+    std::string note = "note: table Carte, row " + carte->Key() +
+                       ": PCL 731, the outputs are on the second connector (ports 4 to 6)";
+    if (avec(ENUM_DRIVER::DrvPCL731_PCLD782B)) note += ", the inputs on the first (ports 0 to 2)";
+    notes.push_back(std::move(note));
+  }
+  return notes;
 }
 
 // A stop puts every output to its inactive level, and -1 starts a CBR tester: the level that the
@@ -59,6 +97,7 @@ void VérifieLesArrêts(Chassis& chassis, Recueil& recueil) {
 
 struct Contenu {
   int cartes = 0, blocs = 0, canaux = 0, capteurs = 0, commandes = 0, entrées = 0, sorties = 0;
+  std::vector<std::string> notes{};  ///< what is good to know, and no problem
 };
 
 Contenu Compte(Chassis& chassis) {
@@ -66,7 +105,8 @@ Contenu Compte(Chassis& chassis) {
                   .capteurs = chassis.Capteurs()->Count(),
                   .commandes = chassis.Commandes()->Count(),
                   .entrées = chassis.EntréesLogiques()->Count(),
-                  .sorties = chassis.SortiesLogiques()->Count()};
+                  .sorties = chassis.SortiesLogiques()->Count(),
+                  .notes = ConnecteursDesPCL731(chassis)};
   for (const CarteRef& carte : *chassis.Cartes()) {
     contenu.blocs += carte->Fonctions()->Count();
     for (const FonctionRef& bloc : *carte->Fonctions()) contenu.canaux += bloc->Canals()->Count();
@@ -113,6 +153,7 @@ void Imprime(const OptionsCheck& options, const std::vector<Problème>& problèm
     return;
   }
   for (const Problème& problème : problèmes) std::printf("%s\n", Ligne(problème).c_str());
+  for (const std::string& note : contenu.notes) std::printf("%s\n", note.c_str());
   std::printf(
       "Frame %d: %d boards, %d blocks, %d channels, %d sensors, %d commands, %d logic inputs, %d "
       "logic outputs: %s\n",

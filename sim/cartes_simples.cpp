@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kCodes12Bits = 4096;
 constexpr int kCodes16Bits = 32768;
+constexpr std::uint32_t kTirées = 0xFFFFFF;  // 24 lines
 
 std::uint32_t AvecOctet(std::uint32_t mot, unsigned rang, std::uint8_t octet) {
   const unsigned poids = 8 * rang;
@@ -71,16 +72,25 @@ void Interface8255::Ecrit(unsigned registre, std::uint8_t octet) {
   }
 }
 
+CartePCL731::CartePCL731() {
+  bornes.sortiesLogiques = kTirées;
+}
+
 std::uint8_t CartePCL731::Lit(std::uint16_t décalage) {
-  return décalage < 8 ? interfaces_[décalage / 4U].Lit(décalage % 4U, bornes.entréesLogiques)
-                      : std::uint8_t{0xFF};
+  if (décalage >= 8) return 0xFF;
+  const std::uint32_t lignes = décalage < 4 ? bornes.entréesLogiques : kTirées;
+  return interfaces_[décalage / 4U].Lit(décalage % 4U, lignes);
 }
 
 void CartePCL731::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
   if (décalage >= 8) return;
-  Interface8255& interface = interfaces_[décalage / 4U];
-  interface.Ecrit(décalage % 4U, octet);
-  if (interface.EnSortie()) bornes.sortiesLogiques = interface.Lignes();
+  interfaces_[décalage / 4U].Ecrit(décalage % 4U, octet);
+  bornes.sortiesLogiques = interfaces_[1].EnSortie() ? interfaces_[1].Lignes() : kTirées;
+}
+
+std::optional<std::uint32_t> CartePCL731::PremierConnecteur() const {
+  if (!interfaces_[0].EnSortie()) return {};
+  return interfaces_[0].Lignes();
 }
 
 std::uint8_t CartePET48::Lit(std::uint16_t décalage) {

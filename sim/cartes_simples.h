@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "sim/bornes.h"
 #include "sim/horloge_virtuelle.h"
 
@@ -56,12 +58,16 @@ class Interface8255 {
   std::uint32_t verrous_ = 0;
 };
 
-/// PCL 731: two interfaces at 0 to 3 and 4 to 7. The output lines shown are those of the last
-/// interface written.
+/// PCL 731: two interfaces at 0 to 3 and 4 to 7, each on a connector of its own. The contacts stand
+/// on the first one, and the outputs shown are the lines of the second. Lines that the board does
+/// not drive are pulled up.
 class CartePCL731 : public CarteSimulée {
  public:
+  CartePCL731();
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;
   void Ecrit(std::uint16_t décalage, std::uint8_t octet) override;
+  /// The first connector as the board drives it; none while it only reads its lines.
+  [[nodiscard]] std::optional<std::uint32_t> PremierConnecteur() const;
 
  private:
   std::array<Interface8255, 2> interfaces_{Interface8255(false), Interface8255(false)};

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "boards/carte_es.h"
 #include "boards/exacticks.h"
 #include "boards/gain_automatique.h"
 #include "outils/arbre.h"
@@ -221,6 +222,13 @@ TEST_F(UneCarte, LitLesEntréesLogiquesDansLeSensDeChaqueDriver) {
     c.jumeau->bornes.entréesLogiques = 0x203;
     bloc->MetàJour();
     EXPECT_EQ(Bits(bloc), c.après) << c.driver;
+    // The first word after a start is shown, whatever it is: a broken wire reads 0.
+    c.jumeau->bornes.entréesLogiques = 0;
+    bloc->MetàJour();
+    Le(bloc, 1).ValeurCanal(5);
+    montage.carte.Initialise();
+    bloc->MetàJour();
+    EXPECT_NE(Le(bloc, 1).ValeurCanal(), 5) << c.driver;
   }
   EXPECT_TRUE(registre->entrées.empty());
 }
@@ -253,9 +261,8 @@ TEST_F(UneCarte, GardeLesSingularités) {
   acl.bornes.entréesLogiques = 0x0100;  // weighs 255, like 0x00FF
   entrées->MetàJour();
   EXPECT_EQ(Bits(entrées), "111111110") << "the change test does not see this one";
-  acl.bornes.entréesLogiques = 0x0101;
   entrées->MetàJour();
-  EXPECT_EQ(Bits(entrées), "100000001");
+  EXPECT_EQ(Bits(entrées), "000000001") << "but it is not lost";
 }
 
 TEST_F(UneCarte, EcritLesSortiesLogiques) {
@@ -285,6 +292,56 @@ TEST_F(UneCarte, EcritLesSortiesLogiques) {
     EXPECT_EQ(bornes.sortiesLogiques ^ c.repos, c.canal) << c.driver;
     bloc->MetàJour();
     EXPECT_EQ((bornes.sortiesLogiques ^ c.repos) & 0xFFFFFF, c.bloc) << c.driver;
+  }
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+// A number is one terminal, whoever writes it; no contact is driven against; and a card that lost
+// its registers is driven again by the next word.
+TEST_F(UneCarte, SortUneVoieDePCL731SurUnSeulConnecteur) {
+  constexpr std::uint32_t kRepos = 0xFFFFFF;
+  for (const bool avecEntrées : {false, true}) {
+    Carte laCarte(plateforme);
+    laCarte.TimerExact(horloge);
+    laCarte.ChargeErreur(registre);
+    sim::BusPorts leBus;
+    sim::CartePCL731 pcl;
+    leBus.Attache(kBase, 8, pcl);
+    plateforme.ports = &leBus;
+    const auto ajoute = [&](const char* driver, const char* type) {
+      return essai::AjouteBloc(laCarte, type,
+                               {{"Driver", Texte(driver)},
+                                {"Type de Fonction", Texte(type)},
+                                {"Nom de la Fonction", Texte("Bloc")}},
+                               {0, 9, 22}, horloge, registre);
+    };
+    FonctionRef entrées;
+    if (avecEntrées) entrées = ajoute("DrvPCL731_PCLD782B", "Entrée Logique");
+    const FonctionRef sorties = ajoute("DrvPCL731_PCLD7225", "Sortie Logique");
+    essai::LitCarte(laCarte, "", "", "220");
+    laCarte.Initialise();
+    EXPECT_EQ(pcl.bornes.sortiesLogiques, kRepos) << "before the first refresh";
+    EXPECT_EQ(pcl.PremierConnecteur(), avecEntrées ? std::nullopt : std::optional(kRepos));
+    pcl.bornes.entréesLogiques = 0x200;
+    for (const bool blocPuisCanal : {false, true}) {
+      for (const CanalRef& canal : *sorties->Canals()) {
+        const auto écrit = [&](double niveau, bool parBloc) {
+          canal->ValeurCanal(niveau);
+          parBloc ? sorties->MetàJour() : canal->MetàJour();
+          if (avecEntrées) {
+            entrées->MetàJour();
+            EXPECT_EQ(Bits(entrées), "010");
+          }
+          return pcl.bornes.sortiesLogiques;
+        };
+        EXPECT_EQ(écrit(kVrai, blocPuisCanal), kRepos & ~Masque(canal->NuméroCanal()));
+        EXPECT_EQ(écrit(0, !blocPuisCanal), kRepos) << canal->NuméroCanal();
+      }
+    }
+    Le(sorties, 9).ValeurCanal(kVrai);
+    pcl = sim::CartePCL731();  // pulled and put back
+    sorties->MetàJour();
+    EXPECT_EQ(pcl.bornes.sortiesLogiques, kRepos & ~Masque(9));
   }
   EXPECT_TRUE(registre->entrées.empty());
 }

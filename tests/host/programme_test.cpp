@@ -25,7 +25,10 @@ TEST_F(LeProgramme, EcritUneBaseSaineEtNEcraseRien) {
 
   fin = Lance({"check", base});
   EXPECT_EQ(fin.code, 0);
-  EXPECT_TRUE(fin.sortie.starts_with("Frame 1: 10 boards, 21 blocks, ")) << fin.sortie;
+  EXPECT_TRUE(fin.sortie.starts_with(
+      "note: table Carte, row 6: PCL 731, the outputs are on the second connector (ports 4 to 6), "
+      "the inputs on the first (ports 0 to 2)\nFrame 1: 10 boards, 21 blocks, "))
+      << fin.sortie;
   EXPECT_TRUE(fin.sortie.ends_with(": no problem\n")) << fin.sortie;
   fin = Lance({"check", base, "--json"});
   EXPECT_EQ(fin.code, 0);
@@ -118,6 +121,10 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE Canal SET [Numéro du Canal]='trois' WHERE [Index]=1103",
        "data: table Canal, row 1103, column Numéro du Canal: unusable value; found \"trois\"; "
        "expected a whole number of 32 bits\n"},
+      {"UPDATE Canal SET [Numéro du Canal]=23 WHERE [Index]=6105",
+       "data: table Canal, row 6105, column Numéro du Canal: the block does not read this line: "
+       "the "
+       "input stays at 0; found 23; expected 0 to 22\n"},
       {"UPDATE Canal SET [Numéro du Canal]=9e300 WHERE [Index]=1103", "found 9E+300"},
       {"UPDATE Carte SET Adresse='port' WHERE [Index]=2", "failure: Erreur N°13 ("},
       {"DROP TABLE Commande", "Table absente de la base de données"},
