@@ -40,15 +40,16 @@ class PCI_9111_HR : public CartePCI {
 
   /// All lines to 0, whatever was written before.
   void DémarreSorties();
+  void OublieSesEcritures() override { imageSorties_.reset(); }
   /// Whole word; one that the board already holds is skipped. True when the board holds it.
   bool EcritSorties(std::uint32_t image);
   /// True when the library took it.
   bool EcritSortie(std::int16_t voie, bool active);
 
  private:
-  /// Word that the logic outputs hold, while that is certain: none after a start, after the write
-  /// of a single line or after a write that failed. The next word then goes out whatever it is: a
-  /// stop must not be taken for a word already there.
+  /// Word that the logic outputs hold, while that is certain: none after a start, at a stop, after
+  /// the write of a single line or after a write that failed. The next word then goes out whatever
+  /// it is: a stop must not be taken for a word already there.
   std::optional<std::uint32_t> imageSorties_;
 };
 

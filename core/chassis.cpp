@@ -65,7 +65,12 @@ void Chassis::DéclencheAU() {
     tous(sorties, arrête);
     tous(*EntréesLogiques(), arrête);
     chacun([&] { Watchdog()->DéclencheAU(); });
-    ParAttente(cartes, [&](Carte& carte) { chacun([&] { carte.MetàJour(); }); });
+    ParAttente(cartes, [&](Carte& carte) {
+      chacun([&] {
+        carte.DéclencheAU();
+        carte.MetàJour();
+      });
+    });
     chacun.Termine();
   });
 }

@@ -72,6 +72,10 @@ const zuma::Fonctions& Carte::LesFonctions() {
   return *Fonctions_;
 }
 
+void Carte::DéclencheAU() {
+  for (const PiloteOuvert& ouvert : pilotes_) ouvert.pilote->OublieSesEcritures();
+}
+
 LiaisonSérieRef Carte::RS() {
   if (!RS_) RS_ = LaPlateforme().liaisons->CréeLiaison();
   return RS_;

@@ -31,8 +31,9 @@ class Carte : public Objet {
   /// Appends the board's block of the diagnostic dump to the text file `Ou` of the host, then the
   /// blocks of its function blocks. A failure goes to the caller.
   void AutoSave(const std::string& Ou) const;
-  /// Walks the blocks and does nothing: outputs are cut by their commands and logic outputs.
-  void DéclencheAU() {}
+  /// Has the next writes reach the board, those that it should hold already too. Outputs are cut by
+  /// their commands and logic outputs.
+  void DéclencheAU();
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }
   /// Keeps the shared parameters and finds the one that "Config EIR" names for a laser board; the
   /// last of that name counts, none is told in a message. The host calls it, the frame does not.

@@ -18,6 +18,9 @@ class Fonction;
 class Pilote {
  public:
   virtual ~Pilote() = default;
+  /// The board may have lost what it was written: the next write goes out even when it should hold
+  /// it already.
+  virtual void OublieSesEcritures() {}
 };
 
 /// What a driver does for function blocks and channels. An operation left out does nothing.

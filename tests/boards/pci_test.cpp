@@ -148,6 +148,27 @@ TEST_F(UneCartePCI, NeSauteQuUnMotQuElleADéjà) {
   EXPECT_EQ(écrit(0, -1), 0U) << "though the stop before it was taken whole";
 }
 
+// Pulled and put back, the board has lost a word that the driver takes for held.
+TEST_F(UneCartePCI, ReçoitChaqueArrêtMêmeSansChangement) {
+  sim::CartePCISimulée& jumelle = bibliothèque.Enfiche(k9111, 2);
+  Chassis chassis(plateforme);
+  chassis.ChargeErreur(registre);
+  chassis.TimerExact(timer);
+  const CarteRef sorties = chassis.Cartes()->Add("1");
+  const FonctionRef bloc = Bloc(*sorties, "DrvPCI9111HR/Vorlanex SL", "Sortie Logique", {3, 4});
+  essai::LitCarte(*sorties, "DrvPCI9111HR", "", "2");
+  sorties->Initialise();
+  Le(bloc, 4).ValeurCanal(kVrai);  // energised at rest
+  bloc->MetàJour();
+  jumelle.bornes.sortiesLogiques = 8;
+  chassis.DéclencheAU();
+  EXPECT_EQ(jumelle.bornes.sortiesLogiques, 0x10U);
+  jumelle.bornes.sortiesLogiques = 8;
+  bloc->MetàJour();
+  EXPECT_EQ(jumelle.bornes.sortiesLogiques, 8U) << "no stop: the word is skipped as ever";
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
 TEST_F(UneCartePCI, EcritSonUniqueSortieAnalogique) {
   sim::CartePCISimulée& jumelle = bibliothèque.Enfiche(k9111, 2);
   const FonctionRef bloc = Bloc(carte, "DrvPCI9111HR/Vorlanex SA", "Sortie Analogique", {3});
