@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/outils_communs.h"
+#include "platform/attente.h"
 
 namespace zuma::wdt_01 {
 namespace {
@@ -14,6 +15,15 @@ using OutilsCommuns::BitDeMot;
 
 constexpr double kDélai = 1'000'000;  // microseconds
 constexpr int kBitPrête = 7;
+
+// Fails once the message box gives the board up: what waits behind it, a stop above all, goes on.
+void AppelleAuSecours(const Liaison& liaison, int fois) {
+  constexpr std::string_view kTexte = "TimeOut Watch dog";
+  const Objet& objet = liaison.objet;
+  const ObjetConcerné concerné{objet.MotDeClasse(), objet.Key(), objet.NomPourErreur()};
+  if (MontreEnAttente(*objet.LaPlateforme().messages, kTexte, concerné, fois)) return;
+  throw Echec(Numéro::MatérielAbsent, std::string(kTexte) + " : carte abandonnée");
+}
 
 }  // namespace
 
@@ -24,14 +34,13 @@ Etat WDT_LitEtat(const Liaison& liaison) {
 
 bool WDT_EcritOctet(const Liaison& liaison, std::uint8_t octet) {
   const double échéance = liaison.timer.LitMicrosecondes() + kDélai;
-  bool àTemps = true;
+  int fois = 0;
   while (!WDT_LitEtat(liaison).prête) {
     if (liaison.timer.LitMicrosecondes() <= échéance) continue;
-    liaison.objet.Montre("TimeOut Watch dog");
-    àTemps = false;
+    AppelleAuSecours(liaison, ++fois);
   }
   liaison.ports.Outp(liaison.base, octet);
-  return àTemps;
+  return fois == 0;
 }
 
 void WDT_EcritLigne(const Liaison& liaison, std::string_view ligne) {

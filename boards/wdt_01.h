@@ -34,7 +34,8 @@ struct Etat {
 [[nodiscard]] Etat WDT_LitEtat(const Liaison& liaison);
 
 /// Waits until the board is ready, then writes the byte. After one second each further poll shows
-/// "TimeOut Watch dog" and the wait goes on: the board must answer. False when that was shown.
+/// "TimeOut Watch dog" and the wait goes on until the board answers, or fails once the message box
+/// gives it up. False when that was shown.
 bool WDT_EcritOctet(const Liaison& liaison, std::uint8_t octet);
 /// Writes a line, up to its first carriage return, which is added.
 void WDT_EcritLigne(const Liaison& liaison, std::string_view ligne);

@@ -66,12 +66,19 @@ void Commande::Enabled(bool enService) {
   Garde(*this, Forme::Ecriture, "Enabled", [&] {
     if (!mobjCanal) return;
     const bool étaitEnService = std::exchange(mblnEnabled, enService);
+    maintenue_ = maintenue_ && !enService;
     if (enService) {
       MetEnService(!étaitEnService);
     } else {
       MetHorsService();
     }
   });
+}
+
+void Commande::MaintientAuRepos() {
+  if (TypeCommande_ != ENUM_TYPE_COMMANDE::Recopie) return;
+  mblnEnabled = false;
+  maintenue_ = true;
 }
 
 // Whatever the type. The safety limits in points are not applied here, though every refresh does.

@@ -70,6 +70,11 @@ class Commande : public Objet {
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
 
+  /// Takes a copying command out of service and holds its output at the initial value, whatever its
+  /// sensor says, from its next refresh until `Enabled` is set. Nothing on the other kinds.
+  void MaintientAuRepos();
+  [[nodiscard]] bool MaintenueAuRepos() const { return maintenue_; }
+
   /// Dither: frequency in hertz, 0 for none, and peak-to-peak amplitude in units. What is no number
   /// is refused (5): it would keep the output from being written.
   [[nodiscard]] double FréquenceDither() const { return FréquenceDither_; }
@@ -188,6 +193,7 @@ class Commande : public Objet {
   void Publie();
 
   bool mblnEnabled = false;
+  bool maintenue_ = false;
   std::string NomDeLaCommande_;
   CanalRef mobjCanal;
   std::string DateEtalonnage_;

@@ -26,7 +26,7 @@ void Commande::Rafraîchit() {
       &Commande::SortRecopie};
   if (!mobjCanal) return;
   const bool recopie = TypeCommande_ == ENUM_TYPE_COMMANDE::Recopie;
-  if (recopie && !CapteurDeRecopie_) return;
+  if (recopie && !CapteurDeRecopie_ && !maintenue_) return;
   if (!recopie && !mblnEnabled) {
     RelitLeCanal();
   } else if (const auto sortie = kSorties[static_cast<std::size_t>(TypeCommande_)]) {
@@ -94,7 +94,8 @@ void Commande::SortServo() {
 
 // The working limits in units are not applied: the output follows the sensor.
 void Commande::SortRecopie() {
-  mdblValeurCouranteEnUnité = ExigeUnNombre(CapteurDeRecopie_->ValeurCourante());
+  mdblValeurCouranteEnUnité =
+      maintenue_ ? mdblValeurInitiale : ExigeUnNombre(CapteurDeRecopie_->ValeurCourante());
   EcritSiChangé(PointsSûrs(mdblValeurCouranteEnUnité));
 }
 

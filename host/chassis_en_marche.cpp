@@ -2,6 +2,7 @@
 
 #include "host/configuration.h"
 #include "host/retenues.h"
+#include "platform/linux/arret_du_chassis.h"
 
 namespace zuma::host {
 namespace {
@@ -32,11 +33,9 @@ ChassisEnMarche::ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil,
       traducteur_(std::move(traducteur)),
       paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
-      chassis_(machine.Services()) {
-  sécurité_->Branche([this] {
-    ArrêteLesSorties();
-    return true;
-  });
+      chassis_(machine.Services()),
+      suivi_(recueil, traducteur_) {
+  sécurité_->Branche(chassis_);
   sécurité_->Bornes(*traducteur_);
   chassis_.TimerExact(machine.Timer());
   chassis_.ChargeErreur(recueil);
@@ -81,6 +80,7 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
 
 void ChassisEnMarche::Démarre() {
   DitLesRetenues(chassis_);
+  suivi_.Suit(chassis_);
   machine_.Branche(chassis_);
   démarré_ = true;
   chassis_.Initialise();
@@ -90,36 +90,25 @@ void ChassisEnMarche::Démarre() {
 void ChassisEnMarche::Passe() {
   const std::uint64_t avant = chassis_.RafraichissementsEA();
   chassis_.MetàJour();
+  MaintientLArrêt();
   if (chassis_.RafraichissementsEA() == avant) return;
   for (const CarteRef& carte : laissées_) carte->MetàJour();
 }
 
-// The frame leaves a command that is out of service where its output stands: here it takes the stop
-// like the others. In service it first writes what stands there, so that nothing moves before.
-// The lines of an on-off command are logic outputs, which the frame has put to rest.
-void ChassisEnMarche::ArrêteLesSorties() {
-  chassis_.DéclencheAU();
-  for (const CommandeRef& commande : *chassis_.Commandes()) {
-    const ENUM_TYPE_COMMANDE type = commande->TypeCommande();
-    const bool enUnités = type == ENUM_TYPE_COMMANDE::Normale || type == ENUM_TYPE_COMMANDE::Servo;
-    if (!enUnités || commande->Enabled() || !commande->Canal()) continue;
-    commande->Enabled(true);
-    commande->DéclencheAU();
-    commande->Enabled(false);
+// A stop whose danger is gone goes on until it is acknowledged.
+void ChassisEnMarche::MaintientLArrêt() {
+  try {
+    sécurité_->Maintient();
+  } catch (...) {
+    recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
   }
+  suivi_.Observe(sécurité_->Déclenchée(), machine_.Timer()->LitMicrosecondes());
 }
 
-// A copying command goes on with its sensor through a stop: nobody will look at that sensor any
-// more, so its output is put to 0 here.
 void ChassisEnMarche::MetAuRepos() {
-  ArrêteLesSorties();
-  for (const CommandeRef& commande : *chassis_.Commandes()) {
-    const CanalRef canal = commande->Canal();
-    if (commande->TypeCommande() != ENUM_TYPE_COMMANDE::Recopie || !canal) continue;
-    canal->ValeurCanal(0);
-    canal->MetàJour();
-  }
+  linux_::ArrêteLeChassis(chassis_);
   SertLesBus();
+  suivi_.Conclut();
 }
 
 // One step of a bus is not the write of its last block: each gets its turn, within half a second.
@@ -154,7 +143,18 @@ void ChassisEnMarche::Arrête(std::string_view cause) {
 
 bool ChassisEnMarche::Acquitte() {
   if (!sécurité_->Acquitte()) return false;
-  chassis_.Watchdog()->Réarme();
+  const WatchdogRef chien = chassis_.Watchdog();
+  if (chien->EnArrêt()) chien->Enabled(false);  // whoever set it meanwhile: the flag alone
+  chien->Réarme();
+  return true;
+}
+
+bool ChassisEnMarche::RemetEnService() {
+  if (sécurité_->Déclenchée()) return false;
+  for (const CommandeRef& commande : *chassis_.Commandes()) {
+    if (commande->MaintenueAuRepos()) commande->Enabled(true);
+  }
+  chassis_.Watchdog()->Enabled(true);
   return true;
 }
 

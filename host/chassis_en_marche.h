@@ -8,6 +8,7 @@
 #include "host/depart.h"
 #include "host/machine.h"
 #include "host/problemes.h"
+#include "host/suivi_de_l_arret.h"
 #include "platform/linux/parametres.h"
 #include "platform/linux/securite.h"
 #include "platform/linux/traducteur.h"
@@ -33,22 +34,27 @@ class ChassisEnMarche {
 
   [[nodiscard]] Chassis& LeChassis() { return chassis_; }
   [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
+  [[nodiscard]] const SuiviDeLArrêt& LeSuivi() const { return suivi_; }
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
   /// One pass, and after a refresh of the sensors the instruments that the pass leaves to the host:
   /// their exchange may take as long as a conversion.
   void Passe();
   /// Fires the stop for the operator: latched like any other.
   void Arrête(std::string_view cause = "stop asked at the keyboard");
-  /// Acknowledges a stop and rearms the watchdog; outputs stay at rest until new commands. False
-  /// while the stop is being driven.
+  /// Acknowledges a stop. Nothing moves: outputs stay at rest until new commands, copying commands
+  /// are held at rest and the watchdog board stays stopped until `RemetEnService`, or until the one
+  /// or the other is enabled by itself. False while the stop is being driven.
   bool Acquitte();
+  /// The operator's third act, behind release and acknowledgement: enables the watchdog, and the
+  /// copying commands that the stop holds. False, and nothing done, while a stop is latched.
+  bool RemetEnService();
 
  private:
   ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                   Ref<ZED_Traduction> traducteur);
   std::vector<Problème> Charge(const std::string& fichier, std::int32_t index);
   void Démarre();
-  void ArrêteLesSorties();
+  void MaintientLArrêt();
   void MetAuRepos();
   void SertLesBus();
 
@@ -58,6 +64,7 @@ class ChassisEnMarche {
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;
+  SuiviDeLArrêt suivi_;
   bool démarré_ = false;
   std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };

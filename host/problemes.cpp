@@ -57,6 +57,11 @@ void Recueil::Montre(std::string_view texte, const ObjetConcerné& objet) {
   Ajoute(std::move(problème));
 }
 
+bool Recueil::AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) {
+  Montre(texte, objet);
+  return fois < kPatience;
+}
+
 std::string Ligne(const Problème& p) {
   std::string ligne = std::string(Nom(p.origine)) + ": ";
   const std::string lieu = Lieu(p);

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/attente.h"
 #include "platform/collaborateurs.h"
 #include "platform/services.h"
 
@@ -32,10 +33,11 @@ struct Problème {
 };
 
 /// Collects what a frame tells while it is loaded and linked.
-class Recueil : public ZED_Erreur, public BoîteDeMessage {
+class Recueil : public ZED_Erreur, public BoîteDeMessage, public AttenteLimitée {
  public:
   void AjouteErreur(std::string_view message, const TableVariables& variables) override;
   void Montre(std::string_view texte, const ObjetConcerné& objet) override;
+  bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override;
   /// Keeps the problem, once: a board that is gone fails on every pass.
   void Ajoute(Problème problème);
   [[nodiscard]] const std::vector<Problème>& Problèmes() const { return problèmes_; }

@@ -89,6 +89,7 @@ class Marche {
     if (touche == 'j') Choisit(1);
     if (touche == 'k') Choisit(-1);
     if (touche == 'a') (void)marche_.Acquitte();
+    if (touche == 'e') (void)marche_.RemetEnService();
     if (touche == 's') marche_.Arrête();
     if (touche == 'f') ChangeDePanne();
     if (capteur == nullptr) return;
@@ -116,6 +117,7 @@ class Marche {
     const Instantané vue{marche_.LeChassis(),
                          machine_,
                          marche_.LaSécurité(),
+                         marche_.LeSuivi(),
                          secondes,
                          choisi_,
                          plusLonguePasse_,

@@ -1,5 +1,6 @@
 #include "host/vue.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -111,10 +112,41 @@ std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, boo
          (capteur.EtatDeLaTare() ? "  tared" : "");
 }
 
-void AjouteLArrêt(const linux_::Securite& sécurité, const Terminal& terminal,
+std::string_view Texte(SuiviDeLArrêt::Portée portée) {
+  constexpr std::array<std::string_view, 3> kPortées{"reached", "not confirmed yet", "NOT REACHED"};
+  return kPortées[static_cast<std::size_t>(portée)];
+}
+
+// What waits for an act of the operator behind a stop: nothing of it comes back by itself.
+std::vector<std::string> HorsService(Chassis& chassis) {
+  std::vector<std::string> noms;
+  for (const CommandeRef& commande : *chassis.Commandes()) {
+    if (commande->MaintenueAuRepos()) noms.push_back(commande->NomDeLaCommande());
+  }
+  const WatchdogRef chien = chassis.Watchdog();
+  const bool carte = !chien->SortiePulse() && chien->Adresse() != 0;
+  if (carte && !chien->Enabled()) noms.emplace_back(chien->NomPourErreur());
+  return noms;
+}
+
+void AjouteLArrêt(const Instantané& vue, const Terminal& terminal,
                   std::vector<std::string>& lignes) {
-  for (const linux_::Securite::Cause& cause : sécurité.Causes()) {
+  for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
     lignes.push_back(terminal.Colore("STOP  " + cause.texte, Ton::Danger) + "   (a acknowledges)");
+  }
+  const auto& sorties = vue.suivi.Sorties();
+  if (!sorties.empty()) {
+    const auto atteintes = std::ranges::count(sorties, SuiviDeLArrêt::Portée::Atteinte,
+                                              &SuiviDeLArrêt::Sortie::portée);
+    lignes.push_back("The stop has reached " + std::to_string(atteintes) + " of " +
+                     std::to_string(sorties.size()) + " outputs");
+  }
+  for (const std::string& nom : vue.suivi.Manquées()) {
+    lignes.push_back(
+        terminal.Colore("NOT REACHED  " + nom + "   cut the machine off", Ton::Danger));
+  }
+  for (const std::string& nom : HorsService(vue.chassis)) {
+    lignes.push_back(terminal.Colore("Out of service: " + nom, Ton::Attention) + "   (e enables)");
   }
 }
 
@@ -134,13 +166,13 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
   std::vector<std::string> lignes;
   lignes.push_back(
       terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
-      "   j k choose, t tare, z zero, m extremes, s stop, f fault (simulated), q quit");
+      "   j k choose, t tare, z zero, m extremes, s stop, e enable, f fault (simulated), q quit");
   lignes.push_back(
       terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
   if (!vue.panne.empty()) {
     lignes.back() += terminal.Colore("   fault: " + std::string(vue.panne), Ton::Attention);
   }
-  AjouteLArrêt(vue.sécurité, terminal, lignes);
+  AjouteLArrêt(vue, terminal, lignes);
   std::int32_t rangCapteur = 0;
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
     lignes.push_back(LigneDuCapteur(*capteur, terminal, rangCapteur++ == vue.capteurChoisi));
@@ -167,6 +199,13 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
     lignes.push_back(heure + " | stop | " + cause.texte);
   }
+  for (const SuiviDeLArrêt::Sortie& sortie : vue.suivi.Sorties()) {
+    lignes.push_back(heure + " | stop output | " + sortie.nom + " | " +
+                     std::string(Texte(sortie.portée)));
+  }
+  for (const std::string& nom : HorsService(vue.chassis)) {
+    lignes.push_back(heure + " | out of service | " + nom);
+  }
   for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
     lignes.push_back(heure + " | sensor " + capteur->Key() + " | " + capteur->NomDuCapteur() +
                      " | " + Lecture(*capteur) + " " + capteur->UnitéEtalonnage() + " | " +
@@ -192,6 +231,11 @@ std::string VueEnJson(const Instantané& vue) {
                               {"longest_pass_ms", vue.plusLonguePasse}};
   auto& causes = json["stop_causes"] = nlohmann::ordered_json::array();
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) causes.push_back(cause.texte);
+  auto& sorties = json["stop_outputs"] = nlohmann::ordered_json::array();
+  for (const SuiviDeLArrêt::Sortie& sortie : vue.suivi.Sorties()) {
+    sorties.push_back({{"name", sortie.nom}, {"state", Texte(sortie.portée)}});
+  }
+  json["out_of_service"] = HorsService(vue.chassis);
   auto& capteurs = json["sensors"] = nlohmann::ordered_json::array();
   for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
     const auto lecture = LectureDe(*capteur);

@@ -6,6 +6,7 @@
 
 #include "core/chassis.h"
 #include "host/machine.h"
+#include "host/suivi_de_l_arret.h"
 #include "host/terminal.h"
 #include "platform/linux/securite.h"
 
@@ -16,6 +17,7 @@ struct Instantané {
   Chassis& chassis;
   const Machine& machine;
   const linux_::Securite& sécurité;
+  const SuiviDeLArrêt& suivi;
   double secondes;
   std::int32_t capteurChoisi;  ///< rank, from 0
   double plusLonguePasse;      ///< milliseconds, since the start

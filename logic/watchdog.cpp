@@ -72,6 +72,7 @@ void Watchdog::Initialise() {
 void Watchdog::Réarme() {
   Garde(*this, Forme::Méthode, "Réarme", [&] {
     mblnAU = false;
+    arrêtAtteint_ = true;
     ChargeLeTemps();
   });
 }
@@ -102,9 +103,15 @@ void Watchdog::DéclencheAU() {
   Garde(*this, Forme::Méthode, "DéclencheAU", [&] {
     mblnAU = true;
     if (!EnCarte()) return;
+    arrêtAtteint_ = false;
     wdt_01::WDT_ChargeTemps(LaCarte(), static_cast<float>(kTempsDArrêt));
     wdt_01::WDT_Arme(LaCarte());
+    arrêtAtteint_ = true;
   });
+}
+
+bool Watchdog::CartePrête() const {
+  return !EnCarte() || wdt_01::WDT_LitEtat(LaCarte()).prête;
 }
 
 void Watchdog::MetàJour() {

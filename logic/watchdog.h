@@ -18,7 +18,8 @@ struct Liaison;
 /// hardware drops the safety chain. Two forms: a logic channel that keeps toggling (`SortiePulse`),
 /// or else a WDT 01 board at a port address. With neither it does nothing.
 ///
-/// The operations other than `MetàJour` wait for the board while it is not ready.
+/// The operations other than `MetàJour` wait for the board while it is not ready, until it answers
+/// or the host's message box gives it up, which is a failure of the operation.
 class Watchdog : public Objet {
  public:
   explicit Watchdog(Plateforme& plateforme) : Objet(plateforme, "WatchDog") {}
@@ -28,8 +29,9 @@ class Watchdog : public Objet {
   using Objet::ChargeErreur;
   using Objet::TimerExact;
 
-  /// Makes the board the hardware side of the stop: it is armed with 10 ms, which run out before
-  /// the next refresh. A pulse goes on. Latched until `Réarme`.
+  /// Makes the board the hardware side of the stop: it is armed with 10 ms. `MetàJour` goes on
+  /// refreshing it while `Enabled` says so, and a fast pass keeps it from tripping: whoever stops
+  /// clears `Enabled` behind this. A pulse goes on. Latched until `Réarme`.
   void DéclencheAU();
 
   /// Appends the watchdog's block of the diagnostic dump to the text file `Ou` of the host: the
@@ -42,6 +44,12 @@ class Watchdog : public Objet {
   /// Arms or stops the board; after a stop only the flag is stored, until `Réarme`.
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
+  /// True from a stop until `Réarme`.
+  [[nodiscard]] bool EnArrêt() const { return mblnAU; }
+  /// False while a stop has not reached the board: it was given up before it had taken all.
+  [[nodiscard]] bool ArrêtAtteint() const { return arrêtAtteint_; }
+  /// False while the board would make its caller wait; true without a board.
+  [[nodiscard]] bool CartePrête() const;
   [[nodiscard]] CanalRef SortiePulse() const { return SortiePulse_; }
   /// Time-out of the board in seconds; 0 for none: the board is then never armed. What is no
   /// number is refused (5).
@@ -76,6 +84,7 @@ class Watchdog : public Objet {
   bool mblnEnabled = false;
   double mdblTemps = 0;
   bool mblnAU = false;
+  bool arrêtAtteint_ = true;
   CanalRef SortiePulse_;
   bool mblnNiveauPulse = false;
   double mdblDernierPulse = 0;  ///< microseconds

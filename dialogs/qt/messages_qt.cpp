@@ -20,16 +20,33 @@ void Annonce(const Mots& mots, const QString& titre, const QString& texte, const
   MontreAuDessus(boîte);
 }
 
-void MessagesQt::Montre(std::string_view texte, const ObjetConcerné& objet) {
+namespace {
+
+QString Titre(const ObjetConcerné& objet) {
   QStringList titre;
   for (const std::string_view mot : {objet.classe, objet.clé, objet.nom}) {
     if (!mot.empty()) titre << EnQt(mot);
   }
+  return titre.join(' ');
+}
+
+void EcritSurLErreur(std::string_view texte, const ObjetConcerné& objet) {
+  qWarning("[%s] %s", qPrintable(Titre(objet)), qPrintable(EnQt(texte)));
+}
+
+}  // namespace
+
+void MessagesQt::Montre(std::string_view texte, const ObjetConcerné& objet) {
   if (qApp == nullptr) {
-    qWarning("[%s] %s", qPrintable(titre.join(' ')), qPrintable(EnQt(texte)));
+    EcritSurLErreur(texte, objet);
     return;
   }
-  Annonce(mots_, titre.join(' '), EnQt(texte));
+  Annonce(mots_, Titre(objet), EnQt(texte));
+}
+
+bool MessagesQt::AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) {
+  if (fois == 1) EcritSurLErreur(texte, objet);
+  return fois < kPatience;
 }
 
 }  // namespace zuma::qt

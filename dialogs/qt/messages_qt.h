@@ -3,7 +3,7 @@
 #include <QString>
 
 #include "dialogs/qt/mots.h"
-#include "platform/services.h"
+#include "platform/attente.h"
 
 namespace zuma::qt {
 
@@ -19,11 +19,13 @@ void Annonce(const Mots& mots, const QString& titre, const QString& texte,
 /// passes from one must not start a pass inside another: it keeps a flag for as long as a pass
 /// lasts. A box shown by a pass then stops the passes until it is answered, and a hardware watchdog
 /// trips, as it should.
-class MessagesQt final : public BoîteDeMessage {
+class MessagesQt final : public BoîteDeMessage, public AttenteLimitée {
  public:
   explicit MessagesQt(Ref<ZED_Traduction> traducteur) : mots_(std::move(traducteur)) {}
 
   void Montre(std::string_view texte, const ObjetConcerné& objet) override;
+  /// On the standard error, once: a box would hold a stop that stands behind the wait.
+  bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override;
 
  private:
   Mots mots_;

@@ -86,7 +86,8 @@ QWidget* FenêtrePrincipale::Cadre(std::string_view titre, QWidget* volet) {
 // The stop stands above everything and belongs to no splitter: nothing can fold it away.
 void FenêtrePrincipale::Compose() {
   arrêt_ = new VoletArrêt(
-      marche_.LaSécurité(), textes_, [this] { Arrête(); }, [this] { return marche_.Acquitte(); });
+      marche_.LaSécurité(), marche_.LeSuivi(), textes_, [this] { Arrête(); },
+      [this] { return marche_.Acquitte(); });
   auto* partage = new QSplitter(Qt::Horizontal);
   partage->setObjectName("partage");
   partage->addWidget(Gauche());

@@ -157,6 +157,7 @@ QString FicheCommande::TexteDeSortie() const {
   if (Recopie() && commande_->CapteurDeRecopie()) {
     texte += ", " + textes_("Texte recopie") + " " + NomDe(*commande_->CapteurDeRecopie());
   }
+  if (commande_->MaintenueAuRepos()) texte += ", " + textes_("Texte tenue au repos");
   return texte;
 }
 

@@ -19,9 +19,11 @@ QPalette PaletteDArrêt() {
 
 }  // namespace
 
-VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const Textes& textes,
-                       std::function<void()> arrête, std::function<bool()> acquitte)
+VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const SuiviDeLArrêt& suivi,
+                       const Textes& textes, std::function<void()> arrête,
+                       std::function<bool()> acquitte)
     : sécurité_(sécurité),
+      suivi_(suivi),
       textes_(textes),
       bandeau_(new QLabel(this)),
       acquitte_(new QPushButton(textes("Bouton acquitte"), this)),
@@ -57,25 +59,29 @@ VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const Textes& texte
 
 void VoletArrêt::Rafraîchit() {
   const bool arrêt = sécurité_.Déclenchée();
-  const QString texte = arrêt ? TexteDesCauses() : textes_("Bandeau calme");
+  const std::vector<std::string> manquées = suivi_.Manquées();
+  QStringList lignes = arrêt ? LesCauses() : QStringList();
+  for (const std::string& nom : manquées) {
+    lignes += "■ " + textes_("Bandeau incomplet") + " " + EnQt(nom);
+  }
+  const QString texte = lignes.isEmpty() ? textes_("Bandeau calme") : lignes.join("\n");
   acquitte_->setEnabled(arrêt);
   montrées_ = sécurité_.Causes().size();
   if (bandeau_->text() == texte) return;
-  bandeau_->setPalette(arrêt ? PaletteDArrêt() : QPalette());
+  bandeau_->setPalette(arrêt || !manquées.empty() ? PaletteDArrêt() : QPalette());
   bandeau_->setText(texte);
 }
 
-QString VoletArrêt::TexteDesCauses() const {
+QStringList VoletArrêt::LesCauses() const {
   QStringList lignes;
   for (const linux_::Securite::Cause& cause : sécurité_.Causes()) {
     lignes += "■ " + textes_("Bandeau arret") + " " + EnQt(cause.texte);
   }
-  if (!sécurité_.ArrêtComplet()) lignes += "■ " + textes_("Bandeau incomplet");
   if (sécurité_.Perdues() != 0) {
     lignes += "■ " + textes_("Bandeau perdues") + " " + QString::number(sécurité_.Perdues());
   }
   if (refusé_ && organe_.Tenu()) lignes += "■ " + textes_("Bandeau tenu");
-  return lignes.isEmpty() ? textes_("Bandeau arret") : lignes.join("\n");
+  return lignes.isEmpty() ? QStringList(textes_("Bandeau arret")) : lignes;
 }
 
 }  // namespace zuma::host

@@ -5,6 +5,7 @@
 
 #include "host/desktop/organe_arret.h"
 #include "host/desktop/textes.h"
+#include "host/suivi_de_l_arret.h"
 #include "platform/linux/securite.h"
 
 class QLabel;
@@ -16,15 +17,16 @@ namespace zuma::host {
 /// as long as the stop is held down, and for a cause that is not shown yet.
 class VoletArrêt : public QWidget {
  public:
-  VoletArrêt(const linux_::Securite& sécurité, const Textes& textes, std::function<void()> arrête,
-             std::function<bool()> acquitte);
+  VoletArrêt(const linux_::Securite& sécurité, const SuiviDeLArrêt& suivi, const Textes& textes,
+             std::function<void()> arrête, std::function<bool()> acquitte);
 
   void Rafraîchit();
 
  private:
-  [[nodiscard]] QString TexteDesCauses() const;
+  [[nodiscard]] QStringList LesCauses() const;
 
   const linux_::Securite& sécurité_;
+  const SuiviDeLArrêt& suivi_;
   const Textes& textes_;
   QLabel* bandeau_;
   QPushButton* acquitte_;

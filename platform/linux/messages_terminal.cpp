@@ -15,6 +15,16 @@ MessagesTerminal MessagesTerminal::Standard(bool demande) {
 }
 
 void MessagesTerminal::Montre(std::string_view texte, const ObjetConcerné& objet) {
+  Ecrit(texte, objet);
+  if (réponses_ != nullptr) Attend();
+}
+
+bool MessagesTerminal::AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) {
+  if (fois == 1) Ecrit(texte, objet);
+  return fois < kPatience;
+}
+
+void MessagesTerminal::Ecrit(std::string_view texte, const ObjetConcerné& objet) {
   std::string ligne = "[";
   for (const std::string_view mot : {objet.classe, objet.clé, objet.nom}) {
     if (mot.empty()) continue;
@@ -26,7 +36,6 @@ void MessagesTerminal::Montre(std::string_view texte, const ObjetConcerné& obje
   sortie_ << UneSeuleLigne(ligne) << '\n' << std::flush;
   // A terminal that was closed must not silence the messages that follow elsewhere.
   sortie_.clear();
-  if (réponses_ != nullptr) Attend();
 }
 
 void MessagesTerminal::Attend() {

@@ -2,7 +2,7 @@
 
 #include <iosfwd>
 
-#include "platform/services.h"
+#include "platform/attente.h"
 
 namespace zuma::linux_ {
 
@@ -10,7 +10,7 @@ namespace zuma::linux_ {
 /// when somebody is there to answer; a frame that runs without a terminal never waits here.
 ///
 /// While it waits, nothing is refreshed: a hardware watchdog trips, as it should.
-class MessagesTerminal final : public BoîteDeMessage {
+class MessagesTerminal final : public BoîteDeMessage, public AttenteLimitée {
  public:
   /// Writes to `sortie`, which outlives this; asks on `réponses` when given.
   explicit MessagesTerminal(std::ostream& sortie, std::istream* réponses = nullptr)
@@ -20,8 +20,11 @@ class MessagesTerminal final : public BoîteDeMessage {
   [[nodiscard]] static MessagesTerminal Standard(bool demande);
 
   void Montre(std::string_view texte, const ObjetConcerné& objet) override;
+  /// Told once and asking nobody: a stop may stand behind the wait.
+  bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override;
 
  private:
+  void Ecrit(std::string_view texte, const ObjetConcerné& objet);
   void Attend();
 
   std::ostream& sortie_;

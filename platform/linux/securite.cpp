@@ -1,9 +1,11 @@
 #include "platform/linux/securite.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "core/chassis.h"
+#include "platform/linux/arret_du_chassis.h"
 
 namespace zuma::linux_ {
 namespace {
@@ -24,11 +26,32 @@ Securite::Securite(Ref<ZED_Timer> timer, Pointeur<const Horloge> horloge)
 }
 
 void Securite::Branche(Chassis& chassis, Ref<RegistreErreurs> registre) {
-  Branche([&chassis, registre = std::move(registre)] {
+  const auto fait = [&chassis, registre = std::move(registre)](void (*geste)(Chassis&)) {
     const std::uint64_t avant = registre ? registre->Total() : 0;
-    chassis.DéclencheAU();
+    geste(chassis);
     return !registre || registre->Total() == avant;
-  });
+  };
+  Branche({.arrête = [fait] { return fait(&ArrêteLeChassis); },
+           .maintient = [fait] { return fait(&MaintientLArrêt); },
+           .complet = [&chassis] { return ArrêtAtteint(chassis); },
+           .chassis = &chassis});
+}
+
+void Securite::Branche(Branchement branchement) {
+  if (branchement.chassis != nullptr) Débranche(*branchement.chassis);
+  if (!branchement.maintient) branchement.maintient = branchement.arrête;
+  auto branchés = branchés_ ? *branchés_ : std::vector<Branchement>();
+  branchés.push_back(std::move(branchement));
+  branchés_ = std::make_shared<const std::vector<Branchement>>(std::move(branchés));
+}
+
+void Securite::Débranche(const Chassis& chassis) {
+  if (!branchés_) return;
+  std::vector<Branchement> branchés = *branchés_;
+  std::erase_if(branchés, [&](const Branchement& b) { return b.chassis == &chassis; });
+  branchés_ = branchés.empty()
+                  ? nullptr
+                  : std::make_shared<const std::vector<Branchement>>(std::move(branchés));
 }
 
 void Securite::Bornes(ZED_Traduction& traducteur) {
@@ -54,8 +77,28 @@ void Securite::PositionneCauseAU(std::string_view cause) noexcept {
 
 Valeur Securite::DéclencheSécurité() {
   déclenchée_ = true;
-  if (Retient()) Arrête();
+  if (Retient()) {
+    Arrête(&Branchement::arrête);
+  } else {
+    Maintient();
+  }
   return {};
+}
+
+void Securite::Maintient() {
+  if (!déclenchée_ || enCours_) return;
+  if (timer_->LitMicrosecondes() - conduite_ >= kReprise) Arrête(&Branchement::maintient);
+}
+
+// In doubt it is not complete.
+bool Securite::ArrêtComplet() const noexcept {
+  try {
+    return complet_ && (!branchés_ || std::ranges::all_of(*branchés_, [](const Branchement& b) {
+             return !b.complet || b.complet();
+           }));
+  } catch (...) {
+    return false;
+  }
 }
 
 bool Securite::Acquitte() noexcept {
@@ -112,30 +155,47 @@ void Securite::Ajoute(std::string_view origine, double maintenant) {
   suivis_.push_back(std::move(suivi));
 }
 
-void Securite::Arrête() {
+void Securite::Arrête(Arrêt Branchement::* geste) {
   if (enCours_) {
     encore_ = true;
     return;
   }
   struct EnCours {
-    bool& drapeau;
-    explicit EnCours(bool& d) : drapeau(d) { drapeau = true; }
-    ~EnCours() { drapeau = false; }
+    Securite& moi;
+    explicit EnCours(Securite& s) : moi(s) { moi.enCours_ = true; }
+    ~EnCours() {
+      moi.enCours_ = false;
+      if (moi.timer_) moi.conduite_ = moi.timer_->LitMicrosecondes();
+    }
   };
-  const EnCours enCours(enCours_);
+  const EnCours enCours(*this);
   for (Suivi& suivi : suivis_) suivi.servie = false;
   complet_ = false;
   encore_ = true;
   bool atteintes = true;
   for (int reprise = 0; encore_ && reprise < kReprises; ++reprise) {
     encore_ = false;
-    const std::shared_ptr<const Arrêt> arrêt = arrêt_;
-    if (!arrêt) throw Echec::ObjetAbsent();
-    atteintes = (*arrêt)();
+    atteintes = FaitPartout(std::exchange(geste, &Branchement::arrête));
   }
   if (!atteintes || encore_) return;
   complet_ = true;
   for (Suivi& suivi : suivis_) suivi.servie = true;
+}
+
+bool Securite::FaitPartout(Arrêt Branchement::* geste) const {
+  const auto branchés = branchés_;
+  if (!branchés) throw Echec::ObjetAbsent();
+  bool atteintes = true;
+  std::exception_ptr premier;
+  for (const Branchement& branché : *branchés) {
+    try {
+      atteintes = (branché.*geste)() && atteintes;
+    } catch (...) {
+      if (!premier) premier = std::current_exception();
+    }
+  }
+  if (premier) std::rethrow_exception(premier);
+  return atteintes;
 }
 
 }  // namespace zuma::linux_

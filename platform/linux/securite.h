@@ -17,18 +17,20 @@ class Chassis;
 
 namespace zuma::linux_ {
 
-/// Safety object: latches the causes of a stop, drives `Chassis.DéclencheAU` once for each, and
-/// lets the host acknowledge. It moves nothing else: after a stop the host acknowledges, then
-/// gives new commands.
+/// Safety object: latches the causes of a stop, stops every frame that is plugged in, and lets the
+/// host acknowledge. It moves nothing else: after a stop the host acknowledges, then gives new
+/// commands.
 ///
 /// - One cause is one origin. A sensor's text carries its present value and changes on every
 ///   refresh: what stands before the value tells the origin (see `Bornes`).
-/// - A cause that keeps being raised drives once. Raised again after a second of silence it has
-///   come back, and drives again, acknowledged or not.
-/// - Whatever is in doubt drives: a cause without text, a list that is full, no memory left, a
+/// - A cause that keeps being raised stops once, and from then on maintains the stop ten times a
+///   second (`kReprise`), so that nothing that a host moves meanwhile stays moved. Raised again
+///   after a second of silence it has come back, and stops anew, acknowledged or not.
+/// - Whatever is in doubt stops: a cause without text, a list that is full, no memory left, a
 ///   stop that failed or left outputs unreached on the last try.
 /// - A cause raised while the stop is being driven is latched, and the stop is driven once more
 ///   when the present drive ends.
+/// - With several frames a stop of one is a stop of all, and one that fails keeps none from it.
 class Securite final : public ZED_Securite {
  public:
   struct Cause {
@@ -38,17 +40,31 @@ class Securite final : public ZED_Securite {
   };
   /// Puts the outputs in their safe state; false when some were not reached.
   using Arrêt = std::function<bool()>;
+  /// How one frame is stopped.
+  struct Branchement {
+    Arrêt arrête{};
+    Arrêt maintient{};  ///< the same for a stop that goes on; empty: `arrête`
+    Arrêt complet{};    ///< false while an output is not where the stop put it; empty: always true
+    const Chassis* chassis = nullptr;  ///< for `Débranche`; Nothing: any
+  };
 
   static constexpr std::size_t kCausesGardées = 64;
   static constexpr double kSilence = 1e6;  ///< microseconds after which a cause has come back
+  static constexpr double kReprise = 1e5;  ///< microseconds between two drives of a stop that holds
 
   explicit Securite(Ref<ZED_Timer> timer, Pointeur<const Horloge> horloge = {});
 
-  /// The frame to stop; it outlives this, or `Débranche` is called first. With the frame's error
-  /// record, a stop during which it grew counts as one that left outputs unreached.
+  /// One more frame to stop, by `ArrêteLeChassis`; it outlives this, or `Débranche` is called
+  /// first. Plugged a second time it takes its own place. With the frame's error record, a stop
+  /// during which it grew counts as one that left outputs unreached.
   void Branche(Chassis& chassis, Ref<RegistreErreurs> registre = {});
-  void Branche(Arrêt arrêt) { arrêt_ = std::make_shared<const Arrêt>(std::move(arrêt)); }
-  void Débranche() noexcept { arrêt_ = nullptr; }
+  /// **Hazard**: what arms a watchdog board closes the contact that the board has opened: give a
+  /// `maintient` that leaves it alone.
+  void Branche(Branchement branchement);
+  void Branche(Arrêt arrêt) { Branche(Branchement{.arrête = std::move(arrêt)}); }
+  /// Forgets one frame, or all.
+  void Débranche(const Chassis& chassis);
+  void Débranche() noexcept { branchés_ = nullptr; }
   /// Takes, in all its languages, the text that stands between origin and value in a cause. To
   /// be called again when a table is added to the translator. Without it the whole text is the
   /// origin, and every new value of a sensor a new cause.
@@ -58,11 +74,14 @@ class Securite final : public ZED_Securite {
   /// Fails when the stop itself fails (with 91 when no frame is plugged): the cause stays latched
   /// and the next raise drives again.
   Valeur DéclencheSécurité() override;
+  /// For the host's loop: drives a latched stop again when it is due, whether its danger still
+  /// holds or not. Fails as the stop does.
+  void Maintient();
 
   /// True from the first cause to the acknowledgement.
   [[nodiscard]] bool Déclenchée() const noexcept { return déclenchée_; }
-  /// True when the stop was last driven to its end and reached all outputs.
-  [[nodiscard]] bool ArrêtComplet() const noexcept { return complet_; }
+  /// True when the stop was last driven to its end and every output is where the stop put it.
+  [[nodiscard]] bool ArrêtComplet() const noexcept;
   /// The causes in the order in which they came; the first one fired the stop.
   [[nodiscard]] const std::vector<Cause>& Causes() const noexcept { return causes_; }
   /// Raises whose cause could not be kept.
@@ -82,11 +101,13 @@ class Securite final : public ZED_Securite {
   [[nodiscard]] bool Retient() noexcept;
   [[nodiscard]] bool EncoreTenue(std::size_t rang, double maintenant) noexcept;
   void Ajoute(std::string_view origine, double maintenant);
-  void Arrête();
+  void Arrête(Arrêt Branchement::* geste);
+  [[nodiscard]] bool FaitPartout(Arrêt Branchement::* geste) const;
 
   Ref<ZED_Timer> timer_;
   Pointeur<const Horloge> horloge_;
-  std::shared_ptr<const Arrêt> arrêt_;  // shared: it may be unplugged while it runs
+  // Shared, and never changed: a frame may be unplugged while the stop runs.
+  std::shared_ptr<const std::vector<Branchement>> branchés_;
   std::vector<std::string> bornes_;
   std::string enAttente_;  // cause of the raise under way
   bool connue_ = false;    // it has one
@@ -95,6 +116,7 @@ class Securite final : public ZED_Securite {
   std::uint64_t perdues_ = 0;
   bool déclenchée_ = false;
   bool complet_ = true;
+  double conduite_ = 0;  // time of the last drive, microseconds
   bool enCours_ = false;
   bool encore_ = false;
 };

@@ -247,6 +247,17 @@ TEST_F(UneCommande, RecopieSuitSonCapteurEnServiceOuNon) {
   }
   EXPECT_EQ(parametre->ValeurParamètre(), "95");
   EXPECT_TRUE(Dit("Erreur N°5 "));
+  // Held at rest it leaves a sensor that cannot be read too, and stays until it is enabled.
+  commande->MaintientAuRepos();
+  commande->DéclencheAU();
+  EXPECT_EQ(Etat(commande), Vu(20, 900, false, true));
+  EXPECT_TRUE(registre->entrées.empty());
+  Mesure("Copie", 42.5);
+  commande->MetàJour();
+  EXPECT_EQ(Etat(commande), Vu(20, 900, false, false)) << "not even a pulse";
+  commande->Enabled(true);
+  commande->MetàJour();
+  EXPECT_EQ(Etat(commande), Vu(42.5, 1800, false, true));
   commande->CapteurDeRecopie({});
   parametre->ValeurParamètre("laissé");
   commande->MetàJour();

@@ -10,6 +10,7 @@
 #include "outils/allocations.h"
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
+#include "platform/attente.h"
 #include "sim/carte_wdt01.h"
 
 namespace zuma {
@@ -143,6 +144,38 @@ TEST_F(UnWatchdog, AppelleAuSecoursUneCarteQuiNeRépondPas) {
   carte.Panne(true);
   dépanneur.textes.clear();
   EXPECT_FALSE(wdt_01::WDT_EcritOctet(liaison, 13));
+}
+
+// A box that gives the board up ends every wait for it, in a second and with an entry in the
+// record.
+TEST_F(UnWatchdog, AbandonneUneCarteAvecSaBoîte) {
+  struct : essai::Messages, AttenteLimitée {
+    bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override {
+      Montre(texte, objet);
+      return fois < kPatience;
+    }
+  } boîte;
+  plateforme.messages = &boîte;
+  auto chien = Fait();
+  carte.Panne(true);
+  EXPECT_FALSE(chien->CartePrête());
+  for (const auto& [geste, atteint] :
+       Cas<std::function<void()>, bool>{{[&] { chien->Initialise(); }, true},
+                                        {[&] { chien->Enabled(true); }, true},
+                                        {[&] { chien->Temps(0.2); }, true},
+                                        {[&] { chien->DéclencheAU(); }, false},
+                                        {[&] { chien->Réarme(); }, true}}) {
+    const double avant = horloge->Maintenant();
+    geste();
+    EXPECT_LT(horloge->Maintenant() - avant, 1.01e6);
+    EXPECT_EQ(boîte.textes.size(), static_cast<std::size_t>(AttenteLimitée::kPatience));
+    EXPECT_TRUE(Dit("TimeOut Watch dog : carte abandonnée"));
+    EXPECT_EQ(chien->ArrêtAtteint(), atteint);
+    boîte.textes.clear();
+  }
+  chien = nullptr;
+  EXPECT_TRUE(registre->Contient("Terminate"));
+  EXPECT_EQ(Reçues(), (Textes{"E", "T=0.5", "E"})) << "what it was given before it hung";
 }
 
 TEST_F(UnWatchdog, NeToucheAucunPortSansCarte) {

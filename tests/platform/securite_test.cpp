@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "core/chassis.h"
+#include "outils/allocations.h"
 #include "outils/temoins.h"
 #include "platform/linux/traducteur.h"
 
@@ -23,11 +24,13 @@ class HorlogeFixe : public Horloge {
 
 struct Montage {
   Montage() {
-    securite.Branche([this] {
-      ++arrêts;
-      if (pendant) pendant();
-      return complet;
-    });
+    securite.Branche({.arrête =
+                          [this] {
+                            ++arrêts;
+                            if (pendant) pendant();
+                            return complet;
+                          },
+                      .maintient = [this] { return ++maintiens > 0; }});
   }
   void Lève(std::string_view cause) {
     securite.PositionneCauseAU(cause);
@@ -42,6 +45,7 @@ struct Montage {
   HorlogeFixe horloge;
   Securite securite{timer, &horloge};
   int arrêts = 0;
+  int maintiens = 0;
   bool complet = true;
   std::function<void()> pendant;
 };
@@ -67,6 +71,8 @@ TEST(Securite, UneCauseTenueNArrêteQuUneFois) {
       m.Lève(Dépassement(traducteur, "Force 1", std::to_string(100 + i)));
     }
     EXPECT_EQ(m.arrêts, 1);
+    EXPECT_EQ(m.maintiens, 9) << "ten times a second";
+    m.maintiens = 0;
     m.Lève(Dépassement(traducteur, "Force 2", "100"));
     EXPECT_EQ(m.arrêts, 2);
     ASSERT_EQ(m.securite.Causes().size(), 2U);
@@ -169,6 +175,51 @@ TEST(Securite, UneCauseLevéePendantLArrêtLeReprend) {
   m.Lève("départ");
   EXPECT_LT(m.arrêts, 20);
   EXPECT_FALSE(m.securite.ArrêtComplet());
+}
+
+// From the raises of a danger that holds, or from the host's loop once it is gone; never both.
+TEST(Securite, MaintientUnArrêtSansMémoireJusquÀLAcquittement) {
+  Montage m;
+  m.securite.Maintient();
+  m.Lève("porte");
+  const auto avant = essai::Allocations();
+  for (int i = 0; i < 200; ++i) {
+    m.timer->heure += 5000;
+    if (i % 10 == 0) m.Lève("porte");
+    m.securite.Maintient();
+  }
+  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(m.arrêts, 1);
+  EXPECT_EQ(m.maintiens, 10);
+  m.securite.Acquitte();
+  m.timer->heure += 1e6;
+  m.securite.Maintient();
+  EXPECT_EQ(m.maintiens, 10);
+}
+
+TEST(Securite, ArrêteTousSesChassisMalgréUnEchec) {
+  essai::Banc banc;
+  Chassis a(banc.plateforme);
+  Chassis b(banc.plateforme);
+  for (Chassis* chassis : {&a, &b}) (void)chassis->Cartes()->Référence({}, "0");  // a hole: fails
+  a.ChargeErreur(banc.registre);
+  Securite securite(banc.timer);
+  securite.Branche(b);  // it has no record: its failure comes out
+  securite.Branche(a);
+  securite.Branche(a);
+  const auto lève = [&](const char* cause) {
+    securite.PositionneCauseAU(cause);
+    EXPECT_THROW((void)securite.DéclencheSécurité(), Echec);
+    const bool arrêtés = a.Watchdog()->EnArrêt() && b.Watchdog()->EnArrêt();
+    for (Chassis* chassis : {&a, &b}) chassis->Watchdog()->Réarme();
+    return arrêtés;
+  };
+  EXPECT_TRUE(lève("porte"));
+  const std::size_t entrées = banc.registre->entrées.size();
+  EXPECT_EQ(entrées, 1U) << "the frame that was plugged twice is stopped once";
+  securite.Débranche(a);
+  EXPECT_FALSE(lève("huile"));
+  EXPECT_EQ(banc.registre->entrées.size(), entrées);
 }
 
 TEST(Securite, PeutEtreDébranchéePendantLArrêt) {
