@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "core/garde.h"
 #include "core/outils_communs.h"
 
 namespace zuma {
@@ -15,12 +16,13 @@ constexpr std::int32_t kTimeOutUSB = 1000;  // milliseconds
 constexpr std::int32_t kBauds = 1'953'125;
 constexpr std::int32_t kLectureMaximale = 20;
 constexpr std::int32_t kLongueurMesures = 16;
-constexpr double kAttenteMesures = 50;  // milliseconds
+constexpr double kAttenteMesures = 50;          // milliseconds
+constexpr double kEntreDeuxArrêts = 1'000'000;  // microseconds
 constexpr std::size_t kEnTête = 2;
 constexpr std::size_t kLargeurConsigne = 3;
 
 // The set point is the only channel of an analog output block.
-const Canal* CanalDeConsigne(Carte& carte) {
+Canal* CanalDeConsigne(Carte& carte) {
   for (const FonctionRef& bloc : carte.LesFonctions()) {
     if (bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
         bloc->LesCanaux().Count() == 1) {
@@ -111,14 +113,20 @@ std::optional<Thumler::Champs> Thumler::LitChamps(std::string_view réponse) noe
   return Champs{texte.substr(0, milieu), texte.substr(milieu + 1)};
 }
 
+bool Thumler::RedonneLArrêt(const Canal& canal) const {
+  if (canal.ValeurCanal() != 0 || canal.Atteint()) return false;
+  if (muet_ || !heureDeLArrêt_) return muet_ || tourne_;
+  return tourne_ && matériel_.timer->LitMicrosecondes() - *heureDeLArrêt_ >= kEntreDeuxArrêts;
+}
+
 // Halt, new set point, run: the drive takes a set point only at rest.
-void Thumler::EnvoieConsigne(Carte& carte) {
-  const Canal* canal = CanalDeConsigne(carte);
-  if (canal == nullptr) return;
-  const double valeur = canal->ValeurCanal();
+void Thumler::EnvoieConsigne(Canal& canal) {
+  const double valeur = canal.ValeurCanal();
   const std::int32_t entier = VersEntier32(std::trunc(valeur));
-  if (entier == dernièreConsigne_) return;
+  if (entier == dernièreConsigne_ && !RedonneLArrêt(canal)) return;
+  if (!canal.Atteint()) canal.OublieAtteint();
   EnvoiThumler("H");
+  heureDeLArrêt_ = matériel_.timer->LitMicrosecondes();
   dernièreConsigne_ = entier;
   if (valeur == 0) return;
   std::string texte = OutilsCommuns::FormateNombre(Valeur(entier));
@@ -128,19 +136,52 @@ void Thumler::EnvoieConsigne(Carte& carte) {
 }
 
 void Thumler::CommThumler(Carte& carte) {
-  EnvoieConsigne(carte);
+  Canal* canal = CanalDeConsigne(carte);
+  if (canal != nullptr) EnvoieConsigne(*canal);
+  muet_ = true;
   const Octets octets = QuestionThumler("A", kLongueurMesures, kAttenteMesures);
   const std::string_view réponse = Coupe(octets);
   if (réponse.empty()) return;
   const auto champs = LitChamps(réponse);
   if (!champs) Arrête("Thumler : réponse inattendue « " + std::string(réponse) + " »");
+  muet_ = false;
+  if (canal != nullptr) Confirme(carte, *canal, *champs);
+  Publie(carte, *champs);
+}
+
+// What is no number does not prove that the drive is at rest.
+bool Thumler::AuRepos(const Champs& champs) const {
+  const auto rang = static_cast<std::size_t>(matériel_.plateforme.réglages.vitesseThumler);
+  if (rang >= champs.size()) return true;
+  const Valeur vitesse = OutilsCommuns::LitChampSûr(Valeur(std::string(champs[rang])));
+  const double* nombre = std::get_if<double>(&vitesse);
+  return nombre != nullptr && *nombre == 0;
+}
+
+// A set point that runs cannot be read back: the answer behind it is all that tells of it.
+void Thumler::Confirme(const Carte& carte, Canal& canal, const Champs& champs) {
+  const double valeur = canal.ValeurCanal();
+  if (std::trunc(valeur) != dernièreConsigne_) return;
+  tourne_ = !AuRepos(champs);
+  if (valeur != 0 || !tourne_) {
+    canal.MarqueAtteint(valeur);
+    return;
+  }
+  const bool inattendue = canal.Atteint() || !heureDeLArrêt_;
+  canal.OublieAtteint();
+  if (inattendue) {
+    zuma::Consigne(carte, Forme::Méthode, "CommThumler",
+                   "Thumler : trouvé en marche avec une consigne de 0, arrêt donné");
+  }
+}
+
+void Thumler::Publie(Carte& carte, const Champs& champs) {
   for (const FonctionRef& bloc : carte.LesFonctions()) {
     if (bloc->TypeDeFonction() != ENUM_TYPE_FONCTION::FctEntréesAnalogiques) continue;
     for (const CanalRef& canal : bloc->LesCanaux()) {
       const auto rang = static_cast<std::size_t>(canal->NuméroCanal());
-      if (rang >= champs->size()) throw Echec(Numéro::IndiceHorsPlage);
-      canal->ValeurCanal(
-          VersDouble(OutilsCommuns::LitChampSûr(Valeur(std::string((*champs)[rang])))));
+      if (rang >= champs.size()) throw Echec(Numéro::IndiceHorsPlage);
+      canal->ValeurCanal(VersDouble(OutilsCommuns::LitChampSûr(Valeur(std::string(champs[rang])))));
     }
   }
 }

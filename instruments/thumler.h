@@ -12,6 +12,10 @@ namespace zuma {
 /// Drive on a USB link with a text protocol (`Drv_Thumler`). Each pass is one complete exchange,
 /// bounded by 50 milliseconds. A link that fails ends the program through the platform: a drive
 /// that no longer obeys must not be left to a frame that believes it does.
+///
+/// A stop (set point 0) is owed until an answer says that the drive is at rest: it is sent again in
+/// each pass while answers are missing, else every second. A drive found running under a set point
+/// of 0 is stopped and told in the error record.
 class Thumler : public Pilote {
  public:
   Thumler(const Matériel& matériel, std::uint16_t) : matériel_(matériel) {}
@@ -37,7 +41,11 @@ class Thumler : public Pilote {
   void EnvoiThumler(std::string_view commande);
   [[nodiscard]] Octets QuestionThumler(std::string_view commande, std::int32_t longueur,
                                        double attente);
-  void EnvoieConsigne(Carte& carte);
+  void EnvoieConsigne(Canal& canal);
+  [[nodiscard]] bool RedonneLArrêt(const Canal& canal) const;
+  void Publie(Carte& carte, const Champs& champs);
+  [[nodiscard]] bool AuRepos(const Champs& champs) const;
+  void Confirme(const Carte& carte, Canal& canal, const Champs& champs);
   void Ecrit(std::string_view commande, std::int32_t purge);
   void Exige(std::int32_t état, std::string_view opération);
   [[noreturn]] void Arrête(std::string_view raison);
@@ -48,6 +56,10 @@ class Thumler : public Pilote {
   std::int32_t poignée_ = 0;
   bool ouverte_ = false;
   std::int32_t dernièreConsigne_ = 0;
+  bool muet_ = false;    ///< the last question had no answer
+  bool tourne_ = false;  ///< the last answer told a speed
+  std::optional<double>
+      heureDeLArrêt_;  ///< of the last "H", in microseconds; none before the first
 };
 
 }  // namespace zuma

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "tree/journal_modbus.h"
 
@@ -19,6 +20,7 @@ constexpr std::int32_t kErreursAvantCanal = 10;
 constexpr std::int32_t kEssaisAuDépart = 20;
 constexpr double kFréquenceDeLecture = 20;  // hertz
 constexpr std::int32_t kRegistresDEtat = 3;
+constexpr double kEntreDeuxDéparts = 1'000'000;  // microseconds
 
 // The messages differ by the closing parenthesis, which stands in the first one only.
 struct PasDeDépart {
@@ -72,7 +74,7 @@ std::int32_t Adresse(Carte& carte) {
 template <class Travail>
 void PourChaqueCanal(const Fonction& bloc, Travail&& travail) {
   for (const CanalRef& canal : bloc.LesCanaux()) {
-    if (canal->NuméroCanal() >= 0) travail(*canal);
+    if (canal->NuméroCanal() >= 0) travail(canal);
   }
 }
 
@@ -85,8 +87,8 @@ void PourChaqueBloc(Carte& carte, ENUM_TYPE_FONCTION type, Travail&& travail) {
 
 std::uint16_t MotDesSorties(const Fonction& bloc) {
   double mot = 0;
-  PourChaqueCanal(bloc, [&](Canal& canal) {
-    if (canal.ValeurCanal() == kVrai) mot += std::exp2(canal.NuméroCanal());
+  PourChaqueCanal(bloc, [&](const CanalRef& canal) {
+    if (canal->ValeurCanal() == kVrai) mot += std::exp2(canal->NuméroCanal());
   });
   return OutilsModbus::Registre(mot);
 }
@@ -103,68 +105,100 @@ std::array<std::uint16_t, 3> VariateurLS::Consigne(double valeur) {
 
 void VariateurLS::CommLSAvecSoftK9(Carte& carte) {
   mdblFréquenceLecture = kFréquenceDeLecture;
-  if (!miseEnRouteFaite_) MiseEnRoute(carte);
+  const bool première = !std::exchange(miseEnRouteFaite_, true);
+  if (!LigneOuverte(carte)) return;
+  if (première) MiseEnRoute(carte);
   if (mblnEnAttente) {
     ChercheRéponse(carte);
     return;
   }
-  if (compteurErreurs_ == 0) PrépareQuestion(carte);
+  const double maintenant = matériel_.timer->LitMicrosecondes();
+  if (LaisseLaLigne(carte, maintenant)) return;
+  PrépareQuestion(carte, maintenant);
   Envoie(carte);
 }
 
-// Blocks: nothing of the drive may move before its internal program is known to be stopped.
-void VariateurLS::MiseEnRoute(Carte& carte) {
-  miseEnRouteFaite_ = true;
-  compteurErreurs_ = 0;
-  for (std::size_t pas = 0; pas < kDépart.size();) {
-    if (EcritEtAttend(carte, kDépart[pas].registre, kDépart[pas].valeur)) {
-      ++pas;
-      continue;
-    }
-    if (++compteurErreurs_ > kEssaisAuDépart) {
-      carte.Montre(kDépart[pas].message);
-      return;
-    }
-    pas = 0;
+// A line that failed is closed, opened anew every second and told as often: in between it counts
+// like a silent drive.
+bool VariateurLS::LigneOuverte(Carte& carte) {
+  if (reprise_.Ouverte(*carte.RS(), *matériel_.timer)) return true;
+  const double maintenant = matériel_.timer->LitMicrosecondes();
+  if (maintenant - heureDEnvoi_ > kSilenceMaximal) {
+    heureDEnvoi_ = maintenant;
+    SeTait(carte);
   }
-}
-
-bool VariateurLS::EcritEtAttend(Carte& carte, std::uint16_t registre, std::uint16_t valeur) {
-  OutilsModbus::ConstruitQuestion(Adresse(carte), 16, registre, 1, {&valeur, 1}, question_);
-  const LiaisonSérieRef liaison = carte.RS();
-  (void)liaison->LitTampon();
-  réponse_.clear();
-  liaison->EcritPort(question_);
-  const double départ = matériel_.timer->LitMicrosecondes();
-  const double attente = TimeOut(OutilsModbus::LongueurTrame(question_), liaison->VitesseSérie());
-  do {
-    réponse_ += liaison->LitTampon();
-    if (OutilsModbus::DécodeRéponse(réponse_, question_, nullptr, FormeValeurs::Octets) ==
-        Résultat::Bonne) {
-      return true;
-    }
-  } while (matériel_.timer->LitMicrosecondes() - départ <= attente);
   return false;
 }
 
+template <class Travail>
+void VariateurLS::SurLaLigne(Carte& carte, Travail&& travail) {
+  try {
+    travail(*carte.RS());
+  } catch (...) {
+    carte.RS()->FermePort();
+    SeTait(carte);
+    throw;
+  }
+}
+
+// Blocks: nothing of the drive may move before its internal program is known to be stopped. Only
+// the first pass waits; a start that failed goes on step by step once the drive answers.
+void VariateurLS::MiseEnRoute(Carte& carte) {
+  compteurErreurs_ = 0;
+  while (pas_ < kDépart.size()) {
+    if (EcritEtAttend(carte)) {
+      ++pas_;
+      continue;
+    }
+    if (++compteurErreurs_ > kEssaisAuDépart) {
+      carte.Montre(kDépart[std::exchange(pas_, 0)].message);
+      return;
+    }
+    pas_ = 0;
+  }
+}
+
+bool VariateurLS::EcritEtAttend(Carte& carte) {
+  PrépareDépart(carte);
+  Envoie(carte);
+  mblnEnAttente = false;
+  bool bonne = false;
+  do {
+    SurLaLigne(carte, [&](ZED_LiaisonSerie& liaison) { réponse_ += liaison.LitTampon(); });
+    bonne = OutilsModbus::DécodeRéponse(réponse_, question_, nullptr, FormeValeurs::Octets) ==
+            Résultat::Bonne;
+  } while (!bonne && matériel_.timer->LitMicrosecondes() - heureDEnvoi_ <= timeOut_);
+  if (!bonne) doute_.SansRéponse(heureDEnvoi_, matériel_.timer->LitMicrosecondes());
+  return bonne;
+}
+
 void VariateurLS::ChercheRéponse(Carte& carte) {
-  const LiaisonSérieRef liaison = carte.RS();
-  if (liaison->OctetsReçus() > 0) réponse_ += liaison->LitTampon();
+  SurLaLigne(carte, [&](ZED_LiaisonSerie& liaison) {
+    if (liaison.OctetsReçus() > 0) réponse_ += liaison.LitTampon();
+  });
   Valeurs valeurs;
   const Résultat résultat = OutilsModbus::DécodeRéponse(
-      réponse_, question_, lectureEnCours_ ? &valeurs : nullptr, FormeValeurs::Octets);
+      réponse_, question_, genre_ == Genre::Lecture ? &valeurs : nullptr, FormeValeurs::Octets);
   const double maintenant = matériel_.timer->LitMicrosecondes();
+  if (résultat == Résultat::Bonne) {
+    Accepte(carte, valeurs, maintenant);
+  } else {
+    Juge(carte, résultat, maintenant);
+  }
+}
+
+void VariateurLS::Juge(Carte& carte, Résultat résultat, double maintenant) {
   std::string_view journal;
-  if (maintenant - heureDEnvoi_ > kSilenceMaximal && résultat != Résultat::Bonne) {
-    compteurErreurs_ = 1;
-    mblnEnAttente = false;
-  } else if (résultat == Résultat::Bonne) {
-    Accepte(carte, valeurs);
+  if (maintenant - heureDEnvoi_ > kSilenceMaximal) {
+    SeTait(carte);
   } else if (résultat == Résultat::Incomplète) {
     AttendLaSuite(maintenant);
   } else {
     ++compteurErreurs_;
-    if (résultat != Résultat::Inconnue) mblnEnAttente = false;
+    if (résultat != Résultat::Inconnue) Echoue();
+    if (résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction) {
+      ResteSansRéponse();
+    }
     journal = TexteDeJournal(résultat);
   }
   const std::int32_t compteur = compteurErreurs_;
@@ -177,31 +211,65 @@ void VariateurLS::ChercheRéponse(Carte& carte) {
 }
 
 // The rest of a cut answer gets one time-out from the first pass that saw it. Plain silence is not
-// a cut answer: it ends by the limit of the whole exchange and never counts to ten.
+// a cut answer: it ends by the limit of the whole exchange.
 void VariateurLS::AttendLaSuite(double maintenant) {
   if (timeOut_ == 0 || réponse_.empty()) return;
   if (heureDeRéception_ == 0) {
     heureDeRéception_ = maintenant;
   } else if (maintenant - heureDeRéception_ > timeOut_) {
-    mblnEnAttente = false;
+    ResteSansRéponse();
     ++compteurErreurs_;
   }
 }
 
-void VariateurLS::Accepte(Carte& carte, const Valeurs& valeurs) {
-  compteurErreurs_ = 0;
+// A start whose step failed begins again.
+void VariateurLS::Echoue() noexcept {
   mblnEnAttente = false;
-  if (lectureEnCours_) {
-    const auto octet = [&](std::int32_t rang) { return std::uint32_t{valeurs.Item(rang)}; };
-    const std::uint32_t mot = octet(2) + (octet(1) << 8U) + (octet(4) << 16U) + (octet(3) << 24U);
-    const double mesure = octet(4) + octet(3) * 256;
-    PourChaqueBloc(carte, FctEntréesLogiques, [&](Canal& canal) {
-      const int bit = canal.NuméroCanal();
-      canal.ValeurCanal(bit < 32 && ((mot >> bit) & 1U) != 0 ? kVrai : 0);
-    });
-    PourChaqueBloc(carte, FctEntréesAnalogiques, [&](Canal& canal) { canal.ValeurCanal(mesure); });
+  if (genre_ == Genre::Départ && pas_ < kDépart.size()) pas_ = 0;
+}
+
+void VariateurLS::ResteSansRéponse() noexcept {
+  Echoue();
+  doute_.SansRéponse(heureDEnvoi_, matériel_.timer->LitMicrosecondes());
+}
+
+// The counter of wrong answers starts again at each silence; silences have their own.
+void VariateurLS::SeTait(Carte& carte) {
+  ResteSansRéponse();
+  compteurErreurs_ = 1;
+  départPermis_ = false;
+  if (++silences_ < kErreursAvantCanal) return;
+  silences_ = 0;
+  PublieErreur(carte, kVrai);
+}
+
+// An answer in doubt ends the wait and says nothing: neither that the outputs arrived, nor that the
+// link is well.
+void VariateurLS::Accepte(Carte& carte, const Valeurs& valeurs, double maintenant) {
+  mblnEnAttente = false;
+  if (doute_.EnDoute()) {
+    doute_.Entend(maintenant);
+    return;
   }
+  compteurErreurs_ = 0;
+  silences_ = 0;
+  départPermis_ = true;
+  if (genre_ == Genre::Départ) ++pas_;
+  if (genre_ == Genre::Lecture) Publie(carte, valeurs);
+  if (genre_ == Genre::Ecriture) sorties_.Arrivent();
   PublieErreur(carte, 0);
+}
+
+void VariateurLS::Publie(Carte& carte, const Valeurs& valeurs) {
+  const auto octet = [&](std::int32_t rang) { return std::uint32_t{valeurs.Item(rang)}; };
+  const std::uint32_t mot = octet(2) + (octet(1) << 8U) + (octet(4) << 16U) + (octet(3) << 24U);
+  const double mesure = octet(4) + octet(3) * 256;
+  PourChaqueBloc(carte, FctEntréesLogiques, [&](const CanalRef& canal) {
+    const int bit = canal->NuméroCanal();
+    canal->ValeurCanal(bit < 32 && ((mot >> bit) & 1U) != 0 ? kVrai : 0);
+  });
+  PourChaqueBloc(carte, FctEntréesAnalogiques,
+                 [&](const CanalRef& canal) { canal->ValeurCanal(mesure); });
 }
 
 void VariateurLS::Journalise(std::string_view texte, std::int32_t compteur) {
@@ -216,18 +284,49 @@ void VariateurLS::PublieErreur(Carte& carte, double valeur) {
   }
 }
 
-void VariateurLS::PrépareQuestion(Carte& carte) {
-  const Fonction* états = PremièreDuType(carte, FctEntréesLogiques);
-  const double maintenant = matériel_.timer->LitMicrosecondes();
+// Behind a silence the line is left alone until no late answer can come any more; a stop does not
+// wait for that.
+bool VariateurLS::LaisseLaLigne(Carte& carte, double maintenant) {
+  if (!doute_.Attend(maintenant) || sorties_.ArrêtDonné()) return false;
+  SurLaLigne(carte, [&](ZED_LiaisonSerie& liaison) {
+    if (!liaison.LitTampon().empty()) doute_.Entend(maintenant);
+  });
+  return true;
+}
+
+// A failed exchange is repeated as a write of the present values, whatever it was.
+VariateurLS::Genre VariateurLS::Choisit(Carte& carte, double maintenant) const {
+  if (compteurErreurs_ != 0 || sorties_.ArrêtDonné()) return Genre::Ecriture;
+  const bool départ = pas_ < kDépart.size() && départPermis_ &&
+                      (pas_ != 0 || maintenant - heureDeDépart_ > kEntreDeuxDéparts);
+  if (départ) return Genre::Départ;
   const bool échéance = maintenant > mdblHeureLecture + 1e6 / mdblFréquenceLecture;
-  lectureEnCours_ = échéance && états != nullptr;
-  if (!lectureEnCours_) {
-    if (échéance) mdblFréquenceLecture = 0;
-    PrépareEcriture(carte);
-    return;
+  const bool lecture =
+      échéance && genre_ != Genre::Lecture && PremièreDuType(carte, FctEntréesLogiques) != nullptr;
+  return lecture ? Genre::Lecture : Genre::Ecriture;
+}
+
+void VariateurLS::PrépareQuestion(Carte& carte, double maintenant) {
+  genre_ = Choisit(carte, maintenant);
+  switch (genre_) {
+    case Genre::Départ:
+      if (pas_ == 0) heureDeDépart_ = maintenant;
+      PrépareDépart(carte);
+      break;
+    case Genre::Lecture:
+      mdblHeureLecture = maintenant;
+      PrépareLecture(*PremièreDuType(carte, FctEntréesLogiques));
+      break;
+    case Genre::Ecriture:
+      PrépareEcriture(carte);
+      break;
   }
-  mdblHeureLecture = maintenant;
-  PrépareLecture(*états);
+}
+
+void VariateurLS::PrépareDépart(Carte& carte) {
+  genre_ = Genre::Départ;
+  const PasDeDépart& pas = kDépart[pas_];
+  OutilsModbus::ConstruitQuestion(Adresse(carte), 16, pas.registre, 1, {&pas.valeur, 1}, question_);
 }
 
 void VariateurLS::PrépareLecture(const Fonction& états) {
@@ -240,18 +339,21 @@ void VariateurLS::PrépareEcriture(Carte& carte) {
   Valeurs valeurs;
   const Fonction* cible = nullptr;
   bool enMouvement = false;
+  sorties_.Vide();
   if (const Fonction* consignes = PremièreDuType(carte, FctSortiesAnalogiques)) {
     cible = consignes;
-    PourChaqueCanal(*consignes, [&](Canal& canal) {
-      const auto registres = Consigne(canal.ValeurCanal());
+    PourChaqueCanal(*consignes, [&](const CanalRef& canal) {
+      const auto registres = Consigne(canal->ValeurCanal());
       for (const std::uint16_t registre : registres) valeurs.Ajoute(registre);
       enMouvement = registres[0] != 0;
+      sorties_.Ajoute(canal);
     });
   }
   valeurs.Ajoute(enMouvement ? OutilsModbus::Registre(carte.ConsigneRampe()) : std::uint16_t{0});
   if (const Fonction* sorties = PremièreDuType(carte, FctSortiesLogiques)) {
     cible = sorties;
     valeurs.Ajoute(MotDesSorties(*sorties));
+    PourChaqueCanal(*sorties, [&](const CanalRef& canal) { sorties_.Ajoute(canal); });
   }
   if (cible == nullptr) {
     throw Echec(Numéro::ErreurDeLObjet, "Variateur sans bloc de sorties : rien à lui écrire");
@@ -262,14 +364,16 @@ void VariateurLS::PrépareEcriture(Carte& carte) {
 }
 
 void VariateurLS::Envoie(Carte& carte) {
-  const LiaisonSérieRef liaison = carte.RS();
-  (void)liaison->LitTampon();
   réponse_.clear();
-  liaison->EcritPort(question_);
-  mblnEnAttente = true;
-  heureDEnvoi_ = matériel_.timer->LitMicrosecondes();
-  timeOut_ = TimeOut(OutilsModbus::LongueurTrame(question_), liaison->VitesseSérie());
   heureDeRéception_ = 0;
+  if (genre_ == Genre::Ecriture) sorties_.Partent();
+  SurLaLigne(carte, [&](ZED_LiaisonSerie& liaison) {
+    (void)liaison.LitTampon();
+    liaison.EcritPort(question_);
+    mblnEnAttente = true;
+    heureDEnvoi_ = matériel_.timer->LitMicrosecondes();
+    timeOut_ = TimeOut(OutilsModbus::LongueurTrame(question_), liaison.VitesseSérie());
+  });
 }
 
 }  // namespace zuma

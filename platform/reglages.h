@@ -80,6 +80,9 @@ struct Réglages {
   std::uint16_t polaritéPCI9111 = 1;
   /// First register that the digital conditioners are asked for.
   std::int32_t premierRegistreConditionneur = 1;
+  /// Measure of the USB drive that is its speed, 0 or 1: a stop is repeated until it reads 0. -1:
+  /// none is, and an answer alone confirms a stop.
+  std::int32_t vitesseThumler = 0;
   /// What ends a request to a METRO multiplexer, behind the number of the gauge.
   std::string finDeDemandeMETRO = "\r\n";
 };

@@ -13,6 +13,7 @@
 #include "tree/driver_table.h"
 #include "tree/fonction.h"
 #include "tree/materiel.h"
+#include "tree/reprise_ligne.h"
 
 namespace zuma {
 
@@ -76,6 +77,8 @@ class Carte : public Objet {
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
   /// Serial link of the board, made on first access.
   [[nodiscard]] LiaisonSérieRef RS();
+  /// What opens the line of a bus anew.
+  [[nodiscard]] RepriseDeLigne& Reprise() { return reprise_; }
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
@@ -96,7 +99,9 @@ class Carte : public Objet {
   };
 
   void DécodeConfiguration();
+  void DébuteSurLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
   void PoursuitLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
+  void Débute(const FonctionRef& fonction);
   void AvanceFonctionSuivante();
 
   std::int32_t Adresse_ = 0;
@@ -104,6 +109,8 @@ class Carte : public Objet {
   FonctionsRef Fonctions_;
   ENUM_DRIVER Driver_enm_ = ENUM_DRIVER::DrvAucun;
   FonctionRef FonctionSuivante_;
+  const Fonction* sansEchange_ = nullptr;  ///< last block whose exchange did not start; compared
+  RepriseDeLigne reprise_;
   LiaisonSérieRef RS_;
   Ref<PortInstrument> LiaisonSerie2_;
   std::string Configuration_;

@@ -3,6 +3,7 @@
 #include "core/echec.h"
 #include "core/outils_communs.h"
 #include "core/outils_modbus.h"
+#include "tree/carte.h"
 #include "tree/fonction.h"
 
 namespace zuma::echange_modbus {
@@ -20,29 +21,76 @@ constexpr std::int16_t kCanalErreur = -1;
 template <class Travail>
 void PourChaqueCanal(const Fonction& bloc, Travail&& travail) {
   for (const CanalRef& canal : bloc.LesCanaux()) {
-    if (canal->NuméroCanal() != kCanalErreur) travail(*canal);
+    if (canal->NuméroCanal() != kCanalErreur) travail(canal);
   }
 }
 
-Valeurs DonnéesAEcrire(const Fonction& bloc) {
+Valeurs DonnéesAEcrire(const Fonction& bloc, SortiesEnvoyées& sorties) {
   Valeurs données;
+  sorties.Vide();
   if (bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
       bloc.ModbusFonction() == kEcritureDeMots) {
-    PourChaqueCanal(
-        bloc, [&](Canal& canal) { données.Ajoute(OutilsModbus::Registre(canal.ValeurCanal())); });
+    PourChaqueCanal(bloc, [&](const CanalRef& canal) {
+      données.Ajoute(OutilsModbus::Registre(canal->ValeurCanal()));
+      sorties.Ajoute(canal);
+    });
   }
   return données;
 }
 
+// The blocks of the same slave on the same board share its answers, and the doubt about them.
+template <class Travail>
+void PourChaqueFrère(Fonction& bloc, std::int32_t esclave, Travail&& travail) {
+  if (bloc.Parent() == nullptr) return travail(bloc.Modbus_Echange().doute);
+  for (const FonctionRef& frère : bloc.Parent()->LesFonctions()) {
+    if (frère->ModbusAdresse() == esclave) travail(frère->Modbus_Echange().doute);
+  }
+}
+
+void ResteSansRéponse(Fonction& bloc) {
+  const double envoi = bloc.Modbus_Echange().heureDEnvoi;
+  const double maintenant = bloc.LeTimer()->LitMicrosecondes();
+  PourChaqueFrère(bloc, bloc.ModbusAdresse(),
+                  [&](Doute& doute) { doute.SansRéponse(envoi, maintenant); });
+}
+
+// True when that slave was in doubt: it is left alone from now on.
+bool EntendTard(Fonction& bloc, std::int32_t esclave) {
+  const double maintenant = bloc.LeTimer()->LitMicrosecondes();
+  bool enDoute = false;
+  PourChaqueFrère(bloc, esclave, [&](Doute& doute) {
+    enDoute = enDoute || doute.EnDoute();
+    doute.Entend(maintenant);
+  });
+  return enDoute;
+}
+
+// A stop does not wait for a slave that is left alone.
+bool EstLaissé(Fonction& bloc, ZED_LiaisonSerie& liaison) {
+  const EchangeModbus& échange = bloc.Modbus_Echange();
+  if (!échange.doute.EnDoute()) return false;
+  const double maintenant = bloc.LeTimer()->LitMicrosecondes();
+  bool laissé = false;
+  PourChaqueFrère(bloc, bloc.ModbusAdresse(),
+                  [&](Doute& doute) { laissé = doute.Attend(maintenant) || laissé; });
+  if (laissé && !liaison.LitTampon().empty()) (void)EntendTard(bloc, bloc.ModbusAdresse());
+  return laissé && !échange.sorties.ArrêtDonné();
+}
+
 void Envoie(Fonction& bloc) {
   EchangeModbus& échange = bloc.Modbus_Echange();
-  const Valeurs données = DonnéesAEcrire(bloc);
+  const LiaisonSérieRef liaison = bloc.RS();
+  if (bloc.Parent() != nullptr) {
+    (void)bloc.Parent()->Reprise().Ouverte(*liaison, *bloc.LeTimer());
+  }
+  if (EstLaissé(bloc, *liaison)) return;
+  const Valeurs données = DonnéesAEcrire(bloc, échange.sorties);
   OutilsModbus::ConstruitQuestion(bloc.ModbusAdresse(), bloc.ModbusFonction(),
                                   bloc.ModbusRegistreDeDepart(), bloc.LesCanaux().Count() - 1,
                                   données.Toutes(), échange.question);
-  const LiaisonSérieRef liaison = bloc.RS();
   (void)liaison->LitTampon();
   échange.réponse.clear();
+  échange.sorties.Partent();
   liaison->EcritPort(échange.question);
   bloc.RafraichissementEnCours(true);
   échange.heureDEnvoi = bloc.LeTimer()->LitMicrosecondes();
@@ -60,24 +108,25 @@ double Logique(bool vrai) {
 // Whole block: the first two bytes, each from its high bit down, are the channels from 0 on. An
 // answer of one byte has only the first eight.
 void DécodeParFonction(const Fonction& bloc, const Valeurs& octets) {
-  PourChaqueCanal(bloc, [&](Canal& canal) {
-    const std::int32_t numéro = canal.NuméroCanal();
+  PourChaqueCanal(bloc, [&](const CanalRef& canal) {
+    const std::int32_t numéro = canal->NuméroCanal();
     if (numéro < 0 || numéro > 15) throw Echec(Numéro::IndiceHorsPlage);
     const std::uint16_t octet = octets.Item(numéro / 8 + 1);
-    canal.ValeurCanal(Logique(OutilsCommuns::BitDeMot(octet, 7 - numéro % 8)));
+    canal->ValeurCanal(Logique(OutilsCommuns::BitDeMot(octet, 7 - numéro % 8)));
   });
 }
 
 // Channel by channel: the low byte of the channel's own register.
 void DécodeParCanal(const Fonction& bloc, const Valeurs& octets) {
-  PourChaqueCanal(bloc, [&](Canal& canal) {
-    canal.ValeurCanal(Logique(octets.Item(canal.NuméroCanal() * 2 + 2) != 0));
+  PourChaqueCanal(bloc, [&](const CanalRef& canal) {
+    canal->ValeurCanal(Logique(octets.Item(canal->NuméroCanal() * 2 + 2) != 0));
   });
 }
 
 void DécodeAnalogique(const Fonction& bloc, const Valeurs& mots) {
-  PourChaqueCanal(bloc,
-                  [&](Canal& canal) { canal.ValeurCanal(mots.Item(canal.NuméroCanal() + 1)); });
+  PourChaqueCanal(bloc, [&](const CanalRef& canal) {
+    canal->ValeurCanal(mots.Item(canal->NuméroCanal() + 1));
+  });
 }
 
 // Only a read carries values: the answer to a write leaves the channels as they are.
@@ -107,8 +156,11 @@ void CompteErreur(Fonction& bloc) {
 // The counters come first: a channel number beyond the answer is a failure of the configuration,
 // told in the record on each answer, and must not hold the bus.
 void Accepte(Fonction& bloc, const Valeurs& valeurs) {
-  bloc.Modbus_Echange().compteurErreurs = 0;
+  EchangeModbus& échange = bloc.Modbus_Echange();
   bloc.RafraichissementEnCours(false);
+  if (EntendTard(bloc, bloc.ModbusAdresse())) return;  // perhaps the answer to a former question
+  échange.compteurErreurs = 0;
+  échange.sorties.Arrivent();
   Décode(bloc, valeurs);
   PublieErreur(bloc, false);
 }
@@ -124,6 +176,25 @@ void SurLaLigne(Fonction& bloc, Travail&& travail) {
   }
 }
 
+// The question's own answer may still come: what came was not it.
+bool Manque(Résultat résultat) {
+  return résultat == Résultat::Incomplète || résultat == Résultat::Inconnue ||
+         résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
+}
+
+// What a slave says while another one is asked is its late answer, when one is due.
+void Rejette(Fonction& bloc, Résultat résultat, bool tard) {
+  Octets& réponse = bloc.Modbus_Echange().réponse;
+  const bool autre =
+      !tard && (résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction);
+  if (autre && EntendTard(bloc, static_cast<std::uint8_t>(réponse[0]))) {
+    réponse.clear();
+    return;
+  }
+  if (Manque(résultat)) ResteSansRéponse(bloc);
+  CompteErreur(bloc);
+}
+
 void ChercheRéponse(Fonction& bloc) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   SurLaLigne(bloc, [&] { échange.réponse += bloc.RS()->LitTampon(); });
@@ -132,12 +203,10 @@ void ChercheRéponse(Fonction& bloc) {
       OutilsModbus::DécodeRéponse(échange.réponse, échange.question, &valeurs,
                                   EstLogique(bloc) ? FormeValeurs::Octets : FormeValeurs::Mots);
   const double attente = (bloc.LeTimer()->LitMicrosecondes() - échange.heureDEnvoi) / 1000;
-  if (attente > kAttenteMaximale) {
-    CompteErreur(bloc);
-  } else if (résultat == Résultat::Bonne) {
+  if (résultat == Résultat::Bonne && attente <= kAttenteMaximale) {
     Accepte(bloc, valeurs);
-  } else if (résultat != Résultat::Incomplète) {
-    CompteErreur(bloc);
+  } else if (attente > kAttenteMaximale || résultat != Résultat::Incomplète) {
+    Rejette(bloc, résultat, attente > kAttenteMaximale);
   }
 }
 

@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include "core/valeur.h"
+#include "tree/doute.h"
+#include "tree/sorties_envoyees.h"
 
 namespace zuma {
 
@@ -14,13 +16,19 @@ struct EchangeModbus {
   Octets réponse;
   double heureDEnvoi = 0;            ///< microseconds
   std::int32_t compteurErreurs = 0;  ///< failed exchanges in a row
+  Doute doute;                       ///< of the block's slave, kept the same in all of its blocks
+  SortiesEnvoyées sorties;           ///< of the last write
 };
 
 namespace echange_modbus {
 
 /// One step of the exchange of a `DrvModBus` block: sends a request, or looks for the answer of
 /// the one that is on the wire. Never waits. Ten failed exchanges in a row set the block's error
-/// channel to -1, a good one sets it to 0; in between the channels keep their values.
+/// channel to -1, a good one sets it to 0; in between the channels keep their values. A block
+/// whose slave is left alone behind a late answer, for half a second at most, sends nothing but a
+/// stop (a set point that went to 0). A line that is closed is opened anew every second.
+///
+/// A stop leaves with the next turn of its block: 50 ms for each block of the bus at most.
 void Rafraîchit(Fonction& bloc);
 
 }  // namespace echange_modbus

@@ -76,6 +76,73 @@ TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
   EXPECT_TRUE(registre->entrées.empty());
 }
 
+// A stop leaves until an answer behind it says that the drive is at rest.
+TEST_F(UnThumler, DoitUnArrêtJusquAuRepos) {
+  carte.Initialise();
+  Canal& canal = Le(consigne, 0);
+  const auto tourne = [&] {
+    canal.ValeurCanal(42);
+    (void)Passe();
+    EXPECT_TRUE(usb.EnMarche() && canal.Atteint());
+  };
+  const auto attend = [&](double secondes) { horloge->Avance(secondes * 1e6); };
+
+  tourne();
+  usb.muet = true;
+  canal.ValeurCanal(0);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"})) << "as long as nothing answers";
+    EXPECT_FALSE(canal.Atteint());
+  }
+  usb.muet = false;
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
+  EXPECT_TRUE(canal.Atteint());
+  EXPECT_EQ(Passe(), (Commandes_{"$A"}));
+
+  tourne();
+  canal.ValeurCanal(0);
+  usb.réponseForcée = "A 00042;0000.00\n";  // runs down, or lost the "H"
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
+  EXPECT_EQ(Passe(), (Commandes_{"$A"}));
+  EXPECT_FALSE(canal.Atteint());
+  attend(1);
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
+  usb.réponseForcée.clear();
+  (void)Passe();
+  attend(1);
+  EXPECT_EQ(Passe(), (Commandes_{"$A"}));
+  EXPECT_TRUE(canal.Atteint());
+
+  canal.ValeurCanal(42);
+  usb.muet = true;
+  (void)Passe();
+  EXPECT_FALSE(canal.Atteint());
+  EXPECT_EQ(Passe(), (Commandes_{"$A"})) << "a set point is not repeated: its \"H\" would halt it";
+  EXPECT_TRUE(registre->entrées.empty());
+}
+
+TEST_F(UnThumler, ArrêteCeQuiTourneSousUneConsigneDeZéro) {
+  std::int32_t tenue = 0;
+  (void)usb.FT_Open(0, tenue);
+  for (const char* commande : {"$V042", "$R"}) (void)usb.FT_Write(tenue, commande);
+  carte.Initialise();
+  EXPECT_EQ(Passe(), (Commandes_{"$A"}));
+  EXPECT_FALSE(Le(consigne, 0).Atteint());
+  EXPECT_TRUE(registre->Contient("trouvé en marche"));
+  EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
+  EXPECT_FALSE(usb.EnMarche());
+  EXPECT_TRUE(Le(consigne, 0).Atteint());
+  EXPECT_EQ(registre->entrées.size(), 1U);
+  // A device without a speed among its measures: the answer alone confirms.
+  plateforme.réglages.vitesseThumler = -1;
+  usb.réponseForcée = "A 00042;0000.00\n";
+  Le(consigne, 0).ValeurCanal(1);
+  (void)Passe();
+  Le(consigne, 0).ValeurCanal(0);
+  (void)Passe();
+  EXPECT_TRUE(Le(consigne, 0).Atteint());
+}
+
 TEST_F(UnThumler, GardeSesMesuresDansLeSilence) {
   carte.Initialise();
   usb.charge = 3;

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
+#include "outils/ligne_retive.h"
 #include "sim/collaborateurs.h"
-#include "sim/esclave_modbus.h"
 #include "sim/liaisons_simulees.h"
 
 namespace zuma {
@@ -48,6 +48,15 @@ class UnVariateur : public testing::Test, public essai::Banc {
     essai::LitCarte(carte, "Variateur LS Modbus et soft K9", "4,38400,N,8,1,0.7");
     carte.Initialise();
   }
+  // Asked to move, it does, and nothing of it is on the line any more.
+  void Tourne() {
+    Le(consigne, 0).ValeurCanal(12);
+    Passe(200);
+    (void)fil->Genres();
+  }
+  // The drive holds the set point's whole part.
+  [[nodiscard]] bool Reçue() { return esclave->registres[501] == Le(consigne, 0).ValeurCanal(); }
+  [[nodiscard]] double Défaut() const { return Le(consigne, -1).ValeurCanal(); }
   FonctionRef Ajoute(const char* clé, const char* type, const char* fonction, std::int32_t départ,
                      const std::vector<std::int32_t>& numéros) {
     return essai::AjouteBloc(carte, clé,
@@ -73,7 +82,8 @@ class UnVariateur : public testing::Test, public essai::Banc {
   sim::FabriqueLiaisonsSimulée fabrique;
   sim::FichiersEnMémoire fichiers;
   Ref<sim::EsclaveModbus> esclave = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{5});
-  sim::LigneSérie& ligne = fabrique.Attache(4, esclave);
+  Ref<essai::LigneRétive> fil = Crée<essai::LigneRétive>(*horloge, esclave);
+  sim::LigneSérie& ligne = fabrique.Attache(4, fil);
   Carte carte{plateforme};
   FonctionRef consigne, sorties, états, vitesse;
 };
@@ -115,22 +125,138 @@ TEST_F(UnVariateur, SigneUnePanneSansRetenirLaBoucle) {
   EXPECT_EQ(Le(consigne, -1).ValeurCanal(), 0);
   fichiers.lignes.clear();
   ligne.pannes.muette = true;
-  Passe(1000);
-  EXPECT_EQ(Le(consigne, -1).ValeurCanal(), 0) << "silence alone never counts to ten";
+  Passe(400);
+  EXPECT_EQ(Défaut(), 0);
+  Passe(150);
+  EXPECT_EQ(Défaut(), -1) << "ten silences of 100 ms";
   EXPECT_TRUE(fichiers.lignes.empty());
 }
 
-TEST_F(UnVariateur, DitQuIlNeDémarrePasEtContinue) {
+// What a drive in good health is asked, pass by pass.
+TEST_F(UnVariateur, PoseSesQuestionsDansLOrdre) {
+  Le(consigne, 0).ValeurCanal(12);
+  Passe(45);
+  EXPECT_EQ(fil->Genres(), "D1032=1 D1032=0 D1146=2 E12 E12 L E12 E12 E12 E12 L ");
+  Le(consigne, 0).ValeurCanal(13);
+  Passe(45);
+  EXPECT_EQ(fil->Genres(), "E13 E13 E13 E13 L E13 E13 ");
+}
+
+TEST_F(UnVariateur, RéponseTardiveOuPerdueNeRetientPasUnArrêt) {
+  const struct {
+    const char* quoi;
+    void (*gêne)(UnVariateur&);
+  } cas[] = {
+      {"rien", [](UnVariateur&) {}},
+      {"43 ms", [](UnVariateur& t) { t.fil->retard = 43'000; }},
+      {"60 ms", [](UnVariateur& t) { t.fil->retard = 60'000; }},
+      {"600 ms", [](UnVariateur& t) { t.fil->retard = 600'000; }},
+      {"réponses perdues", [](UnVariateur& t) { t.fil->perdRéponses = 1'000; }},
+      {"parasites", [](UnVariateur& t) { t.ligne.pannes.parasitée = true; }},
+      {"coupures", [](UnVariateur& t) { t.ligne.pannes.coupée = true; }},
+  };
+  Passe(1);
+  for (const auto& c : cas) {
+    for (const FonctionRef& bloc : {consigne, sorties}) {
+      for (const int avance : {300, 307, 313, 326}) {  // wherever the exchange stands
+        Tourne();
+        Le(sorties, 3).ValeurCanal(kVrai);
+        ASSERT_EQ(esclave->registres[501], 12);
+        c.gêne(*this);
+        Passe(avance);
+        EXPECT_EQ(fil->Genres().find("L L"), std::string::npos) << c.quoi;
+        const double départ = horloge->Maintenant();
+        Le(bloc, bloc == consigne ? 0 : 3).ValeurCanal(0);
+        while (fil->questions.empty()) Passe(1);
+        EXPECT_LT(fil->heures.front() - départ, 105'000) << c.quoi;
+        Passe(110);
+        EXPECT_EQ(esclave->registres[bloc == consigne ? 501 : 504], 0) << c.quoi;
+        const Octets première = fil->questions.front();
+        EXPECT_EQ(première[1], 16) << c.quoi << ": the next question is the stop";
+        EXPECT_EQ(première[bloc == consigne ? 10 : 16], 0) << c.quoi;
+        ligne.pannes = {};
+        fil->retard = 10'000;
+        fil->perdQuestions = fil->perdRéponses = 0;
+        Passe(1000);
+        EXPECT_TRUE(Le(bloc, bloc == consigne ? 0 : 3).Atteint()) << c.quoi;
+        EXPECT_EQ(Défaut(), 0) << c.quoi;
+      }
+    }
+  }
+}
+
+// Whatever the line does, an output is told to have arrived only where the drive holds it.
+TEST_F(UnVariateur, NeDitPasAtteintCeQuiNeLEstPas) {
+  std::uint32_t graine = 1;
+  const auto tire = [&](std::uint32_t n) {
+    return (graine = graine * 1'664'525 + 1'013'904'223) / 65'536 % n;
+  };
+  int atteintes = 0;
+  for (int i = 0; i < 1500; ++i) {
+    constexpr std::array<double, 5> kRetards{10'000, 10'000, 60'000, 150'000, 600'000};
+    if (tire(4) == 0) fil->retard = kRetards[tire(kRetards.size())];
+    fil->perdQuestions = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    fil->perdRéponses = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    if (tire(3) == 0) Le(consigne, 0).ValeurCanal(tire(3));
+    for (std::uint32_t n = tire(200); n > 0; --n) {
+      Passe(1);
+      if (!Le(consigne, 0).Atteint()) continue;
+      ++atteintes;
+      ASSERT_TRUE(Reçue()) << i;
+    }
+  }
+  EXPECT_GT(atteintes, 5'000);
+}
+
+TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
+  for (const bool auDépart : {true, false}) {
+    if (auDépart) {
+      carte.RS()->FermePort();
+      ligne.pannes.débranchée = true;
+    } else {
+      Tourne();
+      ligne.pannes.débranchée = true;
+    }
+    registre->entrées.clear();
+    Passe(600);
+    EXPECT_EQ(Défaut(), -1) << auDépart;
+    EXPECT_GE(registre->entrées.size(), 1U);
+    EXPECT_LE(registre->entrées.size(), 3U) << "told every second and not on each pass";
+    Le(consigne, 0).ValeurCanal(0);
+    esclave->registres[501] = 12;
+    ligne.pannes = {};
+    Passe(550);
+    EXPECT_EQ(esclave->registres[501], 0) << auDépart;
+    Passe(550);
+    EXPECT_TRUE(Le(consigne, 0).Atteint()) << auDépart;
+    EXPECT_EQ(Défaut(), 0) << auDépart;
+    EXPECT_EQ(esclave->registres[1146], 2) << "the start that could not be made is made now";
+  }
+}
+
+TEST_F(UnVariateur, ReprendUnDépartQuiAEchoué) {
   ligne.pannes.muette = true;
   Passe(1);
   ASSERT_EQ(messages.textes.size(), 1U);
   EXPECT_EQ(messages.textes[0],
             "Internal program speed controler stopped. Please Call K9 (++00 (0)0 00 00 00 00).");
+  esclave->registres[1032] = esclave->registres[1146] = 7;
   ligne.pannes = {};
+  (void)fil->Genres();
   Le(consigne, 0).ValeurCanal(1);
-  Passe(100);
+  double plusLongue = 0;
+  for (int i = 0; i < 500; ++i) {
+    const double départ = horloge->Maintenant();
+    carte.MetàJour();
+    plusLongue = std::max(plusLongue, horloge->Maintenant() - départ);
+    horloge->Avance(2000);
+  }
+  EXPECT_LT(plusLongue, 1'000) << "no pass waits for the drive";
+  EXPECT_EQ(esclave->registres[1032], 0);
+  EXPECT_EQ(esclave->registres[1146], 2);
   EXPECT_EQ(esclave->registres[501], 1);
   EXPECT_EQ(messages.textes.size(), 1U);
+  EXPECT_EQ(Défaut(), 0);
 }
 
 }  // namespace

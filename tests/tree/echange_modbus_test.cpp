@@ -1,8 +1,11 @@
 // Modbus blocks on a board, against a slave on a simulated line.
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
-#include "sim/esclave_modbus.h"
+#include "outils/ligne_retive.h"
+#include "sim/bus_modbus.h"
 #include "sim/liaisons_simulees.h"
 
 namespace zuma {
@@ -128,7 +131,7 @@ TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
     ligne.pannes = {};
     esclave->fausseAdresse = 0;
     esclave->registres = {{0, 77}};
-    Passe(20);
+    Passe(130);  // late answers may come for half a second
     EXPECT_EQ(Lues(bloc, {-1}), Points{0}) << c.quoi << ": a good answer clears it";
   }
 }
@@ -142,6 +145,115 @@ TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
   EXPECT_EQ(Lues(bloc, {-1}), Points{-1});
   EXPECT_EQ(registre->entrées.size(), 10U);
   EXPECT_FALSE(registre->Contient("Erreur N°91 "));  // the port is named, not a missing object
+}
+
+// On either bus, whatever keeps the line or a block from its turn.
+TEST_F(UneCarteModbus, FaitArriverUnArrêt) {
+  const FonctionRef premier = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef consignes = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
+  (void)Ajoute("3", "Entrée Analogique", "3", 0, {-1, 0});
+  const auto fil = Crée<essai::LigneRétive>(*horloge, esclave);
+  fabrique.Attache(5, fil);
+  esclave->registres = {{0, 77}};
+  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  const auto règle = [&](const char* fonction) {
+    premier->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
+                                                 {"Type de Fonction", "Entrée Analogique"},
+                                                 {"ModBus - Adresse", "05"},
+                                                 {"ModBus - Fonction", fonction}}));
+  };
+  const struct {
+    const char* quoi;
+    std::function<void()> gêne;
+  } cas[] = {
+      {"rien", [] {}},
+      {"600 ms", [&] { fil->retard = 600'000; }},
+      {"réponses perdues", [&] { fil->perdRéponses = 9999; }},
+      {"hors service", [&] { consignes->Enabled(false); }},
+      {"premier bloc impossible", [&] { règle("63"); }},
+      {"port fermé", [&] { carte.RS()->FermePort(); }},
+  };
+  for (const char* driver : {"DrvModBus", "Drv_UMV4301_Modbus"}) {
+    for (const auto& c : cas) {
+      essai::LitCarte(carte, driver, "5,19200,N,8,1");
+      carte.Initialise();
+      consignes->Enabled(true);
+      canal->ValeurCanal(9);
+      Passe(300);
+      ASSERT_EQ(esclave->registres[200], 9) << driver << " " << c.quoi;
+      ASSERT_TRUE(canal->Atteint()) << driver << " " << c.quoi;
+      c.gêne();
+      Passe(200);
+      canal->ValeurCanal(0);
+      Passe(210);
+      EXPECT_EQ(esclave->registres[200], 0) << driver << " " << c.quoi;
+      fil->retard = 10'000;
+      fil->perdRéponses = 0;
+      Passe(300);
+      EXPECT_TRUE(canal->Atteint()) << driver << " " << c.quoi;
+      règle("3");
+    }
+  }
+}
+
+// A late answer is that of no other question: neither a value of another block, nor the arrival of
+// a set point.
+TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
+  const FonctionRef un = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef deux = Ajoute("2", "Entrée Analogique", "3", 1, {-1, 0});
+  const FonctionRef consignes = Ajoute("3", "Sortie Analogique", "10", 200, {-1, 0});
+  const auto fil = Crée<essai::LigneRétive>(*horloge, esclave);
+  fabrique.Attache(5, fil);
+  esclave->registres = {{0, 1}, {1, 2}};
+  Démarre("5,19200,N,8,1");
+  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  std::uint32_t graine = 1;
+  const auto tire = [&](std::uint32_t n) {
+    return (graine = graine * 1'664'525 + 1'013'904'223) / 65'536 % n;
+  };
+  int bonnes = 0;
+  int atteintes = 0;
+  for (int i = 0; i < 1500; ++i) {
+    constexpr std::array<double, 5> kRetards{10'000, 10'000, 55'000, 150'000, 600'000};
+    if (tire(4) == 0) fil->retard = kRetards[tire(kRetards.size())];
+    fil->perdQuestions = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    fil->perdRéponses = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    if (tire(3) == 0) canal->ValeurCanal(tire(3));
+    for (std::uint32_t n = tire(200); n > 0; --n) {
+      Passe(1);
+      bonnes += Lues(un, {0}) == Points{1} && Lues(deux, {0}) == Points{2} ? 1 : 0;
+      ASSERT_TRUE(Lues(un, {0}) == Points{0} || Lues(un, {0}) == Points{1}) << i;
+      ASSERT_TRUE(Lues(deux, {0}) == Points{0} || Lues(deux, {0}) == Points{2}) << i;
+      if (!canal->Atteint()) continue;
+      ++atteintes;
+      ASSERT_EQ(esclave->registres[200], canal->ValeurCanal()) << i;
+    }
+  }
+  EXPECT_GT(bonnes, 5'000);
+  EXPECT_GT(atteintes, 5'000);
+}
+
+TEST_F(UneCarteModbus, LaisseEnPaixLesAutresEsclavesDUnLent) {
+  const FonctionRef lent = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef prompt = Ajoute("2", "Entrée Analogique", "3", 0, {-1, 0});
+  prompt->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
+                                              {"Type de Fonction", "Entrée Analogique"},
+                                              {"ModBus - Adresse", "06"},
+                                              {"ModBus - Fonction", "3"}}));
+  const auto bus = Crée<sim::BusModbus>();
+  const auto second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
+  bus->Attache(5, esclave);
+  bus->Attache(6, second);
+  fabrique.Attache(5, bus);
+  esclave->registres = second->registres = {{0, 1}};
+  esclave->latence = 60'000;
+  Démarre("5,19200,N,8,1");
+  for (int i = 0; i < 20; ++i) {
+    second->registres[0] = static_cast<std::uint16_t>(i);
+    Passe(100);
+    EXPECT_EQ(Lues(prompt, {-1, 0}), (Points{0, static_cast<double>(i)}));
+  }
+  EXPECT_EQ(Lues(lent, {-1, 0}), (Points{-1, 0}));
 }
 
 TEST_F(UneCarteModbus, AccepteEncoreUneRéponseACinquanteMillisecondes) {

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <algorithm>
+#include <optional>
+
+namespace zuma {
+
+/// Whether the answers of a Modbus slave can be told apart. Once a question has ended without its
+/// answer, the next good answer may be the late one of that question: it proves nothing about the
+/// question that is pending. A slave answers in order, so that all that was still on its way comes
+/// within as long again as the first late answer took; the slave is left alone meanwhile. Times in
+/// microseconds.
+class Doute {
+ public:
+  /// The question sent at `envoi` has ended without its own answer. A slave that was heard
+  /// meanwhile is slow and not dead: while it works it hears nothing, and is left alone from now
+  /// on.
+  void SansRéponse(double envoi, double maintenant) noexcept {
+    if (!depuis_) depuis_ = envoi;
+    if (entendu_) entendu_ = maintenant;
+  }
+  [[nodiscard]] bool EnDoute() const noexcept { return depuis_.has_value(); }
+  /// The slave was heard: from here on it is left alone.
+  void Entend(double maintenant) noexcept {
+    if (depuis_) entendu_ = maintenant;
+  }
+  /// The slave was heard late, and has been left alone for long enough: it hears the next question.
+  [[nodiscard]] bool EstReposé(double maintenant) const noexcept {
+    return entendu_ && maintenant - *entendu_ >= Calme();
+  }
+  /// True while the slave is left alone. The doubt ends with that time; without a word from the
+  /// slave it lasts, and nothing is held up.
+  [[nodiscard]] bool Attend(double maintenant) noexcept {
+    if (!entendu_) return false;
+    if (!EstReposé(maintenant)) return true;
+    *this = {};
+    return false;
+  }
+
+ private:
+  static constexpr double kCalmeMinimal = 100'000;
+  static constexpr double kCalmeMaximal = 500'000;
+  [[nodiscard]] double Calme() const noexcept {
+    return std::clamp(*entendu_ - *depuis_, kCalmeMinimal, kCalmeMaximal);
+  }
+
+  std::optional<double> depuis_;   ///< sending of the first question without answer
+  std::optional<double> entendu_;  ///< last word since
+};
+
+}  // namespace zuma
