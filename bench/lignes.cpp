@@ -50,6 +50,19 @@ std::vector<Champ> Communs(std::string_view table) {
   return champs;
 }
 
+// The fields of `tous`, those of `champs` in their place or behind them.
+std::vector<Champ> Avec(std::vector<Champ> tous, const std::vector<Champ>& champs) {
+  for (const Champ& champ : champs) {
+    const auto commun = std::ranges::find(tous, champ.Name, &Champ::Name);
+    if (commun != tous.end()) {
+      commun->Value = champ.Value;
+    } else {
+      tous.push_back(champ);
+    }
+  }
+  return tous;
+}
+
 std::string Hexa(std::int32_t n) {
   std::array<char, 16> texte{};
   std::snprintf(texte.data(), texte.size(), "%X", static_cast<unsigned>(n));
@@ -73,44 +86,49 @@ std::int32_t Lignes::Ajoute(std::string_view table, std::vector<Champ> champs) {
 
 void Lignes::Lie(std::string_view table, std::int32_t index) {
   std::vector<Champ> champs{Entier("Chassis", kChassis), Entier(table, index)};
-  if (table != "Carte") champs.push_back(Texte("Label", std::to_string(index)));
+  if (table != "Carte" && table != "WatchDog") {
+    champs.push_back(Texte("Label", std::to_string(index)));
+  }
   if (table == "Capteur") champs.push_back(Entier("Index", index));
   lignes_.push_back({"Liaison Chassis / " + std::string(table), std::move(champs)});
 }
 
-void Lignes::Carte(std::string_view driver) {
-  carte_ = Ajoute("Carte", {Texte("Nom de la Carte", "Carte"), Texte("Adresse", Hexa(adresse_)),
-                            Texte("Driver de la Carte", driver)});
+void Lignes::Carte(std::string_view driver, std::string_view configuration,
+                   const std::vector<Champ>& champs) {
+  carte_ = Ajoute(
+      "Carte",
+      Avec({Texte("Nom de la Carte", "Carte"), Texte("Adresse", Hexa(adresse_)),
+            Texte("Driver de la Carte", driver), Texte("Configuration ModBus", configuration)},
+           champs));
   adresse_ += kPortsParCarte;
   Lie("Carte", carte_);
 }
 
 std::int32_t Lignes::Bloc(std::string_view type, std::string_view driver, std::int32_t canaux,
-                          bool parFonction) {
-  const std::int32_t bloc = Ajoute("Fonction", {Entier("Carte", carte_),
-                                                Texte("Nom de la Fonction", type),
-                                                Texte("Driver", driver),
-                                                Texte("Type de Fonction", type),
-                                                {"Mise à Jour par Fonction", Valeur(parFonction)},
-                                                Entier("Nombre de Canaux", canaux)});
-  for (std::int32_t n = 0; n < canaux; ++n) {
-    Ajoute("Canal", {Entier("Fonction", bloc), Entier("Numéro du Canal", n),
-                     Texte("Nom du Canal", "Canal")});
-  }
-  return bloc + 1;
+                          bool parFonction, const std::vector<Champ>& champs) {
+  bloc_ = Ajoute("Fonction", Avec({Entier("Carte", carte_),
+                                   Texte("Nom de la Fonction", type),
+                                   Texte("Driver", driver),
+                                   Texte("Type de Fonction", type),
+                                   {"Mise à Jour par Fonction", Valeur(parFonction)},
+                                   Entier("Nombre de Canaux", canaux)},
+                                  champs));
+  for (std::int32_t n = 0; n < canaux; ++n) Canal(n);
+  return bloc_ + 1;
+}
+
+std::int32_t Lignes::Canal(std::int32_t numéro, const std::vector<Champ>& champs) {
+  return Ajoute("Canal", Avec({Entier("Fonction", bloc_), Entier("Numéro du Canal", numéro),
+                               Texte("Nom du Canal", "Canal")},
+                              champs));
+}
+
+void Lignes::Watchdog(const std::vector<Champ>& champs) {
+  Lie("WatchDog", Ajoute("WatchDog", Avec({Texte("Nom du Watchdog", "Watchdog")}, champs)));
 }
 
 std::int32_t Lignes::Objet(std::string_view table, const std::vector<Champ>& champs) {
-  std::vector<Champ> tous = Communs(table);
-  for (const Champ& champ : champs) {
-    const auto commun = std::ranges::find(tous, champ.Name, &Champ::Name);
-    if (commun != tous.end()) {
-      commun->Value = champ.Value;
-    } else {
-      tous.push_back(champ);
-    }
-  }
-  const std::int32_t index = Ajoute(table, std::move(tous));
+  const std::int32_t index = Ajoute(table, Avec(Communs(table), champs));
   Lie(table, index);
   return index;
 }

@@ -27,12 +27,19 @@ class Lignes {
   /// Rates in hertz, 0 for never.
   Lignes(double fréquenceEA, double fréquenceEL);
 
-  /// The next blocks hang on this board; its address is the next free one.
-  void Carte(std::string_view driver = {});
+  /// The next blocks hang on this board; its address is the next free one. `configuration` is its
+  /// line, and `champs` replace or join its columns.
+  void Carte(std::string_view driver = {}, std::string_view configuration = {},
+             const std::vector<Champ>& champs = {});
   /// A block of the present board with channels 0 to `canaux` - 1, read or written by block where
-  /// `parFonction`. Returns the Index of channel 0; the others follow.
+  /// `parFonction`. Returns the Index of channel 0; the others follow. `champs` join its columns.
   std::int32_t Bloc(std::string_view type, std::string_view driver, std::int32_t canaux,
-                    bool parFonction);
+                    bool parFonction, const std::vector<Champ>& champs = {});
+  /// One more channel of the block added last; -1 is the number of an error indicator. Returns its
+  /// Index.
+  std::int32_t Canal(std::int32_t numéro, const std::vector<Champ>& champs = {});
+  /// The watchdog of the frame.
+  void Watchdog(const std::vector<Champ>& champs);
   /// A sensor, a command or a logic input or output; returns its Index. `champs` replace or join
   /// those that all of the table have: sensors and commands a table of 20 points, sensors a filter.
   std::int32_t Objet(std::string_view table, const std::vector<Champ>& champs);
@@ -48,6 +55,7 @@ class Lignes {
   std::vector<linux_::LigneDeBase> lignes_;
   std::int32_t index_ = 0;
   std::int32_t carte_ = 0;
+  std::int32_t bloc_ = 0;
   std::int32_t adresse_ = 0x200;
 };
 

@@ -3,6 +3,7 @@
 // zuma_bench --turns N SCENARIO   N turns after the warm-up, for a profiler
 // zuma_bench --stop               how long a stop takes
 // zuma_bench --passes             how long each driver holds a pass
+// zuma_bench --stop-table         whether every stop arrives, whatever is done to the machine
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -89,6 +90,7 @@ int Lance(int argc, char** argv) {
     RapportDesPasses();
     return 0;
   }
+  if (verbe == "--stop-table") return ImprimeLaTableDArrêt() ? 0 : 1;
   if (verbe == "--turns") {
     return argc == 4 ? Tourne(argv[2], argv[3]) : Mauvais("--turns N SCENARIO");
   }

@@ -52,4 +52,8 @@ void FaitUnTour(Mesure& mesure);
 /// Prints the longest pass of each driver, its device well and silent, as a table of Markdown.
 void RapportDesPasses();
 
+/// Prints, for each kind of output under each unkindness, how long its terminal took to come to
+/// rest and when it was told as not reached. False when a cell shows neither.
+[[nodiscard]] bool ImprimeLaTableDArrêt();
+
 }  // namespace zuma::banc

@@ -49,7 +49,9 @@ std::int16_t BibliothèquePCISimulée::Refuse() {
 
 CartePCISimulée* BibliothèquePCISimulée::La(std::uint16_t poignée, std::uint16_t type) {
   const std::size_t rang = static_cast<std::size_t>(poignée) - kPremièrePoignée;
-  if (rang >= enregistrées_.size() || enregistrées_[rang] == nullptr) return nullptr;
+  if (refuseTout || rang >= enregistrées_.size() || enregistrées_[rang] == nullptr) {
+    return nullptr;
+  }
   CartePCISimulée& carte = *enregistrées_[rang];
   return carte.type == type ? &carte : nullptr;
 }

@@ -49,7 +49,8 @@ class BibliothèquePCISimulée : public BibliothèquePCI {
   std::int16_t DO_WriteLine(std::uint16_t carte, std::uint16_t port, std::uint16_t ligne,
                             std::uint16_t état) override;
 
-  int refus = 0;  ///< calls that no board took, registrations aside
+  bool refuseTout = false;  ///< as when the driver of the boards hangs
+  int refus = 0;            ///< calls that no board took, registrations aside
   static constexpr std::int16_t kCarteAbsente = -9;
   static constexpr std::int16_t kAppelRefusé = -1;
 

@@ -27,6 +27,11 @@ class ThumlerSimulé : public FTD2XX {
                                           std::int32_t& émission) override;
   [[nodiscard]] std::int32_t FT_Read(std::int32_t, std::int32_t nombre, Octets& octets) override;
 
+  /// Runs at its set point before any program has started.
+  void MetEnMarche() noexcept {
+    enMarche_ = true;
+    consigne_ = 50;
+  }
   [[nodiscard]] bool EnMarche() const noexcept { return enMarche_; }
   [[nodiscard]] int Consigne() const noexcept { return consigne_; }
 

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "bench/lignes.h"
+#include "host/chassis_en_marche.h"
+#include "host/machine.h"
+#include "outils/dossier_provisoire.h"
+#include "outils/fenetres_d_essai.h"
+#include "sim/machine_simulee.h"
+
+namespace zuma::arret {
+
+using banc::Lignes;
+
+/// The output of a row in the frame: a command, or a logic output.
+struct Objet {
+  CommandeRef commande;
+  SortieLogiqueRef sortie;
+  [[nodiscard]] CanalRef Canal() const { return commande ? commande->Canal() : sortie->Canal(); }
+};
+
+/// The simulated machine with ears: whatever sleeps lets events be served, as a host's clock may.
+class MachineÀLEcoute : public host::Machine {
+ public:
+  explicit MachineÀLEcoute(BoîteDeMessage& messages);
+  Plateforme& Services() override { return sim.services; }
+  Ref<ZED_Timer> Timer() override { return sim.horloge; }
+  void Branche(Chassis& chassis) override {
+    sim.Branche(chassis);
+    if (avantLeDépart) avantLeDépart();
+  }
+  double AvanceJusquA(double secondes) override { return sim.AvanceJusquA(secondes); }
+  std::string_view Fini() const override { return sim.fin.raison; }
+  sim::MachineSimulée* Jumelle() override { return &sim; }
+
+  sim::MachineSimulée sim;
+  essai::FenêtresDEssai fenêtres;
+  std::function<void()> avantLeDépart;     ///< the twins are plugged, the boards not started
+  std::function<void()> pendantUnSommeil;  ///< called once, in the next sleep of the library
+
+ private:
+  class Horloge;
+  std::shared_ptr<Horloge> horloge_;
+};
+
+/// A frame made of rows, running on the machine under the program's own host.
+class Montage {
+ public:
+  static constexpr std::string_view kSujet = "Essai";  ///< name of the output under trial
+  static constexpr std::string_view kPorte = "Porte";
+  static constexpr std::string_view kEcouteur = "Ecouteur";
+
+  /// The rows that every frame of the proof begins with.
+  [[nodiscard]] static Lignes Départ();
+
+  explicit Montage(const Lignes& lignes, const std::function<void(Montage&)>& avantLeDépart = {});
+
+  /// From now on a stop is one call of `Chassis.DéclencheAU`.
+  void Dénude();
+  /// One pass, `pas` seconds after the one before.
+  void Passe(double pas);
+  void OuvreLaPorte(bool ouverte) { ouverte_ = ouverte; }
+  void LèveLEcouteur(bool levé) { levé_ = levé; }
+  /// Seconds on the frame's timer.
+  [[nodiscard]] double Maintenant() const { return machine.sim.horloge->Maintenant() / 1e6; }
+  /// Seconds after the start, as faults are planned.
+  [[nodiscard]] double DepuisLeDépart() const { return secondes_; }
+  [[nodiscard]] EntréeLogique& Ecouteur();
+  [[nodiscard]] Objet LObjet();
+  /// The host tells that the output of that name was not reached.
+  [[nodiscard]] bool EstDite(std::string_view nom);
+
+ private:
+  void FixeLesEntrées();
+
+  essai::DossierProvisoire dossier_;
+  bool ouverte_ = false;
+  bool levé_ = false;
+  bool nu_ = false;
+  double secondes_ = 0;
+
+ public:
+  Ref<host::Recueil> recueil = Crée<host::Recueil>();
+  MachineÀLEcoute machine{*recueil};
+  std::optional<host::ChassisEnMarche> marche;
+};
+
+}  // namespace zuma::arret

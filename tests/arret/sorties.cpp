@@ -1,0 +1,352 @@
+// Every kind of output: how it stands in a frame, and how its twin's terminal is read.
+#include <array>
+#include <cmath>
+
+#include "arret/sortie.h"
+#include "arret/table_d_arret.h"
+#include "sim/bus_modbus.h"
+#include "sim/testeur_cbr_simule.h"
+
+namespace zuma::arret {
+namespace {
+
+using banc::Entier;
+using banc::kEL;
+using banc::kSA;
+using banc::kSL;
+using banc::Réel;
+using banc::Texte;
+
+constexpr std::int32_t kConsigne = 100;  ///< register of the Modbus set point
+constexpr std::int32_t kConsigneVariateur = 500;
+constexpr std::int32_t kEtatVariateur = 600;
+constexpr std::uint8_t kEsclave = 1;
+constexpr std::uint8_t kAdresseVariateur = 5;
+constexpr std::int32_t kPortModbus = 9;
+constexpr std::int32_t kPortVariateur = 10;
+constexpr std::int32_t kPortTesteur = 12;
+
+// Points as units, for what takes numbers and not codes.
+std::vector<Champ> Droite(std::vector<Champ> champs) {
+  for (int n = 1; n <= 20; ++n) {
+    const double x = n == 2 ? 1000 : 0;
+    champs.push_back(Réel("Point " + std::to_string(n) + " - Unité", x));
+    champs.push_back(Réel("Point " + std::to_string(n) + " - Point", x));
+  }
+  return champs;
+}
+
+void AjouteLObjet(Lignes& lignes, std::string_view type, std::int32_t canal, bool droite = false) {
+  if (type == kSL) {
+    lignes.Objet(kSL, {Texte("Nom de la Sortie Logique", Montage::kSujet), Entier("Canal", canal)});
+    return;
+  }
+  std::vector<Champ> champs{Texte("Nom de la Commande", Montage::kSujet), Entier("Canal", canal)};
+  lignes.Objet("Commande", droite ? Droite(std::move(champs)) : champs);
+}
+
+// --- Boards whose terminals are lines and voltages
+
+void MonteCarte(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte, {},
+               s.driverCarte.starts_with("DrvPCI") ? std::vector{Texte("Adresse", "0")}
+                                                   : std::vector<Champ>{});
+  const std::int32_t canal = lignes.Bloc(s.type, s.driver, 2, s.type == kSL);
+  AjouteLObjet(lignes, s.type, canal + 1);
+}
+
+void MonteAvecUneImpulsion(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte);
+  const std::int32_t canal = lignes.Bloc(kSL, s.driver, 2, true);
+  lignes.Watchdog({Entier("Pulse", canal)});
+  AjouteLObjet(lignes, kSL, canal + 1);
+}
+
+void MonteFréquence(Lignes& lignes, const Sortie& s) {
+  lignes.Carte();
+  lignes.Bloc(kSA, s.driver, 0, false);
+  AjouteLObjet(lignes, kSA, lignes.Canal(0, {{"Canal en fréquence", Valeur(true)}}));
+}
+
+// The library refuses the board and all that is asked of it.
+void RefuseLaCarte(Montage& m, bool refuse) {
+  m.machine.sim.pci.Bibliothèque().refuseTout = refuse;
+}
+
+bool BorneAuRepos(Montage& m) {
+  const CanalRef canal = m.LObjet().Canal();
+  const auto borne = m.machine.sim.BorneDe(*canal);
+  if (!borne) return false;
+  if (canal->TypeCanal() == ENUM_TYPE_FONCTION::FctSortiesLogiques) return !borne->SortieLogique();
+  return canal->EnFréquence() ? borne->DeLaCarte().fréquence == 0 : borne->TensionSortie() == 0;
+}
+
+// --- Modbus block
+
+std::vector<Champ> Modbus(std::string_view adresse, std::string_view fonction,
+                          std::int32_t registre) {
+  return {Texte("ModBus - Adresse", adresse), Texte("ModBus - Fonction", fonction),
+          Entier("ModBus - Regitre départ", registre)};
+}
+
+void MonteModbus(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte, "9,9600,N,8,1");
+  lignes.Bloc("Entrée Analogique", "DrvModBus", 2, false, Modbus("1", "3", 0));
+  lignes.Canal(-1);
+  const std::int32_t canal = lignes.Bloc(kSA, "DrvModBus", 1, false, Modbus("1", "10", kConsigne));
+  lignes.Canal(-1);
+  AjouteLObjet(lignes, kSA, canal, true);
+}
+
+sim::EsclaveModbus& Esclave(Montage& m, std::int32_t port, std::uint8_t adresse) {
+  auto& bus = dynamic_cast<sim::BusModbus&>(*m.machine.sim.liaisons.Ligne(port)->appareil);
+  return *bus.Esclave(adresse);
+}
+
+bool ModbusAuRepos(Montage& m) {
+  return Esclave(m, kPortModbus, kEsclave).registres[kConsigne] == 0;
+}
+
+void ModbusEnMarche(Montage& m) {
+  Esclave(m, kPortModbus, kEsclave).registres[kConsigne] = 50;
+}
+
+// Left running by a program that ended.
+void ThumlerEnMarche(Montage& m) {
+  m.machine.sim.bus.Thumler().MetEnMarche();
+}
+
+// --- Variable-speed drive
+
+void MonteVariateur(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte, "10,38400,N,8,1,600");
+  const std::int32_t canal =
+      lignes.Bloc(kSA, s.driverCarte, 1, false, Modbus("5", "10", kConsigneVariateur));
+  lignes.Bloc(kEL, s.driverCarte, 2, true, Modbus("5", "3", kEtatVariateur));
+  AjouteLObjet(lignes, kSA, canal, true);
+}
+
+sim::EsclaveModbus& Variateur(Montage& m) {
+  return Esclave(m, kPortVariateur, kAdresseVariateur);
+}
+
+// The sign of its set point: the motor takes its own time behind it.
+bool VariateurAuRepos(Montage& m) {
+  return Variateur(m).registres[kConsigneVariateur] == 0;
+}
+
+void VariateurEnMarche(Montage& m) {
+  Variateur(m).registres[kConsigneVariateur] = 1;
+}
+
+// --- USB drive
+
+void MonteThumler(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte, {}, {Texte("Adresse", "0")});
+  const std::int32_t canal = lignes.Bloc(kSA, {}, 1, false);
+  AjouteLObjet(lignes, kSA, canal, true);
+}
+
+bool ThumlerAuRepos(Montage& m) {
+  return !m.machine.sim.bus.Thumler().EnMarche();
+}
+
+// --- CBR tester
+
+void MonteTesteur(Lignes& lignes, const Sortie& s) {
+  lignes.Carte(s.driverCarte, "12,9600,N,8,1");
+  const std::int32_t canal = lignes.Bloc(kSL, {}, 1, true);
+  AjouteLObjet(lignes, kSL, canal);
+}
+
+sim::TesteurCBRSimulé& Testeur(Montage& m) {
+  return dynamic_cast<sim::TesteurCBRSimulé&>(
+      *m.machine.sim.liaisons.Ligne(kPortTesteur)->appareil);
+}
+
+void TesteurEnMarche(Montage& m) {
+  Testeur(m).DémarreAuPupitre();
+}
+
+bool TesteurAuRepos(Montage& m) {
+  return !Testeur(m).EnMarche();
+}
+
+// --- Watchdog board: its contact opens
+
+void MonteChienDeGarde(Lignes& lignes, const Sortie&) {
+  lignes.Watchdog({Texte("Adresse", "700"), Réel("Temps en seconde", 0.5)});
+}
+
+bool ChienAuRepos(Montage& m) {
+  return !m.machine.sim.ChienDeGarde()->ContactFermé();
+}
+
+void ArmeLeChien(Montage& m) {
+  m.marche->LeChassis().Watchdog()->Enabled(true);
+}
+
+constexpr double kPasse = 0.005;   // what is written at once, in the pass of the stop
+constexpr double kBus = 0.35;      // a bus of two blocks at 9600 bauds comes round
+constexpr double kTesteur = 0.4;   // the exchange that goes on, and the machine's own pauses
+constexpr double kContact = 0.02;  // the board's ten milliseconds
+
+constexpr std::array kSorties{
+    Sortie{.nom = "logic, PCL 731",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPCL731_PCLD7225"},
+    Sortie{.nom = "logic, PET 48 TB 24",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPET48DIO_TB24R",
+           .driverCarte = "DrvPET48DIO"},
+    Sortie{.nom = "logic, PET 48 PCLD",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPET48DIO_PCLD7225",
+           .driverCarte = "DrvPET48DIO"},
+    Sortie{.nom = "logic, ACL 8316",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvACL8316_ACLD9185"},
+    Sortie{.nom = "logic, ACL 6126",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvACL6126_ACLD9185"},
+    Sortie{.nom = "logic, A 826 PG",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvA826PG_DB16R"},
+    Sortie{.nom = "analog, PCL 728",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvPCL728"},
+    Sortie{.nom = "analog, ACL 6128",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvACL6128"},
+    Sortie{.nom = "analog, ACL 6126",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvACL6126"},
+    Sortie{.nom = "analog, A 826 PG",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvA826PG"},
+    Sortie{.nom = "analog, ACL 8316",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvACL8316"},
+    Sortie{.nom = "frequency, ACL 8316",
+           .monte = &MonteFréquence,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvACL8316"},
+    Sortie{.nom = "logic, PCI 9111",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPCI9111HR/Vorlanex SL",
+           .driverCarte = "DrvPCI9111HR",
+           .débranche = &RefuseLaCarte},
+    Sortie{.nom = "analog, PCI 9111",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvPCI9111HR/Vorlanex SA",
+           .driverCarte = "DrvPCI9111HR",
+           .débranche = &RefuseLaCarte},
+    Sortie{.nom = "analog, PCI 6208",
+           .monte = &MonteCarte,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSA,
+           .driver = "DrvPCI6208V/Vorlanex SA",
+           .driverCarte = "DrvPCI 6208 V",
+           .débranche = &RefuseLaCarte},
+    Sortie{.nom = "Modbus block",
+           .monte = &MonteModbus,
+           .auRepos = &ModbusAuRepos,
+           .délai = kBus,
+           .driverCarte = "DrvModBus",
+           .enMarcheAvant = &ModbusEnMarche},
+    Sortie{.nom = "Modbus block, UMV",
+           .monte = &MonteModbus,
+           .auRepos = &ModbusAuRepos,
+           .délai = kBus,
+           .driverCarte = "Drv_UMV4301_Modbus",
+           .enMarcheAvant = &ModbusEnMarche},
+    Sortie{.nom = "variable-speed drive",
+           .monte = &MonteVariateur,
+           .auRepos = &VariateurAuRepos,
+           .délai = kBus,
+           .driverCarte = "Variateur LS Modbus et soft K9",
+           .enMarcheAvant = &VariateurEnMarche},
+    Sortie{.nom = "USB drive",
+           .monte = &MonteThumler,
+           .auRepos = &ThumlerAuRepos,
+           .délai = kPasse,
+           .driverCarte = "Thumler",
+           .enMarcheAvant = &ThumlerEnMarche},
+    Sortie{.nom = "CBR tester",
+           .monte = &MonteTesteur,
+           .auRepos = &TesteurAuRepos,
+           .délai = kTesteur,
+           .driverCarte = "UTS-0107",
+           .enMarcheAvant = &TesteurEnMarche},
+    Sortie{.nom = "watchdog board",
+           .monte = &MonteChienDeGarde,
+           .auRepos = &ChienAuRepos,
+           .délai = kContact,
+           .metEnRoute = &ArmeLeChien},
+    Sortie{.nom = "beside a pulse, PET 48",
+           .monte = &MonteAvecUneImpulsion,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPET48DIO_TB24R",
+           .driverCarte = "DrvPET48DIO"},
+    Sortie{.nom = "beside a pulse, PCL 731",
+           .monte = &MonteAvecUneImpulsion,
+           .auRepos = &BorneAuRepos,
+           .délai = kPasse,
+           .type = kSL,
+           .driver = "DrvPCL731_PCLD7225"},
+};
+
+}  // namespace
+
+std::span<const Sortie> Sorties() {
+  return kSorties;
+}
+std::string_view Nom(const Sortie& sortie) {
+  return sortie.nom;
+}
+
+}  // namespace zuma::arret

@@ -1,0 +1,230 @@
+#include "arret/table_d_arret.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+#include "arret/rudesse.h"
+#include "arret/sortie.h"
+#include "dialogs/cpt_normal_extrn_calibration.h"
+#include "sim/bus_modbus.h"
+#include "sim/testeur_cbr_simule.h"
+
+namespace zuma::arret {
+namespace {
+
+using banc::Entier;
+using banc::kSA;
+using banc::kSL;
+using banc::Réel;
+using banc::Texte;
+
+constexpr double kAvant = 1.5;       // seconds of running before the stop, in kind conditions
+constexpr double kPasCalme = 0.005;  // seconds
+constexpr double kAprès = 8;         // seconds watched behind it
+constexpr std::int32_t kPorts = 32;
+constexpr double kTenue = 1.5;  // seconds
+constexpr double kMarche = 50;  // set point, in units
+
+// --- The frame
+
+void AjouteLesVoisins(Lignes& lignes, const Sortie& sortie) {
+  if (sortie.type == kSL || sortie.type == kSA || !sortie.driverCarte.empty()) {
+    lignes.Watchdog({Texte("Adresse", "700"), Réel("Temps en seconde", 0.5)});
+  }
+  lignes.Carte("UTS-0107", "13,9600,N,8,1");
+  const std::int32_t canal = lignes.Bloc(kSL, {}, 1, true);
+  lignes.Objet(kSL, {Texte("Nom de la Sortie Logique", kVoisine), Entier("Canal", canal)});
+}
+
+void AjouteLaCommandeFautive(Lignes& lignes) {
+  lignes.Carte();
+  const std::int32_t canal = lignes.Bloc(kSA, "DrvPCL728", 1, false);
+  lignes.Objet("Commande", {Texte("Nom de la Commande", kVoisine), Entier("Canal", canal)});
+}
+
+Lignes Cadre(const Sortie& sortie, const Rudesse& rudesse) {
+  Lignes lignes = Montage::Départ();
+  if (rudesse.voisinFigé) AjouteLesVoisins(lignes, sortie);
+  if (rudesse.commandeFautive) AjouteLaCommandeFautive(lignes);
+  sortie.monte(lignes, sortie);
+  return lignes;
+}
+
+// --- What is done to it
+
+void Ralentit(Montage& m, double microsecondes) {
+  for (std::int32_t port = 0; port < kPorts && microsecondes > 0; ++port) {
+    sim::LigneSérie* ligne = m.machine.sim.liaisons.Ligne(port);
+    if (ligne == nullptr) continue;
+    if (auto* testeur = dynamic_cast<sim::TesteurCBRSimulé*>(&*ligne->appareil)) {
+      testeur->latence = microsecondes;
+    }
+    auto* bus = dynamic_cast<sim::BusModbus*>(&*ligne->appareil);
+    for (const std::uint8_t adresse : {std::uint8_t{1}, std::uint8_t{5}}) {
+      if (bus != nullptr && bus->Esclave(adresse) != nullptr) {
+        bus->Esclave(adresse)->latence = microsecondes;
+      }
+    }
+  }
+}
+
+// A table of one abscissa gives no points: every refresh of the command fails.
+void RendFautive(Montage& m) {
+  for (const CommandeRef& commande : *m.marche->LeChassis().Commandes()) {
+    if (commande->NomDeLaCommande() != kVoisine) continue;
+    for (std::int16_t n = 1; n <= Commande::MaxPoints(); ++n) commande->PointX(n, Valeur(7.0));
+  }
+}
+
+void Planifie(Montage& m, sim::GenreDePanne genre, double durée) {
+  for (const sim::LieuDePanne lieu : {sim::LieuDePanne::Partout, sim::LieuDePanne::USB}) {
+    m.machine.sim.pannes.push_back(
+        {.genre = genre, .lieu = lieu, .début = 0, .fin = m.DepuisLeDépart() + durée});
+  }
+  m.machine.AvanceJusquA(m.DepuisLeDépart());
+}
+
+void Eprouve(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
+  Ralentit(m, rudesse.lenteur);
+  if (rudesse.panne) Planifie(m, *rudesse.panne, kAprès * 2);
+  if (rudesse.câbleSorti && sortie.débranche != nullptr) sortie.débranche(m, true);
+  if (rudesse.câbleSorti && sortie.débranche == nullptr) {
+    Planifie(m, sim::GenreDePanne::Débranchement, kCâbleDehors);
+  }
+  if (rudesse.commandeFautive) RendFautive(m);
+  if (rudesse.voisinFigé) {
+    if (auto* chien = m.machine.sim.ChienDeGarde();
+        chien != nullptr && sortie.metEnRoute == nullptr) {
+      chien->Panne(true);
+    }
+    m.machine.sim.liaisons.Ligne(13)->pannes.muette = true;
+  }
+}
+
+// --- The stop
+
+void MetEnRoute(Montage& m, const Sortie& sortie) {
+  if (sortie.metEnRoute != nullptr) return sortie.metEnRoute(m);
+  const Objet objet = m.LObjet();
+  if (objet.commande) {
+    objet.commande->Enabled(true);
+    objet.commande->ValeurCouranteEnUnité(kMarche);
+  } else {
+    objet.sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+  }
+}
+
+void ArrêteDansUnDépart(Montage& m, const Sortie& sortie) {
+  m.machine.pendantUnSommeil = [&m] { m.marche->Arrête(); };
+  MetEnRoute(m, sortie);
+  m.Passe(0.001);
+  if (m.machine.pendantUnSommeil) m.marche->Arrête();
+  m.machine.pendantUnSommeil = nullptr;
+}
+
+// The stop comes from who hears of the new unit, while the form saves.
+void ArrêteDansUnEtalonnage(Montage& m) {
+  Capteur& capteur = **m.marche->LeChassis().Capteurs()->begin();
+  capteur.EtalonnageExterieur(nullptr);
+  (void)capteur.AbonneUnitChange([&m](const std::string&) { m.marche->Arrête(); });
+  Cpt_Normal_Extrn_Calibration& feuille = *m.machine.fenêtres.capteur;
+  feuille.TxtUnite = "daN";
+  feuille.BtnOK();
+}
+
+void Arrête(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
+  switch (rudesse.occasion) {
+    case Occasion::Porte:
+    case Occasion::PorteBrève:
+      m.OuvreLaPorte(true);
+      return m.Passe(rudesse.pasDePasse);
+    case Occasion::Ecouteur:
+      (void)m.Ecouteur().AbonneChange([&m](ENUM_ETAT_LOGIQUE) { m.marche->Arrête(); });
+      m.LèveLEcouteur(true);
+      return m.Passe(rudesse.pasDePasse);
+    case Occasion::EntrePasses:
+      return m.marche->Arrête();
+    case Occasion::UnDépart:
+      return ArrêteDansUnDépart(m, sortie);
+    case Occasion::UnEtalonnage:
+      return ArrêteDansUnEtalonnage(m);
+  }
+}
+
+void Passe(Montage& m, double secondes, double pas) {
+  for (const double fin = m.Maintenant() + secondes; m.Maintenant() < fin;) m.Passe(pas);
+}
+
+// The stated time: the output's own, and for a link that of being told behind the pass of the stop,
+// which a hung watchdog board and a tester hold.
+double Délai(const Sortie& sortie, const Rudesse& rudesse) {
+  const double lien = sortie.type.empty() ? host::SuiviDeLArrêt::kDélai / 1e6 : 0;
+  const double tenue = rudesse.voisinFigé && sortie.type.empty() ? kTenue : 0;
+  return sortie.délai + lien + tenue + 2 * rudesse.pasDePasse;
+}
+
+void Regarde(Verdict& verdict, Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
+  const double arrêt = m.Maintenant();
+  verdict.repos = verdict.dite = Verdict::kJamais;
+  while (m.Maintenant() < arrêt + kAprès) {
+    const double t = m.Maintenant() - arrêt;
+    const bool repos = sortie.auRepos(m);
+    const bool dite = m.EstDite(sortie.metEnRoute ? "Watchdog" : Montage::kSujet);
+    if (!repos) verdict.repos = Verdict::kJamais;
+    if (repos && verdict.repos == Verdict::kJamais) verdict.repos = t;
+    if (dite && verdict.dite == Verdict::kJamais) verdict.dite = t;
+    if (!repos && !dite && t > verdict.délai) verdict.niLUnNiLAutre += rudesse.pasDePasse;
+    if (rudesse.occasion == Occasion::PorteBrève && t > 0.02) m.OuvreLaPorte(false);
+    if (t > kCâbleDehors && sortie.débranche != nullptr) sortie.débranche(m, false);
+    m.Passe(rudesse.pasDePasse);
+  }
+}
+
+}  // namespace
+
+bool Concerne(Hôte hôte, const Sortie& sortie) {
+  return hôte == Hôte::Fourni || sortie.metEnRoute == nullptr;
+}
+
+Verdict Essaie(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
+  Verdict verdict;
+  try {
+    const auto avant = [&](Montage& m) {
+      if (rudesse.trouvéeEnMarche && sortie.enMarcheAvant != nullptr) sortie.enMarcheAvant(m);
+    };
+    Montage m(Cadre(sortie, rudesse), avant);
+    if (hôte == Hôte::Nu) m.Dénude();
+    const bool déjà = rudesse.trouvéeEnMarche || rudesse.occasion == Occasion::UnDépart;
+    if (!déjà) MetEnRoute(m, sortie);
+    Passe(m, kAvant, kPasCalme);
+    verdict.bougeait = déjà || !sortie.auRepos(m);
+    verdict.délai = Délai(sortie, rudesse);
+    verdict.clémente = &rudesse == Rudesses().data() && hôte == Hôte::Fourni;
+    verdict.reprise = hôte == Hôte::Fourni || sortie.débranche == nullptr;
+    Eprouve(m, sortie, rudesse);
+    Arrête(m, sortie, rudesse);
+    Regarde(verdict, m, sortie, rudesse);
+  } catch (const std::exception& e) {
+    verdict.plainte = e.what();
+  }
+  return verdict;
+}
+
+std::string EnLong(const Verdict& v) {
+  std::ostringstream texte;
+  texte << (v.bougeait ? "moving before" : "did not move") << ", rest after " << v.repos << " s of "
+        << v.délai << ", told after " << v.dite << " s, neither for " << v.niLUnNiLAutre << " s "
+        << v.plainte;
+  return texte.str();
+}
+
+std::string EnBref(const Verdict& verdict) {
+  if (!verdict.Tient()) return "FAILED";
+  const auto ms = [](double secondes) { return std::to_string(std::lround(secondes * 1000)); };
+  std::string bref = ms(verdict.repos) + " ms";
+  if (verdict.dite < Verdict::kJamais) bref += ", told " + ms(verdict.dite);
+  return bref;
+}
+
+}  // namespace zuma::arret

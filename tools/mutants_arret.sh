@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Takes the writes of a stop out of the sources, one at a time, and shows that the table of the stop
+# notices each: mutants_arret.sh [JOBS]. Works on a copy of the checkout; takes some minutes.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+travaux=${1:-$(nproc)}
+copie=$(mktemp -d)
+trap 'rm -rf "$copie"' EXIT
+
+# File, and the text whose removal (or replacement, behind =>) is the mutant.
+mutants=(
+  'core/chassis.cpp|tous(*Commandes(), arrête);'
+  'core/chassis.cpp|tous(sorties, arrête);'
+  'core/chassis.cpp|chacun([&] { Watchdog()->DéclencheAU(); });'
+  'core/chassis.cpp|carte.DéclencheAU();
+        carte.MetàJour();'
+  'commands/commande.cpp|mdblValeurCouranteEnUnité = mdblValeurInitiale;
+        sortie_ = false;=>sortie_ = false;'
+  'logic/sortie_logique.cpp|ValeurCourante_ = ENUM_ETAT_LOGIQUE::Inactif;
+    EcritLeNiveau();=>ValeurCourante_ = ENUM_ETAT_LOGIQUE::Inactif;'
+  'logic/watchdog.cpp|wdt_01::WDT_Arme(LaCarte());
+    arrêtAtteint_ = true;=>arrêtAtteint_ = true;'
+  'platform/linux/arret_du_chassis.cpp|if (déjà || chien.Adresse() != 0) RafraîchitLesCartes(chassis, chacun);'
+  'platform/linux/arret_du_chassis.cpp|if (!déjà) chacun([&] { chassis.DéclencheAU(); });'
+  'platform/linux/arret_du_chassis.cpp|EcritLesSorties(chassis, chacun);'
+)
+git ls-files -z | xargs -0 cp --parents -t "$copie"
+cd "$copie"
+construit() { tools/construit.sh bench "$travaux" zuma_bench >construit.log 2>&1; }
+construit
+build/bench/zuma_bench --stop-table >table.log 2>&1 || { cat table.log; echo "the table fails as it is"; exit 1; }
+
+survivants=0
+for mutant in "${mutants[@]}"; do
+  fichier=${mutant%%|*}
+  texte=${mutant#*|}
+  python3 - "$fichier" "$texte" <<'PY'
+import sys
+fichier, texte = sys.argv[1:]
+avant, _, apres = texte.partition('=>')
+source = open(fichier).read()
+assert source.count(avant) == 1, f'{fichier}: not once: {avant}'
+open(fichier + '.sain', 'w').write(source)
+open(fichier, 'w').write(source.replace(avant, apres))
+PY
+  if ! construit; then
+    etat="does not build"
+  elif build/bench/zuma_bench --stop-table >table.log 2>table.err; then
+    etat="SURVIVES"
+    survivants=$((survivants + 1))
+  else
+    etat="noticed: $(head -1 table.err)"
+  fi
+  printf '%s: %s\n    %s\n' "$fichier" "$(tr '\n' ' ' <<<"$texte")" "$etat"
+  mv "$fichier.sain" "$fichier"
+done
+exit "$survivants"
