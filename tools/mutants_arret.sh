@@ -14,12 +14,13 @@ mutants=(
   'core/chassis.cpp|chacun([&] { Watchdog()->DéclencheAU(); });'
   'core/chassis.cpp|carte.DéclencheAU();
         carte.MetàJour();'
-  'commands/commande.cpp|mdblValeurCouranteEnUnité = mdblValeurInitiale;
-        sortie_ = false;=>sortie_ = false;'
+  'commands/commande.cpp|[&] { Envoie(TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien ? 0 : mdblValeurInitiale); },=>[&] {},'
   'logic/sortie_logique.cpp|ValeurCourante_ = ENUM_ETAT_LOGIQUE::Inactif;
     EcritLeNiveau();=>ValeurCourante_ = ENUM_ETAT_LOGIQUE::Inactif;'
   'logic/watchdog.cpp|wdt_01::WDT_Arme(LaCarte());
     arrêtAtteint_ = true;=>arrêtAtteint_ = true;'
+  'boards/operations.cpp|[&] { return bloc.PiloteDe<Board>().EcritSorties(image); }=>[&] { (void)image; }'
+  'instruments/thumler.cpp|EnvoiThumler("H");'
   'platform/linux/arret_du_chassis.cpp|if (déjà || chien.Adresse() != 0) RafraîchitLesCartes(chassis, chacun);'
   'platform/linux/arret_du_chassis.cpp|if (!déjà) chacun([&] { chassis.DéclencheAU(); });'
   'platform/linux/arret_du_chassis.cpp|EcritLesSorties(chassis, chacun);'
