@@ -136,14 +136,14 @@ TEST_F(LesChassisDeDémonstration, MesurentParLesVraisAdaptateurs) {
         {"10", "drive"},
         {"11", "umv"}},
        {"Balance LRPC", "Indicateur DEXAL", "Balance JADEVER", "Palpeur", "Palpeur 2",
-        "Température 1", "Vitesse de traverse"},
+        "Température 1"},
        {{"141.-1", false},
         {"142.-1", false},
         {"142.6", true},
         {"151.-1", false},
         {"153.-1", false},
         {"153.0", true},
-        {"153.1", true},
+        {"153.1", false},  // started behind a latched stop, which holds the drive at rest
         {"161.-1", false}}},
   };
   const ProgrammeLancé programme;

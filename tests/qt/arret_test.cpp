@@ -84,6 +84,7 @@ class UnArrêtEnCours : public essai::UnBureau {
     Le<QPushButton>("interromptEssai").click();
     Laisse(200);
     (void)bureau->LaMarche().Acquitte();
+    (void)bureau->LaMarche().RemetEnService();
     (void)LaRecopie()->ResetFeuilleEtalonnage();
     const CapteurRef vérin = LeCapteur("Déplacement");
     (void)vérin->ResetFeuilleEtalonnage();
