@@ -22,30 +22,38 @@ class Doute {
   [[nodiscard]] bool EnDoute() const noexcept { return depuis_.has_value(); }
   /// The slave was heard: from here on it is left alone.
   void Entend(double maintenant) noexcept {
-    if (depuis_) entendu_ = maintenant;
+    if (!depuis_) return;
+    if (!entendu_) laissé_ = maintenant;
+    entendu_ = maintenant;
   }
   /// The slave was heard late, and has been left alone for long enough: it hears the next question.
   [[nodiscard]] bool EstReposé(double maintenant) const noexcept {
     return entendu_ && maintenant - *entendu_ >= Calme();
   }
   /// True while the slave is left alone. The doubt ends with that time; without a word from the
-  /// slave it lasts, and nothing is held up.
+  /// slave it lasts, and nothing is held up. A line that never falls silent is asked again after
+  /// two seconds, in doubt as before.
   [[nodiscard]] bool Attend(double maintenant) noexcept {
     if (!entendu_) return false;
-    if (!EstReposé(maintenant)) return true;
-    *this = {};
-    return false;
+    if (EstReposé(maintenant)) {
+      *this = {};
+    } else if (maintenant - laissé_ > kBavardage) {
+      entendu_.reset();
+    }
+    return entendu_.has_value();
   }
 
  private:
   static constexpr double kCalmeMinimal = 100'000;
   static constexpr double kCalmeMaximal = 500'000;
+  static constexpr double kBavardage = 2'000'000;
   [[nodiscard]] double Calme() const noexcept {
     return std::clamp(*entendu_ - *depuis_, kCalmeMinimal, kCalmeMaximal);
   }
 
   std::optional<double> depuis_;   ///< sending of the first question without answer
   std::optional<double> entendu_;  ///< last word since
+  double laissé_ = 0;              ///< first of these words
 };
 
 }  // namespace zuma

@@ -234,6 +234,18 @@ TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
   }
 }
 
+// A line that never falls silent holds up neither set points nor the counting of failures.
+TEST_F(UnVariateur, NeSeTaitPasDevantUneLigneQuiBavarde) {
+  Tourne();
+  fil->perdRéponses = 1;
+  Passe(75);  // the late answer that is in doubt
+  ligne.pannes.babillarde = true;
+  (void)fil->Genres();
+  Passe(5000);
+  EXPECT_FALSE(fil->questions.empty());
+  EXPECT_EQ(Défaut(), -1);
+}
+
 TEST_F(UnVariateur, ReprendUnDépartQuiAEchoué) {
   ligne.pannes.muette = true;
   Passe(1);
