@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
+#include <functional>
+#include <iterator>
 
 #include "core/echec.h"
 
@@ -19,6 +21,13 @@ bool Avant(const PointDeTable& a, const PointDeTable& b) {
   return std::strong_order(a.x, b.x) < 0;
 }
 
+// A column that goes one way all along, and on to its last value by a step of its own.
+bool Continue(std::span<const double> colonne) {
+  const double dernière = colonne[colonne.size() - 2];
+  return dernière != colonne.front() && dernière != colonne.back() &&
+         (std::ranges::is_sorted(colonne) || std::ranges::is_sorted(colonne, std::greater()));
+}
+
 }  // namespace
 
 void Interpolation::Prépare(std::span<const PointDeTable> points) {
@@ -27,6 +36,9 @@ void Interpolation::Prépare(std::span<const PointDeTable> points) {
   std::array<PointDeTable, kMaxPoints> triés{};
   const auto fin =
       std::ranges::copy(points.first(std::min(points.size(), kMaxPoints)), triés.begin()).out;
+  // Points of one abscissa keep their order along the table, which may be written downwards.
+  const auto enSensInverse = std::reverse_iterator(fin);
+  if (std::is_sorted(enSensInverse, triés.rend(), Avant)) std::reverse(triés.begin(), fin);
   std::stable_sort(triés.begin(), fin, Avant);
   const auto ajoute = [&](const PointDeTable& a, const PointDeTable& b) {
     if (b.x != a.x) segments_[nombre_++] = {a, b};
@@ -36,7 +48,8 @@ void Interpolation::Prépare(std::span<const PointDeTable> points) {
 }
 
 double Interpolation::Interpole(double x) const {
-  if (identité_) return x;
+  // Compared and interpolated, what is no number would come out as an end of the first segment.
+  if (identité_ || std::isnan(x)) return x;
   if (nombre_ == 0) {
     throw Echec(Numéro::DivisionParZéro,
                 DescriptionDEchec(Numéro::DivisionParZéro) +
@@ -64,9 +77,18 @@ void TableEtalonnage::PointY(std::int16_t indice, double points) {
   Prépare();
 }
 
-void TableEtalonnage::Prépare() {
+std::size_t TableEtalonnage::DernièreRangée() const {
   std::size_t dernier = kMaxPoints;
   while (dernier > 0 && unités_[dernier] == 0 && points_[dernier] == 0) --dernier;
+  if (dernier < 2 || dernier == kMaxPoints) return dernier;
+  const auto avecLeZéro = [&](const auto& colonne) {
+    return std::span<const double>(colonne).subspan(1, dernier + 1);
+  };
+  return Continue(avecLeZéro(unités_)) && Continue(avecLeZéro(points_)) ? dernier + 1 : dernier;
+}
+
+void TableEtalonnage::Prépare() {
+  const std::size_t dernier = DernièreRangée();
   std::array<PointDeTable, kMaxPoints> versUnités{};
   std::array<PointDeTable, kMaxPoints> versPoints{};
   for (std::size_t i = 0; i < dernier; ++i) {

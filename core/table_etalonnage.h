@@ -16,12 +16,13 @@ struct PointDeTable {
 /// `Interpole` in one direction, prepared once for many look-ups. Linear between neighbours in the
 /// order of the abscissas; beyond the ends the end segment is prolonged, so that an overrange
 /// still trips a limit. One point is a line through the origin, none is the identity. A segment of
-/// zero width is passed over: at a jump the value before it is given.
+/// zero width is passed over: at a jump the value before it is given. What is no number gives none.
 class Interpolation {
  public:
   static constexpr std::size_t kMaxPoints = 20;
 
-  /// Takes the used rows (at most 20), in any order.
+  /// Takes the used rows (at most 20), in any order; those of one abscissa are taken in the
+  /// direction in which all were written.
   void Prépare(std::span<const PointDeTable> points);
 
   /// Ordinate at `x`. Fails with 11 when all points share one abscissa, or when the only point
@@ -40,8 +41,9 @@ class Interpolation {
 };
 
 /// Calibration table of a sensor or a command: up to 20 rows of units and points, looked up in
-/// both directions. Rows after the last one that is not (0, 0) are unused. Index 0 exists, is
-/// never loaded and takes no part in a look-up.
+/// both directions. Rows after the last one that is not (0, 0) are unused, but for a (0, 0) to
+/// which both columns of the rows before it go on, two at least: it is the end of a table written
+/// towards zero. Index 0 exists, is never loaded and takes no part in a look-up.
 class TableEtalonnage {
  public:
   static constexpr std::int16_t kMaxPoints = 20;
@@ -59,6 +61,7 @@ class TableEtalonnage {
   [[nodiscard]] double VersPoints(double unités) const { return versPoints_.Interpole(unités); }
 
  private:
+  [[nodiscard]] std::size_t DernièreRangée() const;
   void Prépare();
 
   std::array<double, kMaxPoints + 1> unités_{};

@@ -38,20 +38,33 @@ TEST(UneTableDEtalonnage, InterpoleDansLesDeuxSens) {
            {"pente négative", {{10, -100}, {-10, 100}}, 50, -5},
            {"une rangée nulle avant la dernière", {{-5, -50}, {0, 0}, {20, 100}}, 50, 10},
            {"une dernière rangée d'unité nulle", {{20, 100}, {0, 50}}, 75, 10},
-           {"sans passer par zéro", {{4, 1000}, {20, 2000}}, 0, -12}}) {
+           {"sans passer par zéro", {{4, 1000}, {20, 2000}}, 0, -12},
+           {"descendante jusqu'à (0, 0)", {{100, 1000}, {50, 520}, {0, 0}}, 0, 0},
+           {"au-delà de ce (0, 0)", {{100, 1000}, {50, 520}, {0, 0}}, -52, -5},
+           {"montante jusqu'à (0, 0)", {{-100, -1000}, {-50, -520}, {0, 0}}, -52, -5},
+           {"les points n'y vont pas", {{100, 100}, {50, 600}, {0, 0}}, 0, 110},
+           {"en désordre avec un zéro décalé", {{0, 100}, {100, 1100}, {50, 600}}, 0, -10},
+           {"bipolaire", {{-100, -1000}, {-50, -500}, {50, 500}}, 700, 70}}) {
     EXPECT_DOUBLE_EQ(Table(rangées).VersUnités(points), unités) << quoi;
     EXPECT_DOUBLE_EQ(Table(rangées).VersPoints(unités), points) << quoi;
+    EXPECT_TRUE(std::isnan(Table(rangées).VersUnités(std::nan("")))) << quoi;
+    EXPECT_TRUE(std::isnan(Table(rangées).VersPoints(-std::nan("")))) << quoi;
   }
 }
 
 TEST(UneTableDEtalonnage, PasseLesSegmentsDeLargeurNulle) {
-  const TableEtalonnage marche = Table({{0, 0}, {10, 100}, {20, 100}, {30, 200}});
-  EXPECT_DOUBLE_EQ(marche.VersUnités(100), 10);
-  EXPECT_DOUBLE_EQ(marche.VersUnités(150), 25);
-  EXPECT_DOUBLE_EQ(marche.VersPoints(15), 100);
+  for (const Rangées& rangées : {Rangées{{0, 0}, {10, 100}, {20, 100}, {30, 200}},
+                                 Rangées{{30, 200}, {20, 100}, {10, 100}, {0, 0}}}) {
+    const TableEtalonnage marche = Table(rangées);
+    EXPECT_DOUBLE_EQ(marche.VersUnités(50), 5);
+    EXPECT_DOUBLE_EQ(marche.VersUnités(100), 10);
+    EXPECT_DOUBLE_EQ(marche.VersUnités(150), 25);
+    EXPECT_DOUBLE_EQ(marche.VersPoints(15), 100);
+  }
   // The last segment that has a width goes on.
   EXPECT_DOUBLE_EQ(Table({{0, 0}, {10, 100}, {20, 100}}).VersUnités(200), 20);
-  for (const Rangées& sansLargeur : {Rangées{{5, 100}, {9, 100}}, Rangées{{5, 0}}}) {
+  for (const Rangées& sansLargeur :
+       {Rangées{{5, 100}, {9, 100}}, Rangées{{9, 100}, {5, 100}}, Rangées{{5, 0}}}) {
     EXPECT_EQ(NuméroDe([&] { (void)Table(sansLargeur).VersUnités(100); }), 11);
   }
   EXPECT_DOUBLE_EQ(Table({{5, 100}, {9, 100}}).VersPoints(7), 100);
