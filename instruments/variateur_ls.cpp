@@ -20,6 +20,8 @@ constexpr std::int32_t kErreursAvantCanal = 10;
 constexpr std::int32_t kEssaisAuDépart = 20;
 constexpr double kFréquenceDeLecture = 20;  // hertz
 constexpr std::int32_t kRegistresDEtat = 3;
+// A half that is a little less in binary, such as that of 0.145, rounds up as its text does.
+constexpr double kCommeSonTexte = 1 + 1e-15;
 constexpr double kEntreDeuxDéparts = 1'000'000;  // microseconds
 
 // The messages differ by the closing parenthesis, which stands in the first one only.
@@ -96,7 +98,7 @@ std::uint16_t MotDesSorties(const Fonction& bloc) {
 }  // namespace
 
 std::array<std::uint16_t, 3> VariateurLS::Consigne(double valeur) {
-  const double centièmes = std::round(std::fabs(valeur) * 100);
+  const double centièmes = std::round(std::fabs(valeur) * 100 * kCommeSonTexte);
   const double entier = std::floor(centièmes / 100);
   const int signe = valeur > 0 ? 1 : (valeur < 0 ? -1 : 0);
   return {OutilsModbus::Registre(signe), OutilsModbus::Registre(entier),

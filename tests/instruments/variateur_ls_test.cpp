@@ -20,7 +20,9 @@ TEST(ConsigneDuVariateur, TientEnTroisRegistres) {
     std::array<std::uint16_t, 3> registres;
   } cas[] = {
       {12.34, {1, 12, 34}}, {-0.5, {0xFFFF, 0, 50}},       {0, {0, 0, 0}},
-      {0.999, {1, 1, 0}},   {-1500.01, {0xFFFF, 1500, 1}},
+      {0.999, {1, 1, 0}},   {-1500.01, {0xFFFF, 1500, 1}}, {0.135, {1, 0, 14}},
+      {0.145, {1, 0, 15}},  {-1.005, {0xFFFF, 1, 1}},      {0.1449, {1, 0, 14}},
+      {1.995, {1, 2, 0}},   {0.29 - 0.145, {1, 0, 15}},
   };
   for (const auto& c : cas) EXPECT_EQ(VariateurLS::Consigne(c.valeur), c.registres) << c.valeur;
   EXPECT_THROW((void)VariateurLS::Consigne(70000), Echec);
