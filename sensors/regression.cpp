@@ -20,6 +20,13 @@ void Régression::Sommes::Décale(double delta, double nombre) {
   U -= nombre * delta;
 }
 
+bool Régression::ToutesA(double t, std::size_t i) const {
+  for (std::size_t k = 1; k <= remplis_; ++k) {
+    if (k != i && T_[k] != t) return false;
+  }
+  return true;
+}
+
 std::optional<double> Régression::Ajoute(double t, double v, double N) {
   const auto i = static_cast<std::size_t>(mintIndexRégression_);
   if (i > kCapacité) throw Echec(Numéro::IndiceHorsPlage);
@@ -32,6 +39,7 @@ std::optional<double> Régression::Ajoute(double t, double v, double N) {
   // N ΣT² - (ΣT)² and N ΣTV - ΣV ΣT with T = o + U: what is left of `o` stands for the entries
   // that N counts and the run does not hold.
   const auto n = static_cast<double>(remplis);
+  if (n == N && ToutesA(t, i)) return {};
   const double D = (N - n) * o * (n * o + 2 * s.U) + N * s.U2 - s.U * s.U;
   if (D == 0) return {};
   const double pente = ((N - n) * o * s.V + N * s.UV - s.V * s.U) / D;

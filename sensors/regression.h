@@ -23,6 +23,9 @@ class Régression {
   [[nodiscard]] std::optional<double> Ajoute(double t, double v, double N);
 
  private:
+  // All samples but the one of rank `i` stand at that time: sums that were rounded do not tell.
+  [[nodiscard]] bool ToutesA(double t, std::size_t i) const;
+
   // Sums over the samples kept, times taken from `origine_`. N ΣT² - (ΣT)² is a small difference
   // of large numbers when the timer counts from the start of the machine; brought to a near
   // origin, the same formula stays exact.

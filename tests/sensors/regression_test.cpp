@@ -41,6 +41,17 @@ TEST_F(UnePente, NeGardePasUnEchantillonSansPente) {
   EXPECT_DOUBLE_EQ(*Avec(2, 10, 4), 5);  // nothing is left of them
 }
 
+// Whatever the sums have kept of the samples before.
+TEST_F(UnePente, TientUnRunDeDeuxAuMêmeInstant) {
+  for (int i = 0; i < 1000; ++i) {
+    const double t = 1e6 + i * 0.1;
+    (void)Avec(t, i, 2);
+    EXPECT_FALSE(Avec(t, i + 5, 2)) << i;
+    EXPECT_FALSE(Avec(t, std::nan(""), 2)) << i;
+  }
+  EXPECT_NEAR(*Avec(1e6 + 100, 1000, 2), 10, 1e-6);
+}
+
 TEST_F(UnePente, EchoueAuDelàDe5000) {
   for (int i = 1; i <= 5000; ++i) (void)Avec(i, i, 6000);
   EXPECT_THROW((void)Avec(5001, 1, 6000), Echec);
