@@ -43,8 +43,8 @@ template <class T, class... Args>
   return Ref<T>(std::make_shared<T>(std::forward<Args>(args)...));
 }
 
-/// Plain pointer to something that outlives its user (a parent, a platform service), with the
-/// same failure on Nothing as `Ref`.
+/// Plain pointer to something that outlives its user (a platform service), with the same failure on
+/// Nothing as `Ref`.
 template <class T>
 class Pointeur {
  public:
@@ -61,6 +61,44 @@ class Pointeur {
 
  private:
   T* objet_ = nullptr;
+};
+
+/// Life of an object that others point at without holding it.
+class Vie {
+ public:
+  Vie() : signe_(std::make_shared<char>()) {}
+  Vie(const Vie&) = delete;
+  Vie& operator=(const Vie&) = delete;
+  /// The object is going away: nobody finds it any more.
+  void Finit() noexcept { signe_ = nullptr; }
+
+ private:
+  template <class T>
+  friend class PointeurSuivi;
+  std::shared_ptr<char> signe_;
+};
+
+/// Plain pointer to something that may go first (a parent): Nothing once its life, or that of its
+/// owner, has ended. Costs one load more than a plain one.
+template <class T>
+class PointeurSuivi {
+ public:
+  PointeurSuivi() noexcept = default;
+  PointeurSuivi(T* objet, const Vie& vie) noexcept : objet_(objet), signe_(vie.signe_) {}
+  explicit PointeurSuivi(T* objet) noexcept {
+    if (objet != nullptr) *this = {objet, objet->LaVie()};
+  }
+
+  [[nodiscard]] T* operator->() const { return &**this; }
+  [[nodiscard]] T& operator*() const {
+    if (signe_.expired()) throw Echec::ObjetAbsent();
+    return *objet_;
+  }
+  [[nodiscard]] T* Brut() const noexcept { return signe_.expired() ? nullptr : objet_; }
+
+ private:
+  T* objet_ = nullptr;
+  std::weak_ptr<char> signe_;
 };
 
 }  // namespace zuma

@@ -76,7 +76,7 @@ void Canal::Gain(const Valeur& gain) {
 }
 
 void Canal::Parent(Fonction* parent) {
-  Parent_ = parent;
+  Parent_ = PointeurSuivi<Fonction>(parent);
 }
 
 void Canal::Driver(ENUM_DRIVER driver) {
@@ -92,13 +92,16 @@ void Canal::TypeCanal(ENUM_TYPE_FONCTION type) {
 void Canal::Résout() {
   const LigneDriver& ligne = LigneDuDriver(musrDriver);
   opérations_ = ligne.Sert(musrTypeCanal) ? ligne.pilote : nullptr;
-  pilote_ = nullptr;
+  pilote_ = {};
 }
 
 void Canal::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
     if (opérations_ == nullptr) return;
-    if (opérations_->ouvre != nullptr) pilote_ = &opérations_->ouvre(*Parent_->LaCarte(), Base());
+    if (opérations_->ouvre != nullptr) {
+      Carte& carte = *Parent_->LaCarte();
+      pilote_ = {&opérations_->ouvre(carte, Base()), carte.LaVie()};
+    }
     if (opérations_->démarreCanal != nullptr) opérations_->démarreCanal(*this);
   });
 }
@@ -120,11 +123,6 @@ void Canal::MetàJour() {
         v.Ajoute("IndexLecture", IndexLecture);
         v.Ajoute("SommeTemp", SommeTemp);
       });
-}
-
-void Canal::Détache() noexcept {
-  Parent_ = nullptr;
-  pilote_ = nullptr;
 }
 
 }  // namespace zuma

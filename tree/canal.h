@@ -69,6 +69,7 @@ class Canal : public Objet {
   /// channel that no driver serves.
   [[nodiscard]] bool Atteint() const { return valeurAtteinte_ == mdblValeurCanal; }
 
+  /// The block, as long as there is one.
   [[nodiscard]] Fonction* Parent() const { return Parent_.Brut(); }
   void Parent(Fonction* parent);
 
@@ -149,10 +150,6 @@ class Canal : public Objet {
     mdblValeurCanal = Divise(SommeTemp, std::max<std::int16_t>(mintNbLecture, 0)) * kPleineEchelle /
                       pleineEchelleCarte;
   }
-  /// Forgets the block, which is going away while a sensor still holds the channel.
-  void Détache() noexcept;
-  /// Forgets the driver object: the board is going away.
-  void OublieLePilote() noexcept { pilote_ = nullptr; }
 
  private:
   void LitLigne(const Recordset& ligne, Valeur& vData);
@@ -185,11 +182,11 @@ class Canal : public Objet {
   std::int32_t Canal_IdentifiantA_ = 0;
   std::int32_t Canal_IdentifiantB_ = 0;
   TamponSérie tampon_;
-  Pointeur<Fonction> Parent_;
+  PointeurSuivi<Fonction> Parent_;
 
   // Resolved when driver or type change, so that the pass looks nothing up.
   const OpérationsPilote* opérations_ = nullptr;
-  Pointeur<Pilote> pilote_;
+  PointeurSuivi<Pilote> pilote_;
 };
 
 using CanalRef = Ref<Canal>;

@@ -17,8 +17,7 @@ Carte::Carte(Plateforme& plateforme)
 }
 
 Carte::~Carte() {
-  if (!Fonctions_) return;
-  for (const FonctionRef& fonction : *Fonctions_) fonction->Détache();
+  vie_.Finit();
   FonctionSuivante_ = nullptr;
   Fonctions_ = nullptr;  // the blocks close their links before the board closes its own
 }

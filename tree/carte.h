@@ -61,6 +61,8 @@ class Carte : public Objet {
   void Initialise();
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeLaCarte_; }
+  /// Ends with the board: its blocks, and the channels that its drivers serve, may outlive it.
+  [[nodiscard]] const Vie& LaVie() const noexcept { return vie_; }
 
   // For the pass and the drivers.
 
@@ -122,6 +124,7 @@ class Carte : public Objet {
   Ref<Recordset> LeRecordset_;
   std::vector<PiloteOuvert> pilotes_;
   const LigneDriver* ligne_;
+  Vie vie_;
 };
 
 using CarteRef = Ref<Carte>;

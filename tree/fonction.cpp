@@ -15,9 +15,7 @@ constexpr std::int16_t kCanalErreur = -1;
 }  // namespace
 
 Fonction::~Fonction() {
-  if (Canals_) {
-    for (const CanalRef& canal : *Canals_) canal->Détache();
-  }
+  vie_.Finit();
   CanalErreurModbus_ = nullptr;
   Canals_ = nullptr;
   if (RS_ && RS_->EtatPort() == 1) RS_->FermePort();
@@ -25,13 +23,6 @@ Fonction::~Fonction() {
     opérations_->termineBloc(*this);
   }
   Décharge();
-}
-
-void Fonction::Détache() noexcept {
-  Parent_ = nullptr;
-  pilote_ = nullptr;
-  if (!Canals_) return;
-  for (const CanalRef& canal : *Canals_) canal->OublieLePilote();
 }
 
 void Fonction::Décharge() {
@@ -65,6 +56,10 @@ void Fonction::ChargeLesCanaux(const Ref<BaseDeDonnées>& dtbMaBase,
   });
 }
 
+void Fonction::Parent(Carte* parent) {
+  Parent_ = PointeurSuivi<Carte>(parent);
+}
+
 void Fonction::Adresse(std::int32_t adresse) {
   Garde(*this, Forme::Ecriture, "Adresse", [&] {
     mlngAdresse = adresse;
@@ -79,7 +74,9 @@ Carte* Fonction::LaCarte() const {
 void Fonction::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
     if (opérations_ != nullptr) {
-      if (opérations_->ouvre != nullptr) pilote_ = &opérations_->ouvre(*Parent_, Base());
+      if (opérations_->ouvre != nullptr) {
+        pilote_ = {&opérations_->ouvre(*Parent_, Base()), Parent_->LaVie()};
+      }
       if (opérations_->démarreBloc != nullptr) opérations_->démarreBloc(*this);
     }
     for (const CanalRef& canal : *Canals()) {

@@ -63,8 +63,9 @@ class Fonction : public Objet {
   /// Makes and reads the channels of the block, in the order of "Numéro du Canal".
   void ChargeLesCanaux(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaFonction);
 
+  /// The board, as long as there is one.
   [[nodiscard]] Carte* Parent() const { return Parent_.Brut(); }
-  void Parent(Carte* parent) { Parent_ = parent; }
+  void Parent(Carte* parent);
 
   [[nodiscard]] ENUM_TYPE_FONCTION TypeDeFonction() const { return TypeDeFonction_; }
   /// Stores the base address and hands it to every channel.
@@ -97,6 +98,8 @@ class Fonction : public Objet {
   [[nodiscard]] std::int32_t ModbusRegistreDeDepart() const { return ModbusRegistreDeDepart_; }
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeLaFonction_; }
+  /// Ends with the block: its channels may outlive it.
+  [[nodiscard]] const Vie& LaVie() const noexcept { return vie_; }
 
   // For the drivers.
 
@@ -139,8 +142,6 @@ class Fonction : public Objet {
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
   /// The board; its absence is a failure (91).
   [[nodiscard]] Carte* LaCarte() const;
-  /// Forgets board and driver object: the board is going away.
-  void Détache() noexcept;
 
  private:
   struct Lecture;
@@ -177,11 +178,12 @@ class Fonction : public Objet {
   EtatSpider spider_;
   std::string dernierCanal_;
   std::optional<std::uint32_t> motPrécédent_;
-  Pointeur<Carte> Parent_;
+  PointeurSuivi<Carte> Parent_;
+  Vie vie_;
 
   // Resolved at load and start, so that the pass looks nothing up.
   const OpérationsPilote* opérations_ = nullptr;
-  Pointeur<Pilote> pilote_;
+  PointeurSuivi<Pilote> pilote_;
 };
 
 using FonctionRef = Ref<Fonction>;

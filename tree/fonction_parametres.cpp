@@ -146,7 +146,7 @@ void Fonction::Lecture::BitsDeStop(Fonction& f, const Valeur& v) {
 void Fonction::ConfigureCanaux() {
   const LigneDriver& ligne = LigneDuDriver(musrDriver);
   opérations_ = ligne.Sert(TypeDeFonction_) ? ligne.pilote : nullptr;
-  pilote_ = nullptr;
+  pilote_ = {};
   for (const CanalRef& canal : *Canals()) {
     if (canal->Driver() == ENUM_DRIVER::DrvAucun) canal->Driver(musrDriver);
     canal->TypeCanal(TypeDeFonction_);

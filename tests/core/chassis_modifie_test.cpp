@@ -196,5 +196,27 @@ TEST(UnChassisModifié, SurvitDansTousSesParcours) {
   }
 }
 
+// A channel, a block and a board, each held when what it hung on has gone.
+TEST(UnChassisModifié, NeLaissePasDeParentDisparu) {
+  struct : essai::BancLogique {
+  } banc;
+  const auto cartes = banc.chassis.Cartes();
+  const CanalRef canal = banc.CanalDe(10);
+  const CanalRef autre = banc.CanalDe(12);
+  const FonctionRef bloc = cartes->Item("2")->Fonctions()->Item("1");
+  // A channel taken out of a block that ends; the board lives.
+  canal->Parent()->Canals()->Remove("10");
+  Vide(*cartes->Item("1")->Fonctions());
+  EXPECT_EQ(canal->Parent(), nullptr);
+  // A channel and its block taken out of a board that ends.
+  bloc->Canals({});
+  cartes->Item("2")->Fonctions({});
+  Vide(*cartes);
+  EXPECT_EQ(bloc->Parent(), nullptr);
+  EXPECT_EQ(autre->Parent(), bloc.Brut());
+  autre->MetàJour();
+  EXPECT_TRUE(banc.Dit("Erreur N°91 ")) << "its driver went with the board";
+}
+
 }  // namespace
 }  // namespace zuma
