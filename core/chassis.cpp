@@ -7,6 +7,10 @@
 namespace zuma {
 Chassis::~Chassis() {
   Commandes_ = nullptr;
+  // Sensors that were never sorted may keep each other.
+  if (Capteurs_) {
+    for (const CapteurRef& capteur : *Capteurs_) capteur->Délie();
+  }
   Capteurs_ = nullptr;
   Cartes_ = nullptr;
 }

@@ -140,6 +140,7 @@ class Chassis : public Objet {
                     const Ref<ZED_Traduction>& traducteur);
   void RepèreLesEntréesConnues();
   void TrieLesCapteurs();
+  void Ecarte(const zuma::Capteurs& restants);
   [[nodiscard]] Dues CalculeLesDues();
   void SertLeWatchdog();
   void SertLaCarte(Carte& carte, const Dues& dues);

@@ -112,10 +112,19 @@ void Chassis::TrieLesCapteurs() {
   while (Déplace(*restants, *triés,
                  [&](const Capteur& capteur) { return FilsTousTriés(capteur, *triés); })) {
   }
-  if (restants->Count() != 0) {
-    Montre("Gros soucis dans le tri des capteurs...Voir Marcel (K9)");
-  }
   Capteurs(triés);
+  for (const CapteurRef& capteur : *triés) capteur->ReprendLesLimitesDesFils();
+  if (restants->Count() != 0) Ecarte(*restants);
+}
+
+// In a cycle each would keep the other, and what it listens to, for ever.
+void Chassis::Ecarte(const zuma::Capteurs& restants) {
+  std::string noms;
+  for (const CapteurRef& capteur : restants) {
+    noms += (noms.empty() ? " : " : ", ") + capteur->NomDuCapteur();
+    capteur->Délie();
+  }
+  Montre("Gros soucis dans le tri des capteurs...Voir Marcel (K9)" + noms);
 }
 
 }  // namespace zuma

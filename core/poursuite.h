@@ -10,12 +10,15 @@ namespace zuma {
 /// while none fails.
 class Poursuite {
  public:
+  /// True when the step did not fail.
   template <class Pas>
-  void operator()(Pas&& pas) {
+  bool operator()(Pas&& pas) {
     try {
       std::forward<Pas>(pas)();
+      return true;
     } catch (...) {
       if (!premier_) premier_ = std::current_exception();
+      return false;
     }
   }
   void Termine() const {

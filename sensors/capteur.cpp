@@ -2,6 +2,7 @@
 #include "sensors/capteur.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/garde.h"
 #include "core/outils_communs.h"
@@ -33,30 +34,38 @@ void Capteur::AutoriseDétectionMaxi(bool autorise) {
   if (autorise) mdblMaxiDétecté = mdblValeurCourante;
 }
 
-void Capteur::CapteursFils(CapteursRef fils) {
-  CapteursFils_ = std::move(fils);
-  fils_ = {};
-}
-
-Capteur& Capteur::Fils(std::size_t rang) {
-  static constexpr std::array<std::string_view, kFilsConnus> kClés{"1", "2"};
-  if (!fils_[rang]) fils_[rang] = CapteursFils_->Item(kClés[rang]);
-  return *fils_[rang];
+CapteurRef Capteur::Fils(std::size_t rang) const {
+  static constexpr std::array<std::string_view, 2> kClés{"1", "2"};
+  return CapteursFils_->Item(kClés[rang]);
 }
 
 // The collection tells an absent key by a failure only.
-Capteur* Capteur::FilsOuRien(std::size_t rang) {
+CapteurRef Capteur::FilsOuRien(std::size_t rang) const {
   try {
-    return &Fils(rang);
+    return Fils(rang);
   } catch (const Echec&) {
-    return nullptr;
+    return {};
   }
+}
+
+EnCours Capteur::Descend() const {
+  if (descend_) {
+    throw Echec(Numéro::AppelIncorrect,
+                DescriptionDEchec(Numéro::AppelIncorrect) + " : le capteur est son propre fils");
+  }
+  return EnCours(descend_);
+}
+
+void Capteur::Délie() noexcept {
+  CapteursFils_ = nullptr;
+  paramètres_.Délie();
 }
 
 void Capteur::Enabled_bln(bool enService) {
   Garde(*this, Forme::Ecriture, "Enabled_bln", [&] {
     Enabled_bln_ = enService;
     if (!enService || !CapteursFils_) return;
+    const EnCours descente = Descend();
     for (const CapteurRef& fils : *CapteursFils_) fils->Enabled_bln(true);
   });
 }

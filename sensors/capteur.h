@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -11,8 +10,10 @@
 #include <vector>
 
 #include "core/collections.h"
+#include "core/en_cours.h"
 #include "core/evenement.h"
 #include "core/objet.h"
+#include "core/poursuite.h"
 #include "core/reglages_ligne.h"
 #include "core/table_etalonnage.h"
 #include "platform/base_de_donnees.h"
@@ -149,10 +150,9 @@ class Capteur : public Objet {
   void Operateur_str(std::string opérateur) { Operateur_str_ = std::move(opérateur); }
   [[nodiscard]] const std::string& Operateur_str() const { return Operateur_str_; }
   [[nodiscard]] double ValeurTare() const { return ValeurTare_; }
-  /// Sensors that this one is made from, under "1", "2", ...; Nothing until linked. The refresh
-  /// looks each of them up once.
+  /// Sensors that this one is made from, under "1", "2", ...; Nothing until linked.
   [[nodiscard]] CapteursRef CapteursFils() const { return CapteursFils_; }
-  void CapteursFils(CapteursRef fils);
+  void CapteursFils(CapteursRef fils) { CapteursFils_ = std::move(fils); }
   using Objet::ChargeErreur;
   [[nodiscard]] double MaxiDétecté() const { return mdblMaxiDétecté; }
   [[nodiscard]] double MiniDétecté() const { return mdblMiniDétecté; }
@@ -202,6 +202,10 @@ class Capteur : public Objet {
   /// Resolves the references of the row; what is not found is told in a message and stays Nothing.
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
+  /// Has an overlap sensor compare its children again, once they have found their own limits.
+  void ReprendLesLimitesDesFils();
+  /// Lets go of children and shared parameters: the sensor is no part of its frame any more.
+  void Délie() noexcept;
   /// Writes name, key and channel on the file that the host has open under that number, for traces,
   /// and leaves it open. Without a channel the lines before it are written, and failure 91 goes to
   /// the error record.
@@ -234,8 +238,9 @@ class Capteur : public Objet {
     double dblMoyenne = 0;
     double DeltaT = 0;
     double Intégation = 0;
+    bool tenue = false;  ///< the value is held, and what is being measured with it
+    Poursuite chacun;    ///< what failed is told behind the refresh
   };
-  static constexpr std::size_t kFilsConnus = 2;
 
   void LitLaConfigurationRS();
   void LieAuChassis(Chassis& chassis);
@@ -253,7 +258,8 @@ class Capteur : public Objet {
 
   void Rafraîchit(Passe& passe);
   void CalculeLaValeur(Passe& passe);
-  void LitLOffset(Passe& passe);
+  [[nodiscard]] bool LitLOffset(Passe& passe);
+  void TientLaValeur(Passe& passe);
   [[nodiscard]] bool EntréeLAutorise() const;
   [[nodiscard]] bool ParamètreLAutorise() const;
   void Refuse();
@@ -268,9 +274,11 @@ class Capteur : public Objet {
   void AvanceLeZéro(Passe& passe);
   void AvanceLaTare(Passe& passe);
   void RemplitLesVariables(Variables& v, const Passe& passe) const;
-  [[nodiscard]] Capteur& Fils(std::size_t rang);
-  [[nodiscard]] Capteur* FilsOuRien(std::size_t rang);
-  [[nodiscard]] Capteur& PetitCapteur() const;
+  [[nodiscard]] CapteurRef Fils(std::size_t rang) const;
+  [[nodiscard]] CapteurRef FilsOuRien(std::size_t rang) const;
+  [[nodiscard]] CapteurRef PetitCapteur() const;
+  /// Stands for as long as the children are asked; fails on a sensor found below itself.
+  [[nodiscard]] EnCours Descend() const;
   [[nodiscard]] ZED_LiaisonSerie& Liaison();
   void MarqueLEmission();
   void DémarreLaLigne(const DialogueSérie& dialogue);
@@ -369,8 +377,8 @@ class Capteur : public Objet {
   // Links.
   CanalRef mobjCanal;
   CapteursRef CapteursFils_;
-  std::array<CapteurRef, kFilsConnus> fils_;  ///< children "1" and "2" once looked up
-  std::vector<std::string> mastrLabelsFils;   ///< labels of the children "1", "2", ...
+  mutable bool descend_ = false;             ///< the children are being asked
+  std::vector<std::string> mastrLabelsFils;  ///< labels of the children "1", "2", ...
   std::int32_t mlngIndexCanal = 0;
   Ref<ZED_Securite> MaSecurite_obj_;
   Ref<ZED_Traduction> Traducteur_obj_;

@@ -89,14 +89,14 @@ void Capteur::DéduitLesLimites() {
   const std::int32_t nombre = CapteursFils_->Count();
   if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurContrainte && nombre >= 1) {
     const double surface = paramètres_.Nombre(ParamEprouvette::S);
-    MaxiCapteur_ = ContrainteDepuisForce(Fils(0).MaxiCapteur(), surface);
-    MiniCapteur_ = ContrainteDepuisForce(Fils(0).MiniCapteur(), surface);
+    MaxiCapteur_ = ContrainteDepuisForce(Fils(0)->MaxiCapteur(), surface);
+    MiniCapteur_ = ContrainteDepuisForce(Fils(0)->MiniCapteur(), surface);
   } else if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurDeltaL && nombre >= 1) {
     // A ratio, where value and maximum are in percent: hosts count on it.
     const double longueur = paramètres_.Nombre(ParamEprouvette::S);
     if (longueur == 0) return;
-    MaxiCapteur_ = Fils(0).MaxiCapteur() / longueur;
-    MiniCapteur_ = Fils(0).MiniCapteur() / longueur;
+    MaxiCapteur_ = Fils(0)->MaxiCapteur() / longueur;
+    MiniCapteur_ = Fils(0)->MiniCapteur() / longueur;
   } else if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement && nombre >= 2) {
     // The names are only known after the first link, so that this fails then: an overlap sensor
     // is to be configured without parameter "S".
@@ -112,6 +112,7 @@ void Capteur::Initialise() {
       *this, Forme::Méthode, "Initialise",
       [&] {
         mintNbLectureEffectuées = 0;
+        mdblSommeCanalPourMAV = 0;
         if (genre_ != nullptr && genre_->démarre != nullptr) genre_->démarre(*this);
       },
       [&](Variables& v) {

@@ -30,10 +30,12 @@ void Capteur::Calcul::RazDeLaMontre(Capteur& c) {
 }
 
 void Capteur::Calcul::RazDuPetit(Capteur& c) {
-  c.PetitCapteur().Raz();
+  const EnCours descente = c.Descend();
+  c.PetitCapteur()->Raz();
 }
 
 void Capteur::Calcul::RazDesFils(Capteur& c) {
+  const EnCours descente = c.Descend();
   for (const CapteurRef& fils : *c.CapteursFils_) fils->Raz();
 }
 
@@ -48,7 +50,9 @@ void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
 void Capteur::AnnuleRaz() {
   Garde(*this, Forme::Méthode, "AnnuleRaz", [&] {
     ValeurDeRAZ_mdbl = 0;
-    if (musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement) PetitCapteur().AnnuleRaz();
+    if (musrTypeDeCapteur != ENUM_TYPE_CAPTEUR::CapteurRecouvrement) return;
+    const EnCours descente = Descend();
+    PetitCapteur()->AnnuleRaz();
   });
 }
 
@@ -59,8 +63,11 @@ void Capteur::AnnuleTare() {
 
 ENUM_OPERATION_MAV Capteur::EtatRAZ() const {
   return Garde(*this, Forme::Lecture, "EtatRAZ", [&] {
-    return musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::CapteurRecouvrement ? PetitCapteur().EtatRAZ()
-                                                                       : musrOpérationCouranteDeRAZ;
+    if (musrTypeDeCapteur != ENUM_TYPE_CAPTEUR::CapteurRecouvrement) {
+      return musrOpérationCouranteDeRAZ;
+    }
+    const EnCours descente = Descend();
+    return PetitCapteur()->EtatRAZ();
   });
 }
 
@@ -85,7 +92,7 @@ void Capteur::AvanceLeZéro(Passe& passe) {
   try {
     passe.AncienZéroEnPoints = table_.VersPoints(0);
   } catch (...) {
-    // Left running it would fail in every refresh, before the limits are looked at.
+    // Left running it would fail in every refresh.
     musrOpérationCouranteDeRAZ = ENUM_OPERATION_MAV::RienFaire;
     throw;
   }

@@ -10,7 +10,11 @@ namespace zuma {
 void Capteur::MetàJour() {
   Passe passe;
   Garde(
-      *this, Forme::Méthode, "MetàJour", [&] { Rafraîchit(passe); },
+      *this, Forme::Méthode, "MetàJour",
+      [&] {
+        passe.chacun([&] { Rafraîchit(passe); });
+        passe.chacun.Termine();
+      },
       [&](Variables& v) { RemplitLesVariables(v, passe); });
 }
 
@@ -22,7 +26,10 @@ void Capteur::Rafraîchit(Passe& passe) {
     return;
   }
   CapteurSelectionne_ = true;
-  LitLOffset(passe);
+  if (!LitLOffset(passe)) {
+    TientLaValeur(passe);
+    return;
+  }
   CalculeLaValeur(passe);
   if (musrOpérationCouranteDeTare == ENUM_OPERATION_MAV::Acquisition) AvanceLaTare(passe);
   mdblValeurCourante = passe.dblOffset + mdblValeurCourante - ValeurTare_;
@@ -39,17 +46,17 @@ void Capteur::CalculeLaValeur(Passe& passe) {
   if (genre_ != nullptr && genre_->calcule != nullptr) genre_->calcule(*this, passe);
 }
 
-// An offset that is no number holds the value; the limits are watched all the same.
-void Capteur::LitLOffset(Passe& passe) {
-  if (!paramètres_[ParamEprouvette::Offset]) return;
-  try {
-    passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset);
-  } catch (...) {
-    const double tenue = mdblValeurCourante;
-    CalculeLaValeur(passe);
-    mdblValeurCourante = tenue;
-    throw;
-  }
+bool Capteur::LitLOffset(Passe& passe) {
+  if (!paramètres_[ParamEprouvette::Offset]) return true;
+  return passe.chacun([&] { passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset); });
+}
+
+// Without its offset: what is shown and what is being measured stay, the limits are watched.
+void Capteur::TientLaValeur(Passe& passe) {
+  passe.tenue = true;
+  const double tenue = mdblValeurCourante;
+  passe.chacun([&] { CalculeLaValeur(passe); });
+  mdblValeurCourante = tenue;
 }
 
 bool Capteur::EntréeLAutorise() const {
@@ -87,7 +94,7 @@ void Capteur::Calcul::ExtrêmesDeLaValeur(Capteur& c) {
 // Stress and elongation follow the maximum of what they are made from; their minimum stays.
 void Capteur::Calcul::MaxiDeLaForce(Capteur& c) {
   if (c.CapteursFils_->Count() == 0) return;
-  const double maxi = c.Fils(0).MaxiDétecté();
+  const double maxi = c.Fils(0)->MaxiDétecté();
   if (maxi == c.MémoMaxi) return;
   c.MémoMaxi = maxi;
   c.mdblMaxiDétecté = c.ContrainteDepuisForce(maxi, c.mdblSurfaceCalculée);
@@ -96,7 +103,7 @@ void Capteur::Calcul::MaxiDeLaForce(Capteur& c) {
 
 void Capteur::Calcul::MaxiDeLAllongement(Capteur& c) {
   if (c.CapteursFils_->Count() == 0) return;
-  const double maxi = c.Fils(0).MaxiDétecté();
+  const double maxi = c.Fils(0)->MaxiDétecté();
   if (maxi == c.MémoMaxi) return;
   c.MémoMaxi = maxi;
   if (!c.paramètres_[ParamEprouvette::S]) return;

@@ -20,16 +20,19 @@ constexpr double kPoidsAjouté = 0.54;
 
 void Capteur::Calcul::Normal(Capteur& c, Passe& passe) {
   c.mdblValeurCouranteEnPoints = c.mobjCanal ? c.mobjCanal->ValeurCanal() : 0;
-  if (c.musrOpérationCouranteDeRAZ == ENUM_OPERATION_MAV::Acquisition) c.AvanceLeZéro(passe);
+  if (c.musrOpérationCouranteDeRAZ == ENUM_OPERATION_MAV::Acquisition && !passe.tenue) {
+    passe.chacun([&] { c.AvanceLeZéro(passe); });
+  }
   c.mdblValeurCouranteEnPoints -= c.ValeurDeRAZ_mdbl;
   c.Intègre(passe);
+  const auto contrôle = [&] { passe.chacun([&] { c.ContrôleLesLimites(); }); };
   try {
     c.mdblValeurCourante = c.table_.VersUnités(c.mdblValeurCouranteEnPoints);
   } catch (...) {
-    c.ContrôleLesLimites();  // a table that gives no units leaves the limits in points
+    contrôle();  // a table that gives no units leaves the limits in points
     throw;
   }
-  c.ContrôleLesLimites();
+  contrôle();
 }
 
 // First-order filter whose weight follows the actual period of the refresh.

@@ -12,6 +12,10 @@ RECOUVREMENT_ETAT Position(double v, double seuilBas, double seuilHaut) {
   return v <= seuilHaut ? RECOUVREMENT_ETAT::EntreLesSeuils : RECOUVREMENT_ETAT::SuperieurSeuilHaut;
 }
 
+double Ecart(const Capteur& petit, const Capteur& grand) {
+  return grand.ValeurCourante() - petit.ValeurCourante();
+}
+
 }  // namespace
 
 void Capteur::PrépareLeRecouvrement() {
@@ -19,13 +23,20 @@ void Capteur::PrépareLeRecouvrement() {
       CapteursFils_->Item("1")->MaxiCapteur() > CapteursFils_->Item("2")->MaxiCapteur();
   GrandCapteur_str_ = premierGrand ? "1" : "2";
   PetitCapteur_str_ = premierGrand ? "2" : "1";
-  SeuilBasUC_dbl_ = PetitCapteur().MaxiCapteur() * mdblSeuilBasPourCent / kPourCent;
-  SeuilHautUC_dbl_ = PetitCapteur().MaxiCapteur() * mdblSeuilHautPourCent / kPourCent;
+  SeuilBasUC_dbl_ = PetitCapteur()->MaxiCapteur() * mdblSeuilBasPourCent / kPourCent;
+  SeuilHautUC_dbl_ = PetitCapteur()->MaxiCapteur() * mdblSeuilHautPourCent / kPourCent;
   musrEtatRecouvrement = RECOUVREMENT_ETAT::InferieurSeuilBas;
 }
 
-Capteur& Capteur::PetitCapteur() const {
-  return *CapteursFils_->Item(PetitCapteur_str_);
+// Nothing on one that its link could not prepare.
+void Capteur::ReprendLesLimitesDesFils() {
+  Garde(*this, Forme::Procédure, "Lien", [&] {
+    if (!PetitCapteur_str_.empty()) PrépareLeRecouvrement();
+  });
+}
+
+CapteurRef Capteur::PetitCapteur() const {
+  return CapteursFils_->Item(PetitCapteur_str_);
 }
 
 void Capteur::Calcul::Recouvrement(Capteur& c, Passe&) {
@@ -42,8 +53,7 @@ double Capteur::RecouvrementLecture(const CapteursRef& CapteursFils_cobj,
                                     std::int32_t& NbValeurLues_lng) {
   return Garde(*this, Forme::Méthode, "RecouvrementLecture", [&] {
     const CapteurRef petit = CapteursFils_cobj->Item(PetitCapteur_str);
-    const RECOUVREMENT_ETAT position =
-        Position(petit->ValeurCourante(), SeuilBasUC_dbl, SeuilHautUC_dbl);
+    RECOUVREMENT_ETAT position = Position(petit->ValeurCourante(), SeuilBasUC_dbl, SeuilHautUC_dbl);
     if (position != RECOUVREMENT_ETAT::EntreLesSeuils) {
       const bool bas = position == RECOUVREMENT_ETAT::InferieurSeuilBas;
       RecouvrementChangementCapteur(CapteursFils_cobj, CapteurCourant_str,
@@ -53,6 +63,7 @@ double Capteur::RecouvrementLecture(const CapteursRef& CapteursFils_cobj,
       RecouvrementAcquisistion(petit, CapteursFils_cobj->Item(GrandCapteur_str));
     } else {
       RecouvrementInitAcquisistion(petit, CapteursFils_cobj->Item(GrandCapteur_str));
+      if (NbValeurLues_lng_ == 0) position = musrEtatRecouvrement;  // to begin with the next one
     }
     musrEtatRecouvrement = position;
     return CapteursFils_cobj->Item(CapteurCourant_str)->ValeurCourante();
@@ -62,7 +73,10 @@ double Capteur::RecouvrementLecture(const CapteursRef& CapteursFils_cobj,
 void Capteur::RecouvrementInitAcquisistion(const CapteurRef& PetitCapteur_obj,
                                            const CapteurRef& GrandCapteur_obj) {
   Garde(*this, Forme::Méthode, "RecouvrementInitAcquisistion", [&] {
-    EcartMoyen_dbl_ = GrandCapteur_obj->ValeurCourante() - PetitCapteur_obj->ValeurCourante();
+    NbValeurLues_lng_ = 0;
+    const double écart = Ecart(*PetitCapteur_obj, *GrandCapteur_obj);
+    if (!std::isfinite(écart)) return;
+    EcartMoyen_dbl_ = écart;
     NbValeurLues_lng_ = 1;
   });
 }
@@ -70,7 +84,8 @@ void Capteur::RecouvrementInitAcquisistion(const CapteurRef& PetitCapteur_obj,
 void Capteur::RecouvrementAcquisistion(const CapteurRef& PetitCapteur_obj,
                                        const CapteurRef& GrandCapteur_obj) {
   Garde(*this, Forme::Méthode, "RecouvrementAcquisistion", [&] {
-    const double écart = GrandCapteur_obj->ValeurCourante() - PetitCapteur_obj->ValeurCourante();
+    const double écart = Ecart(*PetitCapteur_obj, *GrandCapteur_obj);
+    if (!std::isfinite(écart)) return;
     EcartMoyen_dbl_ = (écart + EcartMoyen_dbl_) / 2;
     // One more than the minimum is as good as many.
     NbValeurLues_lng_ =
@@ -92,7 +107,6 @@ void Capteur::RecouvrementChangementCapteur(const CapteursRef& LesCapteurs_cobj,
     if (versPetit) grand->ValeurTare(0);
     CapteurCourant_str = NouveauCapteur_str;
     if (versPetit || NombreDeValeursLues_lng < mlngNbValeursMini) return;
-    if (!std::isfinite(EcartMoyen_dbl)) return;  // a reading gave no number: no gap was learned
     grand->ValeurTare(EcartMoyen_dbl);
     grand->MetàJour();  // so that the corrected value shows in this very refresh
   });

@@ -52,13 +52,7 @@ void Capteur::CalculeSurface() {
 void Capteur::ReporteLaSection(double inscrite, double section) {
   const std::string texte = EnTexte(section);
   if (reporteLaSection_ || VersDouble(Valeur(texte)) == inscrite) return;
-  struct EnCours {
-    explicit EnCours(bool& d) : drapeau(d) { drapeau = true; }
-    ~EnCours() { drapeau = false; }
-    EnCours(const EnCours&) = delete;
-    EnCours& operator=(const EnCours&) = delete;
-    bool& drapeau;
-  } const enCours(reporteLaSection_);
+  const EnCours report(reporteLaSection_);
   paramètres_[P::S]->ValeurParamètre(texte);
 }
 

@@ -43,14 +43,14 @@ struct Capteur::Calcul::Opération {
 
 // More than two children count for "+" and "*" alone.
 double Capteur::Calcul::Différence(Capteur& c) {
-  if (c.CapteursFils_->Count() == 1) return -c.Fils(0).ValeurCourante();
-  return c.Fils(0).ValeurCourante() - c.Fils(1).ValeurCourante();
+  if (c.CapteursFils_->Count() == 1) return -c.Fils(0)->ValeurCourante();
+  return c.Fils(0)->ValeurCourante() - c.Fils(1)->ValeurCourante();
 }
 
 double Capteur::Calcul::Quotient(Capteur& c) {
-  if (c.CapteursFils_->Count() == 1) return Divise(1, c.Fils(0).ValeurCourante());
-  const double diviseur = c.Fils(1).ValeurCourante();
-  return diviseur == 0 ? 0 : c.Fils(0).ValeurCourante() / diviseur;
+  if (c.CapteursFils_->Count() == 1) return Divise(1, c.Fils(0)->ValeurCourante());
+  const double diviseur = c.Fils(1)->ValeurCourante();
+  return diviseur == 0 ? 0 : c.Fils(0)->ValeurCourante() / diviseur;
 }
 
 void Capteur::Calcul::Combinaison(Capteur& c, Passe&) {
@@ -80,7 +80,7 @@ void Capteur::Calcul::Contrainte(Capteur& c, Passe&) {
   c.mdblValeurCourante =
       c.CapteursFils_->Count() == 0
           ? 0
-          : c.ContrainteDepuisForce(c.Fils(0).ValeurCourante(), c.mdblSurfaceCalculée);
+          : c.ContrainteDepuisForce(c.Fils(0)->ValeurCourante(), c.mdblSurfaceCalculée);
 }
 
 // Any other unit leaves the value as it was.
@@ -94,7 +94,7 @@ void Capteur::Calcul::Temps(Capteur& c, Passe&) {
 void Capteur::Calcul::Vitesse(Capteur& c, Passe&) {
   if (c.CapteursFils_->Count() == 0) return;
   if (!c.régression_) VideLaRégression(c);
-  const double v = c.Fils(0).ValeurCourante();
+  const double v = c.Fils(0)->ValeurCourante();
   const double t = c.Timer()->LitMicrosecondes() / kMicrosecondes;
   const auto pente =
       c.régression_->Ajoute(t, v, c.mdblFréquenceRafraichissement * c.mdblTempsCalculVitesse);
@@ -105,13 +105,13 @@ void Capteur::Calcul::Vitesse(Capteur& c, Passe&) {
 void Capteur::Calcul::DeltaL(Capteur& c, Passe&) {
   const bool possible = c.CapteursFils_->Count() != 0 && c.paramètres_[ParamEprouvette::S];
   const double longueur = possible ? c.paramètres_.Nombre(ParamEprouvette::S) : 0;
-  c.mdblValeurCourante = longueur == 0 ? 0 : c.Fils(0).ValeurCourante() / longueur * kPourCent;
+  c.mdblValeurCourante = longueur == 0 ? 0 : c.Fils(0)->ValeurCourante() / longueur * kPourCent;
 }
 
 void Capteur::Calcul::Selectionnable(Capteur& c, Passe&) {
   if (c.CapteursFils_->Count() == 0 || !c.paramètres_[ParamEprouvette::S]) return;
-  const Capteur* fils = c.FilsOuRien(0);
-  if (fils == nullptr) return;
+  const CapteurRef fils = c.FilsOuRien(0);
+  if (!fils) return;
   const auto choisi = c.paramètres_.NombreSûr(ParamEprouvette::S);
   double attendu = 0;
   const bool égal = choisi && LitNombre(c.mstrValeurSelection, attendu) && *choisi == attendu;

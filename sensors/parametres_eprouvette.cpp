@@ -32,7 +32,14 @@ const std::array<LigneParamètre, kNombreParamètres> kLignesParamètres{{
 }};
 
 ParamètresEprouvette::~ParamètresEprouvette() {
-  for (Lien& lien : liens_) lien.Désabonne();
+  Délie();
+}
+
+void ParamètresEprouvette::Délie() noexcept {
+  for (Lien& lien : liens_) {
+    lien.Désabonne();
+    lien.objet = nullptr;
+  }
 }
 
 void ParamètresEprouvette::Lien::Désabonne() noexcept {

@@ -65,6 +65,9 @@ class ParamètresEprouvette {
   /// not found is told to `absent` and keeps what it had.
   void Lie(const ParamètresPartagés& partagés, const Absent& absent, const Change& change);
 
+  /// Forgets all parameters and takes the handlers off.
+  void Délie() noexcept;
+
   /// Nothing when there is no such reference.
   [[nodiscard]] const Ref<ZED_Parametre>& operator[](ParamEprouvette rang) const;
   /// The value as text, without a copy where the parameter allows; fails with 91 on Nothing.

@@ -1,6 +1,6 @@
 // Links of a sensor: what it finds and what it says.
+#include "core/requetes.h"
 #include "outils/banc_chassis_capteurs.h"
-#include "sensors/parametres_eprouvette.h"
 
 namespace zuma {
 namespace {
@@ -29,29 +29,28 @@ TEST_F(LesLiensDUnCapteur, SontTrouvésParLabelEtParIndex) {
 }
 
 TEST_F(LesLiensDUnCapteur, DisentCeQuiNEstPasTrouvé) {
-  const std::string capteur = "Attention : Le capteur 'Force' utilise ";
-  std::vector<std::string> attendus{
-      capteur + "l'entrée logique de sélection ayant le label 'Trappe' qui n'a pas été trouvée.",
-      capteur + "un capteur fils ayant le label 'F9' qui n'a pas été trouvée.",
-      capteur + "un canal d'index '8' qui n'a pas été trouvé."};
-  Ligne colonnes{{"Canal", 8},
-                 {"EL de selection", "Trappe"},
-                 {"Capteur Fils N° 1", "F9"},
-                 {"Capteur Fils N° 2", "F1"}};
-  const std::map<std::string_view, std::string> autres{
-      {"m", "M"}, {"Facteur de convertion", "C"}, {"Unite", "Unité"}};
-  for (const auto& [colonne, message, gestionnaire] : kLignesParamètres) {
-    const auto index = static_cast<std::int32_t>(100 + colonnes.size());
-    colonnes.push_back({std::string(colonne), index});
-    const auto autre = autres.find(colonne);
-    attendus.push_back(capteur + "un paramètre '" +
-                       (autre == autres.end() ? std::string(colonne) : autre->second) +
-                       "' d'index '" + std::to_string(index) + "' qui n'a pas été trouvée.");
-  }
   paramètres->push_back({});  // a hole in the host's set is no parameter
-  const auto c = Lié(colonnes);
+  const auto c = Lié({{"Canal", 8},
+                      {"EL de selection", "Trappe"},
+                      {"Capteur Fils N° 1", "F9"},
+                      {"Capteur Fils N° 2", "F1"},
+                      {"m", 101},
+                      {"Facteur de convertion", 102},
+                      {"Unite", 103},
+                      {"Offset", 104}});
+  std::vector<std::string> attendus{"l'entrée logique de sélection ayant le label 'Trappe'",
+                                    "un capteur fils ayant le label 'F9'",
+                                    "un canal d'index '8'",
+                                    "un paramètre 'M' d'index '101'",
+                                    "un paramètre 'C' d'index '102'",
+                                    "un paramètre 'Unité' d'index '103'",
+                                    "un paramètre 'Offset' d'index '104'"};
+  for (std::string& texte : attendus) {
+    const bool masculin = texte.starts_with("un canal");
+    texte = "Attention : Le capteur 'Force' utilise " + texte + " qui n'a pas été trouvé" +
+            (masculin ? "." : "e.");
+  }
   EXPECT_EQ(messages.textes, attendus);
-  EXPECT_EQ(attendus.size(), 24U);
   EXPECT_EQ(c->CapteursFils()->Count(), 1);
   EXPECT_EQ(c->CapteursFils()->Item("2")->Label(), "F1");  // the first child leaves a gap
   EXPECT_TRUE(registre->entrées.empty());
@@ -91,6 +90,76 @@ TEST_F(LesLiensDUnCapteur, DéduisentLesLimitesDesCapteursDérivés) {
   EXPECT_TRUE(registre->entrées.empty());
   lie("Recouvrement", 1, 0);  // not to be configured with "S"
   EXPECT_TRUE(registre->Contient(" de la procédure Lien de l'objet Capteur (Force)."));
+}
+
+// Through the links of the whole frame, which sorts its sensors at the end.
+class UnTriDeCapteurs : public essai::DansUnChassis {
+ protected:
+  /// A sensor of that name, label and key, over the children of these labels.
+  Ref<Capteur> Ajoute(const std::string& nom, const char* type, const char* fils1,
+                      const char* fils2, int s = 0) {
+    auto capteur = Lu(essai::LigneDeCapteur({{"Nom du Capteur", nom},
+                                             {"Type de Capteur", type},
+                                             {"Capteur Fils N° 1", fils1},
+                                             {"Capteur Fils N° 2", fils2},
+                                             {"S", s}}));
+    capteur->Label(nom);
+    chassis.Capteurs()->Add(nom, capteur)->Key(nom);
+    return capteur;
+  }
+  void LieTout() {
+    const auto base = Crée<essai::BaseFixe>();
+    base->réponses[requêtes::LigneDuChassisPourLien(1)] = {};
+    chassis.Lien(base, "1", sécurité, paramètres, traducteur);
+  }
+};
+
+TEST_F(UnTriDeCapteurs, NommeEtDétacheCeuxQuiNePeuventEtreTriés) {
+  const auto s = Partage(1, "20");
+  std::vector<std::weak_ptr<Capteur>> laissés{Ajoute("A", "Moyen", "B", "B", 1).Partagé(),
+                                              Ajoute("B", "Moyen", "A", "F1", 1).Partagé()};
+  const auto tenu = Ajoute("Moi", "Recouvrement", "Moi", "Moi");
+  LieTout();
+  EXPECT_EQ(messages.textes, std::vector<std::string>{"Gros soucis dans le tri des capteurs..."
+                                                      "Voir Marcel (K9) : A, B, Moi"});
+  EXPECT_EQ(chassis.Capteurs()->Count(), 3);
+  for (const auto& laissé : laissés) EXPECT_TRUE(laissé.expired());
+  EXPECT_TRUE(s->abonnés.empty());
+  tenu->Raz();
+  EXPECT_TRUE(registre->Contient("Erreur N°91 "));
+}
+
+// The stresses are linked after the overlap that is made from them.
+TEST_F(UnTriDeCapteurs, DonneSesSeuilsAUnRecouvrementDeCapteursDérivés) {
+  (void)Partage(1, "10");
+  (void)Partage(2, "20");
+  const auto recouvrement = Ajoute("R", "Recouvrement", "C1", "C2");
+  const auto grand = Ajoute("C1", "Contrainte", "F1", "F1", 1);  // 110 kN on 10 cm²
+  const auto petit = Ajoute("C2", "Contrainte", "F1", "F1", 2);
+  LieTout();
+  EXPECT_TRUE(messages.textes.empty());
+  EXPECT_TRUE(registre->entrées.empty());
+  const auto sous = [&](double mpaDuPetit, double mpaDuGrand) {
+    petit->ValeurCourante(mpaDuPetit);
+    grand->ValeurCourante(mpaDuGrand);
+    recouvrement->MetàJour();
+    return recouvrement->ValeurCourante();
+  };
+  EXPECT_EQ(sous(40, 30), 40);
+  EXPECT_EQ(sous(50, 30), 30);  // past 90 % of 55 MPa
+}
+
+// However the frame's links ended.
+TEST_F(UnTriDeCapteurs, NeLaissePasUnCycleSurvivreAuChassis) {
+  std::weak_ptr<Capteur> laissé;
+  {
+    Chassis autre(plateforme);
+    const auto a = Monté("Moyen", {});
+    a->CapteursFils()->Référence(a, "1");
+    autre.Capteurs()->Add("1", a);
+    laissé = a.Partagé();
+  }
+  EXPECT_TRUE(laissé.expired());
 }
 
 }  // namespace

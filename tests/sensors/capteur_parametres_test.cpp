@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
 
 using essai::Avec;
+using essai::Cas;
 using essai::Ligne;
 using essai::LigneDeCapteur;
 using essai::Sans;
@@ -42,24 +44,18 @@ TEST_F(UneLigneDeCapteur, EstLueEnEntier) {
 }
 
 TEST_F(UneLigneDeCapteur, DitCeQuiManqueEtCeQuiEstIllisible) {
-  const struct {
-    Ligne ligne;
-    const char* échec;
-  } cas[] = {
-      {Sans(ligne, "Nom du Capteur"), "Erreur N°3265 "},
-      {Sans(ligne, "Nombre de Lecture Simultanée"), "Erreur N°3265 "},
-      {Sans(ligne, "Point 20 - Point"), "Erreur N°3265 "},
-      {LigneDeCapteur({{"Unité d'Etalonnage", Nul{}}}), "Erreur N°94 "},
-      {LigneDeCapteur({{"Sécurité Maximale en Unité", Nul{}}}), "Erreur N°94 "},
-      {LigneDeCapteur({{"Point 3 - Unité", "cent"}}), "Erreur N°94 "},
-      {LigneDeCapteur({{"Nombre de Lecture Simultanée", 40000}}), "Erreur N°6 "},
-      {LigneDeCapteur({{"Configuration RS", "1,9600,N"}}), "Erreur N°9 "},
-  };
-  for (const auto& c : cas) {
+  for (const auto& [lue, échec] : Cas<Ligne, const char*>{
+           {Sans(ligne, "Nombre de Lecture Simultanée"), "Erreur N°3265 "},
+           {Sans(ligne, "Point 20 - Point"), "Erreur N°3265 "},
+           {LigneDeCapteur({{"Unité d'Etalonnage", Nul{}}}), "Erreur N°94 "},
+           {LigneDeCapteur({{"Sécurité Maximale en Unité", Nul{}}}), "Erreur N°94 "},
+           {LigneDeCapteur({{"Point 3 - Unité", "cent"}}), "Erreur N°94 "},
+           {LigneDeCapteur({{"Nombre de Lecture Simultanée", 40000}}), "Erreur N°6 "},
+           {LigneDeCapteur({{"Configuration RS", "1,9600,N"}}), "Erreur N°9 "}}) {
     registre->entrées.clear();
-    (void)Lu(c.ligne);
-    ASSERT_EQ(registre->entrées.size(), 1U) << c.échec;
-    EXPECT_TRUE(registre->Contient(c.échec)) << registre->entrées[0].message;
+    (void)Lu(lue);
+    ASSERT_EQ(registre->entrées.size(), 1U) << échec;
+    EXPECT_TRUE(registre->Contient(échec)) << registre->entrées[0].message;
     EXPECT_TRUE(registre->Contient(" de la procédure ParamètresDepuisBD de l'objet Capteur ("));
   }
   registre->entrées.clear();
@@ -82,33 +78,32 @@ TEST_F(UneLigneDeCapteur, ParleALIntégrateur) {
   const auto recouvrement = [](const char* colonne) {
     return LigneDeCapteur({{"Type de Capteur", "Recouvrement"}, {colonne, Nul{}}});
   };
-  const struct {
-    Ligne ligne;
-    std::vector<std::string> textes;
-  } cas[] = {
-      {recouvrement(kBas),
-       {"Le seuil bas du capteur de recouvrement nommé 'Force' est invalide. Il est mis à 80%."}},
-      {recouvrement(kHaut),
-       {"Le seuil haut du capteur de recouvrement nommé 'Force' est invalide. Il est mis à 90%."}},
-      {recouvrement(kMini),
-       {"Le nombre de valeur mini pour le recouvrement du capteur de nommé 'Force' est invalide. "
-        "Ils est mis à 1."}},
-      {LigneDeCapteur({{kBas, Nul{}}}), {}},
-      {Sans(Sans(ligne, kHaut), kMini), {}},  // told only when the first of the three is missing
-      {Sans(Sans(Sans(ligne, kBas), kHaut), kMini),
-       {champ + kBas + format + "REEL DOUBLE", champ + kHaut + format + "REEL DOUBLE",
-        champ + kMini + format + "ENTIER LONG"}},
-      {LigneDeCapteur({{"Type de Capteur", "Selectionnable"}, {"Valeur de selection", Nul{}}}),
-       {"Sensor 'Force' : 'Valeur de selection' not define."}},
-      {LigneDeCapteur({{"Configuration RS", "1,9601,N,8,1"}}),
-       {"Not supported Baud Rate in 'ParametrageDepuisBD' from object 'Capteur' named 'Force. "
-        "Default baud rate : 9600"}},
-      {LigneDeCapteur({{"Configuration RS", "1,256000,N,8,1"}}), {}},
-  };
-  for (const auto& c : cas) {
+  for (const auto& [lue, textes] : Cas<Ligne, std::vector<std::string>>{
+           {recouvrement(kBas),
+            {"Le seuil bas du capteur de recouvrement nommé 'Force' est invalide. Il est mis à "
+             "80%."}},
+           {recouvrement(kHaut),
+            {"Le seuil haut du capteur de recouvrement nommé 'Force' est invalide. Il est mis à "
+             "90%."}},
+           {recouvrement(kMini),
+            {"Le nombre de valeur mini pour le recouvrement du capteur de nommé 'Force' est "
+             "invalide. "
+             "Ils est mis à 1."}},
+           {LigneDeCapteur({{kBas, Nul{}}}), {}},
+           {Sans(Sans(ligne, kHaut), kMini),
+            {}},  // told only when the first of the three is missing
+           {Sans(Sans(Sans(ligne, kBas), kHaut), kMini),
+            {champ + kBas + format + "REEL DOUBLE", champ + kHaut + format + "REEL DOUBLE",
+             champ + kMini + format + "ENTIER LONG"}},
+           {LigneDeCapteur({{"Type de Capteur", "Selectionnable"}, {"Valeur de selection", Nul{}}}),
+            {"Sensor 'Force' : 'Valeur de selection' not define."}},
+           {LigneDeCapteur({{"Configuration RS", "1,9601,N,8,1"}}),
+            {"Not supported Baud Rate in 'ParametrageDepuisBD' from object 'Capteur' named 'Force. "
+             "Default baud rate : 9600"}},
+           {LigneDeCapteur({{"Configuration RS", "1,256000,N,8,1"}}), {}}}) {
     messages.textes.clear();
-    (void)Lu(c.ligne);
-    EXPECT_EQ(messages.textes, c.textes);
+    (void)Lu(lue);
+    EXPECT_EQ(messages.textes, textes);
   }
   EXPECT_TRUE(registre->entrées.empty());
 }

@@ -1,9 +1,12 @@
 // A small and a large cell on one force, shown as one sensor.
 #include <cmath>
+#include <functional>
+#include <limits>
 
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
@@ -60,11 +63,40 @@ TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
     (void)Sous(85);
     EXPECT_DOUBLE_EQ(Sous(120), mini == 1 ? 120 : 126);
   }
-  (void)Sous(50);
-  écart_ = std::nan("");
-  (void)Sous(85);
-  écart_ = 6;
-  EXPECT_DOUBLE_EQ(Sous(120), 126);  // what was read is no gap
+  // What is no number is no gap: neither counted nor learned.
+  constexpr double kAucun = std::numeric_limits<double>::quiet_NaN();
+  for (const auto& [écarts, montrée] :
+       essai::Cas<std::vector<double>, double>{{{kAucun}, 126},
+                                               {{4, kAucun}, 126},
+                                               {{kAucun, 4}, 126},
+                                               {{kAucun, 4, 8}, 120},
+                                               {{4, kAucun, 8}, 120}}) {
+    Monte(6, 2);
+    (void)Sous(50);
+    for (const double écart : écarts) {
+      écart_ = écart;
+      (void)Sous(85);
+    }
+    écart_ = 6;
+    EXPECT_DOUBLE_EQ(Sous(120), montrée) << testing::PrintToString(écarts);
+  }
+}
+
+TEST_F(UnRecouvrement, DitQuIlEstSonPropreFils) {
+  capteur = Monté("Recouvrement", {});
+  for (const char* clé : {"1", "2"}) capteur->CapteursFils()->Référence(capteur, clé);
+  capteur->Lien({}, {}, {}, nullptr);
+  for (const auto& [geste, nom] : essai::Cas<std::function<void()>, const char*>{
+           {[&] { capteur->Raz(); }, "Raz"},
+           {[&] { capteur->AnnuleRaz(); }, "AnnuleRaz"},
+           {[&] { EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire); }, "EtatRAZ"},
+           {[&] { capteur->Enabled_bln(true); }, "Enabled_bln"}}) {
+    registre->entrées.clear();
+    geste();
+    EXPECT_TRUE(registre->Contient("est son propre fils) à la ligne ")) << nom;
+    EXPECT_TRUE(registre->Contient(nom));
+  }
+  capteur->CapteursFils({});
 }
 
 // Half of each new gap: 4, then (8 + 4) / 2, then (0 + 6) / 2.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
@@ -35,34 +36,29 @@ class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
 };
 
 TEST_F(UnCapteurSérie, LitCeQuUnInstrumentEnvoie) {
-  const struct {
-    const char* type;
-    const char* reçu;
-    double valeur;  // through the calibration table, but for the last kind
-    const char* unité;
-    const char* échec = nullptr;
-  } cas[] = {
-      {"Réservé 1", "-    123.45 g \r", -12.345, "g"},
-      {"Réservé 1", "+ 123.45 g\r", 0, "kN"},  // a character short: asked again
-      {"Réservé 1", "+ERR 12345 kg \r", 0, "kN", "Erreur N°94 "},
-      {"Réservé 2", "+ 0.48615x\r", 0.048615, "kN"},
-      {"Réservé 2", "+ 0.4861\"x\r", 0.04861, "\""},
-      {"Réservé 2", "-  1.250? \r", -0.125, "?"},
-      {"Réservé 2", "+  12.345 x\r", 0, "kN"},
-      {"Réservé 2", "+ 12,x45  \r", 0, "kN", "Erreur N°94 "},
-      {"Réservé 2", "+ 12.345  \r\n-+  1.000  \r\n+3", 0.1, "mm"},  // last sign, last return
-      {"Réservé 2", "\xAB\xB1\xB2.345678\x8D", 1.234567, "kN"},     // parity bits set
-      {"Scout 55", "-3,25kg\r\n+1 N\r\n", -3.25, "kN"},
-      {"Scout 55", "12?5 N\r\n", 0, "kN"},
-      {"Scout 55", "OVERLOAD\r\n", 0, "kN"},
-      {"Scout 55", "?", 0, "kN", "Erreur N°5 "},
-  };
-  for (const auto& c : cas) {
-    Démarre(c.type);
-    EXPECT_DOUBLE_EQ(Reçoit(c.reçu), c.valeur) << c.reçu;
-    EXPECT_EQ(capteur->UnitéEtalonnage(), c.unité) << c.reçu;
-    EXPECT_EQ(registre->entrées.size(), c.échec == nullptr ? 0U : 1U) << c.reçu;
-    EXPECT_TRUE(c.échec == nullptr || registre->Contient(c.échec)) << c.reçu;
+  // Values through the calibration table, but for the last kind.
+  for (const auto& [type, reçu, valeur, unité, échec] :
+       essai::Cas<const char*, const char*, double, const char*, const char*>{
+           {"Réservé 1", "-    123.45 g \r", -12.345, "g", ""},
+           {"Réservé 1", "+ 123.45 g\r", 0, "kN", ""},  // a character short: asked again
+           {"Réservé 1", "+ERR 12345 kg \r", 0, "kN", "Erreur N°94 "},
+           {"Réservé 2", "+ 0.48615x\r", 0.048615, "kN", ""},
+           {"Réservé 2", "+ 0.4861\"x\r", 0.04861, "\"", ""},
+           {"Réservé 2", "-  1.250? \r", -0.125, "?", ""},
+           {"Réservé 2", "+  12.345 x\r", 0, "kN", ""},
+           {"Réservé 2", "+ 12,x45  \r", 0, "kN", "Erreur N°94 "},
+           // Last sign, last return.
+           {"Réservé 2", "+ 12.345  \r\n-+  1.000  \r\n+3", 0.1, "mm", ""},
+           {"Réservé 2", "\xAB\xB1\xB2.345678\x8D", 1.234567, "kN", ""},  // parity bits set
+           {"Scout 55", "-3,25kg\r\n+1 N\r\n", -3.25, "kN", ""},
+           {"Scout 55", "12?5 N\r\n", 0, "kN", ""},
+           {"Scout 55", "OVERLOAD\r\n", 0, "kN", ""},
+           {"Scout 55", "?", 0, "kN", "Erreur N°5 "}}) {
+    Démarre(type);
+    EXPECT_DOUBLE_EQ(Reçoit(reçu), valeur) << reçu;
+    EXPECT_EQ(capteur->UnitéEtalonnage(), unité) << reçu;
+    EXPECT_EQ(registre->entrées.size(), *échec == 0 ? 0U : 1U) << reçu;
+    EXPECT_TRUE(*échec == 0 || registre->Contient(échec)) << reçu;
   }
 }
 

@@ -5,12 +5,15 @@
 
 #include "outils/allocations.h"
 #include "outils/banc_capteur.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
 
+using essai::Cas;
 using T = ENUM_TYPE_CAPTEUR;
 using Capteurs_ = std::vector<Ref<Capteur>>;
+using Valeurs = std::vector<double>;
 
 class UnCapteurDérivé : public testing::Test, protected essai::BancCapteur {
  protected:
@@ -27,45 +30,39 @@ class UnCapteurDérivé : public testing::Test, protected essai::BancCapteur {
 };
 
 TEST_F(UnCapteurDérivé, CombineSesFils) {
-  const struct {
-    const char* type;
-    const char* opérateur;
-    std::vector<double> fils;
-    double valeur;
-    bool échec = false;
-  } cas[] = {
-      {"Moyen", "", {2, 4, 9}, 5},
-      {"Moyen", "", {}, 77},
-      {"Combinaison", "+", {2, 4, 9}, 15},
-      {"Combinaison", "-", {2}, -2},
-      {"Combinaison", "-", {2, 5, 9}, -3},
-      {"Combinaison", "*", {2, 4, 9}, 72},
-      {"Combinaison", "/", {4}, 0.25},
-      {"Combinaison", "/", {6, 4, 9}, 1.5},
-      {"Combinaison", "/", {6, 0}, 0},
-      {"Combinaison", "/", {0}, 77, true},
-      {"Combinaison", "?", {2, 3}, 77},
-      {"Combinaison", "+", {}, 0},
-      {"Contrainte", "", {}, 0},
-      {"DeltaL/L", "", {}, 0},
-      {"DeltaL/L", "", {5}, 0},  // no reference length
-      {"Selectionnable", "", {5}, 77},
-      {"PPC", "", {5}, 0},  // a child that passed no selection
-      {"SOLARTRON LVDT", "", {5}, 77},
-  };
-  for (const auto& c : cas) {
-    registre->entrées.clear();
+  for (const auto& [type, opérateur, valeurs, valeur] :
+       Cas<const char*, const char*, Valeurs, double>{
+           {"Moyen", "", {2, 4, 9}, 5},
+           {"Moyen", "", {}, 77},
+           {"Combinaison", "+", {2, 4, 9}, 15},
+           {"Combinaison", "-", {2}, -2},
+           {"Combinaison", "-", {2, 5, 9}, -3},
+           {"Combinaison", "*", {2, 4, 9}, 72},
+           {"Combinaison", "/", {4}, 0.25},
+           {"Combinaison", "/", {6, 4, 9}, 1.5},
+           {"Combinaison", "/", {6, 0}, 0},
+           {"Combinaison", "?", {2, 3}, 77},
+           {"Combinaison", "+", {}, 0},
+           {"Contrainte", "", {}, 0},
+           {"DeltaL/L", "", {}, 0},
+           {"DeltaL/L", "", {5}, 0},  // no reference length
+           {"Selectionnable", "", {5}, 77},
+           {"PPC", "", {5}, 0},  // a child that passed no selection
+           {"SOLARTRON LVDT", "", {5}, 77},
+           {"Combinaison", "/", {0}, 77}}) {
+    EXPECT_TRUE(registre->entrées.empty());
     Capteurs_ fils;
-    for (const double valeur : c.fils) fils.push_back(Libre(valeur));
-    const auto capteur = Monté({{"Type de Capteur", c.type}, {"Opérateur", c.opérateur}}, fils);
+    for (const double v : valeurs) fils.push_back(Libre(v));
+    const auto capteur = Monté({{"Type de Capteur", type}, {"Opérateur", opérateur}}, fils);
     capteur->ValeurCourante(77);
-    EXPECT_DOUBLE_EQ(Rafraîchi(capteur), c.valeur) << c.type << c.opérateur << c.fils.size();
-    EXPECT_EQ(registre->Contient("Erreur N°11 "), c.échec);
+    EXPECT_DOUBLE_EQ(Rafraîchi(capteur), valeur) << type << opérateur << valeurs.size();
   }
-  // A number that is no kind has a value written from outside.
+  EXPECT_TRUE(registre->Contient("Erreur N°11 "));
+  // A number that is no kind has a value written from outside, and its tare taken off each time.
   const auto inconnu = Libre(77);
   inconnu->TypeDeCapteur(static_cast<T>(1003));
-  EXPECT_EQ(Rafraîchi(inconnu), 77);
+  inconnu->ValeurTare(1);
+  EXPECT_EQ(Rafraîchi(inconnu), 75);
 }
 
 TEST_F(UnCapteurDérivé, EchoueSansSesFilsOuSansLePremier) {
@@ -79,24 +76,24 @@ TEST_F(UnCapteurDérivé, EchoueSansSesFilsOuSansLePremier) {
   EXPECT_TRUE(registre->Contient("Erreur N°5 "));
 }
 
-TEST_F(UnCapteurDérivé, RemetSaTareAChaquePasseSurUneValeurEcriteDehors) {
-  const auto lvdt = Libre(10);
-  lvdt->ValeurTare(1);
-  EXPECT_EQ(Rafraîchi(lvdt), 8);  // refreshed twice
+TEST_F(UnCapteurDérivé, PrendLesFilsQueSaCollectionAMaintenant) {
+  const auto différence =
+      Monté({{"Type de Capteur", "Combinaison"}, {"Opérateur", "-"}}, {Libre(5), Libre(2)});
+  EXPECT_EQ(Rafraîchi(différence), 3);
+  différence->CapteursFils()->Remove("1");
+  différence->CapteursFils()->Référence(Libre(9), "1");
+  EXPECT_EQ(Rafraîchi(différence), 7);
 }
 
 TEST_F(UnCapteurDérivé, DonneLeTempsDansSonUnité) {
-  const struct {
-    const char* unité;
-    double valeur;
-  } cas[] = {{"h", 1.5}, {"Mn", 90}, {"s", 5400}, {"ms", 5.4e6}, {"µs", 5.4e9}, {"j", 0}};
-  for (const auto& c : cas) {
-    const auto montre = Monté({{"Type de Capteur", "Temps"}, {"Unité d'Etalonnage", c.unité}});
+  for (const auto& [unité, valeur] : Cas<const char*, double>{
+           {"h", 1.5}, {"Mn", 90}, {"s", 5400}, {"ms", 5.4e6}, {"µs", 5.4e9}, {"j", 0}}) {
+    const auto montre = Monté({{"Type de Capteur", "Temps"}, {"Unité d'Etalonnage", unité}});
     timer->heure += 5400e6;
-    EXPECT_DOUBLE_EQ(Rafraîchi(montre), c.valeur) << c.unité;
+    EXPECT_DOUBLE_EQ(Rafraîchi(montre), valeur) << unité;
     EXPECT_EQ(montre->MaxiDétecté(), 0);  // the clock has no extremes
     montre->Raz();
-    EXPECT_EQ(montre->ValeurCourante(), 0) << c.unité;
+    EXPECT_EQ(montre->ValeurCourante(), 0) << unité;
   }
 }
 

@@ -7,10 +7,12 @@
 #include <sstream>
 
 #include "outils/banc_chassis_capteurs.h"
+#include "outils/cas.h"
 
 namespace zuma {
 namespace {
 
+using essai::Cas;
 using std::numbers::pi;
 
 constexpr double kForce = 78.53981633974483;  // 10 MPa on the cylinder of the bench
@@ -67,58 +69,54 @@ TEST_F(UneContrainteSurEprouvette, ALaSectionDeSaFormeEtDeSonEssai) {
     for (int i = 0; i < kPas; ++i) aire += std::sqrt(d * d - std::pow(2 * (i + 0.5) / kPas, 2));
     return aire / kPas;
   };
-  const struct {
-    const char* essai;
-    const char* forme;
-    const char* dimensions;
-    double cm2;
-  } cas[] = {
-      {"Compression", "Prisme", "A=40 B=50 U=mm", 20},
-      {"Traction", "Prisme", "A=4", 16},
-      {"Traction/Compression", "Prisme", "B=5", 25},
-      {"Fendage", "Prisme", "A=4 B=5 H=9", 0},
-      {"Compression", "Cylindre", "D=2", pi},
-      // EN 12390-6: f = 2 F / (pi L d). EN 12390-5: f = F l / (d1 d2²), where the supports are l
-      // apart and the loads l / 3; one side left out makes a square.
-      {"Fendage", "Cylindre", "D=15 H=30", pi * 30 * 15 / 2},
-      {"Flexion", "Prisme", "B=10 H=15 LS=15 LI=45", 50},
-      {"Flexion", "Prisme", "H=10 LS=10 LI=40", 1e3 / 45},
-      {"Flexion", "Prisme", "B=10 LS=10 LI=40", 1e3 / 45},
-      {"Flexion", "Prisme", "B=10 LS=10", 0},
-      {"Traction", "Tube rond", "D=10 E=1", 9 * pi},
-      {"Traction", "Tube rond", "D=10 E=5", 0},  // no bore
-      {"Traction", "Troncon de tube rond", "B=2 D=10 E=0,5", bande(10) - bande(9)},
-      {"Traction", "Troncon de tube rond", "D=10 E=1", 0},
-      {"Traction", "Troncon de tube rond", "B=2 D=10", 0},
-      {"Traction", "Troncon de tube rond", "B=9,5 D=10 E=0,5", 0},  // wider than the bore
-      {"Traction", "Hexagone regulier", "A=2", 10.39230484541326},
-      {"Traction", "Speciale", "S=325 U=mm", 3.25},
-      {"Traction/Compression de cylindre", "Cylindre", "D=2", 0},
-      // 2 m of wire, 98.75 g, 7900 kg/m3: 6.25 mm².
-      {"Traction", "Prisme", "K=Masse L=2 m=0,09875 UM=kg V=7,9 UV=kg/dm3 U=m", 0.0625},
-      {"Traction", "Prisme", "K=Masse L=2 m=98,75", 0},
-  };
   traducteur->mots = {{"Par masse volumique", "Masse"}};
-  for (const auto& c : cas) {
+  for (const auto& [type, deForme, dimensions, cm2] :
+       Cas<const char*, const char*, const char*, double>{
+           {"Compression", "Prisme", "A=40 B=50 U=mm", 20},
+           {"Traction", "Prisme", "A=4", 16},
+           {"Traction/Compression", "Prisme", "B=5", 25},
+           {"Fendage", "Prisme", "A=4 B=5 H=9", 0},
+           {"Compression", "Cylindre", "D=2", pi},
+           // EN 12390-6: f = 2 F / (pi L d). EN 12390-5: f = F l / (d1 d2²), where the supports are
+           // l apart and the loads l / 3; one side left out makes a square.
+           {"Fendage", "Cylindre", "D=15 H=30", pi * 30 * 15 / 2},
+           {"Flexion", "Prisme", "B=10 H=15 LS=15 LI=45", 50},
+           {"Flexion", "Prisme", "H=10 LS=10 LI=40", 1e3 / 45},
+           {"Flexion", "Prisme", "B=10 LS=10 LI=40", 1e3 / 45},
+           {"Flexion", "Prisme", "B=10 LS=10", 0},
+           {"Traction", "Tube rond", "D=10 E=1", 9 * pi},
+           {"Traction", "Tube rond", "D=10 E=5", 0},  // no bore
+           {"Traction", "Troncon de tube rond", "B=2 D=10 E=0,5", bande(10) - bande(9)},
+           {"Traction", "Troncon de tube rond", "D=10 E=1", 0},
+           {"Traction", "Troncon de tube rond", "B=2 D=10", 0},
+           {"Traction", "Troncon de tube rond", "B=9,5 D=10 E=0,5", 0},  // wider than the bore
+           {"Traction", "Hexagone regulier", "A=2", 10.39230484541326},
+           {"Traction", "Speciale", "S=325 U=mm", 3.25},
+           {"Traction/Compression de cylindre", "Cylindre", "D=2", 0},
+           // 2 m of wire, 98.75 g, 7900 kg/m3: 6.25 mm².
+           {"Traction", "Prisme", "K=Masse L=2 m=0,09875 UM=kg V=7,9 UV=kg/dm3 U=m", 0.0625},
+           {"Traction", "Prisme", "K=Masse L=2 m=98,75", 0}}) {
     paramètres->clear();
+    const auto c = Contrainte(Eprouvette(type, deForme, dimensions));
     // 10 MPa on 1 cm² is 1 kN.
-    EXPECT_NEAR(
-        Contrainte(Eprouvette(c.essai, c.forme, c.dimensions))->ConvertionContrainteForce(10),
-        c.cm2, 1e-9)
-        << c.forme << c.dimensions;
+    EXPECT_NEAR(c->ConvertionContrainteForce(10), cm2, 1e-9) << deForme << dimensions;
   }
   EXPECT_TRUE(registre->entrées.empty());
   EXPECT_TRUE(messages.textes.empty());
 }
 
 TEST(UneUnité, ALeFacteurDesUnitésDeBase) {
-  const struct {
-    const char* texte;
-    double facteur;
-  } cas[] = {{"m", 100},       {"dm", 10},      {"CM", 1},    {"mm", 0.1},  {"µm", 0.0001},
-             {"mg", 0.001},    {"g", 1},        {"Kg", 1000}, {"g/dm3", 1}, {"kg/m3", 1},
-             {"kg/dm3", 1000}, {"g/cm3", 1000}, {"pouce", 0}, {"", 0}};
-  for (const auto& c : cas) EXPECT_EQ(section::CoefficientUnité(c.texte), c.facteur) << c.texte;
+  for (const auto& [texte, facteur] : Cas<const char*, double>{{"dm", 10},
+                                                               {"CM", 1},
+                                                               {"µm", 0.0001},
+                                                               {"mg", 0.001},
+                                                               {"g", 1},
+                                                               {"g/dm3", 1},
+                                                               {"kg/m3", 1},
+                                                               {"g/cm3", 1000},
+                                                               {"", 0}}) {
+    EXPECT_EQ(section::CoefficientUnité(texte), facteur) << texte;
+  }
 }
 
 TEST_F(UneContrainteSurEprouvette, SuitLesParamètresEtReporteLaSection) {
@@ -203,29 +201,23 @@ TEST_F(UneContrainteSurEprouvette, DitUneSectionIllisibleSousLeNomDuGestionnaire
 TEST_F(UneContrainteSurEprouvette, ParleDesTypesObsolètes) {
   using T = ENUM_TYPE_CONTRAINTE;
   const auto c = Contrainte();
-  const struct {
-    T type;
-    const char* texte;
-    bool obsolète;
-  } cas[] = {
-      {T::surface, "Surface", true},
-      {T::TractionCompressionCylindre, "Traction/Compression de cylindre", true},
-      {T::TractionCompressionPrisme, "Traction/Compression de prisme", true},
-      {T::Flexion, "Bending", false},  // alone written in the operator's language
-      {T::Compression, "Compression", false},
-  };
   traducteur->mots = {{"Flexion", "Bending"}, {"Surface", "Area"}};
-  for (const auto& e : cas) {
+  for (const auto& [type, texte, obsolète] : Cas<T, std::string, bool>{
+           {T::surface, "Surface", true},
+           {T::TractionCompressionCylindre, "Traction/Compression de cylindre", true},
+           {T::TractionCompressionPrisme, "Traction/Compression de prisme", true},
+           {T::Flexion, "Bending", false},  // alone written in the operator's language
+           {T::Compression, "Compression", false}}) {
     messages.textes.clear();
-    c->TypeCalculContrainte(e.type);
-    EXPECT_EQ(essai->ValeurParamètre(), e.texte);
-    EXPECT_EQ(c->TypeCalculContrainte(), e.type);
-    ASSERT_EQ(messages.textes.size(), e.obsolète ? 1U : 0U) << e.texte;
-    if (!e.obsolète) continue;
-    EXPECT_EQ(messages.textes[0],
-              "'" + std::string(e.texte) +
-                  "' est un type de calcul obsolete. Veuillez apporter les correction nécessaire "
-                  "dans le capteur 'Force'.");
+    c->TypeCalculContrainte(type);
+    EXPECT_EQ(essai->ValeurParamètre(), texte);
+    EXPECT_EQ(c->TypeCalculContrainte(), type);
+    std::vector<std::string> dits;
+    if (obsolète)
+      dits = {"'" + texte +
+              "' est un type de calcul obsolete. Veuillez apporter les "
+              "correction nécessaire dans le capteur 'Force'."};
+    EXPECT_EQ(messages.textes, dits);
   }
   c->TypeCalculContrainte(static_cast<T>(7));
   EXPECT_EQ(essai->ValeurParamètre(), "Compression");
