@@ -160,6 +160,12 @@ TEST_F(UneEntréeLogique, ForcéeNeMontreQueSaValeurForcée) {
   EXPECT_EQ(sécurité->arrêts, 1);
   entrée->LibereEntreeLogique();
   EXPECT_EQ(entrée->ValeurCourante(), Inactif);
+  // A refresh that fails ends it.
+  const auto sansSécurité = Lu<EntréeLogique>(SurCanal({{kNiveau, "Activé"}}));
+  sansSécurité->Lien({}, {}, {}, &chassis);
+  sansSécurité->ForceOFF();
+  EXPECT_EQ(Passe(*sansSécurité, -1), Actif);
+  EXPECT_TRUE(Dit("Erreur N°91 "));
 }
 
 TEST_F(UneEntréeLogique, DéclencheLArrêtTantQueSonEtatDure) {
@@ -211,20 +217,6 @@ TEST_F(UneEntréeLogique, DéclencheLArrêtMêmeQuandLeResteEchoue) {
   EXPECT_TRUE(Dit("Erreur N°91 ")) << "nowhere to tell it";
   Passe(*introuvable, -1);
   EXPECT_EQ(sécurité->arrêts, 4);
-}
-
-TEST_F(UneEntréeLogique, PerdSonForçageEtSaLectureQuandElleEchoue) {
-  const auto entrée = Lu<EntréeLogique>(SurCanal({{kNiveau, "Activé"}}));
-  entrée->Lien({}, {}, {}, &chassis);  // no safety object
-  entrée->ForceOFF();
-  EXPECT_EQ(Passe(*entrée, -1), Actif) << "no longer forced";
-  const auto [message, variables] = registre->entrées.at(0);
-  EXPECT_TRUE(Dit("Erreur N°91 "));
-  EXPECT_TRUE(message.ends_with("de la méthode MetàJour de l'objet Entrée logique (Porte)."));
-  EXPECT_EQ(variables, (TableVariables{{},
-                                       {"Variable mblnEtatActivation", true},
-                                       {"Variable musrValeurCourante", 0},
-                                       {"Variable mobjCanal.ValeurCanal", -1.0}}));
 }
 
 TEST_F(UneEntréeLogique, DitUneColonneDArrêtOuDeFiltreMalEcriteEtLitLAutre) {
