@@ -73,28 +73,21 @@ TEST_F(UneLigneDeCapteur, DitCeQuiManqueEtCeQuiEstIllisible) {
 }
 
 TEST_F(UneLigneDeCapteur, ParleALIntégrateur) {
-  const std::string champ = "Le champs '";
-  const std::string format = "' n'existe pas. Veuillez le créer avec le format suivant : ";
-  const auto recouvrement = [](const char* colonne) {
-    return LigneDeCapteur({{"Type de Capteur", "Recouvrement"}, {colonne, Nul{}}});
-  };
+  const std::string absent = "' n'existe pas. Veuillez le créer avec le format suivant : ";
+  const std::string seuil = "du capteur de recouvrement nommé 'Force' est invalide. Il est mis à ";
+  const Ligne nuls = LigneDeCapteur({{kBas, Nul{}}, {kHaut, Nul{}}, {kMini, Nul{}}});
   for (const auto& [lue, textes] : Cas<Ligne, std::vector<std::string>>{
-           {recouvrement(kBas),
-            {"Le seuil bas du capteur de recouvrement nommé 'Force' est invalide. Il est mis à "
-             "80%."}},
-           {recouvrement(kHaut),
-            {"Le seuil haut du capteur de recouvrement nommé 'Force' est invalide. Il est mis à "
-             "90%."}},
-           {recouvrement(kMini),
-            {"Le nombre de valeur mini pour le recouvrement du capteur de nommé 'Force' est "
-             "invalide. "
-             "Ils est mis à 1."}},
-           {LigneDeCapteur({{kBas, Nul{}}}), {}},
-           {Sans(Sans(ligne, kHaut), kMini),
-            {}},  // told only when the first of the three is missing
+           {Avec(nuls, "Type de Capteur", "Recouvrement"),
+            {"Le seuil bas " + seuil + "80%.", "Le seuil haut " + seuil + "90%.",
+             "Le nombre de valeur mini pour le recouvrement du capteur de nommé 'Force' est "
+             "invalide. Ils est mis à 1."}},
+           {nuls, {}},
+           // Told only when the first of the three is missing.
+           {Sans(Sans(ligne, kHaut), kMini), {}},
            {Sans(Sans(Sans(ligne, kBas), kHaut), kMini),
-            {champ + kBas + format + "REEL DOUBLE", champ + kHaut + format + "REEL DOUBLE",
-             champ + kMini + format + "ENTIER LONG"}},
+            {std::string("Le champs '") + kBas + absent + "REEL DOUBLE",
+             std::string("Le champs '") + kHaut + absent + "REEL DOUBLE",
+             std::string("Le champs '") + kMini + absent + "ENTIER LONG"}},
            {LigneDeCapteur({{"Type de Capteur", "Selectionnable"}, {"Valeur de selection", Nul{}}}),
             {"Sensor 'Force' : 'Valeur de selection' not define."}},
            {LigneDeCapteur({{"Configuration RS", "1,9601,N,8,1"}}),

@@ -106,15 +106,10 @@ TEST_F(UneContrainteSurEprouvette, ALaSectionDeSaFormeEtDeSonEssai) {
 }
 
 TEST(UneUnité, ALeFacteurDesUnitésDeBase) {
-  for (const auto& [texte, facteur] : Cas<const char*, double>{{"dm", 10},
-                                                               {"CM", 1},
-                                                               {"µm", 0.0001},
-                                                               {"mg", 0.001},
-                                                               {"g", 1},
-                                                               {"g/dm3", 1},
-                                                               {"kg/m3", 1},
-                                                               {"g/cm3", 1000},
-                                                               {"", 0}}) {
+  const Cas<const char*, double> cas{{"dm", 10},    {"CM", 1},       {"µm", 0.0001},
+                                     {"mg", 0.001}, {"g", 1},        {"g/dm3", 1},
+                                     {"kg/m3", 1},  {"g/cm3", 1000}, {"", 0}};
+  for (const auto& [texte, facteur] : cas) {
     EXPECT_EQ(section::CoefficientUnité(texte), facteur) << texte;
   }
 }
@@ -205,19 +200,16 @@ TEST_F(UneContrainteSurEprouvette, ParleDesTypesObsolètes) {
   for (const auto& [type, texte, obsolète] : Cas<T, std::string, bool>{
            {T::surface, "Surface", true},
            {T::TractionCompressionCylindre, "Traction/Compression de cylindre", true},
-           {T::TractionCompressionPrisme, "Traction/Compression de prisme", true},
            {T::Flexion, "Bending", false},  // alone written in the operator's language
            {T::Compression, "Compression", false}}) {
     messages.textes.clear();
     c->TypeCalculContrainte(type);
     EXPECT_EQ(essai->ValeurParamètre(), texte);
     EXPECT_EQ(c->TypeCalculContrainte(), type);
-    std::vector<std::string> dits;
-    if (obsolète)
-      dits = {"'" + texte +
-              "' est un type de calcul obsolete. Veuillez apporter les "
-              "correction nécessaire dans le capteur 'Force'."};
-    EXPECT_EQ(messages.textes, dits);
+    const std::string dit = "'" + texte +
+                            "' est un type de calcul obsolete. Veuillez apporter les "
+                            "correction nécessaire dans le capteur 'Force'.";
+    EXPECT_EQ(messages.textes, std::vector<std::string>(obsolète ? 1 : 0, dit));
   }
   c->TypeCalculContrainte(static_cast<T>(7));
   EXPECT_EQ(essai->ValeurParamètre(), "Compression");
