@@ -159,20 +159,24 @@ class PasseEtHôte : public Mesure {
 class AppareilCompté : public sim::AppareilSérie {
  public:
   AppareilCompté(Ref<sim::AppareilSérie> appareil, std::int64_t& allocations)
-      : appareil_(std::move(appareil)), allocations_(allocations) {}
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override {
-    const std::int64_t avant = essai::Allocations();
-    appareil_->Reçoit(octets, vitesse);
-    allocations_ += essai::Allocations() - avant;
+      : AppareilSérie(appareil->LHorloge()),
+        appareil_(std::move(appareil)),
+        allocations_(allocations) {}
+  void Branche(sim::LigneSérie& ligne) override { appareil_->Branche(ligne); }
+  void Reçoit(std::string_view octets, sim::LigneSérie& ligne) override {
+    Compte([&] { appareil_->Reçoit(octets, ligne); });
   }
-  Octets Emet() override {
-    const std::int64_t avant = essai::Allocations();
-    Octets octets = appareil_->Emet();
-    allocations_ += essai::Allocations() - avant;
-    return octets;
+  void Réveil(sim::LigneSérie& ligne) override {
+    Compte([&] { appareil_->Réveil(ligne); });
   }
 
  private:
+  void Compte(auto&& travail) {
+    const std::int64_t avant = essai::Allocations();
+    travail();
+    allocations_ += essai::Allocations() - avant;
+  }
+
   Ref<sim::AppareilSérie> appareil_;
   std::int64_t& allocations_;
 };
@@ -192,7 +196,7 @@ class PasseDesAppareils : public Mesure {
     for (std::int32_t port = 1; port <= kPortsAuPlus; ++port) {
       sim::LigneSérie* ligne = banc.LaMachine().liaisons.Ligne(port);
       if (ligne == nullptr) continue;
-      ligne->appareil = Crée<AppareilCompté>(ligne->appareil, allocationsDesJumeaux);
+      ligne->Attache(Crée<AppareilCompté>(ligne->appareil, allocationsDesJumeaux));
     }
   }
   void Tour() override {

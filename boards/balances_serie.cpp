@@ -1,4 +1,7 @@
 // Balances and indicators that send unasked, each read by a channel on the line of its block.
+#include <optional>
+#include <string_view>
+
 #include "boards/blocs.h"
 #include "boards/ecoute_serie.h"
 #include "boards/operations.h"
@@ -66,6 +69,8 @@ void LitLRPC(Canal& canal) {
   tampon.reçu.clear();
 }
 
+// A listener that came in the midst of a frame finds its place again byte by byte: nothing parts
+// one frame from the next.
 void LitDEXAL(Canal& canal) {
   Ecoute écoute(canal);
   TamponSérie& tampon = écoute.Tampon();
@@ -74,7 +79,14 @@ void LitDEXAL(Canal& canal) {
     if (écoute.EstSilencieuse()) écoute.Recommence();
     return;
   }
-  canal.ValeurCanal(trames_serie::DecortiqueBufferDEXAL_dbl(tampon.reçu, canal.ValeurCanal()));
+  std::optional<double> lue;
+  while (!lue && tampon.reçu.size() >= trames_serie::kLongueurDEXAL) {
+    lue = trames_serie::DecortiqueUneTrameDEXAL_dbl(
+        std::string_view(tampon.reçu).substr(1, trames_serie::kLongueurDEXAL - 1));
+    if (!lue) tampon.reçu.erase(0, 1);
+  }
+  if (!lue) return;
+  canal.ValeurCanal(*lue);
   tampon.reçu.clear();
   tampon.entamé = false;
 }

@@ -195,6 +195,11 @@ void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t
   AjouteOctet(question, crc >> 8U);
 }
 
+double Silence(std::int32_t bauds) noexcept {
+  constexpr double kBits = 3.5 * 11;
+  return kBits * 1e6 / std::max(bauds, 1);
+}
+
 std::int32_t LongueurTrame(std::string_view question) noexcept {
   if (question.size() < kLongueurEcho) return 0;
   const FonctionModbus* ligne = Trouve(Octet(question, 1));

@@ -67,6 +67,10 @@ void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t
                        std::int32_t compte, std::span<const std::uint16_t> valeurs,
                        Octets& question);
 
+/// Silence that ends a frame at `bauds`, in microseconds: 3.5 bytes of eleven bits (Modbus over
+/// serial line, RTU framing). Until then a slave may still be speaking, and hears no question.
+[[nodiscard]] double Silence(std::int32_t bauds) noexcept;
+
 /// Number of bytes of the full answer to `question`; 0 when it is no question.
 [[nodiscard]] std::int32_t LongueurTrame(std::string_view question) noexcept;
 

@@ -136,9 +136,13 @@ class LigneDeCommande {
     verbe.add_option("--csv", run_.csv, "record the sensors on each refresh");
     verbe
         .add_option("--fault", run_.pannes,
-                    "disturb the simulated machine: silence, garbage, crc, cut, babble, unplug, "
-                    "late or stuck, on all lines or on :PORT, :can, :usb, @FROM-TO seconds")
+                    "disturb the simulated machine: silence, deaf, garbage, crc, cut, lose, add, "
+                    "flip, babble, unplug, late, stuck, on all lines or on :PORT, :can, :usb; "
+                    "bounce, hang, dead, on all boards or on :0xBASE; running; clock:SECONDS; "
+                    "random; @FROM-TO seconds, else from before the start")
         ->type_name("KIND[:WHERE][@FROM[-TO]]");
+    verbe.add_option("--seed", run_.graine,
+                     "seed of the luck of the faults: the same, the same run");
     verbe.add_flag("--fast", run_.auPlusVite, "let simulated time run as fast as it goes");
     verbe.footer(
         "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "

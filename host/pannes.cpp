@@ -15,35 +15,68 @@ using sim::GenreDePanne;
 using sim::LieuDePanne;
 using sim::PannePrévue;
 
-constexpr std::array<std::pair<std::string_view, GenreDePanne>, 8> kGenres{{
+constexpr std::string_view kAuHasard = "random";
+
+// What is not put on by hand comes last.
+constexpr std::array<std::pair<std::string_view, GenreDePanne>, 17> kGenres{{
     {"silence", GenreDePanne::Silence},
+    {"deaf", GenreDePanne::Surdité},
     {"garbage", GenreDePanne::Brouillage},
     {"crc", GenreDePanne::FausseSomme},
     {"cut", GenreDePanne::Coupure},
+    {"lose", GenreDePanne::Perte},
+    {"add", GenreDePanne::Ajout},
+    {"flip", GenreDePanne::Retournement},
     {"babble", GenreDePanne::Babillage},
     {"unplug", GenreDePanne::Débranchement},
     {"late", GenreDePanne::Retard},
     {"stuck", GenreDePanne::Figement},
+    {"bounce", GenreDePanne::Rebond},
+    {"hang", GenreDePanne::Blocage},
+    {"dead", GenreDePanne::Mort},
+    {"running", GenreDePanne::EnMarche},
+    {"clock", GenreDePanne::Horloge},
 }};
+constexpr std::size_t kALaMain = 15;
 
-constexpr std::array<std::pair<std::string_view, LieuDePanne>, 3> kLieux{{
+constexpr std::array<std::pair<std::string_view, LieuDePanne>, 4> kLieux{{
     {"all", LieuDePanne::Partout},
     {"can", LieuDePanne::CAN},
     {"usb", LieuDePanne::USB},
+    {"boards", LieuDePanne::Cartes},
 }};
+
+std::string Noms() {
+  std::string noms(kAuHasard);
+  for (const auto& [nom, genre] : kGenres) noms += ", " + std::string(nom);
+  return noms;
+}
 
 [[noreturn]] void Refuse(std::string_view texte, std::string_view quoi) {
   throw MauvaisUsage(
       "--fault " + std::string(texte) + ": " + std::string(quoi) +
-      "; expected KIND[:WHERE][@FROM[-TO]], KIND one of silence, garbage, crc, cut, "
-      "babble, unplug, late, stuck, WHERE all, can, usb or a serial port's number, FROM and TO in "
-      "seconds, as in crc:9@2-4");
+      "; expected KIND[:WHERE][@FROM[-TO]], KIND one of " + Noms() +
+      ", WHERE all, can, usb, boards, a serial port's number or a board's base "
+      "address as 0x220, FROM and TO in seconds, as in crc:9@2-4; clock:SECONDS puts "
+      "the clock of the day forward, or back when negative");
 }
 
 template <class Nombre>
 bool Lit(std::string_view texte, Nombre& nombre) {
   const auto [fin, erreur] = std::from_chars(texte.data(), texte.data() + texte.size(), nombre);
-  return erreur == std::errc() && fin == texte.data() + texte.size() && nombre >= 0;
+  return erreur == std::errc() && fin == texte.data() + texte.size();
+}
+
+bool LitPositif(std::string_view texte, auto& nombre) {
+  return Lit(texte, nombre) && nombre >= 0;
+}
+
+bool LitLaBase(std::string_view texte, std::int32_t& base) {
+  constexpr std::string_view kPréfixe = "0x";
+  if (!texte.starts_with(kPréfixe)) return false;
+  texte.remove_prefix(kPréfixe.size());
+  const auto [fin, erreur] = std::from_chars(texte.data(), texte.data() + texte.size(), base, 16);
+  return erreur == std::errc() && fin == texte.data() + texte.size() && base >= 0;
 }
 
 // The text up to the sign, which is taken off with it; what is left stays in `texte`.
@@ -62,9 +95,12 @@ auto Cherche(const Table& table, std::string_view nom) {
 
 void LitLeLieu(std::string_view lieu, std::string_view texte, PannePrévue& panne) {
   const auto connu = Cherche(kLieux, lieu);
+  if (panne.genre == GenreDePanne::Horloge && Lit(lieu, panne.quantité)) return;
   if (connu != kLieux.end()) {
     panne.lieu = connu->second;
-  } else if (Lit(lieu, panne.port)) {
+  } else if (LitLaBase(lieu, panne.port)) {
+    panne.lieu = LieuDePanne::Carte;
+  } else if (LitPositif(lieu, panne.port)) {
     panne.lieu = LieuDePanne::Port;
   } else {
     Refuse(texte, "no such place \"" + std::string(lieu) + "\"");
@@ -74,25 +110,33 @@ void LitLeLieu(std::string_view lieu, std::string_view texte, PannePrévue& pann
 void LitLeTemps(std::string_view temps, std::string_view texte, PannePrévue& panne) {
   bool avecFin = false;
   const std::string_view début = Coupe(temps, '-', avecFin);
-  if (!Lit(début, panne.début) || (avecFin && !Lit(temps, panne.fin)) || panne.fin < panne.début) {
+  if (!LitPositif(début, panne.début) || (avecFin && !LitPositif(temps, panne.fin)) ||
+      panne.fin < panne.début) {
     Refuse(texte, "unreadable time");
   }
 }
 
 }  // namespace
 
-PannePrévue LitLaPanne(std::string_view texte) {
-  PannePrévue panne{.fin = std::numeric_limits<double>::infinity()};
+std::vector<PannePrévue> LitLesPannes(std::string_view texte, std::uint32_t graine) {
+  constexpr double kToujours = std::numeric_limits<double>::infinity();
+  constexpr double kAvance = 3600;  // seconds
+  PannePrévue panne{.quantité = kAvance, .début = -kToujours, .fin = kToujours};
   std::string_view reste = texte;
   bool avecTemps = false;
   bool avecLieu = false;
   std::string_view tête = Coupe(reste, '@', avecTemps);
-  const auto genre = Cherche(kGenres, Coupe(tête, ':', avecLieu));
-  if (genre == kGenres.end()) Refuse(texte, "no such kind");
-  panne.genre = genre->second;
+  const std::string_view nom = Coupe(tête, ':', avecLieu);
+  const auto genre = Cherche(kGenres, nom);
+  const bool auHasard = nom == kAuHasard;
+  if (genre == kGenres.end() && !auHasard) Refuse(texte, "no such kind");
+  if (!auHasard) panne.genre = genre->second;
   if (avecLieu) LitLeLieu(tête, texte, panne);
+  if (avecTemps && panne.genre == GenreDePanne::EnMarche)
+    Refuse(texte, "it is found at the start, and takes no time");
   if (avecTemps) LitLeTemps(reste, texte, panne);
-  return panne;
+  if (auHasard) return sim::TireLesPannes(panne, graine);
+  return {panne};
 }
 
 std::string_view NomDePanne(GenreDePanne genre) {
@@ -103,7 +147,7 @@ std::string_view NomDePanne(GenreDePanne genre) {
 bool PanneSuivante(GenreDePanne& genre) {
   auto place =
       std::ranges::find(kGenres, genre, &std::pair<std::string_view, GenreDePanne>::second);
-  if (++place == kGenres.end()) return false;
+  if (++place >= kGenres.begin() + kALaMain) return false;
   genre = place->second;
   return true;
 }

@@ -149,14 +149,17 @@ class Marche {
 std::unique_ptr<Machine> LaMachine(const OptionsRun& options, BoîteDeMessage& messages) {
   const Raccordement raccordement = LitLesPorts(options.ports, options.can);
   if (!options.simulation) {
-    if (!options.pannes.empty() || options.auPlusVite) {
-      throw MauvaisUsage("--fault and --fast belong to the simulated machine: add --sim");
+    if (!options.pannes.empty() || options.graine != 0 || options.auPlusVite) {
+      throw MauvaisUsage("--fault, --seed and --fast belong to the simulated machine: add --sim");
     }
     return MachineRéelle(messages, raccordement);
   }
   auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle);
+  machine->Jumelle()->graine = options.graine;
+  std::vector<sim::PannePrévue>& pannes = machine->Jumelle()->pannes;
   for (const std::string& panne : options.pannes) {
-    machine->Jumelle()->pannes.push_back(LitLaPanne(panne));
+    const auto lues = LitLesPannes(panne, options.graine);
+    pannes.insert(pannes.end(), lues.begin(), lues.end());
   }
   return machine;
 }

@@ -2,10 +2,12 @@
 #include <cmath>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <numbers>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "host/interruption.h"
@@ -34,6 +36,7 @@ struct Servi {
   Ref<sim::AppareilSérie> appareil;
   std::function<void(double)> anime;  ///< sets its quantity, from -1 to 1 times its range
   PseudoTerminal port{};
+  std::unique_ptr<sim::LigneSérie> ligne = std::make_unique<sim::LigneSérie>();
 };
 
 /// Slave addresses are those of the demo frames, which thus run on the served instruments.
@@ -56,6 +59,7 @@ class Atelier {
     Entraîne();
     Conditionne("conditioner", 5);
     Conditionne("conditioner-2", 6);
+    for (Servi& servi : servis_) servi.ligne->Attache(servi.appareil);
   }
 
   [[nodiscard]] const std::vector<Servi>& Servis() const { return servis_; }
@@ -66,8 +70,8 @@ class Atelier {
     for (Servi& servi : servis_) {
       servi.anime(place);
       const Octets reçus = servi.port.Lit();
-      if (!reçus.empty()) servi.appareil->Reçoit(reçus, kVitesse);
-      const Octets émis = servi.appareil->Emet();
+      if (!reçus.empty()) (void)servi.ligne->Ecrit(reçus, kVitesse);
+      const Octets émis = std::exchange(servi.ligne->Reçus(), {});
       if (!émis.empty()) servi.port.Ecrit(émis);
     }
   }

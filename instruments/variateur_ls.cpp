@@ -176,7 +176,9 @@ bool VariateurLS::EcritEtAttend(Carte& carte) {
 
 void VariateurLS::ChercheRéponse(Carte& carte) {
   SurLaLigne(carte, [&](ZED_LiaisonSerie& liaison) {
-    if (liaison.OctetsReçus() > 0) réponse_ += liaison.LitTampon();
+    if (liaison.OctetsReçus() == 0) return;
+    réponse_ += liaison.LitTampon();
+    heureDuDernierOctet_ = matériel_.timer->LitMicrosecondes();
   });
   Valeurs valeurs;
   const Résultat résultat = OutilsModbus::DécodeRéponse(
@@ -195,7 +197,7 @@ void VariateurLS::Juge(Carte& carte, Résultat résultat, double maintenant) {
     SeTait(carte);
   } else if (résultat == Résultat::Incomplète) {
     AttendLaSuite(maintenant);
-  } else {
+  } else if (EstFinie(carte, maintenant)) {
     ++compteurErreurs_;
     if (résultat != Résultat::Inconnue) Echoue();
     if (résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction) {
@@ -210,6 +212,11 @@ void VariateurLS::Juge(Carte& carte, Résultat résultat, double maintenant) {
   }
   // Last: a journal that cannot be written must not hold the exchange.
   if (!journal.empty()) Journalise(journal, compteur);
+}
+
+// A drive whose answer is spoilt still speaks to its end, and hears nothing meanwhile.
+bool VariateurLS::EstFinie(Carte& carte, double maintenant) const {
+  return maintenant - heureDuDernierOctet_ >= OutilsModbus::Silence(carte.RS()->VitesseSérie());
 }
 
 // The rest of a cut answer gets one time-out from the first pass that saw it. Plain silence is not

@@ -50,6 +50,7 @@ class VariateurLS : public Pilote {
   void SurLaLigne(Carte& carte, Travail&& travail);
   void ChercheRéponse(Carte& carte);
   void Juge(Carte& carte, OutilsModbus::Résultat résultat, double maintenant);
+  [[nodiscard]] bool EstFinie(Carte& carte, double maintenant) const;
   void AttendLaSuite(double maintenant);
   void Echoue() noexcept;
   void ResteSansRéponse() noexcept;
@@ -74,10 +75,11 @@ class VariateurLS : public Pilote {
   std::int32_t silences_ = 0;  ///< questions in a row that nothing answered
   Octets question_;
   Octets réponse_;
-  Genre genre_ = Genre::Ecriture;  ///< of the last question
-  double heureDEnvoi_ = 0;         ///< microseconds, like all that follow
-  double timeOut_ = 0;             ///< time allowed for the answer
-  double heureDeRéception_ = 0;    ///< start of the wait for the rest of an answer; 0 for none
+  Genre genre_ = Genre::Ecriture;   ///< of the last question
+  double heureDEnvoi_ = 0;          ///< microseconds, like all that follow
+  double timeOut_ = 0;              ///< time allowed for the answer
+  double heureDuDernierOctet_ = 0;  ///< received
+  double heureDeRéception_ = 0;     ///< start of the wait for the rest of an answer; 0 for none
   bool miseEnRouteFaite_ = false;
   std::size_t pas_ = 0;        ///< next step of the start; past the last one: the drive is started
   bool départPermis_ = false;  ///< the drive answers, and no step has failed since

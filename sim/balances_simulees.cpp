@@ -6,22 +6,10 @@
 #include <cstdio>
 
 namespace zuma::sim {
-namespace {
 
-// A line that nobody reads loses what it brought.
-constexpr int kTramesEnAttente = 20;
-
-}  // namespace
-
-Octets BalanceSimulée::Emet() {
-  const double maintenant = horloge_.Maintenant();
-  double& prochaine = prochaine_ ? *prochaine_ : prochaine_.emplace(maintenant);
-  prochaine = std::max(prochaine, maintenant - kTramesEnAttente * période);
-  Octets octets;
-  for (; prochaine <= maintenant; prochaine += période) {
-    octets += trameForcée.empty() ? Trame() : trameForcée;
-  }
-  return octets;
+void BalanceSimulée::Réveil(LigneSérie& ligne) {
+  ligne.Emet(trameForcée.empty() ? Trame() : trameForcée, 0);
+  ligne.Réveille(période);
 }
 
 Octets BalanceLRPC31Simulée::Trame() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "sim/horloge_virtuelle.h"
@@ -11,10 +10,12 @@ namespace zuma::sim {
 /// A balance or indicator that sends its frame at a steady rate and takes no request.
 class BalanceSimulée : public AppareilSérie {
  public:
-  explicit BalanceSimulée(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+  using AppareilSérie::AppareilSérie;
 
-  void Reçoit(std::string_view, std::int32_t) override {}
-  [[nodiscard]] Octets Emet() override;
+  void Branche(LigneSérie& ligne) override { ligne.Réveille(0); }
+  void Reçoit(std::string_view, LigneSérie&) override {}
+  /// Time for the next frame.
+  void Réveil(LigneSérie& ligne) override;
 
   double poids = 0;          ///< in the unit of the display
   double période = 100'000;  ///< microseconds between two frames
@@ -22,10 +23,6 @@ class BalanceSimulée : public AppareilSérie {
 
  protected:
   [[nodiscard]] virtual Octets Trame() const = 0;
-
- private:
-  HorlogeVirtuelle& horloge_;
-  std::optional<double> prochaine_;  ///< time of the next frame, once somebody listens
 };
 
 /// Five digits and a sign, each with its place in its top bits; the display in thousandths.

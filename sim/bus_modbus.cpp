@@ -9,14 +9,17 @@ EsclaveModbus* BusModbus::Esclave(std::uint8_t adresse) const {
   return nullptr;
 }
 
-void BusModbus::Reçoit(std::string_view octets, std::int32_t vitesse) {
-  for (const auto& [adresse, esclave] : esclaves_) esclave->Reçoit(octets, vitesse);
+void BusModbus::Reçoit(std::string_view octets, LigneSérie& ligne) {
+  for (const auto& [adresse, esclave] : esclaves_) esclave->Reçoit(octets, ligne);
 }
 
-Octets BusModbus::Emet() {
-  Octets octets;
-  for (const auto& [adresse, esclave] : esclaves_) octets += esclave->Emet();
-  return octets;
+// All of them heard the same silence.
+void BusModbus::Réveil(LigneSérie& ligne) {
+  for (const auto& [adresse, esclave] : esclaves_) esclave->Réveil(ligne);
+}
+
+void BusModbus::MetEnMarche() {
+  for (const auto& [adresse, esclave] : esclaves_) esclave->MetEnMarche();
 }
 
 }  // namespace zuma::sim

@@ -27,7 +27,8 @@ void BusPorts::Attache(std::uint16_t base, std::uint16_t longueur, AppareilPorts
 
 const BusPorts::Plage* BusPorts::Trouve(std::uint16_t port) const noexcept {
   for (const Plage& plage : plages_) {
-    if (port >= plage.base && port < plage.base + plage.longueur) return &plage;
+    if (port < plage.base || port >= plage.base + plage.longueur) continue;
+    return plage.appareil->pannes.morte ? nullptr : &plage;
   }
   return nullptr;
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/services.h"
+#include "sim/pannes.h"
 
 namespace zuma::sim {
 
@@ -16,6 +17,8 @@ class AppareilPorts {
   virtual void Ecrit(std::uint16_t décalage, std::uint8_t octet) = 0;
   [[nodiscard]] virtual std::uint16_t LitMot(std::uint16_t décalage);
   virtual void EcritMot(std::uint16_t décalage, std::uint16_t mot);
+
+  PannesDeCarte pannes;
 };
 
 /// The port bus of the simulated machine. An address where no board answers reads as all ones.

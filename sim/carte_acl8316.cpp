@@ -28,7 +28,7 @@ void CarteACL8316::Fige() {
 }
 
 std::uint8_t CarteACL8316::Lit(std::uint16_t décalage) {
-  if (décalage == 8) return figée_ ? 0x10 : 0;
+  if (décalage == 8) return figée_ && !pannes.bloquée ? 0x10 : 0;
   if (décalage == 10) {
     Fige();
     return 0;
@@ -39,7 +39,8 @@ std::uint8_t CarteACL8316::Lit(std::uint16_t décalage) {
 std::uint16_t CarteACL8316::LitMot(std::uint16_t décalage) {
   if (décalage == 4) return static_cast<std::uint16_t>(résultat_);
   if (décalage == 6) return SuivantDuScan();
-  if (décalage == 14) return static_cast<std::uint16_t>(bornes.entréesLogiques & 0xFFFFU);
+  if (décalage == 14)
+    return static_cast<std::uint16_t>(pannes.Vues(bornes.entréesLogiques) & 0xFFFFU);
   return 0xFFFF;
 }
 

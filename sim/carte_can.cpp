@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sim/pannes.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -13,13 +15,18 @@ constexpr std::int32_t kPortsParCarte = 2;
 }  // namespace
 
 void PortCANSimulé::Emet(const TrameCAN& trame, double retard) {
-  const EnRoute nouvelle{horloge_.Maintenant() + retard, trame};
+  if (pannes.tardive) retard += kRetard * 1e6;
+  if (!pannes.figée) figées_.clear();
+  const TrameCAN& envoyée =
+      pannes.figée ? figées_.try_emplace(trame.identifiant, trame).first->second : trame;
+  const EnRoute nouvelle{horloge_.Maintenant() + retard, envoyée};
   const auto place = std::ranges::upper_bound(file_, nouvelle.heure, {}, &EnRoute::heure);
   file_.insert(place, nouvelle);
 }
 
 void PortCANSimulé::Envoie(const TrameCAN& trame) {
   envoyées.push_back(trame);
+  if (pannes.sourde) return;
   for (const Ref<AppareilCAN>& appareil : appareils_) appareil->Reçoit(trame, *this);
 }
 
@@ -34,6 +41,10 @@ bool PortCANSimulé::Reçoit(TrameCAN& trame) {
 
 PortCANSimulé& CarteCANSimulée::Port(std::int32_t carte, std::int32_t port) {
   return ports_.try_emplace({carte, port}, horloge_).first->second;
+}
+
+void CarteCANSimulée::Pannes(const PannesCAN& pannes) {
+  for (auto& [place, port] : ports_) port.pannes = pannes;
 }
 
 PortCANSimulé* CarteCANSimulée::Ouvert(std::int32_t poignée) {

@@ -14,6 +14,13 @@ namespace zuma::sim {
 
 class PortCANSimulé;
 
+/// What a bus does to its traffic.
+struct PannesCAN {
+  bool sourde = false;   ///< what the card sends is lost on its way
+  bool tardive = false;  ///< what devices send comes `kRetard` seconds late
+  bool figée = false;    ///< each device sends again what it sent first
+};
+
 /// A device on a simulated CAN bus: it hears every frame that the card sends.
 class AppareilCAN {
  public:
@@ -37,6 +44,7 @@ class PortCANSimulé {
   void Envoie(const TrameCAN& trame);
   [[nodiscard]] bool Reçoit(TrameCAN& trame);
 
+  PannesCAN pannes;
   bool ouvert = false;
   PortCAN réglages;
   Port7841 réglages7841;
@@ -51,6 +59,7 @@ class PortCANSimulé {
   HorlogeVirtuelle& horloge_;
   std::vector<Ref<AppareilCAN>> appareils_;
   std::deque<EnRoute> file_;
+  std::map<std::uint32_t, TrameCAN> figées_;  ///< by identifier
 };
 
 /// The two-port CAN card with both generations of its calls.
@@ -72,6 +81,9 @@ class CarteCANSimulée : public BibliothèqueCAN {
                                             const Trame7841& trame) override;
   [[nodiscard]] std::int32_t W_7841_RcvMsg(std::int32_t carte, std::int32_t port,
                                            Trame7841& trame) override;
+
+  /// Puts those faults on the buses of all ports.
+  void Pannes(const PannesCAN& pannes);
 
   bool absente = false;       ///< every call fails
   bool muette = false;        ///< frames are lost on their way to the card

@@ -38,6 +38,7 @@ std::uint16_t CarteIK121::LitAxe(std::size_t axe, unsigned registre) {
 }
 
 std::uint16_t CarteIK121::Etat(Axe& axe) const {
+  if (pannes.bloquée) return 0;
   unsigned état = 0;
   for (std::size_t i = 0; i < axe.latchs.size(); ++i) {
     int& attente = axe.latchs[i].attente;

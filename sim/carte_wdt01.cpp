@@ -23,14 +23,14 @@ std::uint8_t CarteWDT01::Lit(std::uint16_t décalage) {
   if (armée_) état |= kArmée;
   if (déclenchée_) état |= kDéclenchée;
   if (refusée_) état |= kRefusée;
-  if (!enPanne_ && horloge_.Maintenant() >= occupéeJusquà_) état |= kPrête;
+  if (!pannes.bloquée && horloge_.Maintenant() >= occupéeJusquà_) état |= kPrête;
   return static_cast<std::uint8_t>(état);
 }
 
 void CarteWDT01::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
   if (décalage != kDonnées) return;
   Avance();
-  if (enPanne_ || horloge_.Maintenant() < occupéeJusquà_) {
+  if (pannes.bloquée || horloge_.Maintenant() < occupéeJusquà_) {
     ++perdus_;
     return;
   }

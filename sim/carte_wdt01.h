@@ -40,7 +40,7 @@ class CarteWDT01 : public AppareilPorts {
   /// Time for which the board is busy after a byte, in microseconds.
   void DuréeOctet(double microsecondes) noexcept { duréeOctet_ = microsecondes; }
   /// A board that hangs: it is never ready, what it is sent is lost, and its time goes on.
-  void Panne(bool enPanne) noexcept { enPanne_ = enPanne; }
+  void Panne(bool enPanne) noexcept { pannes.bloquée = enPanne; }
 
   /// The last lines received, empty ones left out.
   [[nodiscard]] const std::deque<std::string>& Lignes() const noexcept { return lignes_; }
@@ -61,7 +61,6 @@ class CarteWDT01 : public AppareilPorts {
   bool armée_ = false;
   bool déclenchée_ = false;
   bool refusée_ = false;
-  bool enPanne_ = false;
   std::size_t perdus_ = 0;
   std::deque<std::string> lignes_;
 };

@@ -42,6 +42,19 @@ CartePCISimulée& BibliothèquePCISimulée::Enfiche(std::uint16_t type, std::uin
   return carte;
 }
 
+void BibliothèquePCISimulée::Graine(std::uint32_t graine) {
+  for (auto& [place, carte] : cartes_)
+    carte.pannes.hasard = Hasard::De(graine, place.first * 256U + place.second);
+}
+
+void BibliothèquePCISimulée::Applique(std::span<const PannePrévue> pannes, double secondes) {
+  for (auto& [place, carte] : cartes_) {
+    sim::Applique(
+        pannes, secondes, [](const PannePrévue& panne) { return panne.FrappeLesCartes(); },
+        carte.pannes);
+  }
+}
+
 std::int16_t BibliothèquePCISimulée::Refuse() {
   ++refus;
   return kAppelRefusé;
@@ -53,12 +66,12 @@ CartePCISimulée* BibliothèquePCISimulée::La(std::uint16_t poignée, std::uint
     return nullptr;
   }
   CartePCISimulée& carte = *enregistrées_[rang];
-  return carte.type == type ? &carte : nullptr;
+  return carte.type == type && !carte.pannes.morte ? &carte : nullptr;
 }
 
 std::int16_t BibliothèquePCISimulée::Register_Card(std::uint16_t type, std::uint16_t numéro) {
   const auto trouvée = cartes_.find({type, numéro});
-  if (trouvée == cartes_.end()) return kCarteAbsente;
+  if (trouvée == cartes_.end() || trouvée->second.pannes.morte) return kCarteAbsente;
   CartePCISimulée* const carte = &trouvée->second;
   std::ranges::replace(enregistrées_, carte, nullptr);
   enregistrées_.push_back(carte);
@@ -76,8 +89,8 @@ std::int16_t BibliothèquePCISimulée::AI_9111_Config(std::uint16_t carte, std::
 std::int16_t BibliothèquePCISimulée::AI_ReadChannel(std::uint16_t carte, std::uint16_t canal,
                                                     std::uint16_t gain, std::uint16_t& valeur) {
   const CartePCISimulée* la = La(carte, kType9111);
-  if (la == nullptr || !la->entréesPrêtes || canal >= kVoies9111) return Refuse();
-  if (gain < 1 || gain > kGains9111) return Refuse();
+  if (la == nullptr || !la->entréesPrêtes || la->pannes.bloquée) return Refuse();
+  if (canal >= kVoies9111 || gain < 1 || gain > kGains9111) return Refuse();
   valeur = static_cast<std::uint16_t>(
       CodeSigné(la->bornes.entréesAnalogiques[canal], gain - 1U, kCodes16Bits));
   return 0;
@@ -106,10 +119,10 @@ std::int16_t BibliothèquePCISimulée::AO_WriteChannel(std::uint16_t carte, std:
 
 std::int16_t BibliothèquePCISimulée::DI_ReadPort(std::uint16_t carte, std::uint16_t port,
                                                  std::uint32_t& mot) {
-  const CartePCISimulée* la = La(carte, kType9111);
+  CartePCISimulée* la = La(carte, kType9111);
   const Port* lePort = LePort(port);
   if (la == nullptr || lePort == nullptr) return Refuse();
-  const std::uint32_t lignes = la->bornes.entréesLogiques >> lePort->première;
+  const std::uint32_t lignes = la->pannes.Vues(la->bornes.entréesLogiques) >> lePort->première;
   mot = (lignes & lePort->Masque()) | (0xFFFFU & ~lePort->Masque());
   return 0;
 }

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "platform/pci_dask.h"
 #include "sim/bornes.h"
+#include "sim/pannes.h"
 
 namespace zuma::sim {
 
@@ -15,6 +17,7 @@ namespace zuma::sim {
 struct CartePCISimulée {
   std::uint16_t type = 0;
   Bornes bornes;
+  PannesDeCarte pannes;        ///< hung: no conversion ends
   int portMort = -1;           ///< logic port whose writes fail
   bool entréesPrêtes = false;  ///< conversions were set up; none before
   bool sortiesBipolaires = false;
@@ -48,6 +51,11 @@ class BibliothèquePCISimulée : public BibliothèquePCI {
   std::int16_t DO_WritePort(std::uint16_t carte, std::uint16_t port, std::uint32_t mot) override;
   std::int16_t DO_WriteLine(std::uint16_t carte, std::uint16_t port, std::uint16_t ligne,
                             std::uint16_t état) override;
+
+  /// Seed of the luck of all boards.
+  void Graine(std::uint32_t graine);
+  /// Puts the faults of that instant, and no other, on all boards.
+  void Applique(std::span<const PannePrévue> pannes, double secondes);
 
   bool refuseTout = false;  ///< as when the driver of the boards hangs
   int refus = 0;            ///< calls that no board took, registrations aside

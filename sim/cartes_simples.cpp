@@ -32,7 +32,7 @@ void CarteEntrées12Bits::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
 std::uint8_t CarteEntrées12Bits::Lit(std::uint16_t décalage) {
   if (décalage == 4) return basFigé_;
   if (décalage != 5) return 0xFF;
-  const bool finie = horloge_.Maintenant() - départ_ >= conversion;
+  const bool finie = !pannes.bloquée && horloge_.Maintenant() - départ_ >= conversion;
   const auto code = static_cast<std::uint32_t>(finie ? code_ : ancien_);
   basFigé_ = OctetDe(code, 0);
   return static_cast<std::uint8_t>(0xF0U | OctetDe(code, 1));  // the high lines float
@@ -53,7 +53,7 @@ void CarteSortiesParPaires::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
 
 std::uint8_t CarteSortiesParPaires::Lit(std::uint16_t décalage) {
   if (logique_ && (décalage == 0x0E || décalage == 0x0F)) {
-    return OctetDe(bornes.entréesLogiques, décalage - 0x0EU);
+    return OctetDe(pannes.Vues(bornes.entréesLogiques), décalage - 0x0EU);
   }
   return 0xFF;
 }
@@ -78,7 +78,7 @@ CartePCL731::CartePCL731() {
 
 std::uint8_t CartePCL731::Lit(std::uint16_t décalage) {
   if (décalage >= 8) return 0xFF;
-  const std::uint32_t lignes = décalage < 4 ? bornes.entréesLogiques : kTirées;
+  const std::uint32_t lignes = décalage < 4 ? pannes.Vues(bornes.entréesLogiques) : kTirées;
   return interfaces_[décalage / 4U].Lit(décalage % 4U, lignes);
 }
 
@@ -95,7 +95,7 @@ std::optional<std::uint32_t> CartePCL731::PremierConnecteur() const {
 
 std::uint8_t CartePET48::Lit(std::uint16_t décalage) {
   return décalage == 1 && choisi_ < 8
-             ? interfaces_[choisi_ / 4U].Lit(choisi_ % 4U, bornes.entréesLogiques)
+             ? interfaces_[choisi_ / 4U].Lit(choisi_ % 4U, pannes.Vues(bornes.entréesLogiques))
              : std::uint8_t{0xFF};
 }
 
@@ -116,9 +116,10 @@ void CarteA826::Ecrit(std::uint16_t décalage, std::uint8_t octet) {
 }
 
 std::uint16_t CarteA826::LitMot(std::uint16_t décalage) {
-  if (décalage == 6) return static_cast<std::uint16_t>(bornes.entréesLogiques & 0xFFFFU);
+  if (décalage == 6)
+    return static_cast<std::uint16_t>(pannes.Vues(bornes.entréesLogiques) & 0xFFFFU);
   if (décalage != 4) return 0xFFFF;
-  const bool finie = horloge_.Maintenant() - départ_ >= conversion;
+  const bool finie = !pannes.bloquée && horloge_.Maintenant() - départ_ >= conversion;
   return static_cast<std::uint16_t>(finie ? code_ : ancien_);
 }
 

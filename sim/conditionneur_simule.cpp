@@ -5,15 +5,15 @@
 
 namespace zuma::sim {
 
-// The values as they stand when the question arrives.
-void ConditionneurSimulé::Reçoit(std::string_view octets, std::int32_t vitesse) {
+// The values as they stand when the question has arrived.
+Octets ConditionneurSimulé::Traite(std::string_view question) {
   registres.clear();
   std::uint16_t registre = premierRegistre;
   for (const double valeur : valeurs) {
     const auto entier = std::lround(std::clamp(valeur, -32768.0, 32767.0));
     registres[registre++] = static_cast<std::uint16_t>(entier & 0xFFFF);
   }
-  EsclaveModbus::Reçoit(octets, vitesse);
+  return EsclaveModbus::Traite(question);
 }
 
 Octets ConditionneurSimulé::LitRegistres(std::uint16_t premier, std::uint16_t nombre) const {

@@ -16,7 +16,7 @@ class ConditionneurSimulé : public EsclaveModbus {
 
   using EsclaveModbus::EsclaveModbus;
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
+  [[nodiscard]] Octets Traite(std::string_view question) override;
 
   /// The three quantities in raw units; more than 16 bits hold saturates.
   std::array<double, 3> valeurs{};

@@ -1,12 +1,13 @@
 #include "sim/esclave_modbus.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 namespace zuma::sim {
 namespace {
 
-constexpr double kBitsParOctet = 11;
+constexpr double kSilence = 3.5;  // bytes
 
 struct Refus : std::exception {
   explicit Refus(std::uint8_t c) : code(c) {}
@@ -51,26 +52,35 @@ Octets AvecCrc(Octets trame) {
 
 }  // namespace
 
-void EsclaveModbus::Reçoit(std::string_view octets, std::int32_t vitesse) {
-  if (octets.size() < 8 || AvecCrc(Octets(octets.substr(0, octets.size() - 2))) != octets) return;
-  if (static_cast<std::uint8_t>(octets[0]) != adresse_) return;
+void EsclaveModbus::Reçoit(std::string_view octets, LigneSérie& ligne) {
+  if (horloge_.Maintenant() < occupéJusquà_) return;
+  question_ += octets;
+  ligne.Réveille(kSilence * ligne.DuréeOctet());
+}
+
+void EsclaveModbus::Réveil(LigneSérie& ligne) {
+  const Octets réponse = Traite(std::exchange(question_, {}));
+  if (réponse.empty()) return;
+  const double reste = std::max(0.0, latence - kSilence * ligne.DuréeOctet());
+  ligne.Emet(réponse, reste);
+  occupéJusquà_ =
+      horloge_.Maintenant() + reste + static_cast<double>(réponse.size()) * ligne.DuréeOctet();
+}
+
+Octets EsclaveModbus::Traite(std::string_view question) {
+  if (question.size() < 8 || AvecCrc(Octets(question.substr(0, question.size() - 2))) != question)
+    return {};
+  if (static_cast<std::uint8_t>(question[0]) != adresse_) return {};
   ++questions_;
   Octets corps;
   try {
-    corps = Répond(octets);
+    corps = Répond(question);
   } catch (const Refus& refus) {
-    corps = {static_cast<char>(octets[1] | 0x80), static_cast<char>(refus.code)};
+    corps = {static_cast<char>(question[1] | 0x80), static_cast<char>(refus.code)};
   }
   const std::uint8_t adresse = fausseAdresse != 0 ? fausseAdresse : adresse_;
   if (fausseFonction != 0) corps[0] = static_cast<char>(fausseFonction);
-  réponse_ = AvecCrc(static_cast<char>(adresse) + corps);
-  const auto nombre = static_cast<double>(octets.size() + réponse_.size());
-  heureDeRéponse_ = horloge_.Maintenant() + latence + nombre * kBitsParOctet * 1e6 / vitesse;
-}
-
-Octets EsclaveModbus::Emet() {
-  if (horloge_.Maintenant() < heureDeRéponse_) return {};
-  return std::exchange(réponse_, {});
+  return AvecCrc(static_cast<char>(adresse) + corps);
 }
 
 Octets EsclaveModbus::LitBits(std::uint16_t premier, std::uint16_t nombre) const {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <utility>
 
 namespace zuma::sim {
 namespace {
@@ -28,17 +27,11 @@ const Langage kComparateur10{"\x02", [](double valeur) { return Formate("%+08.3f
 const Langage kIndicateurMSV{"\x02MSV?;\x03",
                              [](double valeur) { return Formate("%.2f g\r\n", valeur); }};
 
-void InstrumentInterrogé::Reçoit(std::string_view octets, std::int32_t) {
+void InstrumentInterrogé::Reçoit(std::string_view octets, LigneSérie& ligne) {
   reçus_ += octets;
   if (reçus_.find(langage_.question) == Octets::npos) return;
   reçus_.clear();
-  réponse_ = langage_.réponse(valeur);
-  heureDeRéponse_ = horloge_.Maintenant() + latence;
-}
-
-Octets InstrumentInterrogé::Emet() {
-  if (horloge_.Maintenant() < heureDeRéponse_) return {};
-  return std::exchange(réponse_, {});
+  ligne.Emet(langage_.réponse(valeur), latence);
 }
 
 }  // namespace zuma::sim

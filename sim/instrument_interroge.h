@@ -23,20 +23,16 @@ extern const Langage kIndicateurMSV;  ///< "MSV?" and a number in grams
 class InstrumentInterrogé : public AppareilSérie {
  public:
   InstrumentInterrogé(HorlogeVirtuelle& horloge, const Langage& langage, double départ)
-      : valeur(départ), horloge_(horloge), langage_(langage) {}
+      : AppareilSérie(horloge), valeur(départ), langage_(langage) {}
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
-  [[nodiscard]] Octets Emet() override;
+  void Reçoit(std::string_view octets, LigneSérie& ligne) override;
 
   double valeur;
   double latence = 20'000;  ///< microseconds
 
  private:
-  HorlogeVirtuelle& horloge_;
   const Langage& langage_;
   Octets reçus_;
-  Octets réponse_;
-  double heureDeRéponse_ = 0;
 };
 
 }  // namespace zuma::sim

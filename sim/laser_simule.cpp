@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace zuma::sim {
 namespace {
@@ -34,20 +33,14 @@ constexpr std::uint32_t kPasDeMesure = 0x7FFFFF;
 
 }  // namespace
 
-void LaserSimulé::Reçoit(std::string_view octets, std::int32_t) {
+void LaserSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
   entrée_ += octets;
   for (auto fin = entrée_.find('\r'); fin != Octets::npos; fin = entrée_.find('\r')) {
     const Octets réponse = Répond(std::string_view(entrée_).substr(0, fin));
     entrée_.erase(0, fin + 1);
     if (réponse.empty()) continue;
-    sortie_ += réponseForcée.empty() ? réponse : réponseForcée;
-    heureDeRéponse_ = horloge_.Maintenant() + latence;
+    ligne.Emet(réponseForcée.empty() ? réponse : réponseForcée, latence);
   }
-}
-
-Octets LaserSimulé::Emet() {
-  if (horloge_.Maintenant() < heureDeRéponse_) return {};
-  return std::exchange(sortie_, {});
 }
 
 Octets LaserSimulé::Répond(std::string_view demande) {

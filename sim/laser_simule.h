@@ -12,10 +12,9 @@ namespace zuma::sim {
 /// What it does not understand it does not answer.
 class LaserSimulé : public AppareilSérie {
  public:
-  explicit LaserSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+  using AppareilSérie::AppareilSérie;
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
-  [[nodiscard]] Octets Emet() override;
+  void Reçoit(std::string_view octets, LigneSérie& ligne) override;
 
   double extension = 0;    ///< distance between the marks, in counts
   bool cibleVue = true;    ///< false: a measure tells that there is none
@@ -37,10 +36,7 @@ class LaserSimulé : public AppareilSérie {
   [[nodiscard]] bool Ecrit(char lettre, std::string_view valeur);
   [[nodiscard]] Octets Lit(char lettre) const;
 
-  HorlogeVirtuelle& horloge_;
   Octets entrée_;
-  Octets sortie_;
-  double heureDeRéponse_ = 0;
   double origine_ = 0;
 };
 

@@ -24,72 +24,64 @@ LigneSérie& LiaisonSimulée::Ligne() const {
   return ligne->second;
 }
 
+LigneSérie& LiaisonSimulée::Ouverte() const {
+  if (!ouverte_) throw Echec(Numéro::MatérielAbsent, "Port série simulé fermé");
+  return Ligne();
+}
+
 void LiaisonSimulée::OuvrePort() {
-  ++Ligne().ouvertures;
-  tampon_.clear();
+  Ligne().Ouvre(vitesse_);
   ouverte_ = true;
 }
 
-void LiaisonSimulée::Relève() const {
-  if (!ouverte_) throw Echec(Numéro::MatérielAbsent, "Port série simulé fermé");
-  tampon_ += Ligne().Relève();
-}
-
 Octets LiaisonSimulée::LitTampon(std::optional<std::int32_t> nombre) {
-  Relève();
-  return Retire(tampon_, nombre);
+  return Retire(Ouverte().Reçus(), nombre);
 }
 
 void LiaisonSimulée::EcritPort(std::string_view octets) {
-  if (!ouverte_) throw Echec(Numéro::MatérielAbsent, "Port série simulé fermé");
-  Ligne().appareil->Reçoit(octets, vitesse_);
+  if (Ouverte().Ecrit(octets, vitesse_)) return;
+  throw Echec(Numéro::MatérielAbsent, "Port série simulé COM" + std::to_string(numéro_) +
+                                          " : écriture refusée, il a encore à émettre");
 }
 
 std::int32_t LiaisonSimulée::OctetsReçus() const {
-  Relève();
-  return static_cast<std::int32_t>(tampon_.size());
+  return static_cast<std::int32_t>(Ouverte().Reçus().size());
 }
 
 LigneSérie* PortSimulé::Ligne() const {
   const auto ligne = lignes_.find(NuméroPort());
-  const bool là = ligne != lignes_.end() && !ligne->second.pannes.débranchée;
-  if (!là) tampon_.clear();
-  return là ? &ligne->second : nullptr;
+  if (ligne == lignes_.end()) return nullptr;
+  return ligne->second.pannes.débranchée ? nullptr : &ligne->second;
+}
+
+LigneSérie* PortSimulé::Ouverte() const {
+  return ouvert_ ? Ligne() : nullptr;
 }
 
 bool PortSimulé::Ouvre() {
   LigneSérie* ligne = Ligne();
-  if (ligne == nullptr) {
-    ouvert_ = false;
-    return false;
-  }
-  ++ligne->ouvertures;
-  tampon_.clear();
-  ouvert_ = true;
-  return true;
-}
-
-void PortSimulé::Relève() const {
-  if (PortOuvert()) tampon_ += Ligne()->Relève();
+  ouvert_ = ligne != nullptr;
+  if (ouvert_) ligne->Ouvre(Vitesse());
+  return ouvert_;
 }
 
 std::int32_t PortSimulé::OctetsEnAttente() const {
-  Relève();
-  return static_cast<std::int32_t>(tampon_.size());
+  LigneSérie* ligne = Ouverte();
+  return ligne == nullptr ? 0 : static_cast<std::int32_t>(ligne->Reçus().size());
 }
 
 Octets PortSimulé::LitEntrée(std::optional<std::int32_t> nombre) {
-  Relève();
-  return Retire(tampon_, nombre);
+  LigneSérie* ligne = Ouverte();
+  return ligne == nullptr ? Octets() : Retire(ligne->Reçus(), nombre);
 }
 
 void PortSimulé::EcritSortie(std::string_view octets) {
-  if (PortOuvert()) Ligne()->appareil->Reçoit(octets, Vitesse());
+  LigneSérie* ligne = Ouverte();
+  if (ligne != nullptr) (void)ligne->Ecrit(octets, Vitesse());  // refused: lost on the way
 }
 
 void PortSimulé::Vide() {
-  Relève();
-  tampon_.clear();
+  if (LigneSérie* ligne = Ouverte()) ligne->Reçus().clear();
 }
 
 std::vector<std::string> PortSimulé::ListePorts() const {
@@ -100,16 +92,32 @@ std::vector<std::string> PortSimulé::ListePorts() const {
   return ports;
 }
 
+// The faults of a line go on from where they were: what a stuck device has sent stays.
 void FabriqueLiaisonsSimulée::Applique(std::span<const PannePrévue> pannes, double secondes) {
   for (auto& [port, ligne] : lignes_) {
-    ligne.pannes = {};
-    ligne.secondes = secondes;
+    Pannes présentes;
     for (const PannePrévue& panne : pannes) {
-      const bool ici = panne.lieu == LieuDePanne::Partout ||
-                       (panne.lieu == LieuDePanne::Port && panne.port == port);
-      if (ici && panne.EstLà(secondes)) Ajoute(panne.genre, ligne.pannes);
+      if (panne.FrappeLaLigne(port) && panne.EstLà(secondes)) Ajoute(panne.genre, présentes);
+    }
+    if (présentes.débranchée && !ligne.pannes.débranchée) ligne.Perd();
+    ligne.pannes = présentes;
+  }
+}
+
+void FabriqueLiaisonsSimulée::MetEnMarche(std::span<const PannePrévue> pannes) {
+  for (auto& [port, ligne] : lignes_) {
+    const std::int32_t numéro = port;
+    if (Frappe(pannes, kAvantLeDépart, GenreDePanne::EnMarche,
+               [numéro](const PannePrévue& panne) { return panne.FrappeLaLigne(numéro); })) {
+      ligne.appareil->MetEnMarche();
     }
   }
+}
+
+void FabriqueLiaisonsSimulée::Graine(std::uint32_t graine) {
+  graine_ = graine;
+  for (auto& [port, ligne] : lignes_)
+    ligne.hasard = Hasard::De(graine, static_cast<std::uint32_t>(port));
 }
 
 LigneSérie* FabriqueLiaisonsSimulée::Ligne(std::int32_t port) {
@@ -119,8 +127,8 @@ LigneSérie* FabriqueLiaisonsSimulée::Ligne(std::int32_t port) {
 
 LigneSérie& FabriqueLiaisonsSimulée::Attache(std::int32_t port, Ref<AppareilSérie> appareil) {
   LigneSérie& ligne = lignes_[port];
-  ligne.hasard = Hasard(static_cast<std::uint32_t>(port) * 2'654'435'761U);
-  ligne.appareil = std::move(appareil);
+  ligne.hasard = Hasard::De(graine_, static_cast<std::uint32_t>(port));
+  ligne.Attache(std::move(appareil));
   return ligne;
 }
 

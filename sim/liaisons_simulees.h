@@ -34,13 +34,12 @@ class LiaisonSimulée : public ZED_LiaisonSerie {
 
  private:
   LigneSérie& Ligne() const;
-  void Relève() const;
+  LigneSérie& Ouverte() const;
 
   Lignes& lignes_;
   std::int32_t numéro_ = 0;
   std::int32_t vitesse_ = 9600;
   bool ouverte_ = false;
-  mutable Octets tampon_;
 };
 
 /// `PortInstrument` on the simulated lines. A line that is unplugged is lost at once and found
@@ -65,11 +64,10 @@ class PortSimulé : public PortRéglé {
 
  private:
   [[nodiscard]] LigneSérie* Ligne() const;
-  void Relève() const;
+  [[nodiscard]] LigneSérie* Ouverte() const;
 
   Lignes& lignes_;
   bool ouvert_ = false;
-  mutable Octets tampon_;
 };
 
 /// Makes links to the devices attached to port numbers.
@@ -81,11 +79,16 @@ class FabriqueLiaisonsSimulée : public FabriqueLiaisons {
   [[nodiscard]] Ref<PortInstrument> CréePort() override { return Crée<PortSimulé>(lignes_); }
   /// A line by its port; none where nothing is attached.
   [[nodiscard]] LigneSérie* Ligne(std::int32_t port);
+  /// Seed of the luck of all lines.
+  void Graine(std::uint32_t graine);
+  /// Lets what can run do so, as found by a program that starts, where such a fault strikes.
+  void MetEnMarche(std::span<const PannePrévue> pannes);
   /// Puts the faults of that instant, and no other, on all lines.
   void Applique(std::span<const PannePrévue> pannes, double secondes);
 
  private:
   Lignes lignes_;
+  std::uint32_t graine_ = 0;
 };
 
 }  // namespace zuma::sim

@@ -133,7 +133,7 @@ void MachineBus::PoseLesRegistres(const Fonction& bloc, const Ref<EsclaveModbus>
 
 // One line a board; a drive keeps its registers itself.
 void MachineBus::BrancheModbus(Carte& carte) {
-  const auto bus = Crée<BusModbus>();
+  const auto bus = Crée<BusModbus>(horloge_);
   // A drive's ramp may stand behind the settings of the line: the port alone counts here.
   RéglagesInstrument port;
   port.port = carte.Configuration().substr(0, carte.Configuration().find(','));
@@ -186,23 +186,34 @@ void MachineBus::Branche(Chassis& chassis) {
   }
 }
 
-// Bits on CAN and USB are guarded by their links: only silence and a cable pulled out get through.
+// Bits on CAN and USB are guarded by their links: what garbles them is noticed there as silence.
 void MachineBus::Applique(std::span<const PannePrévue> pannes, double secondes) {
-  can_.absente = can_.muette = false;
-  thumler_.branché = true;
-  thumler_.muet = false;
-  for (const PannePrévue& panne : pannes) {
-    if (!panne.EstLà(secondes)) continue;
-    const bool débranché = panne.genre == GenreDePanne::Débranchement;
-    const bool muet = panne.genre == GenreDePanne::Silence;
-    if (panne.lieu == LieuDePanne::USB) {
-      thumler_.branché = thumler_.branché && !débranché;
-      thumler_.muet = thumler_.muet || muet;
-    } else if (panne.lieu != LieuDePanne::Port) {
-      can_.absente = can_.absente || débranché;
-      can_.muette = can_.muette || muet;
-    }
-  }
+  const auto usb = [&](GenreDePanne genre) {
+    return Frappe(pannes, secondes, genre,
+                  [](const PannePrévue& panne) { return panne.lieu == LieuDePanne::USB; });
+  };
+  const auto can = [&](GenreDePanne genre) {
+    return Frappe(pannes, secondes, genre, [](const PannePrévue& panne) {
+      return panne.lieu == LieuDePanne::CAN || panne.lieu == LieuDePanne::Partout;
+    });
+  };
+  can_.absente = can(GenreDePanne::Débranchement);
+  can_.muette = can(GenreDePanne::Silence);
+  can_.Pannes({.sourde = can(GenreDePanne::Surdité),
+               .tardive = can(GenreDePanne::Retard),
+               .figée = can(GenreDePanne::Figement)});
+  thumler_.branché = !usb(GenreDePanne::Débranchement);
+  thumler_.muet = usb(GenreDePanne::Silence);
+  thumler_.sourd = usb(GenreDePanne::Surdité);
+  thumler_.figé = usb(GenreDePanne::Figement);
+}
+
+void MachineBus::MetEnMarche(std::span<const PannePrévue> pannes) {
+  const bool frappé =
+      Frappe(pannes, kAvantLeDépart, GenreDePanne::EnMarche, [](const PannePrévue& panne) {
+        return panne.lieu == LieuDePanne::USB || panne.lieu == LieuDePanne::Partout;
+      });
+  if (frappé) thumler_.MetEnMarche();
 }
 
 void MachineBus::Anime(double secondes) {

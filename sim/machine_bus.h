@@ -25,6 +25,8 @@ class MachineBus {
   void Branche(Chassis& chassis);
   /// Brings each quantity to where it is after `secondes`: slow sines, each with its own phase.
   void Anime(double secondes);
+  /// Lets the USB drive run, as found by a program that starts, when such a fault strikes it.
+  void MetEnMarche(std::span<const PannePrévue> pannes);
   /// Puts the faults of that instant, and no other, on the CAN card and the USB drive.
   void Applique(std::span<const PannePrévue> pannes, double secondes);
   [[nodiscard]] CarteCANSimulée& Can() noexcept { return can_; }

@@ -126,7 +126,27 @@ void MachinePorts::Branche(Chassis& chassis) {
   const auto adresse = static_cast<std::uint16_t>(chassis.Watchdog()->Adresse());
   if (adresse == 0 || watchdog_) return;
   watchdog_ = std::make_unique<CarteWDT01>(horloge_);
+  adresseDuWatchdog_ = adresse;
   bus_.Attache(adresse, CarteWDT01::kPorts, *watchdog_);
+}
+
+template <class Travail>
+void MachinePorts::PourChaque(Travail&& travail) {
+  for (const Enfichée& enfichée : cartes_) travail(enfichée.base, enfichée.carte->pannes);
+  if (watchdog_) travail(adresseDuWatchdog_, watchdog_->pannes);
+}
+
+void MachinePorts::Graine(std::uint32_t graine) {
+  PourChaque(
+      [&](std::uint16_t base, PannesDeCarte& pannes) { pannes.hasard = Hasard::De(graine, base); });
+}
+
+void MachinePorts::Applique(std::span<const PannePrévue> pannes, double secondes) {
+  PourChaque([&](std::uint16_t base, PannesDeCarte& carte) {
+    sim::Applique(
+        pannes, secondes, [&](const PannePrévue& panne) { return panne.FrappeLaCarte(base); },
+        carte);
+  });
 }
 
 std::optional<Borne> MachinePorts::BorneDe(const Canal& canal) const {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "core/chassis.h"
@@ -25,6 +26,10 @@ class MachinePorts {
   /// no board has.
   [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
   [[nodiscard]] BusPorts& Bus() noexcept { return bus_; }
+  /// Seed of the luck of all boards.
+  void Graine(std::uint32_t graine);
+  /// Puts the faults of that instant, and no other, on all boards, that of the watchdog included.
+  void Applique(std::span<const PannePrévue> pannes, double secondes);
   /// The watchdog board; none on a frame without one.
   [[nodiscard]] CarteWDT01* Watchdog() const noexcept { return watchdog_.get(); }
 
@@ -33,12 +38,15 @@ class MachinePorts {
     std::uint16_t base;
     std::unique_ptr<CarteSimulée> carte;
   };
+  template <class Travail>
+  void PourChaque(Travail&& travail);
   [[nodiscard]] CarteSimulée* Trouve(std::uint16_t base) const;
 
   HorlogeVirtuelle& horloge_;
   BusPorts bus_;
   std::vector<Enfichée> cartes_;
   std::unique_ptr<CarteWDT01> watchdog_;
+  std::uint16_t adresseDuWatchdog_ = 0;
 };
 
 }  // namespace zuma::sim

@@ -42,6 +42,12 @@ void MachineSimulée::Branche(Chassis& chassis, std::span<const Fil> câblage) {
   bus.Branche(chassis);
   instruments.Branche(chassis);
   réseaux.Branche(chassis);
+  liaisons.Graine(graine);
+  ports.Graine(graine);
+  pci.Bibliothèque().Graine(graine);
+  liaisons.MetEnMarche(pannes);
+  bus.MetEnMarche(pannes);
+  AppliqueLesPannes(kAvantLeDépart);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       const ENUM_TYPE_FONCTION type = bloc->TypeDeFonction();
@@ -71,10 +77,10 @@ void MachineSimulée::BrancheLeCanal(const Canal& canal, bool logique, bool entr
 // Noise of the measuring chain, in volts: about half a millivolt, the same on every run.
 double MachineSimulée::Bruit() {
   constexpr double kVolts = 0.0005;
-  graine_ ^= graine_ << 13U;
-  graine_ ^= graine_ >> 17U;
-  graine_ ^= graine_ << 5U;
-  return kVolts * (static_cast<double>(graine_) / 2147483648.0 - 1);
+  bruit_ ^= bruit_ << 13U;
+  bruit_ ^= bruit_ >> 17U;
+  bruit_ ^= bruit_ << 5U;
+  return kVolts * (static_cast<double>(bruit_) / 2147483648.0 - 1);
 }
 
 void MachineSimulée::LitLesSorties(const FilPosé& posé) {
@@ -146,6 +152,19 @@ void MachineSimulée::AppliqueLesPannes(double secondes) {
   enPanne_ = !pannes.empty();
   liaisons.Applique(pannes, secondes);
   bus.Applique(pannes, secondes);
+  ports.Applique(pannes, secondes);
+  pci.Bibliothèque().Applique(pannes, secondes);
+  RègleLHeure(secondes);
+}
+
+// Steps of the clock of the day add up, and are taken back as they end.
+void MachineSimulée::RègleLHeure(double secondes) {
+  double avance = 0;
+  for (const PannePrévue& panne : pannes) {
+    if (panne.genre == GenreDePanne::Horloge && panne.EstLà(secondes)) avance += panne.quantité;
+  }
+  horloge->RègleHeure(avance - avance_);
+  avance_ = avance;
 }
 
 double MachineSimulée::AvanceJusquA(double secondes) {

@@ -57,8 +57,11 @@ class MachineSimulée {
   Ref<InstrumentInterrogé> indicateur = Crée<InstrumentInterrogé>(*horloge, kIndicateurMSV, 54.32);
   /// Watchdog board of the frame; none until one is plugged.
   [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
-  /// Faults to come, in any order. An instant without one is without faults.
+  /// Faults to come, in any order. An instant without one is without faults. Set before `Branche`
+  /// is called, they strike in the start too.
   std::vector<PannePrévue> pannes;
+  /// Seed of the luck of lines and boards; the same one gives the same run. Set before `Branche`.
+  std::uint32_t graine = 0;
   /// Why the process should have ended.
   FinNotée fin;
   Plateforme services;
@@ -77,6 +80,7 @@ class MachineSimulée {
   void Anime(Entrée& entrée, double secondes);
   void FaitVivreLaPresse();
   void AppliqueLesPannes(double secondes);
+  void RègleLHeure(double secondes);
   void LitLesSorties(const FilPosé& posé);
   void PoseLesEntrées(FilPosé& posé);
   [[nodiscard]] double Bruit();
@@ -84,8 +88,9 @@ class MachineSimulée {
   std::span<const Fil> câblage_;
   std::vector<FilPosé> fils_;
   double heurePresse_ = 0;  ///< microseconds
-  std::uint32_t graine_ = 20'240'503;
+  std::uint32_t bruit_ = 20'240'503;
   bool enPanne_ = false;  ///< faults were put on, and must be taken off
+  double avance_ = 0;     ///< seconds by which the clock of the day is wrong
   std::vector<Entrée> entrées_;
   std::uint64_t passe_ = 0;
   double origine_ = 0;        ///< clock at the first pass, microseconds

@@ -2,36 +2,34 @@
 
 #include <array>
 #include <cstdio>
-#include <utility>
 
 namespace zuma::sim {
 
-void METROSimulé::Reçoit(std::string_view octets, std::int32_t) {
+void METROSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
   entrée_ += octets;
   for (auto fin = entrée_.find("\r\n"); fin != Octets::npos; fin = entrée_.find("\r\n")) {
     const std::string demande = entrée_.substr(0, fin);
     entrée_.erase(0, fin + 2);
     demandes.push_back(demande);
-    if (!demande.empty() && !sourde) Répond(demande);
+    if (!demande.empty() && !sourde) Répond(demande, ligne);
   }
 }
 
-void METROSimulé::Répond(const std::string& demande) {
+void METROSimulé::Répond(const std::string& demande, LigneSérie& ligne) {
   const int numéro = demande.front() - '0';
   if (demande.size() == 2) {
     actives[numéro] = demande.back() == 'E';
     return;
   }
   const auto jauge = jauges.find(numéro);
+  Octets réponse;
   if (jauge != jauges.end()) {
-    sortie_ += Ligne(numéro, "MW", Champ(numéro, jauge->second));
+    réponse = Ligne(numéro, "MW", Champ(numéro, jauge->second));
   } else if (refuse) {
-    sortie_ += Ligne(numéro, "ER", Octets(10, '0'));
-  } else {
-    return;
+    réponse = Ligne(numéro, "ER", Octets(10, '0'));
   }
-  if (!suite.empty()) sortie_ += suite + "\r\n";
-  heure_ = horloge_.Maintenant() + latence;
+  if (!réponse.empty() && !suite.empty()) réponse += suite + "\r\n";
+  ligne.Emet(réponse, latence);
 }
 
 Octets METROSimulé::Champ(int numéro, double valeur) const {
@@ -48,11 +46,6 @@ Octets METROSimulé::Ligne(int numéro, const char* code, const Octets& champ) c
   if (!multiplexeur_) return nombre + " " + code + " " + champ + " mm    \r\n";
   const bool mesure = jauges.contains(numéro);
   return nombre + code + (mesure ? " " : "?") + Octets(9, '0') + champ + " mm \r\n";
-}
-
-Octets METROSimulé::Emet() {
-  if (horloge_.Maintenant() < heure_) return {};
-  return std::exchange(sortie_, {});
 }
 
 }  // namespace zuma::sim

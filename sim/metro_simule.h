@@ -14,10 +14,9 @@ namespace zuma::sim {
 class METROSimulé : public AppareilSérie {
  public:
   METROSimulé(HorlogeVirtuelle& horloge, bool multiplexeur)
-      : horloge_(horloge), multiplexeur_(multiplexeur) {}
+      : AppareilSérie(horloge), multiplexeur_(multiplexeur) {}
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
-  [[nodiscard]] Octets Emet() override;
+  void Reçoit(std::string_view octets, LigneSérie& ligne) override;
 
   std::map<int, double> jauges;          ///< by number, in millimetres
   std::map<int, Octets> valeursForcées;  ///< 10 characters in place of a value
@@ -31,13 +30,10 @@ class METROSimulé : public AppareilSérie {
  private:
   [[nodiscard]] Octets Ligne(int numéro, const char* code, const Octets& champ) const;
   [[nodiscard]] Octets Champ(int numéro, double valeur) const;
-  void Répond(const std::string& demande);
+  void Répond(const std::string& demande, LigneSérie& ligne);
 
-  HorlogeVirtuelle& horloge_;
   bool multiplexeur_;
   Octets entrée_;
-  Octets sortie_;
-  double heure_ = 0;
 };
 
 }  // namespace zuma::sim

@@ -16,7 +16,6 @@ struct Essai {
 constexpr std::array<Essai, 3> kEssais{{{1.27 / 60, 4, 12}, {50.8 / 60, 3, 5}, {1.0 / 60, 0.2, 8}}};
 constexpr double kCourse = 60;   // millimetres
 constexpr double kRésidu = 0.3;  // share of the force left once the specimen gave way
-constexpr double kBitsParOctet = 10;
 
 constexpr std::string_view kEntête = "UTEST";
 constexpr std::size_t kLongueurDemande = 10;
@@ -37,25 +36,25 @@ void AjouteEntier(Octets& octets, std::uint32_t entier) {
 
 }  // namespace
 
-void TesteurCBRSimulé::Reçoit(std::string_view octets, std::int32_t vitesse) {
-  if (vitesseDeLigne != 0 && vitesse != vitesseDeLigne) return;
+void TesteurCBRSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
+  if (vitesseDeLigne != 0 && ligne.Vitesse() != vitesseDeLigne) return;
   entrée_ += octets;
   for (auto début = entrée_.find(kEntête); début != Octets::npos; début = entrée_.find(kEntête)) {
     entrée_.erase(0, début);
     if (entrée_.size() < kLongueurDemande) return;
     const std::string demande = entrée_.substr(0, kLongueurDemande);
     entrée_.erase(0, kLongueurDemande);
-    if (Somme(demande) == 0) Traite(static_cast<unsigned char>(demande[8]), vitesse);
+    if (Somme(demande) == 0) Traite(static_cast<unsigned char>(demande[8]), ligne);
   }
 }
 
-void TesteurCBRSimulé::Traite(int fonction, std::int32_t vitesse) {
+void TesteurCBRSimulé::Traite(int fonction, LigneSérie& ligne) {
   if (fonction != kMesure) commandes_.push_back(fonction);
   if (fonction == kIdentifie) {
     const std::array<char, 2> données{static_cast<char>(genre_), 1};
-    Répond(fonction, {données.data(), données.size()}, vitesse);
+    Répond(fonction, {données.data(), données.size()}, ligne);
   } else if (fonction == kMesure) {
-    Répond(fonction, Mesures(), vitesse);
+    Répond(fonction, Mesures(), ligne);
   } else if (fonction == kArrête) {
     Arrête();
   } else if (fonction == kRemetAZéro) {
@@ -102,7 +101,7 @@ Octets TesteurCBRSimulé::Mesures() const {
   return données;
 }
 
-void TesteurCBRSimulé::Répond(int fonction, std::string_view données, std::int32_t vitesse) {
+void TesteurCBRSimulé::Répond(int fonction, std::string_view données, LigneSérie& ligne) const {
   Octets trame(kEntête);
   trame += '\0';
   trame += static_cast<char>(kLongueurDemande + données.size());
@@ -110,19 +109,7 @@ void TesteurCBRSimulé::Répond(int fonction, std::string_view données, std::in
   trame += static_cast<char>(fonction);
   trame += données;
   trame += Somme(trame);
-  duréeOctet_ = kBitsParOctet * 1e6 / vitesse;
-  if (sortie_.empty()) prochainOctet_ = horloge_.Maintenant() + latence + duréeOctet_;
-  sortie_ += trame;
-}
-
-Octets TesteurCBRSimulé::Emet() {
-  std::size_t arrivés = 0;
-  for (; arrivés < sortie_.size() && prochainOctet_ <= horloge_.Maintenant(); ++arrivés) {
-    prochainOctet_ += duréeOctet_;
-  }
-  Octets octets = sortie_.substr(0, arrivés);
-  sortie_.erase(0, arrivés);
-  return octets;
+  ligne.Emet(trame, latence);
 }
 
 }  // namespace zuma::sim

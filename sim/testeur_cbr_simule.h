@@ -11,17 +11,16 @@ namespace zuma::sim {
 
 /// A bench tester that pushes a piston into a specimen at a steady speed, on a binary protocol. It
 /// runs once it was reset (function 7) and started (function 2), until it is stopped (function 3),
-/// the specimen broken or not, or has no way left. Its answers leave byte by byte at the rate of
-/// the line.
+/// the specimen broken or not, or has no way left.
 class TesteurCBRSimulé : public AppareilSérie {
  public:
   enum class Genre : std::uint8_t { CBR = 0, Marshall = 1, UU = 2 };
 
   explicit TesteurCBRSimulé(HorlogeVirtuelle& horloge, Genre genre = Genre::CBR)
-      : horloge_(horloge), genre_(genre) {}
+      : AppareilSérie(horloge), genre_(genre) {}
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
-  [[nodiscard]] Octets Emet() override;
+  void Reçoit(std::string_view octets, LigneSérie& ligne) override;
+  void MetEnMarche() override { DémarreAuPupitre(); }
 
   std::int32_t vitesseDeLigne = 0;  ///< the only rate at which it understands; 0 for any
   double précharge = 0;             ///< what the load cell shows at rest
@@ -36,17 +35,13 @@ class TesteurCBRSimulé : public AppareilSérie {
   [[nodiscard]] const std::vector<int>& Commandes() const noexcept { return commandes_; }
 
  private:
-  void Traite(int fonction, std::int32_t vitesse);
-  void Répond(int fonction, std::string_view données, std::int32_t vitesse);
+  void Traite(int fonction, LigneSérie& ligne);
+  void Répond(int fonction, std::string_view données, LigneSérie& ligne) const;
   void Arrête();
   [[nodiscard]] Octets Mesures() const;
 
-  HorlogeVirtuelle& horloge_;
   Genre genre_;
   Octets entrée_;
-  Octets sortie_;
-  double prochainOctet_ = 0;  ///< microseconds
-  double duréeOctet_ = 0;     ///< microseconds
   bool prêt_ = false;
   bool enMarche_ = false;
   double départ_ = 0;   ///< microseconds

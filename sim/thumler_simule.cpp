@@ -19,6 +19,7 @@ std::int32_t ThumlerSimulé::FT_Purge(std::int32_t, std::int32_t masque) {
 std::int32_t ThumlerSimulé::FT_Write(std::int32_t, std::string_view octets) {
   if (Etat() != 0) return Etat();
   commandes.emplace_back(octets);
+  if (sourd) return 0;
   if (octets == "$H") enMarche_ = false;
   if (octets == "$R") enMarche_ = true;
   if (octets.size() == 5 && octets.starts_with("$V")) {
@@ -33,6 +34,9 @@ void ThumlerSimulé::Répond() {
   char texte[32];
   std::snprintf(texte, sizeof texte, "A %05d;%07.2f\n", enMarche_ ? consigne_ : 0, charge);
   sortie_ = réponseForcée.empty() ? texte : réponseForcée;
+  if (!figé) figée_.clear();
+  if (figé && figée_.empty()) figée_ = sortie_;
+  if (figé) sortie_ = figée_;
 }
 
 std::int32_t ThumlerSimulé::FT_GetStatus(std::int32_t, std::int32_t& réception,

@@ -36,7 +36,9 @@ class ThumlerSimulé : public FTD2XX {
   [[nodiscard]] int Consigne() const noexcept { return consigne_; }
 
   bool branché = true;
-  bool muet = false;
+  bool muet = false;                   ///< its answers are lost
+  bool sourd = false;                  ///< what it is sent is lost
+  bool figé = false;                   ///< it goes on with the answer that it gave first
   double charge = 0;                   ///< second field of the answer
   std::int32_t vitesseLigne = 0;       ///< bauds set by the library
   std::string réponseForcée;           ///< answer in place of the true one, when not empty
@@ -50,6 +52,7 @@ class ThumlerSimulé : public FTD2XX {
   bool enMarche_ = false;
   int consigne_ = 0;
   Octets sortie_;
+  Octets figée_;
 };
 
 }  // namespace zuma::sim

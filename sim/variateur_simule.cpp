@@ -9,8 +9,9 @@ namespace {
 constexpr std::uint16_t kArrêtDuProgramme = 1032;
 constexpr std::uint16_t kModeDuProgramme = 1146;
 constexpr std::uint16_t kModeSuivi = 2;
-constexpr double kRouesLibres = 10;  // units of speed lost each second without a ramp
-constexpr unsigned kPrêt = 1;        // bits of the state word
+constexpr std::uint16_t kConsigneTrouvée = 50;  // of a drive that runs already
+constexpr double kRouesLibres = 10;             // units of speed lost each second without a ramp
+constexpr unsigned kPrêt = 1;                   // bits of the state word
 constexpr unsigned kEnMarche = 2;
 constexpr unsigned kEnVitesse = 4;
 
@@ -22,7 +23,7 @@ double Approche(double valeur, double cible, double pas) {
 
 VariateurSimulé::VariateurSimulé(HorlogeVirtuelle& horloge, std::uint8_t adresse,
                                  RegistresDeVariateur registresDuVariateur)
-    : EsclaveModbus(horloge, adresse), horloge_(horloge), places_(registresDuVariateur) {
+    : EsclaveModbus(horloge, adresse), places_(registresDuVariateur) {
   PublieLEtat();
 }
 
@@ -61,10 +62,22 @@ void VariateurSimulé::PublieLEtat() {
   registres[static_cast<std::uint16_t>(places_.état + 2)] = 0;
 }
 
-void VariateurSimulé::Reçoit(std::string_view octets, std::int32_t vitesse) {
+Octets VariateurSimulé::Traite(std::string_view question) {
   Tourne();
-  EsclaveModbus::Reçoit(octets, vitesse);
+  Octets réponse = EsclaveModbus::Traite(question);
   if (Registre(kArrêtDuProgramme) != 0) arrêté_ = true;
+  return réponse;
+}
+
+void VariateurSimulé::MetEnMarche() {
+  arrêté_ = true;
+  registres[kArrêtDuProgramme] = 0;
+  registres[kModeDuProgramme] = kModeSuivi;
+  registres[places_.consigne] = 1;
+  registres[static_cast<std::uint16_t>(places_.consigne + 1)] = kConsigneTrouvée;
+  vitesse_ = kConsigneTrouvée;
+  heure_ = horloge_.Maintenant();
+  PublieLEtat();
 }
 
 double VariateurSimulé::Vitesse() {

@@ -21,7 +21,9 @@ class VariateurSimulé : public EsclaveModbus {
   VariateurSimulé(HorlogeVirtuelle& horloge, std::uint8_t adresse,
                   RegistresDeVariateur registresDuVariateur = {});
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override;
+  [[nodiscard]] Octets Traite(std::string_view question) override;
+  /// Its program was started before, and the motor turns.
+  void MetEnMarche() override;
 
   /// Speed of the motor now, in the unit of the set point.
   [[nodiscard]] double Vitesse();
@@ -34,7 +36,6 @@ class VariateurSimulé : public EsclaveModbus {
   [[nodiscard]] std::uint16_t Registre(std::uint16_t adresse) const;
   void PublieLEtat();
 
-  HorlogeVirtuelle& horloge_;
   RegistresDeVariateur places_;
   bool arrêté_ = false;  ///< the program was stopped once, as the start demands
   double vitesse_ = 0;

@@ -182,12 +182,12 @@ bool Manque(Résultat résultat) {
          résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
 }
 
-// What a slave says while another one is asked is its late answer, when one is due.
+// What a slave says while something else is asked is its late answer, when one is due; the exchange
+// goes on while it has time.
 void Rejette(Fonction& bloc, Résultat résultat, bool tard) {
   Octets& réponse = bloc.Modbus_Echange().réponse;
-  const bool autre =
-      !tard && (résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction);
-  if (autre && EntendTard(bloc, static_cast<std::uint8_t>(réponse[0]))) {
+  const bool autre = résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
+  if (autre && EntendTard(bloc, static_cast<std::uint8_t>(réponse[0])) && !tard) {
     réponse.clear();
     return;
   }
@@ -195,18 +195,30 @@ void Rejette(Fonction& bloc, Résultat résultat, bool tard) {
   CompteErreur(bloc);
 }
 
+// A slave whose answer is spoilt still speaks to its end, and hears nothing meanwhile.
+bool EstFinie(Fonction& bloc, double maintenant) {
+  return maintenant - bloc.Modbus_Echange().heureDuDernierOctet >=
+         OutilsModbus::Silence(bloc.RS()->VitesseSérie());
+}
+
 void ChercheRéponse(Fonction& bloc) {
   EchangeModbus& échange = bloc.Modbus_Echange();
-  SurLaLigne(bloc, [&] { échange.réponse += bloc.RS()->LitTampon(); });
+  Octets reçus;
+  SurLaLigne(bloc, [&] { reçus = bloc.RS()->LitTampon(); });
+  const double maintenant = bloc.LeTimer()->LitMicrosecondes();
+  if (!reçus.empty()) échange.heureDuDernierOctet = maintenant;
+  échange.réponse += reçus;
   Valeurs valeurs;
   const Résultat résultat =
       OutilsModbus::DécodeRéponse(échange.réponse, échange.question, &valeurs,
                                   EstLogique(bloc) ? FormeValeurs::Octets : FormeValeurs::Mots);
-  const double attente = (bloc.LeTimer()->LitMicrosecondes() - échange.heureDEnvoi) / 1000;
+  const double attente = (maintenant - échange.heureDEnvoi) / 1000;
   if (résultat == Résultat::Bonne && attente <= kAttenteMaximale) {
     Accepte(bloc, valeurs);
-  } else if (attente > kAttenteMaximale || résultat != Résultat::Incomplète) {
-    Rejette(bloc, résultat, attente > kAttenteMaximale);
+  } else if (attente > kAttenteMaximale) {
+    Rejette(bloc, résultat, true);
+  } else if (résultat != Résultat::Incomplète && EstFinie(bloc, maintenant)) {
+    Rejette(bloc, résultat, false);
   }
 }
 

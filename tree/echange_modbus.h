@@ -15,6 +15,7 @@ struct EchangeModbus {
   Octets question;
   Octets réponse;
   double heureDEnvoi = 0;            ///< microseconds
+  double heureDuDernierOctet = 0;    ///< received, in microseconds
   std::int32_t compteurErreurs = 0;  ///< failed exchanges in a row
   Doute doute;                       ///< of the block's slave, kept the same in all of its blocks
   SortiesEnvoyées sorties;           ///< of the last write

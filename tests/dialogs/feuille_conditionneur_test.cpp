@@ -56,6 +56,7 @@ TEST_F(UneFeuille, MontreLUneEtLAutreClasse) {
   module->valeurs = {4, 5, 6};
   Montre<ClassConditionneurNum_K9_V1_00>("Conditionneur numerique K9 V1.00");
   EXPECT_EQ(vue.valeurs, (std::array<std::string, 3>{"4", "5", "6"}));
+  horloge->Avance(100'000);  // the module has said its say
   prise.pannes.parasitée = true;
   carte.Initialise();
   EXPECT_FALSE(feuille.Chargée()) << "the object that it showed is gone";

@@ -109,6 +109,7 @@ TEST_F(UnArrêtCBR, ArriveDèsQueLaLigneLeLaissePasser) {
     if (c.répété) {
       horloge->Avance(1e6);
       chassis.DéclencheAU();
+      horloge->Avance(20'000);  // its frame on the wire
       EXPECT_FALSE(machine->EnMarche());
     }
     EXPECT_LT(ArrêtéeEn(60), c.délai);

@@ -63,23 +63,23 @@ TEST(LesTramesUTEST, DonnentUneForceSignéeEtUnDéplacementQuiNeLEstPas) {
 // A line that keeps what it is asked, with the time in milliseconds, and answers by function.
 class Pupitre : public sim::AppareilSérie {
  public:
-  explicit Pupitre(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
-  void Reçoit(std::string_view octets, std::int32_t) override {
-    const int fonction = static_cast<unsigned char>(octets.at(8));
-    EXPECT_EQ(octets, Trame(fonction, ""));
+  using AppareilSérie::AppareilSérie;
+  void Branche(sim::LigneSérie& ligne) override { ligne.débit = 1'000'000'000; }
+  void Reçoit(std::string_view octets, sim::LigneSérie& ligne) override {
+    if ((demande_ += octets).size() < Trame(0, "").size()) return;
+    const int fonction = static_cast<unsigned char>(demande_.at(8));
+    EXPECT_EQ(std::exchange(demande_, {}), Trame(fonction, ""));
     fonctions.push_back(fonction);
     heures.push_back(horloge_.Maintenant() / 1000);
-    sortie += réponses[fonction];
+    ligne.Emet(réponses[fonction], 0);
   }
-  Octets Emet() override { return std::exchange(sortie, {}); }
 
   std::map<int, Octets> réponses;
-  Octets sortie;
   Fonctions_ fonctions;
   std::vector<double> heures;
 
  private:
-  sim::HorlogeVirtuelle& horloge_;
+  Octets demande_;
 };
 
 class UnTesteurCBR : public testing::Test, public essai::BancInstrument {
@@ -88,6 +88,10 @@ class UnTesteurCBR : public testing::Test, public essai::BancInstrument {
     liaisons.Attache(2, pupitre);
     testeur.TimerExact(horloge);
     EXPECT_TRUE(testeur.Initialise("2,9600,N,8,1"));
+  }
+  void Envoie(const Octets& octets) {
+    liaisons.Ligne(2)->Emet(octets, 0);
+    horloge->Avance(1);
   }
   // Functions sent by one refresh, `attente` milliseconds after the last one.
   Fonctions_ Demandées(double attente = 0) {
@@ -112,10 +116,10 @@ TEST_F(UnTesteurCBR, RedemandeDixFoisPuisDitLeTempsDépassé) {
   EXPECT_TRUE(testeur.EtatMachine());
   EXPECT_EQ(Demandées(100), (Fonctions_{11}));
   EXPECT_TRUE(testeur.Timeout() && testeur.EtatCom() && !testeur.EtatMachine());
-  pupitre->sortie = kMesures + kMesures;
+  Envoie(kMesures + kMesures);
   EXPECT_EQ(Demandées(), (Fonctions_{11}));
   EXPECT_TRUE(testeur.LesErreurs().somme && testeur.Timeout());
-  pupitre->sortie = kMesures;
+  Envoie(kMesures);
   EXPECT_EQ(Demandées(), (Fonctions_{11}));
   EXPECT_TRUE(testeur.EtatMachine() && testeur.IsRunning() && !testeur.LesErreurs().somme);
   EXPECT_DOUBLE_EQ(testeur.ForceCourante(), 1.23456);
@@ -127,7 +131,7 @@ TEST_F(UnTesteurCBR, RedemandeUneIdentificationInachevéeTantQuIlResteUnEssai) {
     testeur.ResetMachine();
     for (int i = 0; i <= ratés; ++i) (void)Demandées(100);
     testeur.Marche();
-    pupitre->sortie = kMesures + "x";  // a wrong check sum ends the exchange and counts for none
+    Envoie(kMesures + "x");  // a wrong check sum ends the exchange and counts for none
     EXPECT_EQ(Demandées(), (Fonctions_{3, 7, 2, 1}));
     EXPECT_EQ(Demandées(), ratés == 9 ? (Fonctions_{1, 11}) : (Fonctions_{11})) << ratés;
     EXPECT_EQ(testeur.Timeout(), ratés == 10);
@@ -155,7 +159,7 @@ TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
   EXPECT_NEAR(pupitre->heures.front() - départ, 100, 1);
   EXPECT_NEAR(horloge->Maintenant() / 1000 - départ, 200, 1);
   EXPECT_EQ(Demandées(), (Fonctions_{11})) << "no start while the machine may still run";
-  pupitre->sortie = Trame(11, Octets(12, '\0'));
+  Envoie(Trame(11, Octets(12, '\0')));
   for (const char* genre : {"\1\1", "\3\1"}) {  // an unknown kind changes nothing
     pupitre->réponses[1] = Trame(1, genre);
     testeur.Marche();
@@ -165,7 +169,7 @@ TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
     EXPECT_NEAR(horloge->Maintenant() / 1000 - départ, 1200, 1);
     testeur.Refresh();
     EXPECT_TRUE(testeur.TestMarshall() && !testeur.TestCBR() && !testeur.TestUU());
-    pupitre->sortie = kMesures;
+    Envoie(kMesures);
   }
 }
 

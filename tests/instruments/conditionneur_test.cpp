@@ -137,6 +137,7 @@ TYPED_TEST(UnConditionneur, RetientChaqueErreurEtContinue) {
       {"GF", [](Module& m, auto&) { m.fausseFonction = 4; }},
       {"T", [](Module&, auto& pannes) { pannes.coupée = true; }},
   };
+  this->prise.débit = 1'000'000'000;  // whole answers: what is left of a wrong one is another fault
   for (const auto& c : cas) {
     this->module->valeurs = {1, 2, 3};
     this->Démarre();  // makes the object again

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,31 +8,26 @@
 
 namespace zuma::essai {
 
-/// A Modbus slave behind a line that is slow or loses what goes one way. Answers queue: a late one
-/// comes late, whatever was asked meanwhile.
+/// A Modbus slave behind a fast gateway that is slow to answer or loses what goes one way. It hears
+/// questions while answers are on their way: a late one comes late, whatever was asked meanwhile.
 class LigneRétive : public sim::AppareilSérie {
  public:
   LigneRétive(sim::HorlogeVirtuelle& horloge, Ref<sim::EsclaveModbus> appareil)
-      : horloge_(horloge), appareil_(std::move(appareil)) {
-    appareil_->latence = -1e9;  // it answers at once, and the line takes the time
-  }
+      : AppareilSérie(horloge), appareil_(std::move(appareil)) {}
 
-  void Reçoit(std::string_view octets, std::int32_t vitesse) override {
-    questions.push_back(Octets(octets));
-    heures.push_back(horloge_.Maintenant());
-    if (perdQuestions > 0) return static_cast<void>(--perdQuestions);
-    appareil_->Reçoit(octets, vitesse);
-    Octets réponse = appareil_->Emet();
-    if (perdRéponses > 0) return static_cast<void>(--perdRéponses);
-    enRoute_.emplace_back(horloge_.Maintenant() + retard, std::move(réponse));
+  void Branche(sim::LigneSérie& ligne) override { ligne.débit = 1'000'000'000; }
+  void Reçoit(std::string_view octets, sim::LigneSérie& ligne) override {
+    if (question_.empty()) heure_ = horloge_.Maintenant();
+    question_ += octets;
+    ligne.Réveille(1.5 * ligne.DuréeOctet());
   }
-  [[nodiscard]] Octets Emet() override {
-    Octets octets;
-    for (; !enRoute_.empty() && enRoute_.front().first <= horloge_.Maintenant();
-         enRoute_.pop_front()) {
-      octets += enRoute_.front().second;
-    }
-    return octets;
+  void Réveil(sim::LigneSérie& ligne) override {
+    questions.push_back(std::exchange(question_, {}));
+    heures.push_back(heure_);
+    if (perdQuestions > 0) return static_cast<void>(--perdQuestions);
+    const Octets réponse = appareil_->Traite(questions.back());
+    if (perdRéponses > 0) return static_cast<void>(--perdRéponses);
+    ligne.Emet(réponse, retard);
   }
 
   /// Kinds of the questions since the last call: "E" a write with the first value that it carries,
@@ -64,9 +58,9 @@ class LigneRétive : public sim::AppareilSérie {
   int perdRéponses = 0;        ///< so many answers never come back
 
  private:
-  sim::HorlogeVirtuelle& horloge_;
   Ref<sim::EsclaveModbus> appareil_;
-  std::deque<std::pair<double, Octets>> enRoute_;
+  Octets question_;
+  double heure_ = 0;  ///< of its first byte
 };
 
 }  // namespace zuma::essai

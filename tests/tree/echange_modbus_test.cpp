@@ -233,6 +233,24 @@ TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
   EXPECT_GT(atteintes, 5'000);
 }
 
+// While noise comes, a question is followed by another only when it has left: a stop does not wait
+// behind a queue of them.
+TEST_F(UneCarteModbus, NEntassePasSesQuestionsDevantLeBruit) {
+  (void)Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef consignes = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
+  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  esclave->registres = {{0, 1}};
+  Démarre("3,9600,N,8,1");
+  canal->ValeurCanal(9);
+  Passe(300);
+  ASSERT_EQ(esclave->registres[200], 9);
+  ligne.pannes.babillarde = true;
+  Passe(1000);
+  canal->ValeurCanal(0);
+  Passe(100);
+  EXPECT_EQ(esclave->registres[200], 0);
+}
+
 TEST_F(UneCarteModbus, LaisseEnPaixLesAutresEsclavesDUnLent) {
   const FonctionRef lent = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
   const FonctionRef prompt = Ajoute("2", "Entrée Analogique", "3", 0, {-1, 0});
@@ -240,7 +258,7 @@ TEST_F(UneCarteModbus, LaisseEnPaixLesAutresEsclavesDUnLent) {
                                               {"Type de Fonction", "Entrée Analogique"},
                                               {"ModBus - Adresse", "06"},
                                               {"ModBus - Fonction", "3"}}));
-  const auto bus = Crée<sim::BusModbus>();
+  const auto bus = Crée<sim::BusModbus>(*horloge);
   const auto second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
   bus->Attache(5, esclave);
   bus->Attache(6, second);

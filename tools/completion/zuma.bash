@@ -5,7 +5,7 @@ _zuma() {
   local -A options=(
     [init]="--help"
     [check]="--frame --json --param --help"
-    [run]="--frame --sim --seconds --csv --json --param --fault --fast --port --can --start-anyway --help"
+    [run]="--frame --sim --seconds --csv --json --param --fault --seed --fast --port --can --start-anyway --help"
     [desktop]="--frame --sim --param --port --can --lang --start-anyway --help"
     [dump]="--frame --sim --seconds --out --json --param --port --can --start-anyway --help"
     [sim]="--seconds --json --help"
@@ -14,7 +14,7 @@ _zuma() {
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W "${!options[*]} --help --version" -- "$mot")
   elif [ "$avant" = "--fault" ] && [ "$verbe" = run ]; then
-    mapfile -t COMPREPLY < <(compgen -W "silence garbage crc cut babble unplug late stuck" -- "$mot")
+    mapfile -t COMPREPLY < <(compgen -W "silence deaf garbage crc cut lose add flip babble unplug late stuck bounce hang dead running clock random" -- "$mot")
   elif [ "$avant" = "--lang" ]; then
     mapfile -t COMPREPLY < <(compgen -W "Français English" -- "$mot")
   elif [ "$avant" = "--fault" ]; then

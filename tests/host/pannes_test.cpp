@@ -1,0 +1,114 @@
+// Faults of the simulated machine as a user plans them: each kind does what its name says, and the
+// same seed gives the same run.
+#include "host/pannes.h"
+
+#include <gtest/gtest.h>
+
+#include "host/chassis_en_marche.h"
+#include "host/machine.h"
+#include "outils/programme.h"
+#include "sim/machine_simulee.h"
+
+namespace zuma {
+namespace {
+
+using essai::Fin;
+using essai::LeProgramme;
+
+class DesPannes : public LeProgramme {
+ protected:
+  Fin Tourne(const char* chassis, const std::vector<std::string>& options) {
+    std::vector<std::string> mots{"run",    base,        "--frame", chassis, "--sim",
+                                  "--fast", "--seconds", "4",       "--json"};
+    mots.insert(mots.end(), options.begin(), options.end());
+    return Lance(mots);
+  }
+  std::string base = Base();
+};
+
+TEST_F(DesPannes, FontCeQuEllesDisent) {
+  const struct {
+    const char *chassis, *panne;
+    int code;
+    const char* texte;
+  } cas[] = {
+      {"1", "bounce@2-3", 0, "l'entrée logique Porte fermée"},
+      {"1", "bounce:0x2C0@2-3", 0, "\"stop_causes\":[]"},
+      {"1", "dead:0x220@2-3", 0, "l'entrée logique Arrêt d'urgence, état détecté : actif"},
+      {"1", "hang", 1, "TimeOut Watch dog"},
+      {"1", "dead:boards@3", 0, "l'entrée logique Arrêt d'urgence"},
+      {"3", "unplug:9", 1, "COM9 absent"},
+      {"3", "deaf:can", 1, "initialiser le CAN"},
+      {"3", "running:usb", 1, "Thumler : trouvé en marche"},
+      {"4", "running", 1, "la machine tourne sans que ce programme l'ait mise en marche"},
+      {"4", "deaf:13", 1, "'13,9600,N,8,1' non détecté"},
+      {"5", "dead@2-3", 0, "\"time_s\":3.5"},
+  };
+  for (const auto& c : cas) {
+    const Fin fin = Tourne(c.chassis, {"--fault", c.panne});
+    EXPECT_EQ(fin.code, c.code) << c.panne;
+    EXPECT_NE((fin.sortie + fin.erreur).find(c.texte), std::string::npos)
+        << c.chassis << " " << c.panne << "\n"
+        << fin.erreur;
+  }
+}
+
+TEST_F(DesPannes, SuiventLeurGraine) {
+  const auto tourne = [&](const char* graine) {
+    return Tourne("3", {"--fault", "random", "--fault", "lose", "--start-anyway", "--seed", graine})
+        .sortie;
+  };
+  const std::string première = tourne("7");
+  EXPECT_EQ(tourne("7"), première);
+  EXPECT_NE(tourne("8"), première);
+
+  const auto tirées = host::LitLesPannes("random@2-30", 7);
+  EXPECT_GT(tirées.size(), 5U);
+  double dernière = 2;
+  for (const sim::PannePrévue& panne : tirées) {
+    EXPECT_TRUE(panne.début >= dernière && panne.fin > panne.début && panne.fin <= 30);
+    dernière = panne.fin;
+  }
+}
+
+// The clock of the day is wrong for a while; the time that passes is not.
+TEST_F(DesPannes, RèglentLHeureDuJour) {
+  const auto recueil = Crée<host::Recueil>();
+  const auto machine = host::MachineSimulée(*recueil, host::Cadence::Libre);
+  sim::MachineSimulée& jumelle = *machine->Jumelle();
+  jumelle.pannes = host::LitLesPannes("clock:-7200@2-4", 0);
+  const std::pair<double, const char*> heures[] = {
+      {1, "08:00:01"}, {3, "06:00:03"}, {3.9, "06:00:03"}, {5, "08:00:05"}};
+  for (const auto& [secondes, heure] : heures) {
+    EXPECT_NEAR(machine->AvanceJusquA(secondes), secondes, 1e-3);
+    EXPECT_EQ(jumelle.horloge->TexteHeure(), heure);
+  }
+}
+
+TEST_F(DesPannes, RefusentUnePanneMalDite) {
+  const struct {
+    std::vector<std::string> options;
+    const char* erreur;
+  } cas[] = {
+      {{"--sim", "--fault", "fire"}, "no such kind"},
+      {{"--sim", "--fault", "crc:lpt"}, "no such place \"lpt\""},
+      {{"--sim", "--fault", "dead:0xZZ"}, "no such place \"0xZZ\""},
+      {{"--sim", "--fault", "running@3"}, "found at the start"},
+      {{"--sim", "--fault", "crc@soon"}, "unreadable time"},
+      {{"--sim", "--fault", "crc@4-2"}, "unreadable time"},
+      {{"--fault", "crc"}, "add --sim"},
+      {{"--seed", "3"}, "add --sim"},
+      {{"--port", "four=/dev/ttyUSB0"}, "expected NUMBER=DEVICE"},
+      {{"--can", "1=can0"}, "expected CARD:PORT=INTERFACE"},
+  };
+  for (const auto& c : cas) {
+    std::vector<std::string> arguments{"run", base, "--frame", "3"};
+    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+    const Fin fin = Lance(arguments);
+    EXPECT_EQ(fin.code, 2) << c.erreur;
+    EXPECT_NE(fin.erreur.find(c.erreur), std::string::npos) << fin.erreur;
+  }
+}
+
+}  // namespace
+}  // namespace zuma
