@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,6 +9,17 @@
 #include "sim/esclave_modbus.h"
 
 namespace zuma::essai {
+
+/// Draws from 0 to below `n`, the same ones in each run.
+class Tirage {
+ public:
+  std::uint32_t operator()(std::uint32_t n) {
+    return (graine_ = graine_ * 1'664'525 + 1'013'904'223) / 65'536 % n;
+  }
+
+ private:
+  std::uint32_t graine_ = 1;
+};
 
 /// A Modbus slave behind a fast gateway that is slow to answer or loses what goes one way. It hears
 /// questions while answers are on their way: a late one comes late, whatever was asked meanwhile.
@@ -28,6 +41,14 @@ class LigneRétive : public sim::AppareilSérie {
     const Octets réponse = appareil_->Traite(questions.back());
     if (perdRéponses > 0) return static_cast<void>(--perdRéponses);
     ligne.Emet(réponse, retard);
+  }
+
+  /// Draws how slow it is, and what it loses next.
+  void Change(Tirage& tire) {
+    constexpr std::array<double, 5> kRetards{10'000, 10'000, 60'000, 150'000, 600'000};
+    if (tire(4) == 0) retard = kRetards[tire(kRetards.size())];
+    perdQuestions = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    perdRéponses = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
   }
 
   /// Kinds of the questions since the last call: "E" a write with the first value that it carries,

@@ -207,17 +207,11 @@ TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
   esclave->registres = {{0, 1}, {1, 2}};
   Démarre("5,19200,N,8,1");
   const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
-  std::uint32_t graine = 1;
-  const auto tire = [&](std::uint32_t n) {
-    return (graine = graine * 1'664'525 + 1'013'904'223) / 65'536 % n;
-  };
+  essai::Tirage tire;
   int bonnes = 0;
   int atteintes = 0;
   for (int i = 0; i < 1500; ++i) {
-    constexpr std::array<double, 5> kRetards{10'000, 10'000, 55'000, 150'000, 600'000};
-    if (tire(4) == 0) fil->retard = kRetards[tire(kRetards.size())];
-    fil->perdQuestions = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
-    fil->perdRéponses = tire(3) == 0 ? static_cast<int>(tire(3)) : 0;
+    fil->Change(tire);
     if (tire(3) == 0) canal->ValeurCanal(tire(3));
     for (std::uint32_t n = tire(200); n > 0; --n) {
       Passe(1);
