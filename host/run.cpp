@@ -8,6 +8,7 @@
 #include "host/clavier_terminal.h"
 #include "host/configuration.h"
 #include "host/enregistreur.h"
+#include "host/gestes_capteur.h"
 #include "host/interruption.h"
 #include "host/pannes.h"
 #include "host/parametres.h"
@@ -92,11 +93,7 @@ class Marche {
     if (touche == 'e') (void)marche_.RemetEnService();
     if (touche == 's') marche_.Arrête();
     if (touche == 'f') ChangeDePanne();
-    if (capteur == nullptr) return;
-    if (touche == 't') capteur->Tare();
-    if (touche == 'c') capteur->AnnuleTare();
-    if (touche == 'z' && capteur->RazAutorise_bln()) capteur->Raz();
-    if (touche == 'm') capteur->RazMaxiDétecté();
+    if (capteur != nullptr) FaitLeGeste(touche, *capteur, marche_.LaSécurité().Déclenchée());
   }
 
   // Each press goes on to the next kind of fault, on all lines, and from the last one to none.

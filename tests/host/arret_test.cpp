@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "host/chassis_en_marche.h"
+#include "host/gestes_capteur.h"
 #include "host/parametres.h"
 #include "host/vue.h"
 #include "outils/programme.h"
@@ -179,6 +180,37 @@ TEST_F(LArrêt, TientLesRecopiesAuReposJusquÀLeurRemiseEnService) {
   Passe(1);
   EXPECT_EQ(Consigne(), 1);
   EXPECT_TRUE(jumelle.bus.Thumler().EnMarche());
+}
+
+// A command may follow what a sensor reads.
+TEST_F(LArrêt, LaisseLesLecturesCommeEllesSont) {
+  Démarre(1, "UPDATE Capteur SET [Remise à Zéro Autorisée] = 1");
+  Capteur& capteur = *marche->LeChassis().Capteurs()->Item("1");
+  Passe(0.5);
+  // Whether the sensor is tared behind the key, a zero began, and the extremes began anew.
+  using Faits = std::tuple<bool, bool, bool>;
+  const auto fait = [&](char touche) {
+    host::FaitLeGeste(touche, capteur, marche->LaSécurité().Déclenchée());
+    const bool zéro = capteur.EtatRAZ() != ENUM_OPERATION_MAV::RienFaire;
+    const bool extrêmes = capteur.MaxiDétecté() == capteur.MiniDétecté();
+    Passe(0.5);
+    return Faits(capteur.EtatDeLaTare(), zéro, extrêmes);
+  };
+  const struct {
+    char touche;
+    bool arrêt;
+    Faits attendus;
+  } cas[] = {
+      {'t', true, {false, false, false}}, {'t', false, {true, false, false}},
+      {'c', true, {true, false, false}},  {'c', false, {false, false, false}},
+      {'z', true, {false, false, false}}, {'z', false, {false, true, false}},
+      {'m', true, {false, false, true}},
+  };
+  for (const auto& c : cas) {
+    if (c.arrêt) marche->Arrête();
+    EXPECT_EQ(fait(c.touche), c.attendus) << c.touche << c.arrêt;
+    ASSERT_TRUE(marche->Acquitte());
+  }
 }
 
 // A board whose library refuses the write, and takes it later.
