@@ -1,21 +1,24 @@
 #include "host/chassis_en_marche.h"
 
+#include <algorithm>
+
 #include "host/configuration.h"
 #include "host/retenues.h"
 #include "platform/linux/arret_du_chassis.h"
+#include "tree/bloc_de_sorties.h"
 
 namespace zuma::host {
 namespace {
 
-constexpr double kDuréeDuRepos = 0.5;  // seconds
+constexpr double kRepos = 0.5;         // seconds
+constexpr double kReposAuPlus = 1.5;   // seconds: a tester sends its stop again each second
 constexpr double kPasDuRepos = 0.001;  // seconds
 
-// Boards whose outputs leave with the exchanges of the board, over several steps.
-bool EstUnBus(const Carte& carte) {
-  return carte.Driver_enm() == ENUM_DRIVER::Drv_VarioLS_K9_Modbus ||
-         carte.Driver_enm() == ENUM_DRIVER::Drv_Thumler ||
-         carte.Service() == ServiceCarte::BusSimple ||
-         carte.Service() == ServiceCarte::BusAvecSuivante;
+// Its outputs leave with exchanges, over several steps.
+bool EstPilotée(Carte& carte) {
+  return carte.Service() != ServiceCarte::ParFonction &&
+         std::ranges::any_of(carte.LesFonctions(),
+                             [](const FonctionRef& bloc) { return EstUneSortie(*bloc); });
 }
 
 bool EstLaissée(const Carte& carte) {
@@ -58,7 +61,7 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
   Démarre();
   if (recueil->Problèmes().empty()) return;
   Arrête(traducteur_->Traduit("Cause depart", "", "Bureau"));
-  SertLesBus();  // the answer may take its time, and nothing passes meanwhile
+  SertLesLiens();  // the answer may take its time, and nothing passes meanwhile
   if (recueil->Problèmes().size() != duChargement) exige(Etape::Démarré, données);
 }
 
@@ -107,22 +110,24 @@ void ChassisEnMarche::MaintientLArrêt() {
 
 void ChassisEnMarche::MetAuRepos() {
   linux_::ArrêteLeChassis(chassis_);
-  SertLesBus();
+  SertLesLiens();
   suivi_.Conclut();
 }
 
 // One step of a bus is not the write of its last block: each gets its turn, within half a second.
-void ChassisEnMarche::SertLesBus() {
-  std::vector<CarteRef> bus;
+// What was not confirmed by then gets the time in which it is sent again.
+void ChassisEnMarche::SertLesLiens() {
+  std::vector<CarteRef> pilotées;
   for (const CarteRef& carte : *chassis_.Cartes()) {
-    if (EstUnBus(*carte)) bus.push_back(carte);
+    if (EstPilotée(*carte)) pilotées.push_back(carte);
   }
-  if (bus.empty() || !machine_.Fini().empty()) return;
+  if (pilotées.empty() || !machine_.Fini().empty()) return;
   double maintenant = machine_.AvanceJusquA(0);
-  const double fin = maintenant + kDuréeDuRepos;
-  while (maintenant < fin) {
+  const double départ = maintenant;
+  while (maintenant < départ + kRepos ||
+         (maintenant < départ + kReposAuPlus && !linux_::ArrêtAtteint(chassis_))) {
     maintenant = machine_.AvanceJusquA(maintenant + kPasDuRepos);
-    for (const CarteRef& carte : bus) carte->MetàJour();
+    for (const CarteRef& carte : pilotées) carte->MetàJour();
   }
 }
 

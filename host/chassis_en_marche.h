@@ -56,7 +56,7 @@ class ChassisEnMarche {
   void Démarre();
   void MaintientLArrêt();
   void MetAuRepos();
-  void SertLesBus();
+  void SertLesLiens();
 
   Machine& machine_;
   Ref<Recueil> recueil_;

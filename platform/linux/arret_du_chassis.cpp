@@ -7,6 +7,7 @@
 #include "core/garde.h"
 #include "core/ordre_des_cartes.h"
 #include "core/poursuite.h"
+#include "tree/bloc_de_sorties.h"
 
 namespace zuma::linux_ {
 namespace {
@@ -71,26 +72,14 @@ void MetAuRepos(Chassis& chassis, Poursuite& chacun) {
   }
 }
 
-bool EstUneSortie(const Fonction& bloc) {
-  return bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques ||
-         bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques;
-}
-
-bool EstAtteint(Fonction& bloc) {
-  const CanalsRef canaux = bloc.Canals();
-  return std::all_of(canaux->begin(), canaux->end(),
-                     [](const CanalRef& canal) { return canal->Atteint(); });
-}
-
-// The output blocks of the boards that the pass leaves alone, where there is something to write.
+// The output blocks of the boards that the pass leaves alone, whether they hold what they were
+// written or not: a port tells nothing of a board that lost its power for a moment.
 void EcritLesSorties(Chassis& chassis, Poursuite& chacun) {
   for (const CarteRef& carte : *chassis.Cartes()) {
     chacun([&] {
       if (carte->Service() != ServiceCarte::ParFonction) return;
       for (const FonctionRef& bloc : carte->LesFonctions()) {
-        chacun([&] {
-          if (EstUneSortie(*bloc) && !EstAtteint(*bloc)) bloc->MetàJour();
-        });
+        if (EstUneSortie(*bloc)) chacun([&] { bloc->MetàJour(); });
       }
     });
   }

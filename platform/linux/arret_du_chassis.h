@@ -15,14 +15,13 @@ namespace zuma::linux_ {
 /// - `Watchdog.Enabled` is cleared behind the stop, so that no pass refreshes the board: it trips
 ///   10 ms later, and after `Réarme` stays stopped until the host enables it.
 /// - A watchdog that is stopped already is left alone: a second arming would close for 10 ms what
-/// it
-///   has opened.
+///   it has opened.
 void ArrêteLeChassis(Chassis& chassis);
 
 /// The same outputs again, for a stop that goes on: what a host has moved comes back, what was not
-/// written is tried again. Buses and instruments get theirs in the pass. A watchdog board that did
-/// not take the stop gets it as soon as it is ready. Costs a few port writes, and waits for
-/// nothing.
+/// written is tried again, and so is what a board may have lost. Buses and instruments get theirs
+/// in the pass. A watchdog board that did not take the stop gets it as soon as it is ready. Costs a
+/// few port writes, and waits for nothing.
 void MaintientLArrêt(Chassis& chassis);
 
 /// False while an output of the frame, or its watchdog board, does not hold what it was told last.

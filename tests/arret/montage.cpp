@@ -25,10 +25,30 @@ class MachineÀLEcoute::Horloge : public zuma::Horloge {
   MachineÀLEcoute& machine_;
 };
 
+// The simulated clock; who reads it may be looked at meanwhile.
+class MachineÀLEcoute::Minuterie : public ZED_Timer {
+ public:
+  explicit Minuterie(MachineÀLEcoute& machine) : machine_(machine) {}
+  double LitMicrosecondes() override {
+    const double maintenant = machine_.sim.horloge->LitMicrosecondes();
+    if (machine_.àChaqueLecture) machine_.àChaqueLecture();
+    return maintenant;
+  }
+
+ private:
+  MachineÀLEcoute& machine_;
+};
+
 MachineÀLEcoute::MachineÀLEcoute(BoîteDeMessage& messages)
-    : sim(messages), horloge_(std::make_shared<Horloge>(*this)) {
+    : sim(messages),
+      horloge_(std::make_shared<Horloge>(*this)),
+      minuterie_(Crée<Minuterie>(*this)) {
   sim.services.horloge = horloge_.get();
   sim.services.fenêtres = &fenêtres;
+}
+MachineÀLEcoute::~MachineÀLEcoute() = default;
+Ref<ZED_Timer> MachineÀLEcoute::Timer() {
+  return minuterie_;
 }
 
 // A guard door that stops the frame while it is open, an input that somebody listens to, and a

@@ -28,8 +28,9 @@ struct Objet {
 class MachineÀLEcoute : public host::Machine {
  public:
   explicit MachineÀLEcoute(BoîteDeMessage& messages);
+  ~MachineÀLEcoute() override;
   Plateforme& Services() override { return sim.services; }
-  Ref<ZED_Timer> Timer() override { return sim.horloge; }
+  Ref<ZED_Timer> Timer() override;
   void Branche(Chassis& chassis) override {
     sim.Branche(chassis);
     if (avantLeDépart) avantLeDépart();
@@ -42,10 +43,13 @@ class MachineÀLEcoute : public host::Machine {
   essai::FenêtresDEssai fenêtres;
   std::function<void()> avantLeDépart;     ///< the twins are plugged, the boards not started
   std::function<void()> pendantUnSommeil;  ///< called once, in the next sleep of the library
+  std::function<void()> àChaqueLecture;    ///< called at each read of the time, in passes too
 
  private:
   class Horloge;
+  class Minuterie;
   std::shared_ptr<Horloge> horloge_;
+  Ref<Minuterie> minuterie_;
 };
 
 /// A frame made of rows, running on the machine under the program's own host.

@@ -28,6 +28,7 @@ struct Rudesse {
   bool câbleSorti = false;                   ///< at the stop, and back 5 s later
   bool voisinFigé = false;  ///< a watchdog board and a tester that hang, before it in the order
   bool commandeFautive = false;  ///< a command before it cannot work out its output
+  bool oubli = false;            ///< its board loses what it was written, just behind the stop
   bool trouvéeEnMarche = false;  ///< it moves when the program starts
 };
 

@@ -18,6 +18,7 @@ constexpr std::array kRudesses{
     Rudesse{.nom = "byte lost", .panne = sim::GenreDePanne::Coupure},
     Rudesse{.nom = "neighbour hung", .voisinFigé = true},
     Rudesse{.nom = "command fails", .commandeFautive = true},
+    Rudesse{.nom = "board forgets", .oubli = true},
     Rudesse{.nom = "found running", .occasion = Occasion::EntrePasses, .trouvéeEnMarche = true},
     Rudesse{.nom = "in a pass", .occasion = Occasion::PorteBrève},
     Rudesse{.nom = "listener", .occasion = Occasion::Ecouteur},

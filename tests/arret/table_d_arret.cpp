@@ -23,8 +23,15 @@ constexpr double kAvant = 1.5;       // seconds of running before the stop, in k
 constexpr double kPasCalme = 0.005;  // seconds
 constexpr double kAprès = 8;         // seconds watched behind it
 constexpr std::int32_t kPorts = 32;
-constexpr double kTenue = 1.5;  // seconds
-constexpr double kMarche = 50;  // set point, in units
+constexpr double kTenue = 1.5;       // seconds
+constexpr double kVue = 0.01;        // seconds until inputs are read
+constexpr double kBrève = 0.02;      // seconds that a door stands open
+constexpr double kLiensMorts = 0.3;  // seconds
+constexpr double kOubli = 0.03;      // seconds behind the stop
+constexpr double kVoltsPerdus = 5;
+constexpr double kHertzPerdus = 1000;
+constexpr double kFinesse = 0.0001;  // seconds between two looks inside a pass
+constexpr double kMarche = 50;       // set point, in units
 
 // --- The frame
 
@@ -83,6 +90,15 @@ void Planifie(Montage& m, sim::GenreDePanne genre, double durée) {
         {.genre = genre, .lieu = lieu, .début = 0, .fin = m.DepuisLeDépart() + durée});
   }
   m.machine.AvanceJusquA(m.DepuisLeDépart());
+}
+
+// A board that lost its power for a moment: its terminals stand anywhere.
+void FaitOublier(Montage& m) {
+  const CanalRef canal = m.LObjet().Canal();
+  sim::Bornes& bornes = m.machine.sim.BorneDe(*canal)->DeLaCarte();
+  bornes.sortiesAnalogiques.fill(kVoltsPerdus);
+  bornes.sortiesLogiques = ~bornes.sortiesLogiques;
+  bornes.fréquence = kHertzPerdus;
 }
 
 void Eprouve(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
@@ -156,29 +172,80 @@ void Passe(Montage& m, double secondes, double pas) {
   for (const double fin = m.Maintenant() + secondes; m.Maintenant() < fin;) m.Passe(pas);
 }
 
-// The stated time: the output's own, and for a link that of being told behind the pass of the stop,
-// which a hung watchdog board and a tester hold.
-double Délai(const Sortie& sortie, const Rudesse& rudesse) {
-  const double lien = sortie.type.empty() ? host::SuiviDeLArrêt::kDélai / 1e6 : 0;
-  const double tenue = rudesse.voisinFigé && sortie.type.empty() ? kTenue : 0;
-  return sortie.délai + lien + tenue + 2 * rudesse.pasDePasse;
+// The stated time, from the instant at which the machine gives cause to stop. A link has to be told
+// missed within its own delay behind the pass of the stop, which a hung watchdog board and a tester
+// hold; a bare host drives that board before the outputs.
+double Délai(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
+  const bool lien = sortie.type.empty();
+  const bool tenue = rudesse.voisinFigé && (lien || hôte == Hôte::Nu);
+  const bool vue = rudesse.occasion == Occasion::Porte ||
+                   rudesse.occasion == Occasion::PorteBrève ||
+                   rudesse.occasion == Occasion::Ecouteur;
+  return sortie.délai + (lien ? host::SuiviDeLArrêt::kDélai / 1e6 : 0) + (tenue ? kTenue : 0) +
+         (vue ? kVue : 0) + (rudesse.oubli ? kOubli + linux_::Securite::kReprise / 1e6 : 0) +
+         2 * rudesse.pasDePasse;
 }
 
-void Regarde(Verdict& verdict, Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
-  const double arrêt = m.Maintenant();
-  verdict.repos = verdict.dite = Verdict::kJamais;
-  while (m.Maintenant() < arrêt + kAprès) {
-    const double t = m.Maintenant() - arrêt;
-    const bool repos = sortie.auRepos(m);
-    const bool dite = m.EstDite(sortie.metEnRoute ? "Watchdog" : Montage::kSujet);
-    if (!repos) verdict.repos = Verdict::kJamais;
-    if (repos && verdict.repos == Verdict::kJamais) verdict.repos = t;
-    if (dite && verdict.dite == Verdict::kJamais) verdict.dite = t;
-    if (!repos && !dite && t > verdict.délai) verdict.niLUnNiLAutre += rudesse.pasDePasse;
-    if (rudesse.occasion == Occasion::PorteBrève && t > 0.02) m.OuvreLaPorte(false);
-    if (t > kCâbleDehors && sortie.débranche != nullptr) sortie.débranche(m, false);
+/// Looks at a terminal from the stop on: between passes, and inside one whenever it reads the time.
+class Regard {
+ public:
+  Regard(Verdict& verdict, Montage& montage, const Sortie& sortie)
+      : verdict_(verdict), montage_(montage), sortie_(sortie), arrêt_(montage.Maintenant()) {
+    verdict.repos = verdict.dite = Verdict::kJamais;
+    montage.machine.àChaqueLecture = [this] { Note(); };
+  }
+  ~Regard() { montage_.machine.àChaqueLecture = nullptr; }
+  Regard(const Regard&) = delete;
+  Regard& operator=(const Regard&) = delete;
+
+  /// Seconds since the stop.
+  [[nodiscard]] double Depuis() const { return montage_.Maintenant() - arrêt_; }
+  /// Between two passes: what the host tells too, which no pass changes before its end.
+  void Ecoute() {
+    dite_ = montage_.EstDite(sortie_.metEnRoute ? "Watchdog" : Montage::kSujet);
+    if (dite_ && verdict_.dite == Verdict::kJamais) verdict_.dite = Depuis();
+    Regarde();
+  }
+
+ private:
+  void Note() {
+    if (Depuis() >= vu_ + kFinesse) Regarde();
+  }
+  void Regarde() {
+    const double t = Depuis();
+    const bool repos = sortie_.auRepos(montage_);
+    if (!repos) verdict_.repos = Verdict::kJamais;
+    if (repos && verdict_.repos == Verdict::kJamais) verdict_.repos = t;
+    if (!repos && !dite_ && t > verdict_.délai) verdict_.niLUnNiLAutre += t - vu_;
+    vu_ = t;
+  }
+
+  Verdict& verdict_;
+  Montage& montage_;
+  const Sortie& sortie_;
+  double arrêt_;
+  double vu_ = 0;  // time of the last look
+  bool dite_ = false;
+};
+
+// A board on ports: nothing tells that it lost what it was written.
+bool PeutOublier(const Sortie& sortie) {
+  return !sortie.type.empty() && sortie.débranche == nullptr;
+}
+
+void Suit(Regard& regard, Montage& m, const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
+  bool oublie = rudesse.oubli && PeutOublier(sortie) && hôte == Hôte::Fourni;
+  while (regard.Depuis() < kAprès) {
+    if (oublie && regard.Depuis() > kOubli) {
+      FaitOublier(m);
+      oublie = false;
+    }
+    regard.Ecoute();
+    if (rudesse.occasion == Occasion::PorteBrève) m.OuvreLaPorte(regard.Depuis() < kBrève);
+    if (regard.Depuis() > kCâbleDehors && sortie.débranche != nullptr) sortie.débranche(m, false);
     m.Passe(rudesse.pasDePasse);
   }
+  regard.Ecoute();
 }
 
 }  // namespace
@@ -199,16 +266,31 @@ Verdict Essaie(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
     if (!déjà) MetEnRoute(m, sortie);
     Passe(m, kAvant, kPasCalme);
     verdict.bougeait = déjà || !sortie.auRepos(m);
-    verdict.délai = Délai(sortie, rudesse);
+    verdict.délai = Délai(sortie, rudesse, hôte);
     verdict.clémente = &rudesse == Rudesses().data() && hôte == Hôte::Fourni;
     verdict.reprise = hôte == Hôte::Fourni || sortie.débranche == nullptr;
     Eprouve(m, sortie, rudesse);
+    Regard regard(verdict, m, sortie);
     Arrête(m, sortie, rudesse);
-    Regarde(verdict, m, sortie, rudesse);
+    Suit(regard, m, sortie, rudesse, hôte);
   } catch (const std::exception& e) {
     verdict.plainte = e.what();
   }
   return verdict;
+}
+
+bool FinitAuRepos(const Sortie& sortie) {
+  Montage m(Cadre(sortie, {}));
+  MetEnRoute(m, sortie);
+  Passe(m, kAvant, kPasCalme);
+  if (sortie.auRepos(m)) return false;
+  m.machine.sim.pannes = {{.genre = sim::GenreDePanne::Débranchement,
+                           .lieu = sim::LieuDePanne::Partout,
+                           .début = 0,
+                           .fin = m.DepuisLeDépart() + kLiensMorts}};
+  m.machine.AvanceJusquA(m.DepuisLeDépart());
+  m.marche.reset();
+  return sortie.auRepos(m);
 }
 
 std::string EnLong(const Verdict& v) {

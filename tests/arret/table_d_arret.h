@@ -49,6 +49,10 @@ enum class Hôte {
 [[nodiscard]] Verdict Essaie(const Sortie& sortie, const Rudesse& rudesse,
                              Hôte hôte = Hôte::Fourni);
 
+/// Ends the program on an output behind a link that is dead for the first 0.3 s of that end: true
+/// when it moved before, and is at rest behind it.
+[[nodiscard]] bool FinitAuRepos(const Sortie& sortie);
+
 /// All that a verdict tells.
 [[nodiscard]] std::string EnLong(const Verdict& verdict);
 /// A verdict in a few characters: "12 ms", "told 5.3 s", "FAILED".
