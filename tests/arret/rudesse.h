@@ -8,7 +8,7 @@
 
 namespace zuma::arret {
 
-/// When a stop comes, and from where.
+/// When a stop comes, and from where; first those that an input tells.
 enum class Occasion {
   Porte,         ///< a guard door opens and stays open: from inside a pass
   PorteBrève,    ///< it opens for one refresh: from inside a pass, once

@@ -14,8 +14,7 @@ struct Sortie {
   void (*monte)(Lignes& lignes, const Sortie& sortie);
   /// The terminal of its twin is where a stop puts it.
   bool (*auRepos)(Montage& montage);
-  /// Seconds from the stop to the terminal at rest in kind conditions, at most; also the time
-  /// within which a link confirms.
+  /// Seconds from the stop to the terminal at rest in kind conditions, at most.
   double délai = 0;
   std::string_view type{};         ///< of its block
   std::string_view driver{};       ///< of its block
@@ -26,6 +25,9 @@ struct Sortie {
   void (*débranche)(Montage& montage, bool débranchée) = nullptr;
   /// Sets it going; none: its command to 50, its logic output to active.
   void (*metEnRoute)(Montage& montage) = nullptr;
+
+  /// A line, a bus or a watchdog board stands between it and the frame, and no block of a board.
+  [[nodiscard]] constexpr bool EstUnLien() const { return type.empty(); }
 };
 
 }  // namespace zuma::arret

@@ -172,18 +172,20 @@ void Passe(Montage& m, double secondes, double pas) {
   for (const double fin = m.Maintenant() + secondes; m.Maintenant() < fin;) m.Passe(pas);
 }
 
-// The stated time, from the instant at which the machine gives cause to stop. A link has to be told
-// missed within its own delay behind the pass of the stop, which a hung watchdog board and a tester
-// hold; a bare host drives that board before the outputs.
+bool GêneLesLiens(const Rudesse& rudesse) {
+  return rudesse.panne || rudesse.câbleSorti || rudesse.lenteur > 0 || rudesse.voisinFigé;
+}
+
+// The stated time, from the instant at which the machine gives cause to stop: the output's own, and
+// behind a link in trouble the time to tell it. A neighbour that hangs holds the pass in which
+// links are served, and a bare host, which drives the watchdog board before the outputs.
 double Délai(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
-  const bool lien = sortie.type.empty();
-  const bool tenue = rudesse.voisinFigé && (lien || hôte == Hôte::Nu);
-  const bool vue = rudesse.occasion == Occasion::Porte ||
-                   rudesse.occasion == Occasion::PorteBrève ||
-                   rudesse.occasion == Occasion::Ecouteur;
-  return sortie.délai + (lien ? host::SuiviDeLArrêt::kDélai / 1e6 : 0) + (tenue ? kTenue : 0) +
-         (vue ? kVue : 0) + (rudesse.oubli ? kOubli + linux_::Securite::kReprise / 1e6 : 0) +
-         2 * rudesse.pasDePasse;
+  double délai = sortie.délai + 2 * rudesse.pasDePasse;
+  if (sortie.EstUnLien() && GêneLesLiens(rudesse)) délai += host::SuiviDeLArrêt::kDélai / 1e6;
+  if (rudesse.voisinFigé && (sortie.EstUnLien() || hôte == Hôte::Nu)) délai += kTenue;
+  if (rudesse.occasion <= Occasion::Ecouteur) délai += kVue;
+  if (rudesse.oubli) délai += kOubli + linux_::Securite::kReprise / 1e6;
+  return délai;
 }
 
 /// Looks at a terminal from the stop on: between passes, and inside one whenever it reads the time.
@@ -230,7 +232,7 @@ class Regard {
 
 // A board on ports: nothing tells that it lost what it was written.
 bool PeutOublier(const Sortie& sortie) {
-  return !sortie.type.empty() && sortie.débranche == nullptr;
+  return !sortie.EstUnLien() && sortie.débranche == nullptr;
 }
 
 void Suit(Regard& regard, Montage& m, const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
