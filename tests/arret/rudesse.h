@@ -29,7 +29,7 @@ struct Rudesse {
   bool voisinFigé = false;  ///< a watchdog board and a tester that hang, before it in the order
   bool commandeFautive = false;  ///< a command before it cannot work out its output
   bool oubli = false;            ///< its board loses what it was written, just behind the stop
-  bool trouvéeEnMarche = false;  ///< it moves when the program starts
+  bool trouvéeEnMarche = false;  ///< it moves when the program starts, where it can
 };
 
 inline constexpr double kCâbleDehors = 5;  ///< seconds

@@ -259,15 +259,18 @@ bool Concerne(Hôte hôte, const Sortie& sortie) {
 Verdict Essaie(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
   Verdict verdict;
   try {
+    const bool trouvée = rudesse.trouvéeEnMarche && sortie.enMarcheAvant != nullptr;
     const auto avant = [&](Montage& m) {
-      if (rudesse.trouvéeEnMarche && sortie.enMarcheAvant != nullptr) sortie.enMarcheAvant(m);
+      if (!trouvée) return;
+      sortie.enMarcheAvant(m);
+      verdict.bougeait = !sortie.auRepos(m);
     };
     Montage m(Cadre(sortie, rudesse), avant);
     if (hôte == Hôte::Nu) m.Dénude();
-    const bool déjà = rudesse.trouvéeEnMarche || rudesse.occasion == Occasion::UnDépart;
-    if (!déjà) MetEnRoute(m, sortie);
+    const bool plusTard = rudesse.occasion == Occasion::UnDépart;
+    if (!trouvée && !plusTard) MetEnRoute(m, sortie);
     Passe(m, kAvant, kPasCalme);
-    verdict.bougeait = déjà || !sortie.auRepos(m);
+    verdict.bougeait = verdict.bougeait || plusTard || !sortie.auRepos(m);
     verdict.délai = Délai(sortie, rudesse, hôte);
     verdict.clémente = &rudesse == Rudesses().data() && hôte == Hôte::Fourni;
     verdict.reprise = hôte == Hôte::Fourni || sortie.débranche == nullptr;
