@@ -209,6 +209,17 @@ std::int32_t LongueurTrame(std::string_view question) noexcept {
                                    kOctetsCrc);
 }
 
+std::size_t LongueurRéponse(std::string_view octets) noexcept {
+  if (octets.size() < kLongueurException) return 0;
+  const std::int32_t code = Octet(octets, 1);
+  const FonctionModbus* ligne = Trouve(code & ~std::int32_t{kException});
+  if (ligne == nullptr) return 0;
+  std::size_t longueur = kLongueurEcho;
+  if (ligne->genre == Genre::Lecture) longueur = kEnTêteLecture + Octet(octets, 2) + kOctetsCrc;
+  if (code > kException) longueur = kLongueurException;
+  return octets.size() >= longueur && CrcJuste(octets.substr(0, longueur)) ? longueur : 0;
+}
+
 Résultat DécodeRéponse(std::string_view réponse, std::string_view question, Valeurs* valeurs,
                        FormeValeurs forme, Longueur mesure) noexcept {
   auto longueur = static_cast<std::size_t>(LongueurTrame(question));

@@ -74,6 +74,10 @@ void ConstruitQuestion(std::int32_t esclave, std::int32_t fonction, std::int32_t
 /// Number of bytes of the full answer to `question`; 0 when it is no question.
 [[nodiscard]] std::int32_t LongueurTrame(std::string_view question) noexcept;
 
+/// Number of bytes of the sound answer that `octets` begins with, whatever was asked; 0 when it
+/// begins with none, or with one that is not whole yet.
+[[nodiscard]] std::size_t LongueurRéponse(std::string_view octets) noexcept;
+
 /// Analyses what was received so far. On a good read the data go to `valeurs` in `forme`, when
 /// given. Bytes beyond the expected length are left alone.
 [[nodiscard]] Résultat DécodeRéponse(std::string_view réponse, std::string_view question,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -64,7 +65,8 @@ std::string Noms() {
 template <class Nombre>
 bool Lit(std::string_view texte, Nombre& nombre) {
   const auto [fin, erreur] = std::from_chars(texte.data(), texte.data() + texte.size(), nombre);
-  return erreur == std::errc() && fin == texte.data() + texte.size();
+  return erreur == std::errc() && fin == texte.data() + texte.size() &&
+         std::isfinite(static_cast<double>(nombre));
 }
 
 bool LitPositif(std::string_view texte, auto& nombre) {
@@ -91,6 +93,26 @@ std::string_view Coupe(std::string_view& texte, char signe, bool& coupé) {
 template <class Table>
 auto Cherche(const Table& table, std::string_view nom) {
   return std::ranges::find(table, nom, &Table::value_type::first);
+}
+
+// Where a kind strikes; a trial that disturbs nothing must not pass for one.
+bool Frappe(GenreDePanne genre, LieuDePanne lieu) {
+  using enum GenreDePanne;
+  const auto est = [genre](auto... genres) { return ((genre == genres) || ...); };
+  switch (lieu) {
+    case LieuDePanne::Cartes:
+    case LieuDePanne::Carte:
+      return est(Rebond, Blocage, Mort);
+    case LieuDePanne::CAN:
+      return est(Silence, Surdité, Débranchement, Retard, Figement);
+    case LieuDePanne::USB:
+      return est(Silence, Surdité, Débranchement, Figement, EnMarche);
+    case LieuDePanne::Port:
+      return !est(Rebond, Blocage, Mort, Horloge);
+    case LieuDePanne::Partout:
+      return true;
+  }
+  return false;
 }
 
 void LitLeLieu(std::string_view lieu, std::string_view texte, PannePrévue& panne) {
@@ -132,6 +154,9 @@ std::vector<PannePrévue> LitLesPannes(std::string_view texte, std::uint32_t gra
   if (genre == kGenres.end() && !auHasard) Refuse(texte, "no such kind");
   if (!auHasard) panne.genre = genre->second;
   if (avecLieu) LitLeLieu(tête, texte, panne);
+  if (!auHasard && !Frappe(panne.genre, panne.lieu)) {
+    Refuse(texte, "such a fault does not strike there");
+  }
   if (avecTemps && panne.genre == GenreDePanne::EnMarche)
     Refuse(texte, "it is found at the start, and takes no time");
   if (avecTemps) LitLeTemps(reste, texte, panne);

@@ -182,12 +182,31 @@ bool Manque(Résultat résultat) {
          résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
 }
 
-// What a slave says while something else is asked is its late answer, when one is due; the exchange
-// goes on while it has time.
+bool EstDUneAutre(Résultat résultat) {
+  return résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
+}
+
+// What a slave says while something else is asked is its late answer, when one is due. It goes as
+// soon as it is whole: the answer that is waited for may touch it.
+Résultat DécodeSansLesTardives(Fonction& bloc, Valeurs& valeurs) {
+  EchangeModbus& échange = bloc.Modbus_Echange();
+  const FormeValeurs forme = EstLogique(bloc) ? FormeValeurs::Octets : FormeValeurs::Mots;
+  for (;;) {
+    const Résultat résultat =
+        OutilsModbus::DécodeRéponse(échange.réponse, échange.question, &valeurs, forme);
+    if (!EstDUneAutre(résultat)) return résultat;
+    const std::size_t longueur = OutilsModbus::LongueurRéponse(échange.réponse);
+    const bool tardive =
+        longueur != 0 && EntendTard(bloc, static_cast<std::uint8_t>(échange.réponse[0]));
+    if (!tardive) return résultat;
+    échange.réponse.erase(0, longueur);
+  }
+}
+
+// A late answer that is spoilt or cut ends nothing either, while the exchange has time.
 void Rejette(Fonction& bloc, Résultat résultat, bool tard) {
   Octets& réponse = bloc.Modbus_Echange().réponse;
-  const bool autre = résultat == Résultat::AutreEsclave || résultat == Résultat::AutreFonction;
-  if (autre && EntendTard(bloc, static_cast<std::uint8_t>(réponse[0])) && !tard) {
+  if (EstDUneAutre(résultat) && EntendTard(bloc, static_cast<std::uint8_t>(réponse[0])) && !tard) {
     réponse.clear();
     return;
   }
@@ -209,9 +228,7 @@ void ChercheRéponse(Fonction& bloc) {
   if (!reçus.empty()) échange.heureDuDernierOctet = maintenant;
   échange.réponse += reçus;
   Valeurs valeurs;
-  const Résultat résultat =
-      OutilsModbus::DécodeRéponse(échange.réponse, échange.question, &valeurs,
-                                  EstLogique(bloc) ? FormeValeurs::Octets : FormeValeurs::Mots);
+  const Résultat résultat = DécodeSansLesTardives(bloc, valeurs);
   const double attente = (maintenant - échange.heureDEnvoi) / 1000;
   if (résultat == Résultat::Bonne && attente <= kAttenteMaximale) {
     Accepte(bloc, valeurs);

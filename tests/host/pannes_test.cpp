@@ -7,6 +7,7 @@
 #include "host/chassis_en_marche.h"
 #include "host/machine.h"
 #include "outils/programme.h"
+#include "sim/cartes_pci.h"
 #include "sim/machine_simulee.h"
 
 namespace zuma {
@@ -33,7 +34,6 @@ TEST_F(DesPannes, FontCeQuEllesDisent) {
     const char* texte;
   } cas[] = {
       {"1", "bounce@2-3", 0, "l'entrée logique Porte fermée"},
-      {"1", "bounce:0x2C0@2-3", 0, "\"stop_causes\":[]"},
       {"1", "dead:0x220@2-3", 0, "l'entrée logique Arrêt d'urgence, état détecté : actif"},
       {"1", "hang", 1, "TimeOut Watch dog"},
       {"1", "dead:boards@3", 0, "l'entrée logique Arrêt d'urgence"},
@@ -42,7 +42,6 @@ TEST_F(DesPannes, FontCeQuEllesDisent) {
       {"3", "running:usb", 1, "Thumler : trouvé en marche"},
       {"4", "running", 1, "la machine tourne sans que ce programme l'ait mise en marche"},
       {"4", "deaf:13", 1, "'13,9600,N,8,1' non détecté"},
-      {"5", "dead@2-3", 0, "\"time_s\":3."},
   };
   for (const auto& c : cas) {
     const Fin fin = Tourne(c.chassis, {"--fault", c.panne});
@@ -51,6 +50,25 @@ TEST_F(DesPannes, FontCeQuEllesDisent) {
         << c.chassis << " " << c.panne << "\n"
         << fin.erreur;
   }
+}
+
+// A place is struck and its neighbour is not; a pulled PCI board is a refusal that is told.
+TEST_F(DesPannes, FrappentLeurLieuSeul) {
+  const Fin voisine = Tourne("1", {"--fault", "bounce:0x2C0@2-3"});
+  EXPECT_EQ(voisine.code, 0) << voisine.erreur;
+  EXPECT_EQ(voisine.sortie.find("l'entrée logique"), std::string::npos);
+
+  sim::BibliothèquePCISimulée pci;
+  sim::CartePCISimulée& carte = pci.Enfiche(BibliothèquePCI::kType9111, 0);
+  const auto poignée = static_cast<std::uint16_t>(pci.Register_Card(BibliothèquePCI::kType9111, 0));
+  const auto pannes = host::LitLesPannes("dead:boards@2-3", 0);
+  std::uint32_t mot = 0;
+  for (const auto& [secondes, lue] : {std::pair(1.0, true), std::pair(2.5, false)}) {
+    pci.Applique(pannes, secondes);
+    EXPECT_EQ(pci.DI_ReadPort(poignée, 0, mot) == 0, lue) << secondes;
+    EXPECT_EQ(pci.DO_WritePort(poignée, 0, secondes < 2 ? 0x5U : 0U) == 0, lue) << secondes;
+  }
+  EXPECT_EQ(carte.bornes.sortiesLogiques & 0xFFFFU, 0x5U) << "its terminals stand";
 }
 
 TEST_F(DesPannes, SuiventLeurGraine) {
@@ -94,6 +112,14 @@ TEST_F(DesPannes, RefusentUnePanneMalDite) {
       {{"--sim", "--fault", "crc:lpt"}, "no such place \"lpt\""},
       {{"--sim", "--fault", "dead:0xZZ"}, "no such place \"0xZZ\""},
       {{"--sim", "--fault", "running@3"}, "found at the start"},
+      {{"--sim", "--fault", "clock:nan"}, "no such place \"nan\""},
+      {{"--sim", "--fault", "clock:inf"}, "no such place \"inf\""},
+      {{"--sim", "--fault", "bounce:9"}, "does not strike there"},
+      {{"--sim", "--fault", "crc:boards"}, "does not strike there"},
+      {{"--sim", "--fault", "garbage:can"}, "does not strike there"},
+      {{"--sim", "--fault", "late:usb"}, "does not strike there"},
+      {{"--sim", "--fault", "running:can"}, "does not strike there"},
+      {{"--sim", "--fault", "clock:can"}, "does not strike there"},
       {{"--sim", "--fault", "crc@soon"}, "unreadable time"},
       {{"--sim", "--fault", "crc@4-2"}, "unreadable time"},
       {{"--fault", "crc"}, "add --sim"},
@@ -102,7 +128,7 @@ TEST_F(DesPannes, RefusentUnePanneMalDite) {
       {{"--can", "1=can0"}, "expected CARD:PORT=INTERFACE"},
   };
   for (const auto& c : cas) {
-    std::vector<std::string> arguments{"run", base, "--frame", "3"};
+    std::vector<std::string> arguments{"run", base, "--frame", "3", "--seconds", "1"};
     arguments.insert(arguments.end(), c.options.begin(), c.options.end());
     const Fin fin = Lance(arguments);
     EXPECT_EQ(fin.code, 2) << c.erreur;

@@ -227,6 +227,36 @@ TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
   EXPECT_GT(atteintes, 5'000);
 }
 
+// The late answer of one slave may touch the answer of the one that is asked: that one counts.
+TEST_F(UneCarteModbus, EntendLaRéponseQuiToucheUneRéponseTardive) {
+  const FonctionRef lent = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef prompt = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
+  prompt->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
+                                              {"Type de Fonction", "Sortie Analogique"},
+                                              {"ModBus - Adresse", "06"},
+                                              {"ModBus - Fonction", "10"},
+                                              {"ModBus - Regitre départ", 200}}));
+  const auto second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
+  const auto bus = Crée<sim::BusModbus>(*horloge);
+  bus->Attache(5, esclave);
+  bus->Attache(6, second);
+  fabrique.Attache(5, bus);
+  esclave->registres = {{0, 1}};
+  Démarre("5,9600,N,8,1");
+  const CanalRef canal = prompt->Canals()->Item(essai::CléDuCanal(0));
+  Passe(100);
+  ASSERT_TRUE(canal->Atteint());
+  esclave->latence = 66'000;  // its answer ends where that of the other begins
+  canal->ValeurCanal(7);
+  const double départ = horloge->Maintenant();
+  while (!canal->Atteint() && horloge->Maintenant() < départ + 1e6) {
+    carte.MetàJour();
+    horloge->Avance(1000);
+  }
+  EXPECT_EQ(second->registres[200], 7);
+  EXPECT_LT(horloge->Maintenant() - départ, 150'000);
+}
+
 // While noise comes, a question is followed by another only when it has left: a stop does not wait
 // behind a queue of them.
 TEST_F(UneCarteModbus, NEntassePasSesQuestionsDevantLeBruit) {
