@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "host/chassis_en_marche.h"
@@ -36,7 +35,8 @@ struct Rapport {
 // The test on the simulated press, with what may go wrong, watched at the terminals.
 class EssaiSimulé {
  public:
-  EssaiSimulé(const OptionsCompression& options, Machine& machine, const Ref<Recueil>& recueil)
+  EssaiSimulé(const OptionsCompression& options, Machine& machine, const Ref<Recueil>& recueil,
+              Enregistreur& enregistreur)
       : options_(options),
         machine_(machine),
         jumelle_(*machine.Jumelle()),
@@ -44,12 +44,16 @@ class EssaiSimulé {
                 LitLesParamètres(options.fichier, {}), SelonLOption(options.malgréTout)),
         essai_(marche_.LeChassis(), marche_.LaSécurité(),
                {.vitesse = options.vitesse, .limite = options.limite}),
-        enregistreur_((std::filesystem::path(options.dossier) / "compression.csv").string(),
-                      marche_.LeChassis(),
-                      {{"standard rate [MPa/s]", std::to_string(options.vitesse)}}) {
+        enregistreur_(enregistreur) {
+    enregistreur_.Commence(marche_.LeChassis(),
+                           {{"standard rate [MPa/s]", std::to_string(options.vitesse)}});
     // The press is a simulated one: the option that starts it is its acknowledgement.
     if (options.malgréTout) (void)marche_.Acquitte();
   }
+
+  ~EssaiSimulé() { enregistreur_.Termine(); }
+  EssaiSimulé(const EssaiSimulé&) = delete;
+  EssaiSimulé& operator=(const EssaiSimulé&) = delete;
 
   Rapport Tourne() {
     while (!essai_.Terminé()) {
@@ -166,7 +170,7 @@ class EssaiSimulé {
   sim::MachineSimulée& jumelle_;
   ChassisEnMarche marche_;
   EssaiCompression essai_;
-  Enregistreur enregistreur_;
+  Enregistreur& enregistreur_;
   Rapport rapport_;
   std::vector<std::pair<sim::Borne, double>> cellulesFigées_;
   double secondes_ = 0;
@@ -180,7 +184,7 @@ std::string Secondes(double secondes) {
   return texte.data();
 }
 
-void Imprime(const OptionsCompression& options, const Rapport& r) {
+void Imprime(const OptionsCompression& options, const Rapport& r, const std::string& nom) {
   const std::string fin(Texte(r.fin));
   if (options.json) {
     const nlohmann::ordered_json json{{"end", fin},
@@ -192,7 +196,9 @@ void Imprime(const OptionsCompression& options, const Rapport& r) {
                                       {"stop_after_s", r.arrêtAprès},
                                       {"rest_after_passes", r.passesAuRepos},
                                       {"causes", r.causes},
-                                      {"folder", options.dossier}};
+                                      {"folder", options.dossier},
+                                      {"recording", nom + ".csv"},
+                                      {"curves", nom + ".svg"}};
     std::printf("%s\n", json.dump(2).c_str());
     return;
   }
@@ -213,15 +219,13 @@ void Imprime(const OptionsCompression& options, const Rapport& r) {
                                         (r.passesAuRepos == 1 ? " pass later" : " passes later"))
                                            .c_str());
   }
-  std::printf("Recording %s/compression.csv, curves %s/compression.svg\n", options.dossier.c_str(),
-              options.dossier.c_str());
+  std::printf("Recording %s.csv, curves %s.svg\n", nom.c_str(), nom.c_str());
 }
 
-void EcritLesCourbes(const std::string& dossier, const std::vector<Courbe>& courbes) {
-  const auto nom = std::filesystem::path(dossier) / "compression.svg";
-  std::ofstream fichier(nom);
-  fichier << EnSvg(courbes);
-  if (!fichier.flush()) throw MauvaisUsage(nom.string() + " cannot be written");
+bool EcritLesCourbes(const std::string& nom, const std::vector<Courbe>& courbes) {
+  const int erreur = FichierEnAjout(nom).Ajoute(EnSvg(courbes));
+  if (erreur != 0) std::fprintf(stderr, "zuma: %s: %s\n", nom.c_str(), Raison(erreur).c_str());
+  return erreur == 0;
 }
 
 }  // namespace
@@ -231,18 +235,25 @@ int Compression(const OptionsCompression& options) {
   const auto recueil = Crée<Recueil>();
   const auto machine = MachineSimulée(*recueil, Cadence::Libre);
   if (options.panne == "overrange") machine->Jumelle()->presse.Réglages().rupture = 1e6;
+  // A recording of before stays: the files of each test have a number of their own.
+  const std::string nom =
+      PremierNomLibre(options.dossier, "compression", {".csv", ".csv.json", ".svg"});
+  Enregistreur enregistreur(nom + ".csv", Enregistreur::Retard::Attend);
   Rapport rapport;
+  std::vector<Courbe> courbes;
   {
     const Interruption interruption;
-    EssaiSimulé essai(options, *machine, recueil);
+    EssaiSimulé essai(options, *machine, recueil, enregistreur);
     rapport = essai.Tourne();
-    EcritLesCourbes(options.dossier, essai.Courbes());
+    courbes = essai.Courbes();
   }
-  Imprime(options, rapport);
+  bool complet = FermeEtDit(enregistreur);
+  complet = EcritLesCourbes(nom + ".svg", courbes) && complet;
+  Imprime(options, rapport, nom);
   for (const Problème& problème : recueil->Problèmes()) {
     std::fprintf(stderr, "%s\n", Ligne(problème).c_str());
   }
-  return rapport.fin == Fin::Rupture && recueil->Problèmes().empty() ? kBon : kProblèmes;
+  return complet && rapport.fin == Fin::Rupture && recueil->Problèmes().empty() ? kBon : kProblèmes;
 }
 
 }  // namespace zuma::host

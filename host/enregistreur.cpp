@@ -1,34 +1,22 @@
 #include "host/enregistreur.h"
 
-#include <charconv>
+#include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <ctime>
-#include <fstream>
+#include <limits>
+#include <new>
 #include <nlohmann/json.hpp>
 
-#include "host/configuration.h"
+#include "host/champ_csv.h"
 #include "host/lecture.h"
 
 namespace zuma::host {
 namespace {
 
-constexpr double kIntervalle = 1;  // seconds between two appends
-constexpr std::size_t kTampon = 1U << 20U;
-
-// A name as a field: quoted when it holds what separates fields.
-std::string Champ(const std::string& texte) {
-  if (texte.find_first_of(",\"\n") == std::string::npos) return texte;
-  std::string sortie = "\"";
-  for (const char c : texte) sortie += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return sortie + "\"";
-}
-
-void AjouteNombre(std::string& ligne, double nombre) {
-  char texte[32];
-  const auto fin =
-      std::to_chars(texte, texte + sizeof texte, nombre, std::chars_format::general, 9);
-  ligne.append(texte, fin.ptr);
-}
+constexpr std::chrono::seconds kIntervalle{1};     // between two rounds of the writer
+constexpr std::chrono::milliseconds kPatience{1};  // of simulated time, on the writer
+constexpr std::size_t kRangées = 8192;             // 8 s at the fastest rate of a frame
 
 std::string Maintenant() {
   const std::time_t t = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
@@ -39,60 +27,113 @@ std::string Maintenant() {
   return texte;
 }
 
-}  // namespace
-
-Enregistreur::Enregistreur(const std::string& fichier, Chassis& chassis,
-                           const std::vector<std::pair<std::string, std::string>>& spécimen)
-    : fichier_(std::fopen(fichier.c_str(), "w")) {
-  if (!fichier_) throw MauvaisUsage(fichier + " cannot be written");
+std::string Description(const std::string& fichier, Chassis& chassis,
+                        const std::vector<std::pair<std::string, std::string>>& spécimen) {
   nlohmann::ordered_json description{{"start", Maintenant()},
                                      {"frame", chassis.Key()},
                                      {"frame_name", chassis.Nom()},
                                      {"recording", fichier}};
   auto& liste = description["sensors"] = nlohmann::ordered_json::array();
-  tampon_.reserve(kTampon);
-  tampon_ += "time [s]";
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
-    capteurs_.push_back(capteur);
-    tampon_ += "," + Champ(capteur->NomDuCapteur() + " [" + capteur->UnitéEtalonnage() + "]");
     liste.push_back({{"name", capteur->NomDuCapteur()},
                      {"label", capteur->Label()},
                      {"unit", capteur->UnitéEtalonnage()},
                      {"calibrated", capteur->DateEtalonnage()},
                      {"calibrated_by", capteur->NomEtalonneur()}});
   }
-  tampon_ += "\n";
   auto& eprouvette = description["specimen"] = nlohmann::ordered_json::object();
   for (const auto& [nom, valeur] : spécimen) eprouvette[nom] = valeur;
-  std::ofstream json(fichier + ".json");
-  json << description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";
-  if (!json.flush()) throw MauvaisUsage(fichier + ".json cannot be written");
-  Ecrit();
+  return description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
+}  // namespace
+
+Enregistreur::Enregistreur(const std::string& fichier, Retard retard)
+    : nom_(fichier), retard_(retard), csv_(fichier), json_(fichier + ".json") {}
+
 Enregistreur::~Enregistreur() {
-  Ecrit();
+  Termine();
+  Ferme();
+}
+
+void Enregistreur::Commence(Chassis& chassis,
+                            const std::vector<std::pair<std::string, std::string>>& spécimen) {
+  std::string entête = "time [s]";
+  for (const CapteurRef& capteur : *chassis.Capteurs()) {
+    capteurs_.push_back(capteur);
+    entête += "," + ChampCsv(capteur->NomDuCapteur() + " [" + capteur->UnitéEtalonnage() + "]");
+  }
+  description_ = Description(nom_, chassis, spécimen);
+  rangées_.emplace(capteurs_.size(), kRangées);
+  écrivain_.emplace(csv_, *rangées_, entête + "\n");
+  fil_ = std::thread([this] { Tourne(); });
 }
 
 void Enregistreur::Note(double secondes) {
-  AjouteNombre(tampon_, secondes);
-  for (const CapteurRef& capteur : capteurs_) {
-    tampon_ += ',';
-    if (const auto lecture = LectureDe(*capteur)) AjouteNombre(tampon_, *lecture);
+  while (retard_ == Retard::Attend && rangées_->Pleine() && erreur_ != ENOMEM) {
+    réveil_.notify_one();
+    std::this_thread::sleep_for(kPatience);
   }
-  tampon_ += '\n';
-  ++lignes_;
-  if (secondes - dernièreEcriture_ < kIntervalle) return;
-  dernièreEcriture_ = secondes;
-  Ecrit();
+  rangées_->Dépose(secondes, [this](std::span<double> valeurs) {
+    for (std::size_t i = 0; i < valeurs.size(); ++i) {
+      valeurs[i] = LectureDe(*capteurs_[i]).value_or(std::numeric_limits<double>::quiet_NaN());
+    }
+  });
 }
 
-void Enregistreur::Ecrit() {
-  const bool écrit =
-      std::fwrite(tampon_.data(), 1, tampon_.size(), fichier_.get()) == tampon_.size() &&
-      std::fflush(fichier_.get()) == 0;
-  complet_ = complet_ && écrit;
-  tampon_.clear();
+void Enregistreur::Termine() noexcept {
+  capteurs_.clear();
+}
+
+void Enregistreur::Ferme() {
+  if (!fil_.joinable()) return;
+  {
+    const std::lock_guard garde(verrou_);
+    fin_ = true;
+  }
+  réveil_.notify_one();
+  fil_.join();
+}
+
+EtatDEnregistrement Enregistreur::Etat() const {
+  if (!écrivain_) return {.fichier = nom_};
+  EtatDEnregistrement état = écrivain_->Etat();
+  état.fichier = nom_;
+  état.perdues += rangées_->Perdues();
+  if (état.erreur == 0) état.erreur = erreur_;
+  return état;
+}
+
+void Enregistreur::Tourne() {
+  try {
+    while (!AttendLaFin()) {
+      DécritDansLeJson();
+      écrivain_->Tour();
+    }
+    DécritDansLeJson();
+    écrivain_->Conclut(rangées_->Manque());
+  } catch (const std::bad_alloc&) {
+    erreur_ = ENOMEM;  // the recording ends here; the machine does not
+  }
+}
+
+void Enregistreur::DécritDansLeJson() {
+  if (description_.empty()) return;
+  erreur_ = json_.Ajoute(description_);
+  if (erreur_ == 0) description_.clear();
+}
+
+bool Enregistreur::AttendLaFin() {
+  std::unique_lock garde(verrou_);
+  if (!fin_) réveil_.wait_for(garde, kIntervalle);
+  return fin_;
+}
+
+bool FermeEtDit(Enregistreur& enregistreur) {
+  enregistreur.Ferme();
+  const EtatDEnregistrement état = enregistreur.Etat();
+  if (!état.Complet()) std::fprintf(stderr, "zuma: %s\n", Phrase(état).c_str());
+  return état.Complet();
 }
 
 }  // namespace zuma::host

@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -133,7 +134,7 @@ class LigneDeCommande {
     AjouteSimulation(verbe, run_);
     verbe.add_option("--seconds", run_.secondes, "end after that many seconds")
         ->check(CLI::PositiveNumber);
-    verbe.add_option("--csv", run_.csv, "record the sensors on each refresh");
+    verbe.add_option("--csv", run_.csv, "record the sensors on each refresh in a new file");
     verbe
         .add_option("--fault", run_.pannes,
                     "disturb the simulated machine: silence, deaf, garbage, crc, cut, lose, add, "
@@ -215,6 +216,9 @@ class LigneDeCommande {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A file at the size limit of the process is a write that fails, and no reason to leave a machine
+  // under its last set point.
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return LigneDeCommande().Lance(argc, argv);
   } catch (const MauvaisUsage& e) {

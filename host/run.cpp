@@ -25,15 +25,22 @@ constexpr double kPeriodeLignes = 0.5;    // the same on a pipe
 
 class Marche {
  public:
-  Marche(const OptionsRun& options, Machine& machine, const Ref<Recueil>& recueil)
+  Marche(const OptionsRun& options, Machine& machine, const Ref<Recueil>& recueil,
+         Enregistreur* enregistreur)
       : options_(options),
         machine_(machine),
         recueil_(recueil),
         marche_(options.fichier, options.chassis, machine, recueil,
                 LitLesParamètres(options.fichier, options.paramètres),
-                SelonLOption(options.malgréTout)) {
-    if (!options.csv.empty()) enregistreur_.emplace(options.csv, marche_.LeChassis(), Spécimen());
+                SelonLOption(options.malgréTout)),
+        enregistreur_(enregistreur) {
+    if (enregistreur_ != nullptr) enregistreur_->Commence(marche_.LeChassis(), Spécimen());
   }
+  ~Marche() {
+    if (enregistreur_ != nullptr) enregistreur_->Termine();
+  }
+  Marche(const Marche&) = delete;
+  Marche& operator=(const Marche&) = delete;
 
   void Tourne() {
     const double période = terminal_.EstTerminal() ? kPeriodeTerminal : kPeriodeLignes;
@@ -50,10 +57,6 @@ class Marche {
     }
   }
 
-  [[nodiscard]] bool EnregistrementComplet() const {
-    return !enregistreur_ || enregistreur_->Complet();
-  }
-
  private:
   // The frame itself decides when its sensors are due: a recorded line is one refresh of them.
   void Passe(double secondes) {
@@ -62,7 +65,9 @@ class Marche {
     const double départ = timer_->LitMicrosecondes();
     marche_.Passe();
     plusLonguePasse_ = std::max(plusLonguePasse_, (timer_->LitMicrosecondes() - départ) / 1000);
-    if (enregistreur_ && chassis.RafraichissementsEA() != avant) enregistreur_->Note(secondes);
+    if (enregistreur_ != nullptr && chassis.RafraichissementsEA() != avant) {
+      enregistreur_->Note(secondes);
+    }
   }
 
   std::vector<std::pair<std::string, std::string>> Spécimen() const {
@@ -111,14 +116,16 @@ class Marche {
   }
 
   void Montre(double secondes) {
-    const Instantané vue{marche_.LeChassis(),
-                         machine_,
-                         marche_.LaSécurité(),
-                         marche_.LeSuivi(),
-                         secondes,
-                         choisi_,
-                         plusLonguePasse_,
-                         parTouche_ ? NomDePanne(*parTouche_) : std::string_view()};
+    const Instantané vue{
+        marche_.LeChassis(),
+        machine_,
+        marche_.LaSécurité(),
+        marche_.LeSuivi(),
+        secondes,
+        choisi_,
+        plusLonguePasse_,
+        parTouche_ ? NomDePanne(*parTouche_) : std::string_view(),
+        enregistreur_ != nullptr ? std::optional(enregistreur_->Etat()) : std::nullopt};
     if (options_.json) {
       std::printf("%s\n", VueEnJson(vue).c_str());
       std::fflush(stdout);
@@ -135,7 +142,7 @@ class Marche {
   Terminal terminal_;
   ClavierTerminal clavier_;
   ChassisEnMarche marche_;
-  std::optional<Enregistreur> enregistreur_;
+  Enregistreur* enregistreur_;  ///< none: nothing is recorded
   Ref<ZED_Timer> timer_ = machine_.Timer();
   double plusLonguePasse_ = 0;  // milliseconds
   std::optional<sim::GenreDePanne> parTouche_;
@@ -167,17 +174,15 @@ int Run(const OptionsRun& options) {
   const Interruption interruption;
   const auto recueil = Crée<Recueil>();
   const auto machine = LaMachine(options, *recueil);
-  bool complet = true;
-  {
-    Marche marche(options, *machine, recueil);
-    marche.Tourne();
-    complet = marche.EnregistrementComplet();
+  std::optional<Enregistreur> enregistreur;
+  if (!options.csv.empty()) {
+    using Retard = Enregistreur::Retard;
+    enregistreur.emplace(options.csv, options.auPlusVite ? Retard::Attend : Retard::Perd);
   }
+  // The outputs are at rest before anything waits for the disk.
+  Marche(options, *machine, recueil, enregistreur ? &*enregistreur : nullptr).Tourne();
+  const bool complet = !enregistreur || FermeEtDit(*enregistreur);
   machine->Rapporte(*recueil);
-  if (!complet) {
-    std::fprintf(stderr, "zuma: %s is incomplete: the disk did not take all lines\n",
-                 options.csv.c_str());
-  }
   if (!machine->Fini().empty()) {
     std::fprintf(stderr, "zuma: the process ends here: %s\n", std::string(machine->Fini()).c_str());
   }

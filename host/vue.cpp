@@ -150,6 +150,16 @@ void AjouteLArrêt(const Instantané& vue, const Terminal& terminal,
   }
 }
 
+nlohmann::ordered_json EnJson(const EtatDEnregistrement& état) {
+  nlohmann::ordered_json json{{"file", état.fichier},
+                              {"stopped", état.erreur != 0},
+                              {"rows", état.écrites},
+                              {"rows_waiting", état.enAttente},
+                              {"rows_lost", état.perdues}};
+  if (état.erreur != 0) json["reason"] = Raison(état.erreur);
+  return json;
+}
+
 template <class Travail>
 void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
   for (const CarteRef& carte : *chassis.Cartes()) {
@@ -171,6 +181,12 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
       terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
   if (!vue.panne.empty()) {
     lignes.back() += terminal.Colore("   fault: " + std::string(vue.panne), Ton::Attention);
+  }
+  if (vue.enregistrement) {
+    const Ton ton = vue.enregistrement->erreur != 0    ? Ton::Danger
+                    : vue.enregistrement->perdues != 0 ? Ton::Attention
+                                                       : Ton::Discret;
+    lignes.push_back(terminal.Colore(Phrase(*vue.enregistrement), ton));
   }
   AjouteLArrêt(vue, terminal, lignes);
   std::int32_t rangCapteur = 0;
@@ -196,6 +212,7 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
   std::vector<std::string> lignes;
   const std::string heure = Secondes(vue.secondes);
   lignes.push_back(heure + " | longest pass | " + Millisecondes(vue.plusLonguePasse));
+  if (vue.enregistrement) lignes.push_back(heure + " | recording | " + Phrase(*vue.enregistrement));
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
     lignes.push_back(heure + " | stop | " + cause.texte);
   }
@@ -229,6 +246,7 @@ std::string VueEnJson(const Instantané& vue) {
   nlohmann::ordered_json json{{"time_s", vue.secondes},
                               {"frame", vue.chassis.Nom()},
                               {"longest_pass_ms", vue.plusLonguePasse}};
+  if (vue.enregistrement) json["recording"] = EnJson(*vue.enregistrement);
   auto& causes = json["stop_causes"] = nlohmann::ordered_json::array();
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) causes.push_back(cause.texte);
   auto& sorties = json["stop_outputs"] = nlohmann::ordered_json::array();

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/chassis.h"
+#include "host/ecrivain.h"
 #include "host/machine.h"
 #include "host/suivi_de_l_arret.h"
 #include "host/terminal.h"
@@ -22,6 +24,7 @@ struct Instantané {
   std::int32_t capteurChoisi;  ///< rank, from 0
   double plusLonguePasse;      ///< milliseconds, since the start
   std::string_view panne{};    ///< fault put on by hand; empty for none
+  std::optional<EtatDEnregistrement> enregistrement{};  ///< none: nothing is recorded
 };
 
 /// The frame as a person watches it: stop, sensors, then boards, blocks and channels.

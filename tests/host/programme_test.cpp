@@ -253,7 +253,6 @@ TEST_F(LeProgramme, EnregistreChaqueRafraîchissement) {
   const auto description = nlohmann::json::parse(essai::Lit(csv + ".json"));
   EXPECT_EQ(description["sensors"].size(), static_cast<std::size_t>(colonnes));
   EXPECT_EQ(description["specimen"]["parameter 5"], "50");
-  EXPECT_EQ(Lance({"run", Base(), "--sim", "--csv", dossier.Fichier("absent/x.csv")}).code, 2);
 }
 
 TEST_F(LeProgramme, DitALaFinCeQuiAEchouéEtSertLeReste) {
