@@ -64,9 +64,10 @@ void LitLRPC(Canal& canal) {
     return;
   }
   if (tampon.reçu == kSansPoids || tampon.reçu.size() <= kLRPCMinimum) return;
-  const double gardée = canal.ValeurCanal() * kMillièmes;
-  canal.ValeurCanal(trames_serie::DecortiqueBuffer_dbl(tampon.reçu, gardée) / kMillièmes);
-  tampon.reçu.clear();
+  const auto lue = trames_serie::PremièreTrame(tampon.reçu);
+  if (lue) canal.ValeurCanal(*lue / kMillièmes);
+  // What is no frame may end with the beginning of one.
+  tampon.reçu.erase(0, lue ? Octets::npos : tampon.reçu.size() - trames_serie::kLongueurLRPC + 1);
 }
 
 // A listener that came in the midst of a frame finds its place again byte by byte: nothing parts

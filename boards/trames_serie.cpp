@@ -22,7 +22,9 @@ bool EstChiffre(char c) noexcept {
 std::optional<double> NombreDuChamp(std::string_view champ) noexcept {
   const auto fin = champ.find_last_of("0123456789");
   double nombre = 0;
-  if (fin == std::string_view::npos || !LitNombre(champ.substr(0, fin + 1), nombre)) return {};
+  if (fin == std::string_view::npos || !LitNombreSigné(champ.substr(0, fin + 1), nombre)) {
+    return {};
+  }
   return nombre;
 }
 
@@ -58,49 +60,62 @@ LigneMETRO DécodeLigne(std::string_view ligne, const FormeMETRO& forme) noexcep
   lue.mesure = ligne.substr(forme.code, kLongueurCode) == "MW";
   if (EstChiffre(ligne.front())) lue.canal = ligne.front() - '0';
   double nombre = 0;
-  if (LitNombre(ligne.substr(forme.valeur, kLongueurValeur), nombre)) lue.valeur = nombre;
+  if (LitNombreSigné(ligne.substr(forme.valeur, kLongueurValeur), nombre)) lue.valeur = nombre;
   return lue;
 }
 
 }  // namespace
 
-double DecortiqueUneTrame_dbl(std::string_view trame) noexcept {
-  std::array<double, 8> chiffres{};
+std::optional<double> DecortiqueUneTrame_dbl(std::string_view trame) noexcept {
+  if (trame.size() != kLongueurLRPC) return {};
+  double valeur = 0;
+  unsigned vus = 0;  // one bit for each place, then one for the sign
   bool négative = false;
   for (const char c : trame) {
     const auto octet = static_cast<std::uint8_t>(c);
-    if (octet == kPositive) continue;
-    if (octet == kNégative) {
-      négative = true;
+    const bool signe = octet == kPositive || octet == kNégative;
+    const std::size_t place = signe ? kPlacesLRPC : octet / 32U;
+    const unsigned chiffre = octet & 0x0FU;
+    if (!signe && (place >= kPlacesLRPC || chiffre > 9)) return {};
+    if ((vus >> place & 1U) != 0) return {};
+    vus |= 1U << place;
+    if (signe) {
+      négative = octet == kNégative;
     } else {
-      chiffres[octet / 32] = octet & 0x0F;
+      valeur += chiffre * kPuissances[place];
     }
   }
-  double valeur = 0;
-  for (std::size_t i = 0; i < kPlacesLRPC; ++i) valeur += chiffres[i] * kPuissances[i];
   return négative ? -valeur : valeur;
 }
 
+std::optional<double> PremièreTrame(std::string_view texte) noexcept {
+  std::optional<double> lue;
+  for (; !lue && texte.size() >= kLongueurLRPC; texte.remove_prefix(1)) {
+    lue = DecortiqueUneTrame_dbl(texte.substr(0, kLongueurLRPC));
+  }
+  return lue;
+}
+
 double DecortiqueBuffer_dbl(std::string_view texte, double gardée) noexcept {
-  if (texte.size() < kLongueurLRPC) return gardée;
-  return DecortiqueUneTrame_dbl(texte.substr(0, kLongueurLRPC));
+  return PremièreTrame(texte).value_or(gardée);
 }
 
 std::optional<double> DecortiqueUneTrameDEXAL_dbl(std::string_view trame) noexcept {
   double valeur = 0;
   double diviseur = 1;
   std::size_t places = 0;
-  bool négative = false;
+  std::optional<bool> négative;
   bool fini = false;  // nothing but blanks and the sign stand before the number
   for (std::size_t i = trame.size(); i > 1; --i) {
     const char c = trame[i - 1];
-    if (c == '+' || c == '-' || c == ' ') {
-      négative = négative || c == '-';
+    if (c == '+' || c == '-') {
+      if (négative) return {};
+      négative = c == '-';
+    } else if (c == ' ') {
       fini = true;
-      continue;
-    }
-    if (fini || places == kPuissances.size()) return {};
-    if ((c == '.' || c == ',') && diviseur == 1) {
+    } else if (fini || places == kPuissances.size()) {
+      return {};
+    } else if ((c == '.' || c == ',') && diviseur == 1) {
       diviseur = kPuissances[places];
     } else if (EstChiffre(c)) {
       valeur += (c - '0') * kPuissances[places++];
@@ -110,7 +125,7 @@ std::optional<double> DecortiqueUneTrameDEXAL_dbl(std::string_view trame) noexce
   }
   if (places == 0) return {};
   valeur /= diviseur;
-  return négative ? -valeur : valeur;
+  return négative.value_or(false) ? -valeur : valeur;
 }
 
 double DecortiqueBufferDEXAL_dbl(std::string_view texte, double gardée) noexcept {

@@ -12,14 +12,17 @@
 namespace zuma::trames_serie {
 
 /// LRPC frame, 6 bytes in any order: 0xA4 positive, 0xA8 negative; any other byte has its place
-/// (0 the units, to 4) in its top 3 bits and its digit in the low 4.
+/// (0 the units, to 4) in its top 3 bits and its digit in the low 4. None unless the sign and each
+/// place stand there once: a frame that lost a byte must not be read without its digit.
 inline constexpr std::size_t kLongueurLRPC = 6;
-[[nodiscard]] double DecortiqueUneTrame_dbl(std::string_view trame) noexcept;
-/// Value of the first whole frame of `texte`, in thousandths; `gardée` when there is none.
+[[nodiscard]] std::optional<double> DecortiqueUneTrame_dbl(std::string_view trame) noexcept;
+/// Value of the first frame of `texte`, in thousandths, wherever it begins; none without a frame.
+[[nodiscard]] std::optional<double> PremièreTrame(std::string_view texte) noexcept;
+/// The same; `gardée` when there is none.
 [[nodiscard]] double DecortiqueBuffer_dbl(std::string_view texte, double gardée) noexcept;
 
-/// DEXAL frame, 9 characters, of which the first two are not looked at: from the end, up to six
-/// digits with a point or comma among them, then blanks and a sign.
+/// DEXAL frame, 9 characters, of which the first two are not looked at: up to six digits with a
+/// point or comma among them, blanks before them alone, and a sign anywhere.
 inline constexpr std::size_t kLongueurDEXAL = 9;
 /// Value of a frame without its first character; none when it holds anything else.
 [[nodiscard]] std::optional<double> DecortiqueUneTrameDEXAL_dbl(std::string_view trame) noexcept;

@@ -117,6 +117,17 @@ bool LitNombre(std::string_view texte, double& nombre) noexcept {
   return true;
 }
 
+bool LitNombreSigné(std::string_view texte, double& nombre) noexcept {
+  const std::string_view t = SansBlancs(texte);
+  const bool blancs = t.size() > 1 && (t[0] == '+' || t[0] == '-') && t[1] == ' ';
+  if (!blancs) return LitNombre(t, nombre);
+  const std::string_view chiffres = SansBlancs(t.substr(1));
+  if (chiffres.starts_with('+') || chiffres.starts_with('-')) return false;
+  if (!LitNombre(chiffres, nombre)) return false;
+  if (t[0] == '-') nombre = -nombre;
+  return true;
+}
+
 std::string TexteDeNombre(double nombre, char séparateur) {
   constexpr int kChiffres = 15;
   std::array<char, 40> tampon{};

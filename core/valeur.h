@@ -63,6 +63,9 @@ inline constexpr int kVrai = -1;
 /// False when the text is anything else.
 [[nodiscard]] bool LitNombre(std::string_view texte, double& nombre) noexcept;
 
+/// The same number as instruments send it: there may be blanks between its sign and its digits.
+[[nodiscard]] bool LitNombreSigné(std::string_view texte, double& nombre) noexcept;
+
 /// A number as shown to people: up to 15 significant digits, `séparateur` between units and
 /// decimals, no thousands separator.
 [[nodiscard]] std::string TexteDeNombre(double nombre, char séparateur = ',');

@@ -3,7 +3,6 @@
 #include <utility>
 #include <vector>
 
-#include "core/outils_communs.h"
 #include "instruments/trames_gram.h"
 
 namespace zuma {
@@ -31,8 +30,15 @@ bool BalanceGram_CLASS::PortUtilisable() const {
   return port_->PortExiste() && port_->PortConfiguré();
 }
 
+// What came before belongs to another line, or to this one before it was cut: it ends here, so that
+// the half of a record finds no other half.
+void BalanceGram_CLASS::Configure(const std::string& réglages) {
+  if (!tampon_.empty()) tampon_ = trames_gram::kFin;
+  port_->ConfigurePort(réglages, true);
+}
+
 bool BalanceGram_CLASS::TestPort(const std::string& Settings_str) {
-  port_->ConfigurePort(Settings_str, true);
+  Configure(Settings_str);
   if (!PortUtilisable()) return false;
   plateforme_.horloge->Dort(kEcoute);
   return trames_gram::ContientUnEnregistrement(port_->LitEntrée());
@@ -40,7 +46,7 @@ bool BalanceGram_CLASS::TestPort(const std::string& Settings_str) {
 
 bool BalanceGram_CLASS::Initialise(std::string Settings_str, bool AvecRechercheAuto) {
   réglagesDonnés_ = Settings_str;
-  port_->ConfigurePort(Settings_str, true);
+  Configure(Settings_str);
   const bool utilisable = PortUtilisable();
   if (utilisable) {
     BalanceConnectee_ = true;
@@ -62,7 +68,7 @@ void BalanceGram_CLASS::DemandeLePort(std::string& réglages) {
   }
   if (!réglages.empty()) {
     réglagesDonnés_ = réglages;
-    port_->ConfigurePort(réglages, true);
+    Configure(réglages);
     BalanceConnectee_ = true;
     return;
   }
@@ -94,9 +100,9 @@ void BalanceGram_CLASS::Ecoute() {
 }
 
 void BalanceGram_CLASS::Accepte() {
-  const Valeur nombre = OutilsCommuns::LitChampSûr(Valeur(trames_gram::TexteDuNombre(tampon_)));
-  if (EstNul(nombre)) return;
-  mdblValeurCourante = VersDouble(nombre);
+  const std::optional<double> nombre = trames_gram::Nombre(tampon_);
+  if (!nombre) return;
+  mdblValeurCourante = *nombre;
   unité_.assign(tampon_, trames_gram::kLongueurNombre, trames_gram::kLongueurUnité);
 }
 

@@ -34,6 +34,7 @@ class BalanceGram_CLASS : public TesteurDePort {
 
  private:
   [[nodiscard]] bool PortUtilisable() const;
+  void Configure(const std::string& réglages);
   void DemandeLePort(std::string& réglages);
   void Ecoute();
   void Accepte();

@@ -1,6 +1,8 @@
 #include "instruments/laser_eir.h"
 
 #include <array>
+#include <cmath>
+#include <utility>
 
 namespace zuma {
 namespace {
@@ -13,7 +15,15 @@ constexpr double kAttente = 100'000;  // microseconds
 constexpr std::int32_t kReprises = 3;
 constexpr std::int32_t kEssaisSynchrones = 3;
 constexpr std::int32_t kMesuresParEtat = 10;
+constexpr std::size_t kOctetsDeMesure = 3;
+constexpr double kBouge = 200;      // counts from one measure to the next that prove nothing
+constexpr double kSilence = 2'000;  // microseconds; a byte at 9600 bits per second takes half of it
 constexpr std::array kEtatsLus{ReadLaserState, ReadEcho, ReadZero};
+constexpr std::size_t kOctetsDEtat = 3;  // letter, digit, colon
+
+std::size_t Suivant(std::size_t état) {
+  return (état + 1) % kEtatsLus.size();
+}
 
 }  // namespace
 
@@ -30,6 +40,7 @@ void LASER_EIR::Demande(EnumEIRCommande commande, std::string_view valeur) {
   paquet_.PacketClear();
   paquet_.CommandToSend = commande;
   paquet_.ValueToSend = valeur;
+  suspecteDepuis_.reset();
   EnvoiePaquet();
 }
 
@@ -43,8 +54,11 @@ void LASER_EIR::EnvoiePaquet() {
   }
 }
 
-void LASER_EIR::TraiteRéponse() {
+void LASER_EIR::Relève() {
   paquet_.ReceivedValue += MaComm_->LitEntrée();
+}
+
+void LASER_EIR::TraiteRéponse() {
   const trames_laser::Echange* échange = trames_laser::EchangeDe(commande_);
   if (échange == nullptr || échange->incomplète(paquet_.ReceivedValue.size())) return;
   if (échange->prêtDAvance) CommState_ = Pret;
@@ -52,9 +66,45 @@ void LASER_EIR::TraiteRéponse() {
     CommState_ = EnErreur;
     return;
   }
+  const double avant = lu_.ReadValue;
   échange->prend(paquet_.ValueToSend, paquet_.ReceivedValue, lu_);
+  if (commande_ == ReadDataBinary) dernierPas_ = std::abs(lu_.ReadValue - avant);
   CommState_ = Pret;
   Timeout_ = false;
+}
+
+// What comes behind a question without answer may belong to that one, and nothing in a measure
+// tells: each answer behind it would be taken for that of the next question, for ever. The answer
+// to a state names it. The laser answers in order, so that with it all that was late has passed.
+void LASER_EIR::TraiteDansLeDoute(double maintenant) {
+  Octets& reçus = paquet_.ReceivedValue;
+  const trames_laser::Echange* échange = trames_laser::EchangeDe(commande_);
+  if (reçus.empty() || échange == nullptr) return;
+  if (!std::exchange(entendu_, true)) repère_ = sélecteur_;
+  if (commande_ == ReadDataBinary) {
+    if (reçus.size() < kOctetsDeMesure || EstSuspecte(maintenant)) return;
+    TraiteRéponse();
+    CommState_ = Pret;
+    return;
+  }
+  if (reçus.size() > kOctetsDEtat) reçus.erase(0, reçus.size() - kOctetsDEtat);
+  if (échange->incomplète(reçus.size()) || !échange->valide(*échange, reçus)) return;
+  TraiteRéponse();
+  enDoute_ = entendu_ = false;
+}
+
+// A byte that the laser did not send puts each measure behind it one byte off, with nothing to tell
+// it but a fourth byte. A measure that is far from what the last ones promise waits for that byte.
+bool LASER_EIR::EstSuspecte(double maintenant) {
+  if (commande_ != ReadDataBinary || paquet_.ReceivedValue.size() < kOctetsDeMesure) return false;
+  if (paquet_.ReceivedValue.size() > kOctetsDeMesure) {
+    Timeout_ = true;
+    return false;
+  }
+  const double pas = std::abs(trames_laser::DécodeMesure(paquet_.ReceivedValue) - lu_.ReadValue);
+  if (pas <= kBouge + 2 * dernierPas_ || pas == std::abs(lu_.ReadValue)) return false;
+  if (!suspecteDepuis_) suspecteDepuis_ = maintenant;
+  return maintenant - *suspecteDepuis_ < kSilence;
 }
 
 // Hazard: nothing bounds the wait for `Pret`. On one thread nobody ends an exchange that is in
@@ -65,9 +115,11 @@ bool LASER_EIR::CommandeSynchrone(EnumEIRCommande commande, std::string_view val
     Demande(commande, valeur);
     const double envoi = TimerExact_->LitMicrosecondes();
     do {
+      Relève();
       TraiteRéponse();
       if (CommState_ == Pret) return true;
     } while (TimerExact_->LitMicrosecondes() - envoi < kAttente);
+    NoteLeSilence();
     CommState_ = Pret;
   }
   return false;
@@ -81,6 +133,12 @@ void LASER_EIR::Initialise(std::int32_t DistanceCible_lng) {
   CommandeSynchrone(WriteZero, "0");
 }
 
+// An answer that came, whole or not, is not still on its way.
+void LASER_EIR::NoteLeSilence() {
+  enDoute_ = enDoute_ || paquet_.ReceivedValue.empty();
+  Timeout_ = Timeout_ || entendu_;
+}
+
 void LASER_EIR::Refresh() {
   if (CommState_ == EnErreur) {
     CommState_ = Pret;
@@ -88,6 +146,7 @@ void LASER_EIR::Refresh() {
   }
   const double maintenant = TimerExact_->LitMicrosecondes();
   if (!TientLePort(maintenant)) return;
+  if (CommState_ == Pret) (void)MaComm_->LitEntrée();  // the rest of a wrong answer
   const bool reprise = CommState_ == EnCommunication && ResteSansRéponse(maintenant);
   if (CommState_ == Pret) DemandeLaSuite(maintenant, reprise);
 }
@@ -102,8 +161,14 @@ bool LASER_EIR::TientLePort(double maintenant) {
 
 // True when the time is over and the request is to be made again; the fourth time is an error.
 bool LASER_EIR::ResteSansRéponse(double maintenant) {
-  TraiteRéponse();
+  Relève();
+  if (enDoute_) {
+    TraiteDansLeDoute(maintenant);
+  } else if (!EstSuspecte(maintenant)) {
+    TraiteRéponse();
+  }
   if (CommState_ != EnCommunication || maintenant - dernierInstant_ < kAttente) return false;
+  NoteLeSilence();
   const bool reprise = reprises_ < kReprises;
   ++reprises_;
   CommState_ = reprise ? Pret : EnErreur;
@@ -111,21 +176,29 @@ bool LASER_EIR::ResteSansRéponse(double maintenant) {
   return reprise;
 }
 
+// Behind a late answer states are asked until one of them tells where the laser is; each time
+// another one, so that a late answer is not taken for it. That moves no count.
+//
 // A retry moves no count and goes by the counts as they stand: behind the tenth measure it asks a
 // state, behind a state a measure.
 void LASER_EIR::DemandeLaSuite(double maintenant, bool reprise) {
   dernierInstant_ = maintenant;
   if (!reprise) reprises_ = 0;
+  if (entendu_) {
+    repère_ = Suivant(repère_);
+    Demande(kEtatsLus[repère_]);
+    return;
+  }
   if (cycle_ < kMesuresParEtat) {
     if (!reprise) ++cycle_;
     Demande(ReadDataBinary);
     return;
   }
   if (!reprise) {
-    sélecteur_ = (sélecteur_ + 1) % static_cast<std::int32_t>(kEtatsLus.size());
+    sélecteur_ = Suivant(sélecteur_);
     cycle_ = 0;
   }
-  Demande(kEtatsLus[static_cast<std::size_t>(sélecteur_)]);
+  Demande(kEtatsLus[sélecteur_]);
 }
 
 // The reply cannot be there yet, so the unit kept is what is known.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,7 +43,8 @@ class LASER_EIR {
   void MaComm(Ref<PortInstrument> liaison) { MaComm_ = std::move(liaison); }
   [[nodiscard]] const Ref<PortInstrument>& MaComm() const { return MaComm_; }
   [[nodiscard]] EnumEtatCommExtenso CommState() const { return CommState_; }
-  /// True from the fourth try without an answer until the next right reply.
+  /// True from the fourth try without an answer until the next right reply, and so while it is not
+  /// known whose answer comes, or behind one with too many bytes.
   [[nodiscard]] bool Timeout() const { return Timeout_; }
   /// `Pret` gives up the exchange in progress.
   void CommState(EnumEtatCommExtenso état) { CommState_ = état; }
@@ -64,7 +67,9 @@ class LASER_EIR {
   /// while an exchange is in progress: `CommState` must be `Pret`.
   void Initialise(std::int32_t DistanceCible_lng);
   /// One step: opens a closed port, once a second at most; takes what arrived; sends the next
-  /// request. Ten measures are asked, then one state in its turn.
+  /// request. Ten measures are asked, then one state in its turn. A measure that jumps is taken one
+  /// step later, when no further byte shows that the bytes before it were not its own. Behind a
+  /// late answer a state is asked, whose answer cannot be taken for another.
   void Refresh();
   /// Sends a laser state, without waiting.
   void EnvoieLaserState(EnumState état);
@@ -82,7 +87,11 @@ class LASER_EIR {
   void LastError(std::string texte);
   void Demande(EnumEIRCommande commande, std::string_view valeur = {});
   void EnvoiePaquet();
+  void Relève();
   void TraiteRéponse();
+  void TraiteDansLeDoute(double maintenant);
+  [[nodiscard]] bool EstSuspecte(double maintenant);
+  void NoteLeSilence();
   bool CommandeSynchrone(EnumEIRCommande commande, std::string_view valeur);
   [[nodiscard]] bool TientLePort(double maintenant);
   [[nodiscard]] bool ResteSansRéponse(double maintenant);
@@ -106,7 +115,12 @@ class LASER_EIR {
   double dernierInstant_ = 0;  ///< of the last request or opening, microseconds
   std::int32_t reprises_ = 0;
   std::int32_t cycle_ = 0;  ///< measures asked since the last state
-  std::int32_t sélecteur_ = 0;
+  std::size_t sélecteur_ = 0;
+  bool enDoute_ = false;    ///< a question had no answer yet
+  bool entendu_ = false;    ///< something came since: whose it is must be found out
+  std::size_t repère_ = 0;  ///< state that is asked for that
+  double dernierPas_ = std::numeric_limits<double>::infinity();  ///< of the measure, counts
+  std::optional<double> suspecteDepuis_;  ///< instant at which a measure that jumps was there
 };
 
 }  // namespace zuma

@@ -1,11 +1,8 @@
 #include "instruments/trames_gram.h"
 
-#include <algorithm>
-
 namespace zuma::trames_gram {
 namespace {
 
-constexpr std::string_view kFin = "\r\n";
 // Longer than a record, so that nothing is lost of one that is still coming.
 constexpr std::size_t kTexteGardé = 64;
 
@@ -25,11 +22,10 @@ bool ExtraitEnregistrement(Octets& tampon) {
   return true;
 }
 
-std::string TexteDuNombre(std::string_view enregistrement) {
-  std::string nombre(enregistrement.substr(0, kLongueurNombre));
-  if (!nombre.starts_with('+') && !nombre.starts_with('-')) return nombre;
-  nombre.erase(1, std::min(nombre.find_first_not_of(' ', 1), nombre.size()) - 1);
-  return nombre;
+std::optional<double> Nombre(std::string_view enregistrement) noexcept {
+  double nombre = 0;
+  const bool lu = LitNombreSigné(enregistrement.substr(0, kLongueurNombre), nombre);
+  return lu ? std::optional(nombre) : std::nullopt;
 }
 
 bool ContientUnEnregistrement(std::string_view reçus) noexcept {

@@ -11,6 +11,7 @@
 /// functions on the bytes, nothing here fails.
 namespace zuma::trames_gram {
 
+inline constexpr std::string_view kFin = "\r\n";
 inline constexpr std::size_t kLongueurNombre = 8;
 inline constexpr std::size_t kLongueurUnité = 2;
 inline constexpr std::size_t kLongueurEnregistrement = kLongueurNombre + kLongueurUnité;
@@ -21,8 +22,9 @@ inline constexpr std::size_t kLongueurEnregistrement = kLongueurNombre + kLongue
 /// kept to its last part.
 [[nodiscard]] bool ExtraitEnregistrement(Octets& tampon);
 
-/// The number's characters of a record, without the blanks between sign and digits.
-[[nodiscard]] std::string TexteDuNombre(std::string_view enregistrement);
+/// The number of a record, with or without blanks between its sign and its digits; none when it
+/// cannot be read.
+[[nodiscard]] std::optional<double> Nombre(std::string_view enregistrement) noexcept;
 
 /// True when a terminator follows the first "+", or without any the first "-", by exactly one
 /// record. Nothing else is looked at.

@@ -38,6 +38,7 @@ void Canal::LitLigne(const Recordset& ligne, Valeur& vData) {
       kStatusID,
   }};
   static constexpr Colonne kFréquence{"Canal en fréquence", &LitBooléen<&C::mblnCanalEnFréquence>};
+  static constexpr Colonne kSigné{"ModBus - Registre signé", &LitBooléen<&C::registreSigné_>};
   // A field found by walking, skipped when missing, Null or empty.
   const auto cherche = [&](const Colonne& colonne) {
     const Valeur* champ = ChercheChamp(ligne, colonne.nom);
@@ -58,6 +59,7 @@ void Canal::LitLigne(const Recordset& ligne, Valeur& vData) {
   cherche(kStatusID);
   mblnCanalEnFréquence = false;
   cherche(kFréquence);
+  cherche(kSigné);
 }
 
 // The driver is looked for behind "Status ID": a table without that column keeps the block's

@@ -129,6 +129,8 @@ class Canal : public Objet {
   [[nodiscard]] bool PrendLaBaisse() noexcept { return std::exchange(baissée_, false); }
   /// This analog output is a frequency output.
   [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
+  /// The words of this Modbus input are numbers with a sign, -32768 to 32767, and not 0 to 65535.
+  [[nodiscard]] bool RegistreSigné() const { return registreSigné_; }
   /// False makes `MetàJour` do nothing; the value stays.
   void EnService(bool enService) { mblnEnService = enService; }
   [[nodiscard]] bool EnService() const { return mblnEnService; }
@@ -165,6 +167,7 @@ class Canal : public Objet {
   std::int32_t mlngAdresse = 0;
   std::string mstrNuméroDeSérie;
   bool mblnCanalEnFréquence = false;
+  bool registreSigné_ = false;
   ENUM_TYPE_FONCTION musrTypeCanal = ENUM_TYPE_FONCTION::FctAucune;
   ENUM_DRIVER musrDriver = ENUM_DRIVER::DrvAucun;
   std::int16_t mintNode = 0;

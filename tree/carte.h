@@ -84,6 +84,8 @@ class Carte : public Objet {
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
+  /// Time that a Modbus slave of the board has for its answer, the limit included, in milliseconds.
+  [[nodiscard]] double TimeOutModbus() const { return TimeOutModbus_; }
   /// Keeps the settings that an instrument ended up with for the board's next start, and writes
   /// them to its row for the next load.
   void EnregistreConfiguration(const std::string& réglages);
@@ -101,6 +103,7 @@ class Carte : public Objet {
   };
 
   void DécodeConfiguration();
+  void LitTimeOut(const Valeur& valeur);
   void DébuteSurLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
   void PoursuitLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain);
   void Débute(const FonctionRef& fonction);
@@ -118,6 +121,7 @@ class Carte : public Objet {
   std::string Configuration_;
   RéglagesLigne réglages_;  ///< read from `Configuration_`
   std::int32_t mintConsigneRampe = 5;
+  double TimeOutModbus_ = 50;
   std::string mstrConfigEIR;
   ParamètresRef MesParametres_;
   Ref<ZED_Parametre> mobjParamEIR_;

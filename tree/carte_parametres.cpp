@@ -13,6 +13,8 @@ namespace {
 
 constexpr FormeDeLigne kForme{.dernierPort = 20, .vitesseDePlus = 1'953'125};
 constexpr std::int32_t kRampeParDéfaut = 5;
+constexpr double kTimeOutMinimal = 1;  // milliseconds
+constexpr double kTimeOutMaximal = 10'000;
 
 }  // namespace
 
@@ -36,6 +38,8 @@ void Carte::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
       Configuration_ = VersTexte(*configuration);
     }
     if (!Configuration_.empty()) DécodeConfiguration();
+    const Valeur* timeOut = ChercheChamp(ligne, "ModBus - Time-out");
+    if (timeOut != nullptr && !EstNulOuVide(*timeOut)) LitTimeOut(*timeOut);
     const Valeur* eir = ChercheChamp(ligne, "Config EIR");
     if (eir != nullptr && !EstNul(*eir)) mstrConfigEIR = VersTexte(*eir);
   });
@@ -57,6 +61,17 @@ void Carte::DécodeConfiguration() {
         "Configuration ModBus", [&] { return VersDouble(Valeur(std::string(champs.back()))); });
     mintConsigneRampe = VersEntier32(std::trunc(rampe * 10));
   }
+}
+
+void Carte::LitTimeOut(const Valeur& valeur) {
+  const Valeur nombre = OutilsCommuns::LitChampSûr(valeur);
+  const double lu = EstNul(nombre) ? 0 : VersDouble(nombre);
+  if (lu >= kTimeOutMinimal && lu <= kTimeOutMaximal) {
+    TimeOutModbus_ = lu;
+    return;
+  }
+  Montre("'ModBus - Time-out' of card '" + NomDeLaCarte_ + "' is '" + VersTexte(valeur) +
+         "': 1 to 10000 ms expected. Default time-out: 50 ms");
 }
 
 }  // namespace zuma

@@ -12,10 +12,12 @@ namespace zuma {
 /// microseconds.
 class Doute {
  public:
-  /// The question sent at `envoi` has ended without its own answer. A slave that was heard
+  /// The question sent at `envoi` has ended without its own answer, `attente` being the time-out of
+  /// its board: the longer that is, the later an answer may come. A slave that was heard
   /// meanwhile is slow and not dead: while it works it hears nothing, and is left alone from now
   /// on.
-  void SansRéponse(double envoi, double maintenant) noexcept {
+  void SansRéponse(double envoi, double maintenant, double attente = 0) noexcept {
+    calmeMaximal_ = std::max(kCalmeMaximal, kAttentes * attente);
     if (!depuis_) depuis_ = envoi;
     if (entendu_) entendu_ = maintenant;
   }
@@ -32,12 +34,12 @@ class Doute {
   }
   /// True while the slave is left alone. The doubt ends with that time; without a word from the
   /// slave it lasts, and nothing is held up. A line that never falls silent is asked again after
-  /// two seconds, in doubt as before.
+  /// two seconds or more, in doubt as before.
   [[nodiscard]] bool Attend(double maintenant) noexcept {
     if (!entendu_) return false;
     if (EstReposé(maintenant)) {
       *this = {};
-    } else if (maintenant - laissé_ > kBavardage) {
+    } else if (maintenant - laissé_ > kCalmes * calmeMaximal_) {
       entendu_.reset();
     }
     return entendu_.has_value();
@@ -46,14 +48,16 @@ class Doute {
  private:
   static constexpr double kCalmeMinimal = 100'000;
   static constexpr double kCalmeMaximal = 500'000;
-  static constexpr double kBavardage = 2'000'000;
+  static constexpr double kAttentes = 10;  ///< time-outs that a late answer may take
+  static constexpr double kCalmes = 4;     ///< rests that a line which is never silent may take
   [[nodiscard]] double Calme() const noexcept {
-    return std::clamp(*entendu_ - *depuis_, kCalmeMinimal, kCalmeMaximal);
+    return std::clamp(*entendu_ - *depuis_, kCalmeMinimal, calmeMaximal_);
   }
 
   std::optional<double> depuis_;   ///< sending of the first question without answer
   std::optional<double> entendu_;  ///< last word since
   double laissé_ = 0;              ///< first of these words
+  double calmeMaximal_ = kCalmeMaximal;
 };
 
 }  // namespace zuma

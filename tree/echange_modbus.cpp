@@ -1,8 +1,13 @@
 #include "tree/echange_modbus.h"
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 #include "core/echec.h"
 #include "core/outils_communs.h"
 #include "core/outils_modbus.h"
+#include "core/poursuite.h"
 #include "tree/carte.h"
 #include "tree/fonction.h"
 
@@ -13,29 +18,94 @@ using OutilsModbus::FormeValeurs;
 using OutilsModbus::Résultat;
 using OutilsModbus::Valeurs;
 
-constexpr double kAttenteMaximale = 50;  // milliseconds, the limit included
 constexpr std::int32_t kErreursTolérées = 9;
-constexpr std::int32_t kEcritureDeMots = 0x10;
 constexpr std::int16_t kCanalErreur = -1;
 
-template <class Travail>
-void PourChaqueCanal(const Fonction& bloc, Travail&& travail) {
-  for (const CanalRef& canal : bloc.LesCanaux()) {
-    if (canal->NuméroCanal() != kCanalErreur) travail(canal);
-  }
+// The functions that write: what one carries, and how many of them.
+struct Ecriture {
+  std::int32_t fonction;
+  bool bobines;  ///< coils, and not registers
+  bool seule;    ///< one channel a write, and not the whole block
+};
+constexpr std::array<Ecriture, 4> kEcritures{{
+    {5, true, true},
+    {6, false, true},
+    {15, true, false},
+    {16, false, false},
+}};
+
+bool EstVoie(const CanalRef& canal) {
+  return canal->NuméroCanal() != kCanalErreur;
 }
 
-Valeurs DonnéesAEcrire(const Fonction& bloc, SortiesEnvoyées& sorties) {
+// A channel that fails is told after the others had their turn.
+template <class Travail>
+void PourChaqueCanal(const Fonction& bloc, Travail&& travail) {
+  Poursuite chacun;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    if (EstVoie(canal)) chacun([&] { travail(canal); });
+  }
+  chacun.Termine();
+}
+
+bool EstLogique(const Fonction& bloc) {
+  return bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctEntréesLogiques ||
+         bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
+}
+
+bool EstSortie(const Fonction& bloc) {
+  return bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques ||
+         bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
+}
+
+const Ecriture* EcritureDe(const Fonction& bloc) {
+  const auto* écriture = std::ranges::find(kEcritures, bloc.ModbusFonction(), &Ecriture::fonction);
+  return écriture == kEcritures.end() || !EstSortie(bloc) ? nullptr : écriture;
+}
+
+// What a coil or register takes: a coil anything but 0 as on, a register of a logic output 1 for
+// on.
+std::uint16_t Mot(const Canal& canal, const Ecriture& écriture) {
+  const double valeur = canal.ValeurCanal();
+  if (std::isnan(valeur)) throw Echec(Numéro::Dépassement);
+  const bool logique = canal.TypeCanal() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
+  if (écriture.bobines || logique) return valeur != 0 ? 1 : 0;
+  return OutilsModbus::Registre(valeur);
+}
+
+/// What a question says of registers.
+struct Demande {
+  std::int32_t registre;
   Valeurs données;
-  sorties.Vide();
-  if (bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques &&
-      bloc.ModbusFonction() == kEcritureDeMots) {
+};
+
+// A write of one channel goes to the place that the channel's number tells; a write of all lays
+// them side by side, in the order of their numbers.
+Demande DemandeDe(const Fonction& bloc, SortiesEnvoyées& sorties) {
+  Demande demande{.registre = bloc.ModbusRegistreDeDepart(), .données = {}};
+  const Ecriture* écriture = EcritureDe(bloc);
+  if (écriture == nullptr) {
+    sorties.Vide();
+  } else if (écriture->seule) {
+    sorties.Suit(bloc.LesCanaux(), &EstVoie);
+    if (const Canal* canal = sorties.Suivante()) {
+      demande.registre += canal->NuméroCanal();
+      demande.données.Ajoute(Mot(*canal, *écriture));
+    }
+  } else {
+    sorties.Vide();
     PourChaqueCanal(bloc, [&](const CanalRef& canal) {
-      données.Ajoute(OutilsModbus::Registre(canal->ValeurCanal()));
+      demande.données.Ajoute(Mot(*canal, *écriture));
       sorties.Ajoute(canal);
     });
   }
-  return données;
+  return demande;
+}
+
+// Milliseconds, the limit included.
+double AttenteMaximale(const Fonction& bloc) {
+  constexpr double kSansCarte = 50;
+  return bloc.Parent() == nullptr ? kSansCarte : bloc.Parent()->TimeOutModbus();
 }
 
 // The blocks of the same slave on the same board share its answers, and the doubt about them.
@@ -50,8 +120,9 @@ void PourChaqueFrère(Fonction& bloc, std::int32_t esclave, Travail&& travail) {
 void ResteSansRéponse(Fonction& bloc) {
   const double envoi = bloc.Modbus_Echange().heureDEnvoi;
   const double maintenant = bloc.LeTimer()->LitMicrosecondes();
+  const double attente = AttenteMaximale(bloc) * 1000;
   PourChaqueFrère(bloc, bloc.ModbusAdresse(),
-                  [&](Doute& doute) { doute.SansRéponse(envoi, maintenant); });
+                  [&](Doute& doute) { doute.SansRéponse(envoi, maintenant, attente); });
 }
 
 // True when that slave was in doubt: it is left alone from now on.
@@ -84,21 +155,16 @@ void Envoie(Fonction& bloc) {
     (void)bloc.Parent()->Reprise().Ouverte(*liaison, *bloc.LeTimer());
   }
   if (EstLaissé(bloc, *liaison)) return;
-  const Valeurs données = DonnéesAEcrire(bloc, échange.sorties);
-  OutilsModbus::ConstruitQuestion(bloc.ModbusAdresse(), bloc.ModbusFonction(),
-                                  bloc.ModbusRegistreDeDepart(), bloc.LesCanaux().Count() - 1,
-                                  données.Toutes(), échange.question);
+  const Demande demande = DemandeDe(bloc, échange.sorties);
+  OutilsModbus::ConstruitQuestion(bloc.ModbusAdresse(), bloc.ModbusFonction(), demande.registre,
+                                  bloc.LesCanaux().Count() - 1, demande.données.Toutes(),
+                                  échange.question);
   (void)liaison->LitTampon();
   échange.réponse.clear();
   échange.sorties.Partent();
   liaison->EcritPort(échange.question);
   bloc.RafraichissementEnCours(true);
   échange.heureDEnvoi = bloc.LeTimer()->LitMicrosecondes();
-}
-
-bool EstLogique(const Fonction& bloc) {
-  return bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctEntréesLogiques ||
-         bloc.TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
 }
 
 double Logique(bool vrai) {
@@ -125,7 +191,8 @@ void DécodeParCanal(const Fonction& bloc, const Valeurs& octets) {
 
 void DécodeAnalogique(const Fonction& bloc, const Valeurs& mots) {
   PourChaqueCanal(bloc, [&](const CanalRef& canal) {
-    canal->ValeurCanal(mots.Item(canal->NuméroCanal() + 1));
+    const std::uint16_t mot = mots.Item(canal->NuméroCanal() + 1);
+    canal->ValeurCanal(canal->RegistreSigné() ? static_cast<std::int16_t>(mot) : mot);
   });
 }
 
@@ -154,15 +221,17 @@ void CompteErreur(Fonction& bloc) {
 }
 
 // The counters come first: a channel number beyond the answer is a failure of the configuration,
-// told in the record on each answer, and must not hold the bus.
+// told in the record on each answer, and must not hold the bus nor the error channel.
 void Accepte(Fonction& bloc, const Valeurs& valeurs) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   bloc.RafraichissementEnCours(false);
   if (EntendTard(bloc, bloc.ModbusAdresse())) return;  // perhaps the answer to a former question
   échange.compteurErreurs = 0;
   échange.sorties.Arrivent();
-  Décode(bloc, valeurs);
-  PublieErreur(bloc, false);
+  Poursuite chacun;
+  chacun([&] { Décode(bloc, valeurs); });
+  chacun([&] { PublieErreur(bloc, false); });
+  chacun.Termine();
 }
 
 // A link that fails counts like a silence, so that the error channel tells it.
@@ -229,10 +298,10 @@ void ChercheRéponse(Fonction& bloc) {
   échange.réponse += reçus;
   Valeurs valeurs;
   const Résultat résultat = DécodeSansLesTardives(bloc, valeurs);
-  const double attente = (maintenant - échange.heureDEnvoi) / 1000;
-  if (résultat == Résultat::Bonne && attente <= kAttenteMaximale) {
+  const bool àTemps = (maintenant - échange.heureDEnvoi) / 1000 <= AttenteMaximale(bloc);
+  if (résultat == Résultat::Bonne && àTemps) {
     Accepte(bloc, valeurs);
-  } else if (attente > kAttenteMaximale) {
+  } else if (!àTemps) {
     Rejette(bloc, résultat, true);
   } else if (résultat != Résultat::Incomplète && EstFinie(bloc, maintenant)) {
     Rejette(bloc, résultat, false);

@@ -24,12 +24,14 @@ struct EchangeModbus {
 namespace echange_modbus {
 
 /// One step of the exchange of a `DrvModBus` block: sends a request, or looks for the answer of
-/// the one that is on the wire. Never waits. Ten failed exchanges in a row set the block's error
-/// channel to -1, a good one sets it to 0; in between the channels keep their values. A block
-/// whose slave is left alone behind a late answer, for half a second at most, sends nothing but a
-/// stop (a set point that went to 0). A line that is closed is opened anew every second.
+/// the one that is on the wire, for as long as the board's time-out says. Never waits. Ten failed
+/// exchanges in a row set the block's error channel to -1, a good one sets it to 0; in between the
+/// channels keep their values. A block whose slave is left alone behind a late answer, for half a
+/// second at most, sends nothing but a stop (a set point that went to 0). A line that is closed is
+/// opened anew every second.
 ///
-/// A stop leaves with the next turn of its block: 50 ms for each block of the bus at most.
+/// A stop leaves with the next turn of its block: the time-out for each block of the bus at most.
+/// Functions 5 and 6 write one channel a turn, so that a stop of several takes as many turns.
 void Rafraîchit(Fonction& bloc);
 
 }  // namespace echange_modbus

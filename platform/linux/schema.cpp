@@ -70,6 +70,7 @@ constexpr std::array kCarte{
     Facultative("Driver de la Carte", kTexte),
     Facultative("Configuration ModBus", kTexte),
     Facultative("Config EIR", kTexte),
+    Facultative("ModBus - Time-out", kRéel),
 };
 
 constexpr std::array kFonction{
@@ -108,6 +109,7 @@ constexpr std::array kCanal{
     Facultative("Status ID", kEntier),
     RequiseOuNulle("Driver canal", kTexte),
     Facultative("Canal en fréquence", kBooléen),
+    Facultative("ModBus - Registre signé", kBooléen),
 };
 
 constexpr std::array kCapteur{

@@ -16,15 +16,27 @@ using essai::Nombre;
 using essai::Texte;
 using namespace trames_serie;
 
+// 12345 with its digits in any order: place in the top bits, digit in the low ones.
 TEST(TramesSérie, LRPC) {
-  // 12345 with its digits in any order: place in the top bits, digit in the low ones.
   const Octets trame{'\xA4', '\x05', '\x24', '\x43', '\x62', '\x81'};
-  EXPECT_EQ(DecortiqueUneTrame_dbl(trame), 12345);
-  EXPECT_EQ(DecortiqueUneTrame_dbl({"\x81\x62\xA8\x05\x24\x43", 6}), -12345);
-  EXPECT_EQ(DecortiqueUneTrame_dbl({"\xA4\x15\x34\x43\x62\x81", 6}), 12345) << "bit 4 is free";
-  EXPECT_EQ(DecortiqueUneTrame_dbl({"\xA4\xC9\xE9\x43\x62\x81", 6}), 12300) << "places 6 and 7";
-  EXPECT_EQ(DecortiqueBuffer_dbl(trame + Octets(8, '\xA8'), 7), 12345) << "the first frame counts";
-  EXPECT_EQ(DecortiqueBuffer_dbl(Octets(trame, 0, 5), 7), 7) << "no whole frame";
+  const Octets autre{'\xA8', '\x01', '\x20', '\x40', '\x60', '\x80'};
+  const struct {
+    const char* quoi;
+    Octets texte;
+    double valeur;  // 7: the kept one
+  } cas[] = {
+      {"in their order", trame, 12345},
+      {"in any order", {"\x81\x62\xA8\x05\x24\x43", 6}, -12345},
+      {"bit 4 is free", {"\xA4\x15\x34\x43\x62\x81", 6}, 12345},
+      {"places 6 and 7", {"\xA4\xC9\xE9\x43\x62\x81", 6}, 7},
+      {"no digit", {"\xA4\x05\x2A\x43\x62\x81", 6}, 7},
+      {"the first frame counts", trame + autre, 12345},
+      {"no whole frame", trame.substr(0, 5), 7},
+      {"its last byte lost", trame.substr(0, 5) + autre, -1},
+      {"two signs", {"\xA4\xA8\x05\x24\x43\x62\x81", 7}, -12345},
+      {"one byte turned over", {"\xA4\x05\x04\x43\x62\x81", 6}, 7},
+  };
+  for (const auto& c : cas) EXPECT_EQ(DecortiqueBuffer_dbl(c.texte, 7), c.valeur) << c.quoi;
 }
 
 TEST(TramesSérie, DEXAL) {
@@ -32,10 +44,12 @@ TEST(TramesSérie, DEXAL) {
     const char* texte;
     double valeur;  // 7: the kept one
   } cas[] = {
-      {"\2S+012.34", 12.34}, {"\2S-012,34", -12.34}, {"\2S+999999", 999999},  {"\2S-  1.50", -1.5},
-      {"\2S  -1.50", -1.5},  {"\2S+00012.", 12},     {"+-+012.34", 12.34},    {"\2S+0x2.34", 7},
-      {"\2S+1.2.34", 7},     {"\2S1234567", 7},      {"\2S+12 .34", 7},       {"\2S1+2.345", 7},
-      {"\2S+     ", 7},      {"\2S+012.3", 7},       {"\2S+01.500\2S+", 1.5},
+      {"\2S+012.34", 12.34},  {"\2S-012,34", -12.34},  {"\2S+999999", 999999},
+      {"\2S-  1.50", -1.5},   {"\2S  -1.50", -1.5},    {"\2S+00012.", 12},
+      {"+-+012.34", 12.34},   {"\2S+0x2.34", 7},       {"\2S+1.2.34", 7},
+      {"\2S1234567", 7},      {"\2S+12 .34", 7},       {"\2S1-2.345", -12.345},
+      {"\2S012.34-", -12.34}, {"\2S+12.34-", 7},       {"\2S+     ", 7},
+      {"\2S+012.3", 7},       {"\2S+01.500\2S+", 1.5},
   };
   for (const auto& c : cas) {
     EXPECT_NEAR(DecortiqueBufferDEXAL_dbl(c.texte, 7), c.valeur, 1e-9) << c.texte;
@@ -50,7 +64,8 @@ TEST(TramesSérie, JADEVER) {
     const char* reste;
   } cas[] = {
       {"N.W.:  12.345kg\r\nN.W", true, 12.345, "N.W"},
-      {"G.W.: 1 kg\r\nN.W.:-  3 kg\r\n", true, 7, ""},
+      {"G.W.: 1 kg\r\nN.W.:-  3 kg\r\n", true, -3, ""},
+      {"N.W.:- -3 kg\r\n", true, 7, ""},
       {"G.W.: 1 kg\r\nN.W.: -3,5 kg\r\n", true, -3.5, ""},
       {"N.W.: 2.5 kg\r\nPCS: 10\r\n", true, 2.5, ""},
       {"N.W.: 2.5 kg\r\nLOT 17\r\n", true, 2.5, ""},
@@ -90,6 +105,7 @@ TEST(TramesSérie, METRO) {
       {Octets(une, 0, 20), false, {}, {}, Octets(une, 0, 20), "no line is complete"},
       {LigneMETRO('1', "MW", "#         ") + deux, false, {}, -0.5, "", "# is no value"},
       {LigneMETRO('1', "MW", "#         ") + une + "x", true, 12.3456, {}, "x", "and skipped"},
+      {LigneMETRO('1', "MW", "-   2.3456") + "x", true, -2.3456, {}, "x", "blanks behind the sign"},
       {LigneMETRO('1', "ER", "+0012.3456") + "x", false, {}, {}, "x", "no measure"},
       {LigneMETRO('?', "MW", "+0012.3456") + "x", false, {}, {}, "x", "no channel"},
   };
@@ -182,7 +198,11 @@ TEST_F(UneLigneSérie, LitLesBalances) {
     EXPECT_NEAR(canal.ValeurCanal(), 4.5, 1e-9) << c.driver;
     EXPECT_TRUE(registre->entrées.empty()) << c.driver;
 
-    ligne.pannes.muette = true;
+    ligne.pannes.coupée = true;
+    c.balance->poids = 15.49;
+    Passe(250);
+    EXPECT_NEAR(canal.ValeurCanal(), 4.5, 1e-9) << c.driver << ": what is cut is no frame";
+    ligne.pannes = {.muette = true};
     Passe(250);
     EXPECT_NEAR(canal.ValeurCanal(), 4.5, 1e-9) << c.driver << ": silence keeps the value";
     ligne.pannes.muette = false;

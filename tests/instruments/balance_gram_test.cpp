@@ -82,6 +82,26 @@ TEST_F(UneCarteGram, RetrouveLaBalanceDébranchéePuisRebranchée) {
   EXPECT_EQ(connectée.ValeurCanal(), 0) << "a start begins with a balance as new";
 }
 
+// The first half of a record that was on its way when the cable was pulled, and the second half of
+// the one that was on its way when it was put back.
+TEST_F(UneCarteGram, NeJointPasDeuxMoitiés) {
+  Démarre("Balance GRAM", "4,9600,N,8,1");
+  Passe(1);
+  balance->trameForcée = "+  99";
+  Passe(0.15);
+  pannes.débranchée = true;
+  balance->trameForcée = "  ";
+  Passe(3);
+  pannes.débranchée = false;
+  balance->trameForcée = "1.25 g\r\n";
+  Passe(5);
+  EXPECT_EQ(valeur.ValeurCanal(), -12.34);
+  balance->trameForcée.clear();
+  balance->poids = 3;
+  Passe(5);
+  EXPECT_EQ(valeur.ValeurCanal(), 3);
+}
+
 TEST_F(UneCarteGram, DitUneBalanceIntrouvableEtLaChercheEncore) {
   pannes.débranchée = true;
   for (Fenêtres* dHôte : {static_cast<Fenêtres*>(nullptr), static_cast<Fenêtres*>(&fenêtres)}) {

@@ -184,13 +184,72 @@ TEST_F(UneCarteLaser, DitLeSilenceALaQuatrièmeFoisEtGardeSaMesure) {
     ligne.pannes.muette = false;
     if (fois == 0) (void)Passe(4);
   }
-  EXPECT_EQ(Passe(6), "B\rB\rB\rB\rE\r") << "tries again count once among the ten";
+  EXPECT_EQ(Passe(6), "B\rE\rB\rB\rB\r") << "and a state that tells whose answers come";
   EXPECT_EQ(Etats().back(), '0');
   for (const char* parasite : {"ab", "abcd", "???", ""}) {
     laser->réponseForcée = parasite;
     (void)Passe(300);
   }
   EXPECT_EQ(Mesure(), 77) << "measures again after garbage";
+}
+
+// Whatever a byte too many, a byte lost or a late answer does to the frames, at whatever instant it
+// falls and however often the laser is looked at: no measure is wrong, and the next ones are right.
+TEST_F(UneCarteLaser, RetrouveSesTrames) {
+  const struct {
+    const char* quoi;
+    void (*gêne)(UneCarteLaser&);
+    int pause;  // without measure, in milliseconds at the most
+  } cas[] = {
+      {"octet parasite", [](UneCarteLaser& t) { t.ligne.Emet("\x5A", 0); }, 150},
+      {"deux octets", [](UneCarteLaser& t) { t.ligne.Emet("E0", 0); }, 150},
+      {"octet perdu", [](UneCarteLaser& t) { t.ligne.pannes.coupée = true; }, 150},
+      {"réponse en retard de 110 ms", [](UneCarteLaser& t) { t.laser->latence = 110'000; }, 400},
+      {"réponse en retard de 350 ms", [](UneCarteLaser& t) { t.laser->latence = 350'000; }, 900},
+      {"question perdue", [](UneCarteLaser& t) { t.ligne.pannes.sourde = true; }, 400},
+  };
+  ligne.débit = 0;
+  int changées = 0;
+  for (const auto& c : cas) {
+    for (const int passe : {1000, 5000, 10'000}) {
+      for (int phase = 0; phase < 25; ++phase) {
+        const auto tourne = [&](int millisecondes, int phaseEnMicrosecondes = 0) {
+          int immobile = 0;
+          int plusLongue = 0;
+          double avant = Mesure();
+          horloge->Avance(phaseEnMicrosecondes);
+          for (int t = 0; t < millisecondes * 1000; t += passe) {
+            horloge->Avance(passe);
+            laser->extension += passe / 1000.0;
+            carte.MetàJour();
+            immobile = Mesure() == avant ? immobile + passe / 1000 : 0;
+            plusLongue = std::max(plusLongue, immobile);
+            changées += Mesure() == avant ? 0 : 1;
+            avant = Mesure();
+            EXPECT_NEAR(avant, laser->extension, 1000) << c.quoi << " " << passe << " " << phase;
+          }
+          return plusLongue;
+        };
+        laser->extension = 70'000;
+        carte.Initialise();
+        horloge->Avance(20'000);
+        for (int i = 0; i < 300 && std::abs(Mesure() - laser->extension) > 100; ++i) {
+          carte.MetàJour();
+          horloge->Avance(passe);
+        }
+        ASSERT_LT(tourne(200), 35);
+        c.gêne(*this);
+        const int pause = tourne(20, phase * 800);
+        ligne.pannes = {};
+        laser->latence = 5000;
+        EXPECT_LT(pause + tourne(c.pause + 50), c.pause) << c.quoi << " " << passe << " " << phase;
+        EXPECT_LT(tourne(200), 35) << c.quoi << " " << passe << " " << phase;
+        EXPECT_EQ(Etats().back(), '0');
+        if (HasFailure()) return;
+      }
+    }
+  }
+  EXPECT_GT(changées, 10'000);
 }
 
 TEST_F(UneCarteLaser, RessaieChaqueSecondeUnPortAbsentOuPerdu) {

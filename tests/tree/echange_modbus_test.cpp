@@ -87,21 +87,149 @@ TEST_F(UneCarteModbus, RangeLesRegistresDUnBlocLogique) {
   EXPECT_EQ(Lues(parCanal, {0, 1, 2}), (Points{-1, 0, -1}));      // the low byte of each register
 }
 
-TEST_F(UneCarteModbus, EcritLesConsignes) {
-  const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0, 1, 2});
-  int canal = 10;
-  for (const double points : {1234.5, -2.0, 65535.4}) {
-    consignes->Canals()->Item(std::to_string(canal++))->ValeurCanal(points);
+// Every function that writes, in blocks of either type: what the slave holds at and behind register
+// or coil 200, and that it is told as arrived.
+TEST_F(UneCarteModbus, EcritLesSorties) {
+  const struct {
+    const char* type;
+    const char* fonction;
+    std::vector<std::int32_t> numéros;
+    Points voulues;
+    std::map<std::uint16_t, std::uint16_t> registres;
+    std::map<std::uint16_t, bool> bits;
+  } cas[] = {
+      {"Sortie Analogique",
+       "10",
+       {-1, 0, 1, 4},
+       {1234.5, -2, 65535.4},
+       {{200, 1235}, {201, 0xFFFE}, {202, 65535}},
+       {}},
+      {"Sortie Analogique", "6", {-1, 0, 3}, {7, -2}, {{200, 7}, {203, 0xFFFE}}, {}},
+      {"Sortie Analogique", "5", {-1, 0, 1}, {3, 0}, {}, {{200, true}, {201, false}}},
+      {"Sortie Logique", "5", {-1, 0, 9}, {-1, 0}, {}, {{200, true}, {209, false}}},
+      {"Sortie Logique",
+       "F",
+       {-1, 0, 1, 2},
+       {-1, 0, 1},
+       {},
+       {{200, true}, {201, false}, {202, true}}},
+      {"Sortie Logique", "6", {-1, 0, 2}, {-1, 0}, {{200, 1}, {202, 0}}, {}},
+      {"Sortie Logique", "10", {-1, 0, 1}, {0, -1}, {{200, 0}, {201, 1}}, {}},
+  };
+  for (const auto& c : cas) {
+    const FonctionRef sorties = Ajoute("1", c.type, c.fonction, 200, c.numéros);
+    esclave->registres.clear();
+    esclave->bits.clear();
+    for (std::size_t i = 0; i < c.voulues.size(); ++i) {
+      sorties->Canals()->Item(essai::CléDuCanal(c.numéros[i + 1]))->ValeurCanal(c.voulues[i]);
+    }
+    Démarre();
+    Passe(80);  // what the former block asked may still be answered
+    EXPECT_EQ(esclave->registres, c.registres) << c.type << c.fonction;
+    EXPECT_EQ(esclave->bits, c.bits) << c.type << c.fonction;
+    for (const CanalRef& canal : *sorties->Canals()) {
+      EXPECT_EQ(canal->Atteint(), canal->NuméroCanal() != -1) << c.type << c.fonction;
+    }
+    EXPECT_TRUE(registre->entrées.empty()) << c.type << c.fonction;
+    carte.Fonctions()->Remove("1");
+    carte.FonctionSuivante({});
   }
+  const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0});
   Démarre();
-  Passe(4);
-  EXPECT_EQ(esclave->registres[200], 1235);
-  EXPECT_EQ(esclave->registres[201], 0xFFFE);
-  EXPECT_EQ(esclave->registres[202], 65535);
-  EXPECT_EQ(Lues(consignes, {1}), Points{-2});
-  consignes->Canals()->Item("11")->ValeurCanal(70000);
+  consignes->Canals()->Item("10")->ValeurCanal(70000);
   Passe(4);
   EXPECT_TRUE(registre->Contient("Erreur N°6 "));  // a set point out of a register is told
+}
+
+// One coil or register a write: a stop comes before the turns of the others, and one output that
+// the slave refuses keeps none of them.
+TEST_F(UneCarteModbus, EcritUnArrêtAvantLesAutresVoies) {
+  const FonctionRef sorties = Ajoute("1", "Sortie Analogique", "6", 200, {-1, 0, 1, 2, 3, 4, 5});
+  const auto canal = [&](int n) { return sorties->Canals()->Item(essai::CléDuCanal(n)); };
+  for (int n = 0; n < 6; ++n) canal(n)->ValeurCanal(9);
+  Démarre();
+  Passe(60);
+  for (int n = 0; n < 6; ++n) ASSERT_TRUE(canal(n)->Atteint()) << n;
+  for (const int n : {1, 5, 3}) {
+    canal(n)->ValeurCanal(0);
+    Passe(10);  // an exchange in progress, then that one
+    EXPECT_EQ(esclave->registres[static_cast<std::uint16_t>(200 + n)], 0) << n;
+    EXPECT_TRUE(canal(n)->Atteint()) << n;
+  }
+  ligne.pannes.muette = true;
+  canal(0)->ValeurCanal(0);
+  Passe(30);
+  EXPECT_FALSE(canal(0)->Atteint());
+  ligne.pannes = {};
+  canal(2)->ValeurCanal(8);
+  Passe(150);
+  EXPECT_TRUE(canal(0)->Atteint());
+  EXPECT_EQ(esclave->registres[202], 8);
+}
+
+// With a number beyond the answer, which is told each time, the other channels are read and the
+// error channel falls.
+TEST_F(UneCarteModbus, LitLesAutresVoiesQuandLUneNExistePas) {
+  const FonctionRef mots = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0, 1, 7});
+  const FonctionRef bits = Ajoute("2", "Entrée Logique", "2", 0, {-1, 0, 20});
+  esclave->registres = {{0, 40000}, {1, 5}, {2, 6}};
+  esclave->bits = {{0, true}, {1, true}};
+  mots->Canals()->Item("11")->ParamètresDepuisBD(
+      essai::UneLigne({{"Numéro du Canal", essai::Nombre(0)},
+                       {"Nom du Canal", essai::Texte("signé")},
+                       {"ModBus - Registre signé", Valeur(true)}}));
+  Démarre();
+  ligne.pannes.muette = true;
+  Passe(500);
+  EXPECT_EQ(Lues(mots, {-1}), Points{-1});
+  ligne.pannes = {};
+  Passe(200);
+  EXPECT_EQ(Lues(mots, {-1, 0, 1, 7}), (Points{0, 40000, -25536, 0}));  // the same word with a sign
+  EXPECT_EQ(Lues(bits, {-1, 20}), (Points{0, 0}));
+  EXPECT_TRUE(registre->Contient("Erreur N°9 "));
+}
+
+// The answer to ten registers at 4800 bits per second takes 75 ms: with the usual time-out it is
+// late and gives nothing, with a longer one it is right. A value of another block is never taken.
+TEST_F(UneCarteModbus, DonneASesEsclavesLeTempsDeSaConfiguration) {
+  const FonctionRef un =
+      Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  const FonctionRef deux =
+      Ajoute("2", "Entrée Analogique", "3", 10, {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  for (std::uint16_t i = 0; i < 20; ++i) esclave->registres[i] = i < 10 ? 1 : 2;
+  const struct {
+    Valeur timeOut;
+    const char* message;
+    int erreur;
+  } cas[] = {
+      {Valeur(), "", -1},
+      {Valeur(100), "", 0},
+      {Valeur(40.5), "", -1},
+      {essai::Texte("250"), "", 0},
+      {Valeur(50), "", -1},
+      {Valeur(0), "'0': 1 to 10000 ms expected", 0},  // what was read before stays
+      {essai::Texte("vite"), "'vite': 1 to 10000 ms expected", 0},
+  };
+  for (const auto& c : cas) {
+    messages.textes.clear();
+    carte.ParamètresDepuisBD(essai::UneLigne({{"ModBus - Time-out", c.timeOut}}));
+    EXPECT_EQ(messages.textes.empty(), *c.message == 0);
+    if (*c.message != 0) {
+      EXPECT_NE(messages.textes.back().find(c.message), std::string::npos) << messages.textes[0];
+      carte.ParamètresDepuisBD(essai::UneLigne({{"ModBus - Time-out", Valeur(100)}}));
+    }
+    Démarre("3,4800,N,8,1");
+    for (const FonctionRef& bloc : {un, deux}) bloc->Canals()->Item("10")->ValeurCanal(0);
+    Passe(1200);
+    for (int i = 0; i < 2000; ++i) {
+      Passe(1);
+      const Points v1 = Lues(un, {-1, 0});
+      const Points v2 = Lues(deux, {-1, 0});
+      ASSERT_TRUE(v1[1] == 1 || (v1[1] == 0 && v1[0] == c.erreur)) << i;
+      ASSERT_TRUE(v2[1] == 2 || (v2[1] == 0 && v2[0] == c.erreur)) << i;
+    }
+    EXPECT_EQ(Lues(un, {-1}), Points{static_cast<double>(c.erreur)});
+  }
 }
 
 TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
@@ -145,6 +273,10 @@ TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
   EXPECT_EQ(Lues(bloc, {-1}), Points{-1});
   EXPECT_EQ(registre->entrées.size(), 10U);
   EXPECT_FALSE(registre->Contient("Erreur N°91 "));  // the port is named, not a missing object
+  fabrique.Attache(4, esclave);                      // plugged in late
+  esclave->registres = {{0, 77}};
+  Passe(250);
+  EXPECT_EQ(Lues(bloc, {-1, 0}), (Points{0, 77}));
 }
 
 // On either bus, whatever keeps the line or a block from its turn.
