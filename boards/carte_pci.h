@@ -7,8 +7,9 @@
 namespace zuma {
 
 /// What the boards reached through the PCI library have in common: each is known by the handle that
-/// its registration gave. The library's answers fail nothing: a board that is missing reads as 0,
-/// and the library tells why in its own way. They only tell whether an output reached its board.
+/// its registration gave. The library's answers fail nothing, and it tells why in its own way: they
+/// tell whether an output reached its board, and whether a conversion is one. Logic inputs of a
+/// board that is missing read as 0.
 class CartePCI : public Pilote {
  public:
   CartePCI(const Matériel& matériel, std::uint16_t poignée)

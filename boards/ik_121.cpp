@@ -1,6 +1,8 @@
 #include "boards/ik_121.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <string>
 
@@ -19,6 +21,11 @@ constexpr std::uint16_t kMarche = 1;
 constexpr std::array<std::uint16_t, 2> kRemiseAZéro{0x48, 0x1C};
 
 constexpr std::int64_t kMot = 65536;
+
+constexpr std::uint16_t kBusVide = 0xFFFF;  // read where no board is
+// Counts that an encoder makes in a second at the most: 400 kHz, each period in 1024 parts.
+constexpr double kComptesParSeconde = 4.1e8;
+constexpr double kJeu = 1e6;  // counts, for a clock that stands still between two reads
 
 }  // namespace
 
@@ -49,6 +56,7 @@ void IK_121::IK121_InitialiseAxe(std::int16_t axe) {
   EcritRegistre(axe, kInitialisation, kMarche);
   for (const std::uint16_t mot : kRemiseAZéro) EcritRegistre(axe, kCommandeEtat, mot);
   EcritRegistre(axe, kCommandeEtat, LeMatériel().plateforme.réglages.ik121.départCompteur);
+  derniers_[static_cast<std::size_t>(axe - 1)] = {0, LeMatériel().timer->LitMicrosecondes()};
 }
 
 std::int64_t IK_121::IK121_Lecture(std::int16_t axe, std::int32_t latch) {
@@ -59,23 +67,46 @@ std::int64_t IK_121::IK121_Lecture(std::int16_t axe, std::int32_t latch) {
   const RéglagesIK121& réglages = LeMatériel().plateforme.réglages.ik121;
   const auto rang = static_cast<std::size_t>(latch);
   EcritRegistre(axe, kCommandeEtat, réglages.demandeLatch[rang]);
-  AttendLatch(axe, rang);
+  const std::uint16_t état = AttendLatch(axe, rang);
   std::array<std::uint16_t, 3> mots{};
   auto registre = kPremierMot[rang];
   for (std::uint16_t& mot : mots) {
     mot = LitRegistre(axe, registre);
     registre = static_cast<std::uint16_t>(registre + 2);
   }
-  return CompteIK121(mots, réglages.motHaut);
+  if (état == kBusVide && std::ranges::all_of(mots, [](auto mot) { return mot == kBusVide; })) {
+    throw Echec(Numéro::MatérielAbsent,
+                "Axe " + std::to_string(axe) + " : la carte ne répond plus");
+  }
+  const std::int64_t compte = CompteIK121(mots, réglages.motHaut);
+  ExigeUnMouvementPossible(axe, compte);
+  return compte;
+}
+
+// Nothing guards the words on their way: a count that no encoder can have reached since the last
+// one is none.
+void IK_121::ExigeUnMouvementPossible(std::int16_t axe, std::int64_t compte) {
+  Dernier& dernier = derniers_[static_cast<std::size_t>(axe - 1)];
+  const double maintenant = LeMatériel().timer->LitMicrosecondes();
+  const double possible = kJeu + kComptesParSeconde * (maintenant - dernier.heure) / 1e6;
+  const auto pas = static_cast<double>(compte) - static_cast<double>(dernier.compte);
+  if (!(std::fabs(pas) <= possible)) {
+    throw Echec(Numéro::MatérielAbsent, "Axe " + std::to_string(axe) + " : compte " +
+                                            std::to_string(compte) + " impossible derrière " +
+                                            std::to_string(dernier.compte));
+  }
+  dernier = {compte, maintenant};
 }
 
 // The last look comes after the limit: a program that was held up finds its latch all the same.
-void IK_121::AttendLatch(std::int16_t axe, std::size_t rang) {
+std::uint16_t IK_121::AttendLatch(std::int16_t axe, std::size_t rang) {
   const unsigned prêt = 1U << rang;
   ZED_Timer& timer = *LeMatériel().timer;
   std::optional<double> fin;
   bool passée = false;
-  while ((LitRegistre(axe, kCommandeEtat) & prêt) == 0) {
+  for (;;) {
+    const std::uint16_t état = LitRegistre(axe, kCommandeEtat);
+    if ((état & prêt) != 0) return état;
     if (passée) {
       throw Echec(Numéro::MatérielAbsent,
                   "Axe " + std::to_string(axe) + " : la carte ne donne pas son compte");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -10,8 +11,9 @@ namespace zuma {
 /// IK 121: counters of two encoders, axes 1 and 2. Its value is a count and not a point of the
 /// common scale. Latch, control words and the use of the third word of a latch are settings.
 ///
-/// A board that does not latch fails the read (31999) once `kAttenteLatch` is over; the channel
-/// keeps its value.
+/// A board that does not latch fails the read (31999) once `kAttenteLatch` is over, and so do one
+/// that is gone and a count that no encoder can have reached since the last read; the channel keeps
+/// its value.
 class IK_121 : public CarteES {
  public:
   /// Counts are points: the mean of a channel's reads gets no scale.
@@ -38,10 +40,18 @@ class IK_121 : public CarteES {
   [[nodiscard]] double LitAnalogique(std::int16_t axe, std::int16_t& gain);
 
  private:
-  void AttendLatch(std::int16_t axe, std::size_t rang);
+  struct Dernier {
+    std::int64_t compte = 0;
+    double heure = 0;  ///< microseconds
+  };
+  /// Gives the status word that tells the latch.
+  std::uint16_t AttendLatch(std::int16_t axe, std::size_t rang);
+  void ExigeUnMouvementPossible(std::int16_t axe, std::int64_t compte);
   [[nodiscard]] std::uint16_t Choisit(std::int16_t axe, std::uint16_t registre);
   [[nodiscard]] std::uint16_t LitRegistre(std::int16_t axe, std::uint16_t registre);
   void EcritRegistre(std::int16_t axe, std::uint16_t registre, std::uint16_t mot);
+
+  std::array<Dernier, 2> derniers_;  ///< good counts of the axes
 };
 
 /// Count that the three words of a latch make, low one first. With `Signe` it has 32 bits, and one

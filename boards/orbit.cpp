@@ -1,5 +1,6 @@
 #include "boards/orbit.h"
 
+#include <string>
 #include <string_view>
 
 #include "boards/operations.h"
@@ -51,10 +52,15 @@ void orbit::DémarreCarte(Carte& carte) {
 }
 
 void orbit::DémarreCanal(Canal& canal) {
+  const bool servi = canal.EnService();
   canal.EnService(false);
   const std::int32_t refus = canal.LaPlateforme().orbit->OrbitSetaddr(
       kRéseau, NuméroDeModule(canal), canal.NuméroDeSérie());
   canal.EnService(refus == 0);
+  if (refus == 0 || !servi) return;
+  Consigne(canal, Forme::Méthode, "Initialise",
+           "Module Orbit '" + canal.NuméroDeSérie() + "' refusé (réponse " + std::to_string(refus) +
+               ") : canal hors service jusqu'au prochain démarrage");
 }
 
 void orbit::RafraîchitBloc(Fonction& bloc) {

@@ -10,7 +10,7 @@ namespace zuma::orbit {
 /// told in the error record and the start goes on. Blocks for half a second.
 void DémarreCarte(Carte& carte);
 /// Gives the channel's module its address. A module that does not take it leaves the channel out of
-/// service, with the value that it had.
+/// service, with the value that it had, and is told once.
 void DémarreCanal(Canal& canal);
 /// Reads one channel of the block, the one after that of the last refresh.
 void RafraîchitBloc(Fonction& bloc);

@@ -6,6 +6,8 @@
 
 #include "boards/blocs.h"
 #include "boards/operations.h"
+#include "boards/partage_can.h"
+#include "core/garde.h"
 
 namespace zuma {
 namespace {
@@ -175,6 +177,7 @@ PCI7841B::Règle& PCI7841B::LaRègle(std::int32_t poignée, std::int16_t positio
     return règle.poignée == poignée && règle.positionID == positionID;
   });
   if (connue != règles_.end()) return *connue;
+  courrier_.Ouvre(poignée, static_cast<std::uint16_t>(positionID));
   return règles_.emplace_back(Règle{.poignée = poignée, .positionID = positionID});
 }
 
@@ -185,7 +188,18 @@ namespace {
 
 using regles_mts::Lecture3Aimants;
 
+// In the record, once for each start: the rulers go on as they can.
+void DitLesConflits(Carte& carte, const Fonction* deCeBloc) {
+  partage_can::Recherche recherche;
+  recherche.Ajoute(carte);
+  for (const partage_can::Conflit& conflit : recherche.Conflits()) {
+    if (deCeBloc != nullptr && conflit.canal->Parent() != deCeBloc) continue;
+    Consigne(*conflit.canal, Forme::Méthode, "Initialise", partage_can::EnFrançais(conflit));
+  }
+}
+
 void DémarreCarte25(Carte& carte) {
+  DitLesConflits(carte, nullptr);
   Pci7841& pilote = carte.PiloteDe<Pci7841>(static_cast<std::uint16_t>(carte.Adresse()));
   for (std::int32_t port = 0; port < Pci7841::kPorts; ++port) {
     if (pilote.ConfigPortW7841(port, Pci7841::AdresseDuPort(port), Pci7841::kMasque,
@@ -228,6 +242,10 @@ void OuvreBloc26(Fonction& bloc) {
       bloc, bloc.Base(), bloc.PortCAN(), 0, kMasqueToutPasse, bloc.ModeCAN(), bloc.VitesseCAN());
   bloc.HandleCAN(poignée);
   for (const CanalRef& canal : bloc.LesCanaux()) canal->HandlePort(poignée);
+  if (bloc.MAJParFonction() && bloc.LesCanaux().Count() != 0) {
+    (void)bloc.PiloteDe<PCI7841B>().LaRègle(poignée, (*bloc.LesCanaux().begin())->PositionID());
+  }
+  DitLesConflits(*bloc.LaCarte(), &bloc);
 }
 
 // One read for all the magnets of the block's ruler: the channels take them in their order.
@@ -251,8 +269,9 @@ void RafraîchitBloc26(Fonction& bloc) {
   }
 }
 
-// A ruler that does not answer leaves its channel out of service.
+// A ruler that does not answer leaves its channel out of service, which is told once.
 void DémarreLaRègle(Canal& canal) {
+  const bool servie = canal.EnService();
   canal.EnService(false);
   auto port = canal.PiloteDe<PCI7841B>().Port(canal.HandlePort());
   const bool échec = regles_mts::DémarreRègle(port, {.numéroDeSérie = canal.NuméroDeSérie(),
@@ -261,11 +280,16 @@ void DémarreLaRègle(Canal& canal) {
                                                      .statusID = canal.StatusID(),
                                                      .mode = canal.ModeOpératoire()});
   canal.EnService(!échec);
+  if (!échec || !servie) return;
+  Consigne(canal, Forme::Méthode, "Initialise",
+           "Règle '" + canal.NuméroDeSérie() +
+               "' muette au démarrage : canal hors service jusqu'au prochain");
 }
 
 // Two positions come in a frame: there is no third magnet to read by this driver.
 void DémarreMultimagnet(Canal& canal) {
   const std::int16_t aimant = canal.PositionDeLAimant();
+  (void)canal.PiloteDe<PCI7841B>().LaRègle(canal.HandlePort(), canal.PositionID());
   DémarreLaRègle(canal);
   if (aimant > canal.NombreDAimants() || (aimant >= 1 && aimant <= 2)) return;
   canal.EnService(false);
@@ -276,13 +300,15 @@ void DémarreMultimagnet(Canal& canal) {
 
 void LitMono(Canal& canal) {
   auto port = canal.PiloteDe<PCI7841B>().Port(canal.HandlePort());
-  canal.ValeurCanal(regles_mts::LireRègleMono(port, canal.PositionID()));
+  const auto position = regles_mts::LireRègleMono(port, canal.PositionID());
+  if (position) canal.ValeurCanal(*position);
 }
 
 template <Lecture3Aimants kLecture>
 void Lit3Aimants(Canal& canal) {
   auto port = canal.PiloteDe<PCI7841B>().Port(canal.HandlePort());
-  canal.ValeurCanal(regles_mts::LireRègle3Aimants(port, canal.PositionID(), kLecture));
+  const auto position = regles_mts::LireRègle3Aimants(port, canal.PositionID(), kLecture);
+  if (position) canal.ValeurCanal(*position);
 }
 
 void LitMultimagnet(Canal& canal) {

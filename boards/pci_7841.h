@@ -74,8 +74,8 @@ class PCI7841B : public Pilote {
                                    std::uint32_t codeAcceptation, std::uint32_t masqueAcceptation,
                                    std::string_view mode, std::int32_t vitesse);
 
-  [[nodiscard]] regles_mts::PortRègles Port(std::int32_t poignée) const {
-    return {matériel_, poignée};
+  [[nodiscard]] regles_mts::PortRègles Port(std::int32_t poignée) {
+    return {matériel_, poignée, courrier_};
   }
   /// What is kept of one ruler, made on first use.
   struct Règle {
@@ -88,6 +88,7 @@ class PCI7841B : public Pilote {
 
  private:
   Matériel matériel_;
+  regles_mts::Courrier courrier_;
   std::vector<Règle> règles_;
 };
 

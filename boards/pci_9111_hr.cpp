@@ -1,9 +1,12 @@
 #include "boards/pci_9111_hr.h"
 
 #include <algorithm>
+#include <limits>
+#include <string>
 
 #include "boards/gain_automatique.h"
 #include "boards/operations.h"
+#include "core/garde.h"
 #include "tree/carte.h"
 
 namespace zuma {
@@ -41,9 +44,9 @@ double PCI_9111_HR::LitAnalogique(std::int16_t voie, std::int16_t& gain, std::in
         gain, kSeuils16Bits,
         [&](std::int16_t essayé) {
           std::uint16_t mot = 0;
-          Lib().AI_ReadChannel(Poignée(), static_cast<std::uint16_t>(voie),
-                               static_cast<std::uint16_t>(essayé), mot);
-          return static_cast<std::int16_t>(mot);
+          const bool lu = Lib().AI_ReadChannel(Poignée(), static_cast<std::uint16_t>(voie),
+                                               static_cast<std::uint16_t>(essayé), mot) == 0;
+          return lu ? static_cast<std::int16_t>(mot) : std::numeric_limits<double>::quiet_NaN();
         },
         kGains);
   }
@@ -95,9 +98,14 @@ bool PCI_9111_HR::EcritSortie(std::int16_t voie, bool active) {
 namespace pilotes {
 namespace {
 
-// A board that is missing is not told here: its handle is that of no board, and all reads as 0.
+// The handle of a board that is missing is that of no board: its inputs keep what they hold.
 void DémarreCarte9111(Carte& carte) {
-  (void)EnregistreCartePCI(carte, BibliothèquePCI::kType9111);
+  const std::int32_t numéro = carte.Adresse();
+  const std::int16_t réponse = EnregistreCartePCI(carte, BibliothèquePCI::kType9111);
+  if (réponse >= 0) return;
+  Consigne(carte, Forme::Méthode, "Initialise",
+           "Carte PCI 9111 n° " + std::to_string(numéro) + " absente (réponse " +
+               std::to_string(réponse) + ")");
 }
 
 }  // namespace

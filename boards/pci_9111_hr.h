@@ -22,7 +22,7 @@ class PCI_9111_HR : public CartePCI {
 
   void DémarreAnalogique(bool scan);
   /// Mean of so many conversions with automatic range, in signed counts of gain code 1; 0 counts as
-  /// one conversion. `gain` is brought to 1 to 5 first.
+  /// one conversion. `gain` is brought to 1 to 5 first. NaN when the library refused one of them.
   [[nodiscard]] double LitAnalogique(std::int16_t voie, std::int16_t& gain,
                                      std::int16_t lectures = 1);
 

@@ -114,21 +114,61 @@ std::optional<std::int32_t> FiltreSimple(Mémoire& m, const Paire& lues, int aim
   return {};
 }
 
-void PortRègles::VideRéception() {
-  TrameCAN trame;
-  for (int i = 0; i < kTramesMaximum && Reçoit(trame); ++i) {
-  }
+Courrier::Boîte* Courrier::La(std::int32_t poignée, std::uint32_t identifiant) noexcept {
+  const auto boîte = std::ranges::find_if(boîtes_, [&](const Boîte& b) {
+    return b.poignée == poignée && b.trame.identifiant == identifiant;
+  });
+  return boîte == boîtes_.end() ? nullptr : &*boîte;
 }
 
-void PortRègles::Demande(std::uint32_t identifiant) {
+void Courrier::Ouvre(std::int32_t poignée, std::uint32_t identifiant) {
+  if (La(poignée, identifiant) != nullptr) return;
+  boîtes_.push_back({.poignée = poignée, .trame = {.identifiant = identifiant}});
+}
+
+bool Courrier::Range(std::int32_t poignée, const TrameCAN& trame) noexcept {
+  Boîte* boîte = La(poignée, trame.identifiant);
+  if (boîte == nullptr) return false;
+  boîte->trame = trame;
+  boîte->pleine = true;
+  return true;
+}
+
+bool Courrier::Prend(std::int32_t poignée, std::uint32_t identifiant, TrameCAN& trame) noexcept {
+  Boîte* boîte = La(poignée, identifiant);
+  if (boîte == nullptr || !std::exchange(boîte->pleine, false)) return false;
+  trame = boîte->trame;
+  return true;
+}
+
+void PortRègles::VideRéception() {
+  TrameCAN trame;
+  for (int i = 0; i < kTramesMaximum && Reçoit(trame); ++i) courrier_.Range(poignée_, trame);
+}
+
+// What came before the request is no answer to it.
+bool PortRègles::Demande(std::uint32_t identifiant) {
   VideRéception();
-  (void)can_.CanSendMsg(poignée_, {.identifiant = identifiant, .distante = 1});
+  TrameCAN ancienne;
+  courrier_.Prend(poignée_, identifiant, ancienne);
+  return can_.CanSendMsg(poignée_, {.identifiant = identifiant, .distante = 1}) == 0;
+}
+
+Arrivée PortRègles::Relève(std::uint32_t identifiant, TrameCAN& trame) {
+  if (courrier_.Prend(poignée_, identifiant, trame)) return Arrivée::Sienne;
+  for (int i = 0; i < kTramesMaximum && Reçoit(trame); ++i) {
+    if (trame.identifiant == identifiant) return Arrivée::Sienne;
+    if (!courrier_.Range(poignée_, trame)) return Arrivée::Inconnue;
+  }
+  return Arrivée::Rien;
 }
 
 bool PortRègles::Attend(std::uint32_t identifiant, double attente, TrameCAN& trame) {
   const double fin = Maintenant() + attente * 1000;
   do {
-    if (Reçoit(trame) && trame.identifiant == identifiant) return true;
+    if (!Reçoit(trame)) continue;
+    if (trame.identifiant == identifiant) return true;
+    courrier_.Range(poignée_, trame);
   } while (Maintenant() <= fin);
   return false;
 }
@@ -157,22 +197,23 @@ bool DémarreRègle(PortRègles& port, const IdentitéRègle& règle) {
            port.Echange(d.demande, mode, d.réponse));
 }
 
-std::int32_t LireRègleMono(PortRègles& port, std::int16_t positionID) {
+std::optional<std::int32_t> LireRègleMono(PortRègles& port, std::int16_t positionID) {
   const std::uint32_t identifiant = Identifiant(positionID);
-  port.Demande(identifiant);
+  if (!port.Demande(identifiant)) return {};
   TrameCAN trame;
   if (!port.Attend(identifiant, port.LesRéglages().attenteLecture, trame)) return 0;
   return DécodePosition(DonnéesUtiles(trame)).value_or(0);
 }
 
-std::int32_t LireRègle3Aimants(PortRègles& port, std::int16_t positionID, Lecture3Aimants lecture) {
+std::optional<std::int32_t> LireRègle3Aimants(PortRègles& port, std::int16_t positionID,
+                                              Lecture3Aimants lecture) {
   const std::uint32_t identifiant = Identifiant(positionID);
   const auto attend = [&]() -> std::optional<Paire> {
     TrameCAN trame;
     if (!port.Attend(identifiant, port.LesRéglages().attenteLecture, trame)) return {};
     return DécodePaire(DonnéesUtiles(trame));
   };
-  port.Demande(identifiant);
+  if (!port.Demande(identifiant)) return {};
   const auto première = attend();
   if (!première) return 0;
   const auto seconde = attend();
@@ -193,12 +234,12 @@ std::int32_t LireRègleMulti(PortRègles& port, std::int16_t positionID, int aim
   }
   std::int32_t résultat = aimant == 1 ? m.c1 : m.c2;
   TrameCAN trame;
-  if (port.Reçoit(trame) && trame.identifiant == Identifiant(positionID)) {
+  if (port.Relève(Identifiant(positionID), trame) == Arrivée::Sienne) {
     if (const auto lues = DécodePaire(DonnéesUtiles(trame))) {
       résultat = FiltreSimple(m, *lues, aimant).value_or(résultat);
     }
   }
-  port.Demande(Identifiant(positionID));
+  (void)port.Demande(Identifiant(positionID));
   return résultat;
 }
 
@@ -208,11 +249,10 @@ std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positio
   m.q1 = m.c1;
   m.q2 = m.c2;
   TrameCAN trame;
-  const bool reçue = port.Reçoit(trame);
+  const Arrivée arrivée = port.Relève(Identifiant(positionID), trame);
+  const bool reçue = arrivée != Arrivée::Rien;
   if (reçue) {
-    const auto lues = trame.identifiant == Identifiant(positionID)
-                          ? DécodePaire(DonnéesUtiles(trame))
-                          : std::nullopt;
+    const auto lues = arrivée == Arrivée::Sienne ? DécodePaire(DonnéesUtiles(trame)) : std::nullopt;
     if (lues) {
       m.c1 = lues->front();
       m.c2 = lues->back();
@@ -221,7 +261,7 @@ std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positio
   } else if (état.heure && port.Maintenant() - *état.heure <= kRelance) {
     return {};
   }
-  port.Demande(Identifiant(positionID));
+  (void)port.Demande(Identifiant(positionID));
   état.heure = port.Maintenant();
   if (!reçue) return {};
   return Paire{m.c1, m.c2};

@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "core/echec.h"
 #include "platform/can.h"
@@ -70,21 +71,52 @@ void FiltreBloc(Mémoire& m) noexcept;
 /// position of `aimant` when it was taken.
 std::optional<std::int32_t> FiltreSimple(Mémoire& m, const Paire& lues, int aimant) noexcept;
 
+/// Frames that came while another ruler of their port was listened to: the latest one of each ruler
+/// that is asked in one refresh and heard in the next.
+class Courrier {
+ public:
+  /// Keeps frames of that identifier from now on.
+  void Ouvre(std::int32_t poignée, std::uint32_t identifiant);
+  /// False for a frame that is for none of these rulers.
+  bool Range(std::int32_t poignée, const TrameCAN& trame) noexcept;
+  /// Takes the frame that is kept; false when there is none.
+  bool Prend(std::int32_t poignée, std::uint32_t identifiant, TrameCAN& trame) noexcept;
+
+ private:
+  struct Boîte {
+    std::int32_t poignée;
+    TrameCAN trame;
+    bool pleine = false;
+  };
+  [[nodiscard]] Boîte* La(std::int32_t poignée, std::uint32_t identifiant) noexcept;
+
+  std::vector<Boîte> boîtes_;
+};
+
+/// What a look at the receive queue found.
+enum class Arrivée : std::uint8_t {
+  Rien,
+  Inconnue,  ///< a frame that is for no ruler of the port
+  Sienne
+};
+
 /// One open port of the card with rulers on it, as the second generation of calls knows it.
 class PortRègles {
  public:
-  PortRègles(const Matériel& matériel, std::int32_t poignée)
-      : can_(*matériel.plateforme.can),
+  PortRègles(const Matériel& matériel, std::int32_t poignée, Courrier& courrier)
+      : courrier_(courrier),
+        can_(*matériel.plateforme.can),
         timer_(*matériel.timer),
         réglages_(matériel.plateforme.réglages.can),
         poignée_(poignée) {}
 
-  /// Empties the receive queue.
+  /// Empties the receive queue: frames of the other rulers that share the port are kept for them.
   void VideRéception();
-  /// Empties the queue and asks for the position frame of that identifier.
-  void Demande(std::uint32_t identifiant);
-  /// The next frame of the queue, whatever its identifier.
-  [[nodiscard]] bool Reçoit(TrameCAN& trame) { return can_.CanRcvMsg(poignée_, trame) == 0; }
+  /// Empties the queue and asks for the position frame of that identifier. False when the card did
+  /// not take the request.
+  bool Demande(std::uint32_t identifiant);
+  /// The next frame of the queue that is not for another ruler.
+  [[nodiscard]] Arrivée Relève(std::uint32_t identifiant, TrameCAN& trame);
   /// Waits for a frame of that identifier, `attente` milliseconds at the most.
   [[nodiscard]] bool Attend(std::uint32_t identifiant, double attente, TrameCAN& trame);
   /// Sends a request and waits for its answer.
@@ -95,6 +127,9 @@ class PortRègles {
   [[nodiscard]] double Maintenant() { return timer_.LitMicrosecondes(); }
 
  private:
+  [[nodiscard]] bool Reçoit(TrameCAN& trame) { return can_.CanRcvMsg(poignée_, trame) == 0; }
+
+  Courrier& courrier_;
   BibliothèqueCAN& can_;
   ZED_Timer& timer_;
   const RéglagesCAN& réglages_;
@@ -114,12 +149,15 @@ struct IdentitéRègle {
 /// failure: an answer is missing.
 [[nodiscard]] bool DémarreRègle(PortRègles& port, const IdentitéRègle& règle);
 
-/// One-magnet ruler: its position, 0 when it does not answer.
-[[nodiscard]] std::int32_t LireRègleMono(PortRègles& port, std::int16_t positionID);
+/// One-magnet ruler: its position, 0 when it does not answer; none when the card did not take the
+/// request, which says nothing of the ruler.
+[[nodiscard]] std::optional<std::int32_t> LireRègleMono(PortRègles& port, std::int16_t positionID);
 
 enum class Lecture3Aimants : std::uint8_t { DeuxMoinsUn, Trois };
-[[nodiscard]] std::int32_t LireRègle3Aimants(PortRègles& port, std::int16_t positionID,
-                                             Lecture3Aimants lecture);
+/// The same for three magnets.
+[[nodiscard]] std::optional<std::int32_t> LireRègle3Aimants(PortRègles& port,
+                                                            std::int16_t positionID,
+                                                            Lecture3Aimants lecture);
 
 /// State of the filtered single read of one ruler.
 struct LectureSimple {

@@ -24,7 +24,8 @@ void spider_8::Démarre(Fonction& bloc) {
   (void)lib.S8_TareSetup(état.Spider_Canaux, nombre);
 }
 
-// A read that fails leaves the variable, and so the channel, with the value that it had.
+// A read that fails, or gives what no amplifier does, leaves the channel with the value that it
+// had.
 void spider_8::Rafraîchit(Fonction& bloc) {
   BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
   const auto& rangs = bloc.Spider().Spider_Canaux;
@@ -33,8 +34,9 @@ void spider_8::Rafraîchit(Fonction& bloc) {
   for (const CanalRef& canal : bloc.LesCanaux()) {
     if (rang >= rangs.size()) throw Echec(Numéro::IndiceHorsPlage);
     auto valeur = static_cast<float>(canal->ValeurCanal());
-    (void)lib.S8_GetChanSettings(rangs[rang++], BibliothèqueSpider::kMesure, valeur);
-    canal->ValeurCanal(valeur);
+    const bool réponse =
+        lib.S8_GetChanSettings(rangs[rang++], BibliothèqueSpider::kMesure, valeur) == 0;
+    if (réponse && EstUneMesure(valeur)) canal->ValeurCanal(valeur);
   }
 }
 

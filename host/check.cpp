@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "boards/partage_can.h"
 #include "core/chassis.h"
 #include "core/echec.h"
 #include "host/configuration.h"
@@ -48,7 +49,21 @@ void ExigeUneLigneLue(Fonction& bloc, Recueil& recueil) {
   }
 }
 
+void VérifieLePartageDuCAN(Chassis& chassis, Recueil& recueil) {
+  partage_can::Recherche recherche;
+  for (const CarteRef& carte : *chassis.Cartes()) recherche.Ajoute(*carte);
+  for (const partage_can::Conflit& conflit : recherche.Conflits()) {
+    const bool duBloc = partage_can::EstDuBloc(conflit);
+    recueil.Ajoute({.origine = Origine::Donnée,
+                    .table = duBloc ? "Fonction" : "Canal",
+                    .ligne = duBloc ? conflit.canal->Parent()->Key() : conflit.canal->Key(),
+                    .colonne = std::string(partage_can::Colonne(conflit)),
+                    .texte = partage_can::EnAnglais(conflit)});
+  }
+}
+
 void VérifieLesDrivers(Chassis& chassis, Recueil& recueil) {
+  VérifieLePartageDuCAN(chassis, recueil);
   for (const CarteRef& carte : *chassis.Cartes()) {
     for (const FonctionRef& bloc : *carte->Fonctions()) {
       ExigeUnTypeServi(*bloc, recueil);

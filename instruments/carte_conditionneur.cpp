@@ -21,12 +21,13 @@ double Canal(const ClassConditionneurNum_K9_V1_00& conditionneur, std::int32_t i
 }
 
 template <class T>
-constexpr std::array<Voie<T>, 5> kVoies{{
+constexpr std::array<Voie<T>, 6> kVoies{{
     {FctEntréesAnalogiques, 0, [](const T& c) { return Canal(c, 0); }},
     {FctEntréesAnalogiques, 1, [](const T& c) { return Canal(c, 1); }},
     {FctEntréesAnalogiques, 2, [](const T& c) { return Canal(c, 2); }},
     {FctEntréesLogiques, 0, [](const T& c) { return Etat(c.Initialised()); }},
     {FctEntréesLogiques, 1, [](const T& c) { return Etat(c.ErreurGenerale()); }},
+    {FctEntréesLogiques, 2, [](const T& c) { return Etat(c.Périmé()); }},
 }};
 
 std::string_view Raison(const PortInstrument& port, std::int32_t adresse, double version) {

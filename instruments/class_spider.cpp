@@ -64,7 +64,9 @@ void ClassSpider::Refresh() {
   (void)plateforme_.spider->S8_MeasOneVal();
   std::int32_t canal = 0;
   for (float& valeur : valeurs_) {
-    (void)plateforme_.spider->S8_GetChanSettings(canal++, Lib::kMesure, valeur);
+    float lue = valeur;
+    const bool réponse = plateforme_.spider->S8_GetChanSettings(canal++, Lib::kMesure, lue) == 0;
+    if (réponse && EstUneMesure(lue)) valeur = lue;
   }
   prochaineLecture_ += kPériode;
 }

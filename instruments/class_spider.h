@@ -9,8 +9,8 @@
 namespace zuma {
 
 /// Measuring amplifier read at a fixed pace of 50 Hz, one value for each channel of its chain. A
-/// host may use it without a frame. What the amplifier's library answers is not looked at: a chain
-/// that is not there has no channels, and a value that cannot be read stays as it was.
+/// host may use it without a frame. A chain that is not there has no channels, and a value that cannot
+/// be read, or is none that an amplifier gives, stays as it was.
 class ClassSpider {
  public:
   explicit ClassSpider(Plateforme& plateforme) : plateforme_(plateforme) {}

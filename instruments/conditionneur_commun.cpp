@@ -6,6 +6,13 @@ namespace zuma {
 
 namespace trames = trames_conditionneur;
 
+namespace {
+
+constexpr double kPéremption = 300'000;  // microseconds
+constexpr double kSilence = 1'000'000;
+
+}  // namespace
+
 bool ConditionneurCommun::PeutInterroger(const Ref<PortInstrument>& liaison, std::int32_t adresse) {
   return liaison && liaison->PortOuvert() && adresse >= 0 && adresse < 128;
 }
@@ -17,7 +24,7 @@ bool ConditionneurCommun::EnvoieRequête(std::int32_t nbRegistres,
 }
 
 void ConditionneurCommun::CréeLesCanaux() {
-  canaux_.clear();
+  if (!canaux_.empty()) return;
   for (std::int32_t i = 0; i < trames::kNombreDeCanaux; ++i) {
     canaux_.push_back({i, ENUM_TYPE_FONCTION::FctEntréesAnalogiques, 0});
   }
@@ -28,7 +35,15 @@ bool ConditionneurCommun::MetLesValeurs() {
   for (ClassCanalElementK9& canal : canaux_) {
     canal.Valeur = trames::ValeurDuCanal(échange_.Données(), canal.IndexCanal);
   }
+  EstEntendu();
+  heureDesValeurs_ = heureEntendue_;
   return true;
+}
+
+void ConditionneurCommun::Surveille() {
+  const double maintenant = Maintenant();
+  périmé_ = !heureDesValeurs_ || maintenant - *heureDesValeurs_ > kPéremption;
+  muet_ = maintenant - heureEntendue_ > kSilence;
 }
 
 ConditionneurAffiché::Drapeaux ConditionneurCommun::DrapeauxAffichés() const {

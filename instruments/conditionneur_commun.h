@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "dialogs/feuille_conditionneur_numerique.h"
@@ -18,8 +19,11 @@ class ConditionneurCommun : protected ConditionneurAffiché {
   void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
   void LiaisonSerie(Ref<PortInstrument> liaison) { LiaisonSerie_ = std::move(liaison); }
   [[nodiscard]] const Ref<PortInstrument>& LiaisonSerie() const { return LiaisonSerie_; }
-  /// A module of a known kind has answered.
-  [[nodiscard]] bool Initialised() const { return Initialised_; }
+  /// A module of a known kind has answered, and within the last second.
+  [[nodiscard]] bool Initialised() const { return Initialised_ && !muet_; }
+  /// The values are older than 0.3 s, or none was read yet: beyond fifteen readings that are
+  /// missing they are not of now.
+  [[nodiscard]] bool Périmé() const { return périmé_; }
   /// Modbus slave, 0 to 127.
   [[nodiscard]] std::int32_t Adresse() const { return Adresse_; }
   [[nodiscard]] bool ErreurGenerale() const { return Levé(DrapeauConditionneur::ErreurGenerale); }
@@ -52,17 +56,24 @@ class ConditionneurCommun : protected ConditionneurAffiché {
   [[nodiscard]] static bool PeutInterroger(const Ref<PortInstrument>& liaison,
                                            std::int32_t adresse);
   bool EnvoieRequête(std::int32_t nbRegistres, EchangeConditionneur::Envoi envoi);
-  /// The three analog channels, at 0, in the place of any others.
+  /// The three analog channels, at 0 when they are new: those that were read keep their values.
   void CréeLesCanaux();
   /// Gives each channel its value from a good answer; false, and nothing changed, when the answer
   /// is too short to hold them.
   bool MetLesValeurs();
+  /// Ages the values; at the end of each refresh.
+  void Surveille();
+  /// The module counts as heard: the time without a word begins here.
+  void EstEntendu() {
+    heureEntendue_ = Maintenant();
+    muet_ = false;
+  }
   [[nodiscard]] EchangeConditionneur::Ligne Ligne() const { return {*LiaisonSerie_, *TimerExact_}; }
   [[nodiscard]] double Maintenant() const { return TimerExact_->LitMicrosecondes(); }
   [[nodiscard]] bool Levé(DrapeauConditionneur drapeau) const { return échange_.Levé(drapeau); }
 
   [[nodiscard]] Ref<PortInstrument> PortAffiché() const override { return LiaisonSerie_; }
-  [[nodiscard]] bool InitialiséAffiché() const override { return Initialised_; }
+  [[nodiscard]] bool InitialiséAffiché() const override { return Initialised(); }
   [[nodiscard]] Drapeaux DrapeauxAffichés() const override;
 
   Plateforme& plateforme_;
@@ -75,6 +86,10 @@ class ConditionneurCommun : protected ConditionneurAffiché {
 
  private:
   Ref<ZED_Timer> TimerExact_;
+  std::optional<double> heureDesValeurs_;  ///< of the last ones read, microseconds
+  double heureEntendue_ = 0;               ///< microseconds
+  bool périmé_ = true;
+  bool muet_ = false;
 };
 
 }  // namespace zuma

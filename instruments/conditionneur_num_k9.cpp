@@ -71,13 +71,19 @@ bool ClassConditionneurNum_K9::Initialise(Ref<PortInstrument> MaLiaisonSerie,
   CréeLesCanaux();
   version_ = 1;
   Initialised_ = true;
+  EstEntendu();
   prochaineLecture_ = Maintenant() + kPériode;
   return false;
 }
 
 void ClassConditionneurNum_K9::Refresh() {
   MAJFaite_ = false;
-  if (!Initialised_ || Maintenant() <= prochaineLecture_) return;
+  if (Initialised_ && Maintenant() > prochaineLecture_) Lit();
+  Surveille();
+}
+
+// Goes on while the module is silent: nothing else would find it again.
+void ClassConditionneurNum_K9::Lit() {
   (void)EnvoieRequête(kRegistresDemandés, Envoi::SiLibre);
   if (!échange_.LitRéponse(Ligne()) || !MetLesValeurs()) return;
   prochaineLecture_ += kPériode;

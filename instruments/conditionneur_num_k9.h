@@ -7,7 +7,8 @@
 namespace zuma {
 
 /// Digital conditioner on Modbus, first form: a general channel model, read at a fixed 50 Hz. Only
-/// the first firmware is known to it. All flags are latched until the object is made again.
+/// the first firmware is known to it. A good answer lowers no flag, five seconds without a fault
+/// do.
 class ClassConditionneurNum_K9 : private ConditionneurCommun {
  public:
   explicit ClassConditionneurNum_K9(Plateforme& plateforme)
@@ -29,6 +30,7 @@ class ClassConditionneurNum_K9 : private ConditionneurCommun {
   using ConditionneurCommun::Adresse;
   using ConditionneurCommun::Initialised;
   using ConditionneurCommun::LiaisonSerie;
+  using ConditionneurCommun::Périmé;
   using ConditionneurCommun::TimerExact;
   /// Never set.
   [[nodiscard]] double DateDernierRaffraichissement() const { return 0; }
@@ -60,6 +62,7 @@ class ClassConditionneurNum_K9 : private ConditionneurCommun {
 
   [[nodiscard]] const ClassCanalElementK9* Trouve(ENUM_TYPE_FONCTION type,
                                                   std::int32_t index) const;
+  void Lit();
   void Ecrit(ENUM_TYPE_FONCTION type, std::int32_t index, double valeur);
   [[nodiscard]] double ValeurAffichée(std::int32_t index) const override {
     return ParCanalEA(index);

@@ -44,6 +44,7 @@ bool ClassConditionneurNum_K9_V1_00::Initialise(Ref<PortInstrument> MaLiaisonSer
                                                 std::int32_t adresse) {
   Adresse_ = adresse;
   LiaisonSerie_ = std::move(MaLiaisonSerie);
+  canaux_.clear();
   détectionEnCours_ = false;
   if (DemandeQuiEstLà() && échange_.AttendRéponse(Ligne())) Reconnaît();
   return false;
@@ -51,7 +52,6 @@ bool ClassConditionneurNum_K9_V1_00::Initialise(Ref<PortInstrument> MaLiaisonSer
 
 bool ClassConditionneurNum_K9_V1_00::DemandeQuiEstLà() {
   if (!PeutInterroger(LiaisonSerie_, Adresse_)) return false;
-  canaux_.clear();
   Initialised_ = false;
   dernierEssai_ = Maintenant();
   return EnvoieRequête(kRegistresDeDétection, Envoi::Forcé);
@@ -60,7 +60,9 @@ bool ClassConditionneurNum_K9_V1_00::DemandeQuiEstLà() {
 void ClassConditionneurNum_K9_V1_00::Reconnaît() {
   version_ = VersionDe(échange_.Données().Nombre());
   Initialised_ = version_ != trames_conditionneur::kVersionInconnue;
-  if (Initialised_) CréeLesCanaux();
+  if (!Initialised_) return;
+  CréeLesCanaux();
+  EstEntendu();
 }
 
 void ClassConditionneurNum_K9_V1_00::Refresh() {
@@ -68,6 +70,8 @@ void ClassConditionneurNum_K9_V1_00::Refresh() {
     Lit();
     SurveilleLePort();
   }
+  Surveille();
+  if (!Initialised()) Initialised_ = false;  // silent: looked for, as one that was unplugged
   if (!Initialised_) Cherche();
 }
 

@@ -7,8 +7,8 @@
 namespace zuma {
 
 /// Digital conditioner on Modbus, reduced form for both firmwares: one exchange behind the other,
-/// as fast as the refresh. It finds a module that is plugged in late or again by itself. Flags are
-/// latched until the object is made again.
+/// as fast as the refresh. It finds a module that is plugged in late, again or silent for a second
+/// by itself. A good answer lowers no flag, five seconds without a fault do.
 class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
  public:
   explicit ClassConditionneurNum_K9_V1_00(Plateforme& plateforme)
@@ -23,6 +23,7 @@ class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
   using ConditionneurCommun::Adresse;
   using ConditionneurCommun::ErreurGenerale;
   using ConditionneurCommun::Initialised;
+  using ConditionneurCommun::Périmé;
   using ConditionneurCommun::Timeout;
   /// True in the first 10 s of the clock's life, time-out or not. Advice to a display, and no more.
   [[nodiscard]] bool TimeoutAffichable() const;

@@ -11,6 +11,7 @@ using enum DrapeauConditionneur;
 
 constexpr std::int32_t kLitRegistres = 3;
 constexpr int kLecturesAuPlus = 100;
+constexpr double kRémission = 5'000'000;  // microseconds
 
 constexpr std::array<std::string_view, kNombreDeDrapeaux> kNoms{
     "ErreurGenerale", "Timeout",       "ErreurAdresseModbus",    "ErreurCRC",  "ErreurDiagnostic",
@@ -72,10 +73,19 @@ bool EchangeConditionneur::LitRéponse(const Ligne& ligne) {
     return false;
   }
   enAttente_ = false;
-  if (résultat == Résultat::Bonne) return true;
-  Lève(ErreurGenerale);
-  Lève(DrapeauDe(résultat));
+  if (résultat == Résultat::Bonne) {
+    BaisseLesAnciens(ligne.timer);
+    return true;
+  }
+  Lève(ErreurGenerale, ligne.timer);
+  Lève(DrapeauDe(résultat), ligne.timer);
   return false;
+}
+
+void EchangeConditionneur::BaisseLesAnciens(ZED_Timer& timer) {
+  if (!heureDeFaute_ || timer.LitMicrosecondes() - *heureDeFaute_ < kRémission) return;
+  drapeaux_ = {};
+  heureDeFaute_.reset();
 }
 
 // The wait always ends: an exchange that a wrong answer ended lasts until its time-out too, so that
@@ -90,7 +100,7 @@ bool EchangeConditionneur::AttendRéponse(const Ligne& ligne) {
 bool EchangeConditionneur::Echoit(ZED_Timer& timer) {
   if (timer.LitMicrosecondes() - heureDEnvoi_ < timeOut_) return false;
   enAttente_ = false;
-  Lève(Timeout);
+  Lève(Timeout, timer);
   return true;
 }
 

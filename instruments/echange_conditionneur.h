@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "core/outils_modbus.h"
@@ -31,8 +32,8 @@ inline constexpr std::size_t kNombreDeDrapeaux = 9;
 /// Flag that a wrong answer raises beside `ErreurGenerale`.
 [[nodiscard]] DrapeauConditionneur DrapeauDe(OutilsModbus::Résultat résultat) noexcept;
 
-/// One question to the module and the wait for its answer. The flags are latched: no exchange
-/// lowers one.
+/// One question to the module and the wait for its answer. The flags are latched: a good answer
+/// lowers none, but for one that comes when nothing was wrong for five seconds.
 class EchangeConditionneur {
  public:
   /// An answer later than `timeOut` microseconds is no answer.
@@ -67,14 +68,17 @@ class EchangeConditionneur {
   }
 
  private:
-  void Lève(DrapeauConditionneur drapeau) noexcept {
+  void Lève(DrapeauConditionneur drapeau, ZED_Timer& timer) {
     drapeaux_[static_cast<std::size_t>(drapeau)] = true;
+    heureDeFaute_ = timer.LitMicrosecondes();
   }
+  void BaisseLesAnciens(ZED_Timer& timer);
   bool Echoit(ZED_Timer& timer);
 
   double timeOut_;
   bool enAttente_ = false;
   double heureDEnvoi_ = 0;  ///< microseconds
+  std::optional<double> heureDeFaute_;
   Octets question_;
   Octets réponse_;
   OutilsModbus::Valeurs données_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <span>
 
@@ -30,5 +31,14 @@ class BibliothèqueSpider {
   virtual void S8_CloseDevice() noexcept = 0;
   virtual void S8_ClosePort() noexcept = 0;
 };
+
+/// True for a value that an amplifier of 16 bits can give in any unit: nothing guards the values on
+/// their way, and what is left of a garbled one is no number, or beyond all measure.
+[[nodiscard]] inline bool EstUneMesure(float valeur) noexcept {
+  constexpr float kPlusGrande = 1e9F;
+  constexpr float kPlusPetite = 1e-12F;  // but for 0
+  const float grandeur = std::fabs(valeur);
+  return grandeur == 0 || (grandeur >= kPlusPetite && grandeur <= kPlusGrande);
+}
 
 }  // namespace zuma

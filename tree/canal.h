@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -142,15 +143,17 @@ class Canal : public Objet {
     return static_cast<T&>(*pilote_);
   }
   /// Reads `NbLecture` conversions and sets the value to their mean, brought from the board's
-  /// full scale to the common one. `NbLecture` of 0 or less fails with 11.
+  /// full scale to the common one. A conversion that gave no number is no reading: the value stays.
+  /// `NbLecture` of 0 or less fails with 11.
   template <class Lecture>
   void LitMoyenne(Lecture&& conversion, double pleineEchelleCarte) {
     SommeTemp = 0;
     for (IndexLecture = 1; IndexLecture <= mintNbLecture; ++IndexLecture) {
       SommeTemp += static_cast<double>(conversion(mintGain));
     }
-    mdblValeurCanal = Divise(SommeTemp, std::max<std::int16_t>(mintNbLecture, 0)) * kPleineEchelle /
-                      pleineEchelleCarte;
+    const double moyenne = Divise(SommeTemp, std::max<std::int16_t>(mintNbLecture, 0));
+    if (!std::isfinite(moyenne)) return;
+    mdblValeurCanal = moyenne * kPleineEchelle / pleineEchelleCarte;
   }
 
  private:

@@ -51,6 +51,7 @@ TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
     plateforme.réglages.ik121.latch = latch;
     for (const auto& [un, deux] :
          {std::pair{5.0, -70000.0}, {-65536.0, 131072.0}, {-2147483647.0, 2147483647.0}}) {
+      timer->heure += 20e6;  // no encoder moves as far at once
       Place(0, 777 + un);
       Place(1, deux);
       bloc->MetàJour();
@@ -59,6 +60,7 @@ TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
     }
   }
   jumelle.regardsAvantPrêt = 100'000;
+  timer->heure += 20e6;
   Place(0, 12);
   bloc->MetàJour();
   EXPECT_EQ(Axe(1).ValeurCanal(), 765) << "a late latch is awaited";
@@ -78,6 +80,28 @@ TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
   EXPECT_EQ(Axe(1).ValeurCanal(), 678) << "back by itself";
 }
 
+TEST_F(DesCodeurs, NePrennentPasUnCompteImpossible) {
+  Démarre({1, 2});
+  Place(0, 500);
+  bloc->MetàJour();
+  ASSERT_EQ(Axe(1).ValeurCanal(), -500);
+  for (const double compte : {1e9, -1e9, 3e6}) {
+    Place(0, compte);
+    Place(1, 7);
+    bloc->MetàJour();
+    EXPECT_EQ(Axe(1).ValeurCanal(), -500) << compte;
+    EXPECT_EQ(Axe(2).ValeurCanal(), -7) << compte;
+  }
+  EXPECT_TRUE(registre->Contient("Axe 1 : compte -1000000000 impossible derrière 500"));
+  Place(0, 600);
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(1).ValeurCanal(), -600);
+  jumelle.pannes.morte = true;  // pulled
+  bloc->MetàJour();
+  EXPECT_EQ(Axe(1).ValeurCanal(), -600);
+  EXPECT_TRUE(registre->Contient("Axe 1 : la carte ne répond plus"));
+}
+
 TEST_F(DesCodeurs, AjoutentLeMotHautOuNonSelonLeRéglage) {
   using enum MotHautIK121;
   const struct {
@@ -95,6 +119,7 @@ TEST_F(DesCodeurs, AjoutentLeMotHautOuNonSelonLeRéglage) {
   plateforme.réglages.ik121.motHaut = Compte;
   Démarre({2});
   Place(1, -1e12);
+  timer->heure += 3600e6;
   bloc->MetàJour();
   EXPECT_EQ(Axe(2).ValeurCanal(), 1e12);
   plateforme.réglages.ik121.latch = 2;

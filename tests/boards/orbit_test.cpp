@@ -66,7 +66,7 @@ TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
 TEST_F(UnRéseauOrbit, DitQuIlNyAAucunModule) {
   réseau.sansCarte = true;
   carte.Initialise();
-  ASSERT_EQ(registre->entrées.size(), 1U);
+  ASSERT_EQ(registre->entrées.size(), 4U) << "and each channel that is refused";
   const std::string& message = registre->entrées[0].message;
   EXPECT_TRUE(message.starts_with(
       "Erreur d'initialisation (Aucun de module détecté - probablement débranché) du carte "
@@ -97,7 +97,8 @@ TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
   EXPECT_LT(Passe(30), 510'000) << "one reconnection for a module that is gone";
   EXPECT_FALSE(Le(0).EnService());
   EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "its value stays";
-  EXPECT_TRUE(registre->entrées.empty());
+  EXPECT_EQ(registre->entrées.size(), 2U) << "each of the two that were refused, once";
+  EXPECT_TRUE(registre->Contient("Module Orbit 'A0' refusé"));
 }
 
 }  // namespace

@@ -89,6 +89,11 @@ TEST_F(UneCartePCI, ChercheSonCalibreEtDonneLesMêmesPoints) {
     EXPECT_EQ(canal.Gain(), c.arrivée) << c.volts;
     EXPECT_NEAR(canal.ValeurCanal(), c.volts * kPointsParVolt, 1) << c.volts;
   }
+  bibliothèque.refuseTout = true;
+  const double avant = canal.ValeurCanal();
+  bloc->MetàJour();
+  EXPECT_EQ(canal.ValeurCanal(), avant) << "a call that fails gives no value";
+  bibliothèque.refuseTout = false;
   jumelle.bornes.entréesAnalogiques[3] = 2;
   bibliothèque.refus = 0;
   PCI_9111_HR pilote({plateforme, timer}, static_cast<std::uint16_t>(carte.Adresse()));
@@ -188,6 +193,8 @@ TEST_F(UneCartePCI, EcritSonUniqueSortieAnalogique) {
 
 TEST_F(UneCartePCI, DitSonAbsenceOuSeRemetAZéro) {
   const FonctionRef bloc = Bloc(carte, "DrvPCI6208V/Vorlanex SA", "Sortie Analogique", {1, 7});
+  Démarre("DrvPCI9111HR");
+  EXPECT_TRUE(registre->Contient("Carte PCI 9111 n° 2 absente (réponse -9)"));
   Démarre("DrvPCI 6208 V");
   ASSERT_EQ(messages.textes, std::vector<std::string>{"Init 6208V error : -9"});
   EXPECT_EQ(bloc->Adresse(), -9);

@@ -234,6 +234,7 @@ TEST_F(SurLeCAN, LaisseHorsServiceUneRègleQuiNeRépondPas) {
     canal.HandlePort(autre.CanOpenDriver(0, 0));
     canal.Initialise();
     EXPECT_FALSE(canal.EnService()) << réponses;
+    canal.Initialise();
     canal.ValeurCanal(42);
     canal.MetàJour();
     EXPECT_EQ(canal.ValeurCanal(), 42) << réponses;
@@ -241,13 +242,15 @@ TEST_F(SurLeCAN, LaisseHorsServiceUneRègleQuiNeRépondPas) {
     canal.Initialise();
     EXPECT_TRUE(canal.EnService()) << "a second start may succeed";
   }
-  EXPECT_TRUE(registre->entrées.empty()) << "no message";
+  EXPECT_EQ(registre->entrées.size(), 4U) << "each of the four channels, once";
+  EXPECT_TRUE(registre->Contient("Règle '00A1FF10' muette au démarrage"));
+  EXPECT_TRUE(messages.textes.empty());
 }
 
 TEST_F(SurLeCAN, RefuseUneConfigurationIllisible) {
   Règle({5, 900});
   const FonctionRef bloc =
-      Bloc("DrvPCI7841-2", {{0, "Règle MTS 1 aimant", "12"},
+      Bloc("DrvPCI7841-2", {{0, "Règle MTS 1 aimant", "12", 0x1A2},
                             {1, "Règle MTS Multimagnet", "00A1FF10", 0x1A1, 3, 3},
                             {2, "Règle MTS Multimagnet", "00A1FF10", 0x1A1, 2, 3},
                             {3, "Règle MTS 1 aimant"}});
@@ -346,6 +349,77 @@ TEST_F(SurLeCAN, LitDeuxAimantsEnUnBloc) {
   EXPECT_EQ(Le(bloc, 0).ValeurCanal(), 51000);
   EXPECT_EQ(Le(bloc, 1).ValeurCanal(), 300000);
   EXPECT_TRUE(registre->entrées.empty());
+}
+
+// A frame goes to the ruler that its identifier names, whichever of them asked last.
+TEST_F(SurLeCAN, PartageUnPortEntreSesRègles) {
+  Règle({50000, 90000});
+  const auto autre = Règle({20000, 70000}, 0x01020304);
+  Règle({4242}, 0x0A0B0C0D);
+  const FonctionRef bloc =
+      Bloc("DrvPCI7841-2", {{0, "Règle MTS Multimagnet", "00A1FF10", 0x1A1, 2, 1},
+                            {1, "Règle MTS Multimagnet", "01020304", 0x1B1, 2, 1},
+                            {2, "Règle MTS 1 aimant", "0A0B0C0D", 0x1C1},
+                            {3, "Règle MTS Multimagnet", "00A1FF10", 0x1A1, 2, 2},
+                            {4, "Règle MTS Multimagnet", "01020304", 0x1B1, 2, 2}});
+  Démarre();
+  const auto passe = [&](int fois) {
+    for (; fois > 0; --fois) {
+      bloc->MetàJour();
+      horloge->Avance(5000);
+    }
+    std::vector<double> lues;
+    for (const CanalRef& canal : *bloc->Canals()) lues.push_back(canal->ValeurCanal());
+    return lues;
+  };
+  EXPECT_EQ(passe(6), (std::vector<double>{50000, 20000, 4242, 90000, 70000}));
+  for (int i = 0; i < 20; ++i) {
+    autre->aimants = {20000 + 40 * i, 70000 - 30 * i};
+    const auto lues = passe(3);
+    EXPECT_EQ(lues[1], 20000 + 40 * i);
+    EXPECT_EQ(lues[4], 70000 - 30 * i);
+  }
+  autre->muette = true;
+  EXPECT_EQ(passe(5), (std::vector<double>{50000, 20760, 4242, 90000, 69430}));
+  EXPECT_TRUE(registre->entrées.empty());
+  // A card that takes no request says nothing of its rulers.
+  can.absente = true;
+  EXPECT_EQ(passe(5), (std::vector<double>{50000, 20760, 4242, 90000, 69430}));
+}
+
+TEST_F(SurLeCAN, DitCeQuiNePeutPasPartagerUnPort) {
+  const char* kUn = "Règle MTS 1 aimant";
+  const struct {
+    const char* driver;
+    std::vector<LigneDeRègle> règles;
+    bool parFonction;
+    const char* dit;
+  } cas[] = {
+      {"DrvPCI7841-2", {{0, kUn}, {1, kUn, "01020304", 0x1B1}}, false, ""},
+      {"DrvPCI7841-2", {{0, kUn}, {1, kUn}}, false, ""},
+      {"DrvPCI7841-2",
+       {{0, kUn}, {1, kUn, "01020304"}},
+       false,
+       "Canal 11 : Position ID d'une autre règle du port (canal 10)"},
+      {"DrvPCI7841-2",
+       {{0, kUn}, {1, kUn, "00A1FF10", 0x1B1}},
+       false,
+       "Canal 11 : la règle de ce numéro de série a déjà un autre Position ID (canal 10)"},
+      {"DrvPCI7841-2",
+       {{0, kUn}, {1, kUn, "01020304", 0x1B1}},
+       true,
+       "Canal 11 : le bloc ne lit que la règle de son premier canal (canal 10)"},
+  };
+  Règle({5, 6});
+  Règle({7, 8}, 0x01020304);
+  for (const auto& c : cas) {
+    registre->entrées.clear();
+    (void)Bloc(c.driver, c.règles, c.parFonction);
+    Démarre(c.driver);
+    EXPECT_EQ(registre->entrées.size(), *c.dit == 0 ? 0U : 1U) << c.dit;
+    EXPECT_TRUE(registre->Contient(c.dit) || *c.dit == 0) << c.dit;
+    carte.Fonctions()->Remove("1");
+  }
 }
 
 TEST_F(SurLeCAN, FermeLePortUneFois) {

@@ -1,4 +1,6 @@
 // The amplifier read block by block, from its inputs to the channels.
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
@@ -36,6 +38,14 @@ TEST(UnBlocSpider, MesureSesCanauxDansLeurOrdreEtFermeAvecLui) {
   EXPECT_EQ(lib.mesures, 1);
   EXPECT_EQ(valeur(2), 0.5) << "by rank, as the channels were set up, less the tare";
   EXPECT_EQ(valeur(5), 4);
+  for (const double impossible : {2.9e32, -9e-41, 1e300, std::nan("")}) {
+    lib.Voie(90, 1).grandeur = impossible;
+    bloc->MetàJour();
+    EXPECT_EQ(valeur(5), 4) << impossible << " is no measure";
+  }
+  lib.Voie(90, 1).grandeur = 0;
+  bloc->MetàJour();
+  EXPECT_EQ(valeur(5), 0);
   lib.muet = true;
   bloc->MetàJour();
   EXPECT_EQ(valeur(2), 0.5) << "an error leaves the value";

@@ -126,6 +126,15 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
        "the "
        "input stays at 0; found 23; expected 0 to 22\n"},
       {"UPDATE Canal SET [Numéro du Canal]=9e300 WHERE [Index]=1103", "found 9E+300"},
+      {"UPDATE Canal SET [Position ID]=(SELECT [Position ID] FROM Canal WHERE [Index]=11100) WHERE "
+       "[Index]=11101",
+       "data: table Canal, row 11101, column Position ID: another ruler of the port has this "
+       "identifier (channel 11100)\n"},
+      {"UPDATE Fonction SET [Numéro du port CAN]=0 WHERE [Index]=112; UPDATE Fonction SET [Vitesse "
+       "du CAN]=250 WHERE [Index]=112",
+       "data: table Fonction, row 112, column Vitesse du CAN: the CAN port has another speed or "
+       "mode "
+       "already (channel 11100)\n"},
       {"UPDATE Carte SET Adresse='port' WHERE [Index]=2", "failure: Erreur N°13 ("},
       {"DROP TABLE Commande", "Table absente de la base de données"},
       {"ALTER TABLE Fonction DROP COLUMN Temps",

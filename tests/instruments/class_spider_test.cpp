@@ -1,6 +1,8 @@
 // The measuring amplifier: on its own as a host uses it, and as a board of a frame.
 #include "instruments/class_spider.h"
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "core/chassis.h"
@@ -67,6 +69,12 @@ TEST_F(UnSpider, LitA50HertzEtRattrapeSonRetard) {
   horloge->Avance(100'000);
   for (int i = 0; i < 20; ++i) spider.Refresh();
   EXPECT_EQ(lib.mesures, 6) << "one measure a call, until the schedule is met again";
+  for (const double impossible : {-2.9e32, 9e-41, std::nan("")}) {
+    lib.Voie(7, 9).grandeur = impossible;
+    horloge->Avance(20'000);
+    spider.Refresh();
+    EXPECT_EQ(spider.ValeurCanal(10), 1) << impossible << " is no measure";
+  }
   lib.muet = true;
   horloge->Avance(100'000);
   spider.Refresh();

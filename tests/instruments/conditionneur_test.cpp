@@ -31,7 +31,7 @@ std::string Levés(const C& c) {
   return levés;
 }
 
-// The conditioner of a board, with its five channels and one too many.
+// The conditioner of a board, with its six channels.
 template <class C>
 class UnConditionneur : public testing::Test, public essai::BancInstrument {
  public:
@@ -93,7 +93,7 @@ TYPED_TEST(UnConditionneur, DistingueLesModules) {
     EXPECT_EQ(this->Objet().version(), attendu.version);
     const bool connu = attendu.version != 99999;
     EXPECT_EQ(this->Canaux(),
-              connu ? (Valeurs{-2, 32767, 32767, -1, 0, 0}) : (Valeurs{0, 0, 0, 0, 0, 0}));
+              connu ? (Valeurs{-2, 32767, 32767, -1, 0, 0}) : (Valeurs{0, 0, 0, 0, 0, -1}));
     EXPECT_EQ(this->registre->Contient("ce module n'est pas connu"), !connu);
     this->registre->entrées.clear();
   }
@@ -126,7 +126,9 @@ TYPED_TEST(UnConditionneur, NAttendAuDémarrageQueSonTimeOut) {
   EXPECT_TRUE(this->Objet().Initialised()) << "a latched time-out does not end a new wait";
 }
 
-TYPED_TEST(UnConditionneur, RetientChaqueErreurEtContinue) {
+// Whatever keeps the values away, they are told as old, then the module as lost; once it answers
+// again all comes back, an error too.
+TYPED_TEST(UnConditionneur, DitChaqueErreurEtSonSilenceEtContinue) {
   const struct {
     const char* drapeaux;
     void (*abîme)(Module&, sim::Pannes&);
@@ -136,6 +138,7 @@ TYPED_TEST(UnConditionneur, RetientChaqueErreurEtContinue) {
       {"GL", [](Module& m, auto&) { m.premierRegistre = 2; }},
       {"GF", [](Module& m, auto&) { m.fausseFonction = 4; }},
       {"T", [](Module&, auto& pannes) { pannes.coupée = true; }},
+      {"T", [](Module&, auto& pannes) { pannes.muette = true; }},
   };
   this->prise.débit = 1'000'000'000;  // whole answers: what is left of a wrong one is another fault
   for (const auto& c : cas) {
@@ -145,15 +148,24 @@ TYPED_TEST(UnConditionneur, RetientChaqueErreurEtContinue) {
     EXPECT_EQ(this->Canaux(), (Valeurs{1, 2, 3, -1, 0, 0}));
     c.abîme(*this->module, this->prise.pannes);
     this->module->valeurs = {4, 5, 6};
-    this->Tourne(2 * this->kTimeOut);
+    this->Tourne(0.25);
     const double erreur = *c.drapeaux == 'G' ? -1 : 0;
     EXPECT_EQ(this->Canaux(), (Valeurs{1, 2, 3, -1, erreur, 0})) << c.drapeaux;
+    this->Tourne(0.25);
+    EXPECT_EQ(this->Canaux(), (Valeurs{1, 2, 3, -1, erreur, -1})) << c.drapeaux << ": old";
+    this->Tourne(0.75);
+    EXPECT_EQ(this->Canaux(), (Valeurs{1, 2, 3, 0, erreur, -1})) << c.drapeaux << ": lost";
+    if (this->kPremière || erreur != 0) {
+      EXPECT_EQ(Levés(this->Objet()), c.drapeaux);
+    }
     this->module->fausseAdresse = this->module->fausseFonction = 0;
     this->module->premierRegistre = 1;
     this->prise.pannes = {};
-    this->Tourne(this->kTimeOut + 0.2);
-    EXPECT_EQ(this->Canaux(), (Valeurs{4, 5, 6, -1, erreur, 0})) << "latched";
-    EXPECT_EQ(Levés(this->Objet()), c.drapeaux);
+    this->Tourne(this->kPremière || erreur != 0 ? 2.2 : 11);
+    EXPECT_EQ(this->Canaux(), (Valeurs{4, 5, 6, -1, erreur, 0})) << c.drapeaux << ": latched";
+    this->Tourne(5);
+    EXPECT_EQ(this->Canaux(), (Valeurs{4, 5, 6, -1, 0, 0})) << c.drapeaux;
+    EXPECT_EQ(Levés(this->Objet()), "");
   }
 }
 
