@@ -2,29 +2,50 @@
 
 #include <array>
 
+#include "tree/driver_table.h"
+
 namespace zuma::partage_can {
 namespace {
 
 using enum ENUM_DRIVER;
 
+std::string DriverDuBloc(const Canal& canal) {
+  return std::string(LigneDuDriver(canal.Parent()->Driver_enm()).texteFonction);
+}
+std::string Numéro(const Canal& canal) {
+  return std::to_string(canal.NuméroCanal());
+}
+std::string RéglagesDuPort(const Canal& canal) {
+  return std::to_string(canal.Parent()->VitesseCAN()) + " kbit/s, " + canal.Parent()->ModeCAN();
+}
+std::string Identifiant(const Canal& canal) {
+  return std::to_string(canal.PositionID());
+}
+std::string NuméroDeSérie(const Canal& canal) {
+  return canal.NuméroDeSérie();
+}
+
+// `valeur`: what the column holds; `attendu` is empty where the other channel's is expected.
 struct Textes {
   std::string_view colonne, français, anglais;
+  std::string (*valeur)(const Canal&);
+  std::string_view attendu{};
 };
 
 // In the order of `Empêchement`.
 constexpr std::array<Textes, 6> kTextes{{
     {"Driver", "le port CAN sert déjà une règle d'une autre génération",
-     "the CAN port serves a ruler of the other generation of drivers already"},
+     "the CAN port serves a ruler of the other generation of drivers already", &DriverDuBloc},
     {"Numéro du Canal", "le port CAN sert déjà une règle, seule sur son port",
-     "the CAN port serves a ruler already that takes it for itself"},
+     "the CAN port serves a ruler already that takes it for itself", &Numéro, "a port of its own"},
     {"Vitesse du CAN", "le port CAN a déjà une autre vitesse ou un autre mode",
-     "the CAN port has another speed or mode already"},
+     "the CAN port has another speed or mode already", &RéglagesDuPort},
     {"Position ID", "Position ID d'une autre règle du port",
-     "another ruler of the port has this identifier"},
+     "another ruler of the port has this identifier", &Identifiant, "an identifier of its own"},
     {"Position ID", "la règle de ce numéro de série a déjà un autre Position ID",
-     "the ruler of this serial number has another identifier already"},
+     "the ruler of this serial number has another identifier already", &Identifiant},
     {"N° de série", "le bloc ne lit que la règle de son premier canal",
-     "the block reads the ruler of its first channel alone"},
+     "the block reads the ruler of its first channel alone", &NuméroDeSérie},
 }};
 
 const Textes& Les(const Conflit& conflit) {
@@ -66,6 +87,15 @@ bool EstDuBloc(const Conflit& conflit) noexcept {
 
 std::string EnAnglais(const Conflit& conflit) {
   return std::string(Les(conflit).anglais) + " (channel " + conflit.autre->Key() + ")";
+}
+
+std::string Trouvé(const Conflit& conflit) {
+  return Les(conflit).valeur(*conflit.canal);
+}
+
+std::string Attendu(const Conflit& conflit) {
+  const Textes& textes = Les(conflit);
+  return textes.attendu.empty() ? textes.valeur(*conflit.autre) : std::string(textes.attendu);
 }
 
 void Recherche::Note(const Canal& canal, const Canal& autre, Empêchement quoi) {

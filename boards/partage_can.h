@@ -34,6 +34,8 @@ struct Conflit {
 [[nodiscard]] std::string_view Colonne(const Conflit& conflit) noexcept;
 [[nodiscard]] bool EstDuBloc(const Conflit& conflit) noexcept;
 [[nodiscard]] std::string EnAnglais(const Conflit& conflit);
+[[nodiscard]] std::string Trouvé(const Conflit& conflit);
+[[nodiscard]] std::string Attendu(const Conflit& conflit);
 
 /// Looks for conflicts over the boards of a frame, in one walk.
 class Recherche {

@@ -77,18 +77,18 @@ void TableEtalonnage::PointY(std::int16_t indice, double points) {
   Prépare();
 }
 
-std::size_t TableEtalonnage::DernièreRangée() const {
+std::size_t TableEtalonnage::RangéesUtiles(const Colonne& unités, const Colonne& points) {
   std::size_t dernier = kMaxPoints;
-  while (dernier > 0 && unités_[dernier] == 0 && points_[dernier] == 0) --dernier;
+  while (dernier > 0 && unités[dernier] == 0 && points[dernier] == 0) --dernier;
   if (dernier < 2 || dernier == kMaxPoints) return dernier;
   const auto avecLeZéro = [&](const auto& colonne) {
     return std::span<const double>(colonne).subspan(1, dernier + 1);
   };
-  return Continue(avecLeZéro(unités_)) && Continue(avecLeZéro(points_)) ? dernier + 1 : dernier;
+  return Continue(avecLeZéro(unités)) && Continue(avecLeZéro(points)) ? dernier + 1 : dernier;
 }
 
 void TableEtalonnage::Prépare() {
-  const std::size_t dernier = DernièreRangée();
+  const std::size_t dernier = RangéesUtiles(unités_, points_);
   std::array<PointDeTable, kMaxPoints> versUnités{};
   std::array<PointDeTable, kMaxPoints> versPoints{};
   for (std::size_t i = 0; i < dernier; ++i) {

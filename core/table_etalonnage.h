@@ -59,13 +59,16 @@ class TableEtalonnage {
   [[nodiscard]] double VersUnités(double points) const { return versUnités_.Interpole(points); }
   /// Units to points; fails like `Interpolation::Interpole`.
   [[nodiscard]] double VersPoints(double unités) const { return versPoints_.Interpole(unités); }
+  /// One column; row 0 exists and takes no part.
+  using Colonne = std::array<double, kMaxPoints + 1>;
+  /// Rows in use of these columns, from row 1 on.
+  [[nodiscard]] static std::size_t RangéesUtiles(const Colonne& unités, const Colonne& points);
 
  private:
-  [[nodiscard]] std::size_t DernièreRangée() const;
   void Prépare();
 
-  std::array<double, kMaxPoints + 1> unités_{};
-  std::array<double, kMaxPoints + 1> points_{};
+  Colonne unités_{};
+  Colonne points_{};
   Interpolation versUnités_;
   Interpolation versPoints_;
 };

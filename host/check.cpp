@@ -10,6 +10,7 @@
 #include "host/retenues.h"
 #include "host/verbes.h"
 #include "host/verifie_donnees.h"
+#include "host/verifie_le_sens.h"
 #include "platform/linux/base_sqlite.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/liaison_serie_linux.h"
@@ -58,6 +59,8 @@ void VérifieLePartageDuCAN(Chassis& chassis, Recueil& recueil) {
                     .table = duBloc ? "Fonction" : "Canal",
                     .ligne = duBloc ? conflit.canal->Parent()->Key() : conflit.canal->Key(),
                     .colonne = std::string(partage_can::Colonne(conflit)),
+                    .trouvé = partage_can::Trouvé(conflit),
+                    .attendu = partage_can::Attendu(conflit),
                     .texte = partage_can::EnAnglais(conflit)});
   }
 }
@@ -186,9 +189,10 @@ int Check(const OptionsCheck& options) {
   VérifieLeFichier(options.fichier, *recueil);
   const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, options.fichier);
   ExigeChassis(*base, options.fichier, options.chassis);
+  const linux_::Parametres paramètres = LitLesParamètres(options.fichier, options.paramètres);
   VérifieLesDonnées(*base, *recueil);
-  const Contenu contenu = ChargeEtLie(
-      base, options.chassis, LitLesParamètres(options.fichier, options.paramètres), recueil);
+  VérifieLeSens(*base, paramètres.Collection(), *recueil);
+  const Contenu contenu = ChargeEtLie(base, options.chassis, paramètres, recueil);
   Imprime(options, recueil->Problèmes(), contenu);
   return recueil->Problèmes().empty() ? kBon : kProblèmes;
 }

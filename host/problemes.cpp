@@ -63,7 +63,8 @@ bool Recueil::AttendEncore(std::string_view texte, const ObjetConcerné& objet, 
 }
 
 std::string Ligne(const Problème& p) {
-  std::string ligne = std::string(Nom(p.origine)) + ": ";
+  std::string ligne(Nom(p.origine));
+  ligne += p.gravité == Gravité::Avertissement ? ", warning: " : ": ";
   const std::string lieu = Lieu(p);
   if (!lieu.empty()) ligne += lieu + ": ";
   ligne += p.texte;
@@ -75,7 +76,9 @@ std::string Ligne(const Problème& p) {
 std::string EnJson(const std::vector<Problème>& problèmes, int retrait) {
   nlohmann::ordered_json liste = nlohmann::ordered_json::array();
   for (const Problème& p : problèmes) {
-    nlohmann::ordered_json objet{{"kind", Nom(p.origine)}};
+    nlohmann::ordered_json objet{
+        {"kind", Nom(p.origine)},
+        {"severity", p.gravité == Gravité::Avertissement ? "warning" : "error"}};
     const auto ajoute = [&](const char* nom, const std::string& texte) {
       if (!texte.empty()) objet[nom] = texte;
     };

@@ -18,6 +18,12 @@ enum class Origine {
   Echec     ///< an entry of the error record
 };
 
+/// How bad it is.
+enum class Gravité {
+  Erreur,        ///< something does not work, or not safely
+  Avertissement  ///< it works, and may not be meant so
+};
+
 /// One thing that is wrong with a configuration. Fields that do not apply stay empty.
 struct Problème {
   Origine origine = Origine::Donnée;
@@ -28,6 +34,7 @@ struct Problème {
   std::string attendu{};
   std::string objet{};  ///< class, key and name of the object concerned
   std::string texte{};
+  Gravité gravité = Gravité::Erreur;
 
   friend bool operator==(const Problème&, const Problème&) = default;
 };

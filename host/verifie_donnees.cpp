@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "core/echec.h"
+#include "host/ligne_lue.h"
 #include "tree/driver_table.h"
 
 namespace zuma::host {
@@ -102,6 +103,36 @@ constexpr std::array<Renvoi, 7> kRenvois{{
     {"Sortie Logique", "Canal", "Canal"},
     {"WatchDog", "Pulse", "Canal"},
 }};
+
+// Columns where an empty text is not taken for Null, by the beginning of their names: the load of
+// the row fails there.
+struct SansVide {
+  std::string_view table;
+  std::string_view début;
+};
+constexpr std::array<SansVide, 13> kSansVide{{
+    {"Chassis", "Frequence"},
+    {"Carte", "Adresse"},
+    {"Fonction", "Mise à Jour"},
+    {"Fonction", "Numéro du port CAN"},
+    {"Fonction", "Vitesse du CAN"},
+    {"Fonction", "Nombre de Canaux"},
+    {"Canal", "Numéro du Canal"},
+    {"Capteur", ""},
+    {"Commande", ""},
+    {"Entrée Logique", "Durée"},
+    {"Entrée Logique", "Niveau"},
+    {"WatchDog", "Adresse"},
+    {"WatchDog", "Temps"},
+}};
+
+// Of a whole table, what is a text may be empty.
+bool VideFaitEchouer(std::string_view table, const ColonneDuSchéma& colonne) {
+  return std::ranges::any_of(kSansVide, [&](const SansVide& s) {
+    return s.table == table && colonne.nom.starts_with(s.début) &&
+           (!s.début.empty() || colonne.type != TypeColonne::Texte);
+  });
+}
 
 class Vérification {
  public:
@@ -197,7 +228,13 @@ class Vérification {
       }
       return;
     }
-    if (EstTexteVide(valeur)) return;
+    if (EstTexteVide(valeur)) {
+      if (VideFaitEchouer(table.nom, colonne)) {
+        Signale(table, lignes, colonne.nom, "an empty text: the row is not read any further",
+                Texte(valeur), colonne.nulAdmis ? "a value, or Null" : "a value");
+      }
+      return;
+    }
     const auto* attente = std::ranges::find(kAttentes, colonne.type, &Attente::type);
     if (attente != kAttentes.end() && !attente->convient(valeur)) {
       Signale(table, lignes, colonne.nom, "unusable value", Texte(valeur), attente->texte);
@@ -234,13 +271,14 @@ class Vérification {
                std::string_view texte, std::string trouvé, std::string_view attendu) {
     if (lesquelles_ && !lesquelles_(table, lignes)) return;
     const Valeur* index = ChercheChamp(lignes, "Index");
-    recueil_.Ajoute({.origine = Origine::Donnée,
-                     .table = std::string(table.nom),
-                     .ligne = index == nullptr ? std::string() : Texte(*index),
-                     .colonne = std::string(colonne),
-                     .trouvé = std::move(trouvé),
-                     .attendu = std::string(attendu),
-                     .texte = std::string(texte)});
+    recueil_.Ajoute(
+        {.origine = Origine::Donnée,
+         .table = std::string(table.nom),
+         .ligne = index == nullptr ? LigneLue(table.nom, lignes).Désignation() : Texte(*index),
+         .colonne = std::string(colonne),
+         .trouvé = std::move(trouvé),
+         .attendu = std::string(attendu),
+         .texte = std::string(texte)});
   }
 
   BaseDeDonnées& base_;

@@ -239,7 +239,7 @@ constexpr std::array kCommandes{
     CommandeDémo{2, "Normale", "Consigne 1", "%", 2100},
     CommandeDémo{3, "Normale", "Consigne 2", "%", 2101, 0, 100, 0, 4095, 25},
     CommandeDémo{4, "Recopie", "Recopie force", "kN", 2102, 0, 100, 0, 4095, 0, "Force"},
-    CommandeDémo{5, "Tout ou Rien", "Refroidissement huile", ""},
+    CommandeDémo{5, "Tout ou Rien", "Refroidissement huile", "", 2103},
 };
 
 void AjouteLaCommande(const CommandeDémo& c, std::int32_t chassis,

@@ -85,6 +85,7 @@ TEST_F(UnDépart, RefuséDonneSaListeEnDonnées) {
   const json liste = json::parse(refus.sortie)["refused"];
   ASSERT_GE(liste.size(), 2U);
   EXPECT_EQ(liste[0], json({{"kind", "data"},
+                            {"severity", "error"},
                             {"table", "Capteur"},
                             {"row", "1"},
                             {"column", "Temps de Calcul de la Vitesse"},

@@ -91,6 +91,7 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
   const struct {
     std::string sql;
     std::string ligne;
+    std::string chassis = "1";
   } cas[] = {
       {"UPDATE Fonction SET Driver='DrvPCL999' WHERE [Index]=11",
        "data: table Fonction, row 11, column Driver: unknown text: it selects nothing; found "
@@ -106,10 +107,12 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE Fonction SET [Type de Fonction]='Entrée Analogique' WHERE [Index]=12",
        "data: table Fonction, row 12, column Type de Fonction: the driver DrvACL8316 does not"},
       {"UPDATE [Liaison Chassis / Carte] SET Carte=99 WHERE Carte=10",
-       "data: table Liaison Chassis / Carte, column Carte: refers to a row that is not there; "
+       "data: table Liaison Chassis / Carte, row (1, 99), column Carte: refers to a row that is "
+       "not there; "
        "found 99; expected an Index of table Carte\n"},
       {"INSERT INTO [Liaison Chassis / Commande] (Chassis, Commande) VALUES (1, 3)",
-       "data: table Liaison Chassis / Commande, column Commande: linked twice to frame 1; found 3; "
+       "data: table Liaison Chassis / Commande, row (1, 3), column Commande: linked twice to frame "
+       "1; found 3; "
        "expected one row for each object of a frame\n"},
       {"INSERT INTO [Sortie Logique] ([Index], Canal) VALUES (55, 4242)",
        "data: table Sortie Logique, row 55, column Canal: refers to a row that is not there; found "
@@ -129,19 +132,28 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
       {"UPDATE Canal SET [Position ID]=(SELECT [Position ID] FROM Canal WHERE [Index]=11100) WHERE "
        "[Index]=11101",
        "data: table Canal, row 11101, column Position ID: another ruler of the port has this "
-       "identifier (channel 11100)\n"},
+       "identifier (channel 11100); found 385; expected an identifier of its own\n",
+       "3"},
       {"UPDATE Fonction SET [Numéro du port CAN]=0 WHERE [Index]=112; UPDATE Fonction SET [Vitesse "
        "du CAN]=250 WHERE [Index]=112",
        "data: table Fonction, row 112, column Vitesse du CAN: the CAN port has another speed or "
        "mode "
-       "already (channel 11100)\n"},
+       "already (channel 11100); found 250 kbit/s, 11 bits; expected 500 kbit/s, 11 bits\n",
+       "3"},
+      {"UPDATE Capteur SET [Offset]='' WHERE [Index]=4",
+       "data: table Capteur, row 4, column Offset: an empty text: the row is not read any further; "
+       "found \"\"; expected a value, or Null\n"},
+      {"UPDATE Capteur SET S='' WHERE [Index]=12",
+       "data: table Capteur, row 12, column S: an empty text: the row"},
+      {"UPDATE [Entrée Logique] SET [Durée Anti-Rebond (s)]='' WHERE [Index]=1",
+       "data: table Entrée Logique, row 1, column Durée Anti-Rebond (s): an empty text: the row"},
       {"UPDATE Carte SET Adresse='port' WHERE [Index]=2", "failure: Erreur N°13 ("},
       {"DROP TABLE Commande", "Table absente de la base de données"},
       {"ALTER TABLE Fonction DROP COLUMN Temps",
        "data: table Fonction, column Temps: missing column: its default stays in place\n"},
   };
   for (const auto& c : cas) {
-    const Fin fin = Lance({"check", Base(c.sql)});
+    const Fin fin = Lance({"check", Base(c.sql), "--frame", c.chassis});
     EXPECT_EQ(fin.code, 1) << c.sql;
     EXPECT_NE(fin.sortie.find(c.ligne), std::string::npos) << c.sql << "\n" << fin.sortie;
     EXPECT_TRUE(fin.sortie.ends_with(" problem(s)\n")) << fin.sortie;
@@ -156,6 +168,7 @@ TEST_F(LeProgramme, DonneLesProblèmesEnJson) {
   const auto problèmes = nlohmann::json::parse(fin.sortie);
   ASSERT_EQ(problèmes.size(), 1U) << fin.sortie;
   EXPECT_EQ(problèmes[0], nlohmann::json({{"kind", "data"},
+                                          {"severity", "error"},
                                           {"table", "Fonction"},
                                           {"row", "11"},
                                           {"column", "Driver"},
