@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "sim/journal_borne.h"
 #include "sim/pannes.h"
 
 namespace zuma::sim {
@@ -25,7 +26,7 @@ void PortCANSimulé::Emet(const TrameCAN& trame, double retard) {
 }
 
 void PortCANSimulé::Envoie(const TrameCAN& trame) {
-  envoyées.push_back(trame);
+  Note(envoyées, trame);
   if (pannes.sourde) return;
   for (const Ref<AppareilCAN>& appareil : appareils_) appareil->Reçoit(trame, *this);
 }

@@ -48,7 +48,7 @@ class PortCANSimulé {
   bool ouvert = false;
   PortCAN réglages;
   Port7841 réglages7841;
-  std::vector<TrameCAN> envoyées;  ///< all that the card sent, in order
+  std::vector<TrameCAN> envoyées;  ///< what the card sent, the last part of it
   int relevés = 0;                 ///< looks at the receive queue
 
  private:

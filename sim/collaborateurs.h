@@ -7,6 +7,7 @@
 
 #include "platform/collaborateurs.h"
 #include "platform/services.h"
+#include "sim/journal_borne.h"
 
 // Plain collaborators of a simulated machine: they keep what they are told.
 namespace zuma::sim {
@@ -15,7 +16,7 @@ namespace zuma::sim {
 class FichiersEnMémoire : public Fichiers {
  public:
   void AjouteLigne(std::string_view, std::string_view ligne) override {
-    lignes.emplace_back(ligne);
+    Note(lignes, std::string(ligne));
   }
   void Supprime(std::string_view) noexcept override { lignes.clear(); }
   void AjouteBloc(std::string_view, std::span<const std::string> bloc) override {

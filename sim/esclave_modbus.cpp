@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -54,7 +56,7 @@ Octets AvecCrc(Octets trame) {
 
 void EsclaveModbus::Reçoit(std::string_view octets, LigneSérie& ligne) {
   if (horloge_.Maintenant() < occupéJusquà_) return;
-  question_ += octets;
+  Note(question_, octets);
   ligne.Réveille(kSilence * ligne.DuréeOctet());
 }
 

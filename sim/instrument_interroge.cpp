@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -28,7 +30,7 @@ const Langage kIndicateurMSV{"\x02MSV?;\x03",
                              [](double valeur) { return Formate("%.2f g\r\n", valeur); }};
 
 void InstrumentInterrogé::Reçoit(std::string_view octets, LigneSérie& ligne) {
-  reçus_ += octets;
+  Note(reçus_, octets);
   if (reçus_.find(langage_.question) == Octets::npos) return;
   reçus_.clear();
   ligne.Emet(langage_.réponse(valeur), latence);

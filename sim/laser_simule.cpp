@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -34,7 +36,7 @@ constexpr std::uint32_t kPasDeMesure = 0x7FFFFF;
 }  // namespace
 
 void LaserSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
-  entrée_ += octets;
+  Note(entrée_, octets);
   for (auto fin = entrée_.find('\r'); fin != Octets::npos; fin = entrée_.find('\r')) {
     const Octets réponse = Répond(std::string_view(entrée_).substr(0, fin));
     entrée_.erase(0, fin + 1);

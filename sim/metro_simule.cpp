@@ -3,14 +3,16 @@
 #include <array>
 #include <cstdio>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 
 void METROSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
-  entrée_ += octets;
+  Note(entrée_, octets);
   for (auto fin = entrée_.find("\r\n"); fin != Octets::npos; fin = entrée_.find("\r\n")) {
     const std::string demande = entrée_.substr(0, fin);
     entrée_.erase(0, fin + 2);
-    demandes.push_back(demande);
+    Note(demandes, demande);
     if (!demande.empty() && !sourde) Répond(demande, ligne);
   }
 }

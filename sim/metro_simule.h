@@ -24,7 +24,7 @@ class METROSimulé : public AppareilSérie {
   bool refuse = false;                   ///< an absent gauge is answered for, with an error
   bool sourde = false;                   ///< asked in vain
   double latence = 20'000;               ///< microseconds before an answer
-  std::vector<std::string> demandes;     ///< all lines received
+  std::vector<std::string> demandes;     ///< lines received, the last of them
   std::map<int, bool> actives;           ///< enabled gauges
 
  private:

@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -38,7 +40,7 @@ void AjouteEntier(Octets& octets, std::uint32_t entier) {
 
 void TesteurCBRSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
   if (vitesseDeLigne != 0 && ligne.Vitesse() != vitesseDeLigne) return;
-  entrée_ += octets;
+  Note(entrée_, octets);
   for (auto début = entrée_.find(kEntête); début != Octets::npos; début = entrée_.find(kEntête)) {
     entrée_.erase(0, début);
     if (entrée_.size() < kLongueurDemande) return;
@@ -49,7 +51,7 @@ void TesteurCBRSimulé::Reçoit(std::string_view octets, LigneSérie& ligne) {
 }
 
 void TesteurCBRSimulé::Traite(int fonction, LigneSérie& ligne) {
-  if (fonction != kMesure) commandes_.push_back(fonction);
+  if (fonction != kMesure) Note(commandes_, fonction);
   if (fonction == kIdentifie) {
     const std::array<char, 2> données{static_cast<char>(genre_), 1};
     Répond(fonction, {données.data(), données.size()}, ligne);

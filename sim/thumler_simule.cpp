@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 
 std::int32_t ThumlerSimulé::FT_Open(std::int32_t numéro, std::int32_t& poignée) {
@@ -18,7 +20,7 @@ std::int32_t ThumlerSimulé::FT_Purge(std::int32_t, std::int32_t masque) {
 
 std::int32_t ThumlerSimulé::FT_Write(std::int32_t, std::string_view octets) {
   if (Etat() != 0) return Etat();
-  commandes.emplace_back(octets);
+  Note(commandes, std::string(octets));
   if (sourd) return 0;
   if (octets == "$H") enMarche_ = false;
   if (octets == "$R") enMarche_ = true;

@@ -42,7 +42,7 @@ class ThumlerSimulé : public FTD2XX {
   double charge = 0;                   ///< second field of the answer
   std::int32_t vitesseLigne = 0;       ///< bauds set by the library
   std::string réponseForcée;           ///< answer in place of the true one, when not empty
-  std::vector<std::string> commandes;  ///< all that was written, in order
+  std::vector<std::string> commandes;  ///< what was written, the last part of it
 
  private:
   [[nodiscard]] std::int32_t Etat() const noexcept { return ouvert_ && branché ? 0 : 3; }

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "sim/journal_borne.h"
+
 namespace zuma::sim {
 namespace {
 
@@ -130,6 +132,20 @@ TEST_F(UneLigne, BabilleÀSaVitesse) {
   EXPECT_NEAR(static_cast<double>(Après(100).size()), 100, 1);
   ligne.pannes.babillarde = false;
   EXPECT_EQ(Après(100), "");
+}
+
+TEST(LesJournauxDesJumeaux, OublientLeDébut) {
+  std::vector<std::string> lignes;
+  std::string octets;
+  for (int i = 0; i <= 100'000; ++i) {
+    Note(lignes, std::to_string(i));
+    Note(octets, "bruit" + std::to_string(i));
+  }
+  EXPECT_EQ(lignes.back(), "100000");
+  EXPECT_EQ(lignes[lignes.size() - kEntréesGardées], std::to_string(100'001 - kEntréesGardées));
+  EXPECT_LE(lignes.size(), 2 * kEntréesGardées);
+  EXPECT_EQ(octets.size(), kEntréesGardées);
+  EXPECT_TRUE(octets.ends_with("bruit100000"));
 }
 
 }  // namespace
