@@ -6,6 +6,7 @@
 #include "core/colonnes.h"
 #include "core/garde.h"
 #include "core/outils_communs.h"
+#include "core/somme_de_controle.h"
 
 namespace zuma {
 namespace {
@@ -59,6 +60,7 @@ void Commande::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
     rstMonRecordSet->MoveFirst();
     LeRecordset_ = rstMonRecordSet;
     LitLigne(*rstMonRecordSet);
+    if (!SommeTient(*rstMonRecordSet)) Montre(LigneChangée("La commande", NomDeLaCommande_));
   });
 }
 

@@ -26,6 +26,9 @@ using EntréeLogiquesRef = Ref<EntréeLogiques>;
 using SortieLogiquesRef = Ref<SortieLogiques>;
 
 class Variables;
+namespace recherche {
+class Annuaire;
+}
 namespace requêtes {
 struct ObjetLié;
 }
@@ -116,8 +119,11 @@ class Chassis : public Objet {
   [[nodiscard]] std::string_view NomPourErreur() const override { return Nom_; }
   /// For who may outlive the frame: empty once it is gone.
   [[nodiscard]] std::weak_ptr<Chassis> Suivi() const noexcept { return moi_; }
+  /// For the searches of `core/recherche.h`: null but while `Lien` links the objects.
+  [[nodiscard]] const recherche::Annuaire* LAnnuaire() const noexcept { return annuaire_; }
 
  private:
+  friend class recherche::Annuaire;
   static constexpr std::size_t kNombreManuelles = 6;
   struct Dues {
     bool ea = false;
@@ -152,6 +158,7 @@ class Chassis : public Objet {
   }
   void RemplitLesVariables(Variables& v) const;
 
+  const recherche::Annuaire* annuaire_ = nullptr;
   std::shared_ptr<Chassis> moi_{this, [](Chassis*) {}};
   std::string Nom_;
   CartesRef Cartes_;

@@ -1,6 +1,5 @@
 // Loading of a frame from its database.
 #include <string>
-#include <vector>
 
 #include "core/chassis.h"
 #include "core/colonnes.h"
@@ -93,16 +92,10 @@ void Chassis::ElagueLesSortiesModbus() {
           fonction->TypeDeFonction() != ENUM_TYPE_FONCTION::FctSortiesLogiques) {
         continue;
       }
-      const std::vector<CanalRef> canaux(fonction->Canals()->begin(), fonction->Canals()->end());
       std::int32_t gardés = 0;
-      for (const CanalRef& canal : canaux) {
-        if (canal->NuméroCanal() < 0) continue;
-        if (gardés < fonction->NombreDeCanaux()) {
-          ++gardés;
-        } else {
-          fonction->Canals()->Remove(canal->Key());
-        }
-      }
+      fonction->Canals()->RetireSi([&](const CanalRef& canal) {
+        return canal->NuméroCanal() >= 0 && ++gardés > fonction->NombreDeCanaux();
+      });
     }
   }
 }

@@ -1,9 +1,11 @@
 // Links between the objects of a frame, its well-known inputs and the order of its sensors.
 #include <algorithm>
-#include <vector>
+#include <string>
+#include <unordered_set>
 
 #include "core/chassis.h"
 #include "core/garde.h"
+#include "core/recherche.h"
 #include "core/requetes.h"
 
 namespace zuma {
@@ -17,25 +19,13 @@ bool SansFils(const Capteur& capteur) {
   return std::ranges::find(kSansFils, capteur.TypeDeCapteur()) != kSansFils.end();
 }
 
-bool FilsTousTriés(const Capteur& capteur, const Capteurs& triés) {
+using Clés = std::unordered_set<std::string>;
+
+bool FilsTousTriés(const Capteur& capteur, const Clés& triés) {
   const CapteursRef fils = capteur.CapteursFils();
   if (!fils) return true;
-  return std::ranges::all_of(
-      *fils, [&](const CapteurRef& f) { return !f || triés.ItemIndex(Valeur(f->Key())); });
-}
-
-// Moves the sensors that `qualifié` accepts, in order; true when one moved.
-template <class Qualifié>
-bool Déplace(Capteurs& restants, Capteurs& triés, Qualifié&& qualifié) {
-  bool déplacé = false;
-  const std::vector<CapteurRef> copie(restants.begin(), restants.end());
-  for (const CapteurRef& capteur : copie) {
-    if (!qualifié(*capteur)) continue;
-    triés.Référence(capteur, capteur->Key());
-    restants.Remove(capteur->Key());
-    déplacé = true;
-  }
-  return déplacé;
+  return std::ranges::all_of(*fils,
+                             [&](const CapteurRef& f) { return !f || triés.contains(f->Key()); });
 }
 
 }  // namespace
@@ -59,6 +49,7 @@ void Chassis::Lien(const Ref<BaseDeDonnées>& dtbMaBase, const std::string& NomD
 
 void Chassis::LieLesObjets(const Ref<ZED_Securite>& sécurité, const ParamètresRef& paramètres,
                            const Ref<ZED_Traduction>& traducteur) {
+  const recherche::Annuaire annuaire(*this);
   for (const CapteurRef& capteur : *Capteurs()) {
     capteur->Lien(sécurité, paramètres, traducteur, this);
   }
@@ -108,9 +99,20 @@ void Chassis::RepèreLesEntréesConnues() {
 void Chassis::TrieLesCapteurs() {
   const CapteursRef triés = Crée<zuma::Capteurs>(LaPlateforme());
   const CapteursRef restants = Capteurs();
-  Déplace(*restants, *triés, SansFils);
-  while (Déplace(*restants, *triés,
-                 [&](const Capteur& capteur) { return FilsTousTriés(capteur, *triés); })) {
+  Clés clés;
+  // Moves the sensors that qualify, in order; true when one moved.
+  const auto déplace = [&](auto&& qualifié) {
+    const std::int32_t avant = triés->Count();
+    restants->RetireSi([&](const CapteurRef& capteur) {
+      if (!qualifié(*capteur)) return false;
+      triés->Référence(capteur, capteur->Key());
+      clés.insert(capteur->Key());
+      return true;
+    });
+    return triés->Count() != avant;
+  };
+  déplace(SansFils);
+  while (déplace([&](const Capteur& capteur) { return FilsTousTriés(capteur, clés); })) {
   }
   Capteurs(triés);
   for (const CapteurRef& capteur : *triés) capteur->ReprendLesLimitesDesFils();

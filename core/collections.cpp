@@ -1,6 +1,6 @@
 #include "core/collections.h"
 
-#include <algorithm>
+#include "core/empreinte.h"
 
 namespace zuma {
 namespace {
@@ -27,6 +27,17 @@ bool MêmeClé(std::string_view a, std::string_view b) noexcept {
     précédentB = cb;
   }
   return true;
+}
+
+std::size_t EmpreinteDeClé::operator()(std::string_view clé) const noexcept {
+  Empreinte empreinte;
+  unsigned char précédent = 0;
+  for (const char caractère : clé) {
+    const auto c = static_cast<unsigned char>(caractère);
+    empreinte.Ajoute(Minuscule(précédent, c));
+    précédent = c;
+  }
+  return empreinte.Valeur();
 }
 
 }  // namespace zuma

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,15 @@ namespace zuma {
 
 /// Comparison of collection keys: letter case is ignored, accents are not.
 [[nodiscard]] bool MêmeClé(std::string_view a, std::string_view b) noexcept;
+/// The same as a relation, and a hash that goes with it.
+struct MêmesClés {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const noexcept { return MêmeClé(a, b); }
+};
+struct EmpreinteDeClé {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view clé) const noexcept;
+};
 
 /// What the operations of a collection do with their failures.
 enum class EchecsCollection {
@@ -133,7 +144,7 @@ class Collection {
   [[nodiscard]] Ref<T> Item(std::optional<std::string_view> vntIndexKey) const {
     return Protège(kItemAttrapé, [&]() -> Ref<T> {
       if (!vntIndexKey && kRègles.cléNullePermise) return {};
-      return membres_->objets[Rang(vntIndexKey)];
+      return Trouvé(vntIndexKey)->second;
     });
   }
 
@@ -156,13 +167,35 @@ class Collection {
   /// Removes the item of that key; an absent key fails with 5.
   void Remove(std::string_view vntIndexKey) {
     Protège(kToutAttrapé, [&] {
-      const auto rang = static_cast<std::ptrdiff_t>(Rang(vntIndexKey));
+      const auto place = Trouvé(vntIndexKey);
       auto& [objets, clés] = AModifier();
+      const auto clé = std::ranges::find_if(
+          clés, [&](const auto& présente) { return présente && MêmeClé(*présente, place->first); });
+      const auto objet = objets.begin() + (clé - clés.begin());
       // Let go last: the end of an object may come back here.
-      const Ref<T> retiré = objets[static_cast<std::size_t>(rang)];
-      objets.erase(objets.begin() + rang);
-      clés.erase(clés.begin() + rang);
+      const Ref<T> retiré = *objet;
+      objets.erase(objet);
+      clés.erase(clé);
+      parClé_.erase(place);
     });
+  }
+
+  /// Removes the members for which `critère` holds; it is asked of each once, in order, before any
+  /// is removed.
+  template <class Critère>
+  void RetireSi(Critère&& critère) {
+    Membres<T> restent;
+    std::vector<Ref<T>> retirés;  // let go last
+    const auto photo = membres_;
+    std::vector<bool> part;
+    for (const Ref<T>& objet : photo->objets) part.push_back(critère(objet));
+    for (std::size_t i = 0; i < part.size(); ++i) {
+      const auto& clé = photo->clés[i];
+      (part[i] ? retirés : restent.objets).push_back(photo->objets[i]);
+      if (!part[i]) restent.clés.push_back(clé);
+      if (part[i] && clé) parClé_.erase(parClé_.find(*clé));
+    }
+    membres_ = std::make_shared<Membres<T>>(std::move(restent));
   }
 
   /// True at the first item in edition.
@@ -199,27 +232,20 @@ class Collection {
     }
   }
 
-  [[nodiscard]] std::optional<std::size_t> Cherche(std::string_view clé) const {
-    const auto& clés = membres_->clés;
-    for (std::size_t i = 0; i < clés.size(); ++i) {
-      const std::optional<std::string>& présente = clés[i];
-      if (présente && MêmeClé(*présente, clé)) return i;
-    }
-    return {};
-  }
+  using ParClé = std::unordered_map<std::string, Ref<T>, EmpreinteDeClé, MêmesClés>;
 
-  [[nodiscard]] std::size_t Rang(std::optional<std::string_view> clé) const {
-    const auto rang = clé ? Cherche(*clé) : std::nullopt;
-    if (!rang) {
+  [[nodiscard]] typename ParClé::const_iterator Trouvé(std::optional<std::string_view> clé) const {
+    const auto place = clé ? parClé_.find(*clé) : parClé_.end();
+    if (place == parClé_.end()) {
       throw Echec(Numéro::AppelIncorrect, DescriptionDEchec(Numéro::ElémentAbsent) + " : '" +
                                               std::string(clé.value_or("")) + "'");
     }
-    return *rang;
+    return place;
   }
 
   Ref<T> Range(Ref<T> objet, std::string_view clé) {
     const bool sansClé = kRègles.cléFacultative && clé.empty();
-    if (!sansClé && Cherche(clé)) {
+    if (!sansClé && !parClé_.emplace(clé, objet).second) {
       throw Echec(Numéro::CléDéjàPrésente,
                   DescriptionDEchec(Numéro::CléDéjàPrésente) + " : '" + std::string(clé) + "'");
     }
@@ -237,6 +263,7 @@ class Collection {
 
   Plateforme& plateforme_;
   std::shared_ptr<Membres<T>> membres_ = std::make_shared<Membres<T>>();
+  ParClé parClé_;  // the members that have a key
 };
 
 class Canal;

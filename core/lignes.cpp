@@ -4,7 +4,7 @@ namespace zuma::lignes {
 
 std::string Lieu(std::string_view table, const Recordset& liste) {
   std::string lieu = " : table '" + std::string(table) + "'";
-  const Valeur* index = ChercheChamp(liste, "Index");
+  const Valeur* index = ChampNommé(liste, "Index");
   if (index != nullptr && !EstNul(*index)) lieu += ", ligne " + VersTexte(*index);
   return lieu;
 }

@@ -24,13 +24,23 @@ void EnNommant(std::string_view table, const Recordset& liste, Travail&& travail
 }
 
 /// Runs `charge` on the "Index" of every row of a list, in order. A row that fails is a failure of
-/// operation `nom` that names table and row; the rows behind it are loaded all the same.
+/// operation `nom` that names table and row; the rows behind it are loaded all the same. Behind a
+/// reading that was interrupted nothing more can be read: the walk ends.
 template <class Charge>
 void PourChacune(const Objet& objet, Forme forme, std::string_view nom, std::string_view table,
                  Recordset& liste, Charge&& charge) {
   if (liste.RecordCount() == 0) return;
-  for (liste.MoveFirst(); !liste.FinDeTable(); liste.MoveNext()) {
-    Garde(objet, forme, nom, [&] { EnNommant(table, liste, charge); });
+  bool interrompue = false;
+  const auto chargeLaLigne = [&] {
+    try {
+      EnNommant(table, liste, charge);
+    } catch (const Echec& échec) {
+      interrompue = échec.NuméroErreur() == static_cast<int>(Numéro::LectureInterrompue);
+      throw;
+    }
+  };
+  for (liste.MoveFirst(); !liste.FinDeTable() && !interrompue; liste.MoveNext()) {
+    Garde(objet, forme, nom, chargeLaLigne);
   }
 }
 

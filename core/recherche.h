@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "logic/entree_logique.h"
 #include "logic/sortie_logique.h"
@@ -10,6 +12,28 @@
 /// Searches of a frame by which objects resolve their references at link time. The first match in
 /// collection order wins; no match gives Nothing.
 namespace zuma::recherche {
+
+/// Where keys and labels of a frame stand while an operation links its objects: each search below
+/// would walk the whole frame for each reference otherwise. What a handler renames meanwhile is
+/// still found, by walking.
+class Annuaire {
+ public:
+  /// Serves the searches of this frame for as long as it lives.
+  explicit Annuaire(Chassis& chassis);
+  ~Annuaire();
+  Annuaire(const Annuaire&) = delete;
+  Annuaire& operator=(const Annuaire&) = delete;
+
+  template <class T>
+  using Table = std::unordered_map<std::string, Ref<T>>;
+  Table<Canal> canaux;  ///< by key, the others by label
+  Table<Capteur> capteurs;
+  Table<EntréeLogique> entrées;
+  Table<SortieLogique> sorties;
+
+ private:
+  Chassis& chassis_;
+};
 
 /// The channel of that key, over all boards and blocks.
 [[nodiscard]] CanalRef CanalDeClé(Chassis& chassis, std::string_view clé);

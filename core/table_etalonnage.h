@@ -64,6 +64,9 @@ class TableEtalonnage {
   /// Rows in use of these columns, from row 1 on.
   [[nodiscard]] static std::size_t RangéesUtiles(const Colonne& unités, const Colonne& points);
 
+  /// Last row that is used; 0 when none is.
+  [[nodiscard]] std::size_t DernièreRangée() const { return RangéesUtiles(unités_, points_); }
+
  private:
   void Prépare();
 

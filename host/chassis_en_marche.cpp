@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/configuration.h"
+#include "host/interruption.h"
 #include "host/retenues.h"
 #include "platform/linux/arret_du_chassis.h"
 #include "tree/bloc_de_sorties.h"
@@ -77,6 +78,7 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
     carte->Lien(paramètres_.Collection());
     if (EstLaissée(*carte)) laissées_.push_back(carte);
   }
+  if (Interruption::Demandée()) throw std::runtime_error("asked to end during the load");
   if (recueil_->Problèmes().empty()) return {};
   return ProblèmesDesDonnées(*base, chassis_, index);
 }

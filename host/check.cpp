@@ -158,19 +158,22 @@ Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
 }
 
 void VérifieLeFichier(const std::string& fichier, Recueil& recueil) {
-  const linux_::BaseSqlite base(fichier, {.lectureSeule = true});
+  constexpr std::chrono::milliseconds kDurée{1500};  // some hundred megabytes
+  const linux_::BaseSqlite base(fichier, {.lectureSeule = true, .bornes = {.durée = kDurée}});
   for (std::string& texte : base.ProblèmesDIntégrité()) {
     recueil.Ajoute({.origine = Origine::Fichier, .texte = std::move(texte)});
   }
 }
 
-void Imprime(const OptionsCheck& options, const std::vector<Problème>& problèmes,
-             const Contenu& contenu) {
+void Imprime(const OptionsCheck& options, const Recueil& recueil, const Contenu& contenu) {
+  const std::vector<Problème>& problèmes = recueil.Problèmes();
+  const std::size_t enPlus = recueil.EnPlus();
   if (options.json) {
-    std::printf("%s\n", EnJson(problèmes).c_str());
+    std::printf("%s\n", EnJson(problèmes, 2, enPlus).c_str());
     return;
   }
   for (const Problème& problème : problèmes) std::printf("%s\n", Ligne(problème).c_str());
+  if (enPlus != 0) std::printf("%s\n", EtDAutres(enPlus).c_str());
   for (const std::string& note : contenu.notes) std::printf("%s\n", note.c_str());
   std::printf(
       "Frame %d: %d boards, %d blocks, %d channels, %d sensors, %d commands, %d logic inputs, %d "
@@ -178,7 +181,7 @@ void Imprime(const OptionsCheck& options, const std::vector<Problème>& problèm
       options.chassis, contenu.cartes, contenu.blocs, contenu.canaux, contenu.capteurs,
       contenu.commandes, contenu.entrées, contenu.sorties,
       problèmes.empty() ? "no problem"
-                        : (std::to_string(problèmes.size()) + " problem(s)").c_str());
+                        : (std::to_string(problèmes.size() + enPlus) + " problem(s)").c_str());
 }
 
 }  // namespace
@@ -190,10 +193,13 @@ int Check(const OptionsCheck& options) {
   const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, options.fichier);
   ExigeChassis(*base, options.fichier, options.chassis);
   const linux_::Parametres paramètres = LitLesParamètres(options.fichier, options.paramètres);
-  VérifieLesDonnées(*base, *recueil);
+  {
+    Avancement avancement;
+    VérifieLesDonnées(*base, *recueil, {}, &avancement);
+  }
   VérifieLeSens(*base, paramètres.Collection(), *recueil);
   const Contenu contenu = ChargeEtLie(base, options.chassis, paramètres, recueil);
-  Imprime(options, recueil->Problèmes(), contenu);
+  Imprime(options, *recueil, contenu);
   return recueil->Problèmes().empty() ? kBon : kProblèmes;
 }
 

@@ -12,6 +12,7 @@
 #include "host/interruption.h"
 #include "host/parametres.h"
 #include "host/verbes.h"
+#include "platform/linux/texte_ligne.h"
 #include "sim/machine_simulee.h"
 
 namespace zuma::host {
@@ -199,11 +200,15 @@ void Imprime(const OptionsCompression& options, const Rapport& r, const std::str
                                       {"folder", options.dossier},
                                       {"recording", nom + ".csv"},
                                       {"curves", nom + ".svg"}};
-    std::printf("%s\n", json.dump(2).c_str());
+    const std::string texte =
+        json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    std::printf("%s\n", linux_::SansSéquence(texte).c_str());
     return;
   }
   std::printf("Compression test: %s\n", fin.c_str());
-  for (const std::string& cause : r.causes) std::printf("  cause: %s\n", cause.c_str());
+  for (const std::string& cause : r.causes) {
+    std::printf("  cause: %s\n", linux_::UneSeuleLigne(cause).c_str());
+  }
   std::printf(
       "  maximum force    %8.2f kN\n  maximum stress   %8.2f MPa\n"
       "  rate held        %8.3f MPa/s (asked %.3f)\n  duration of load %8.1f s\n",

@@ -2,7 +2,9 @@
 
 #include "core/echec.h"
 #include "core/outils_communs.h"
+#include "host/interruption.h"
 #include "platform/linux/base_sqlite.h"
+#include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
 namespace {
@@ -12,8 +14,9 @@ constexpr std::chrono::milliseconds kAttente{100};
 
 // Name of the frame in hand in brackets; nothing where it has none.
 std::string Nom(const Recordset& lignes) {
-  const Valeur* nom = ChercheChamp(lignes, "Nom du Chassis");
-  return nom == nullptr || EstNulOuVide(*nom) ? std::string() : " (" + VersTexte(*nom) + ")";
+  const Valeur* nom = ChampNommé(lignes, "Nom du Chassis");
+  return nom == nullptr || EstNulOuVide(*nom) ? std::string()
+                                              : " (" + linux_::UneSeuleLigne(VersTexte(*nom)) + ")";
 }
 
 // What fails on the file is misuse, told with the file and, where there is one, the way out.
@@ -22,7 +25,7 @@ auto SurLeFichier(const std::string& fichier, Travail&& travail) {
   try {
     return travail();
   } catch (const Echec& e) {
-    std::string texte = fichier + ": " + e.Description();
+    std::string texte = fichier + ": " + linux_::UneSeuleLigne(e.Description());
     if (e.NuméroErreur() == static_cast<int>(Numéro::BaseVerrouillée)) {
       texte += ". Another program is writing to it: let it finish or close it, then start again.";
     }
@@ -35,7 +38,9 @@ auto SurLeFichier(const std::string& fichier, Travail&& travail) {
 Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule) {
   return SurLeFichier(fichier, [&]() -> Ref<BaseDeDonnées> {
     return Crée<linux_::BaseSqlite>(
-        fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule, .attenteVerrou = kAttente});
+        fichier, linux_::RéglagesBase{.lectureSeule = lectureSeule,
+                                      .attenteVerrou = kAttente,
+                                      .bornes = {.interrompue = &Interruption::Demandée}});
   });
 }
 

@@ -15,7 +15,8 @@ struct MauvaisUsage : std::runtime_error {
 };
 
 /// Opens the configuration. A file that is not one is misuse of the program, and so is one that
-/// another program keeps locked for more than 0.1 s: the text says what to do.
+/// another program keeps locked for more than 0.1 s: the text says what to do. Reads end after
+/// their time, and at once when the program is asked to end.
 [[nodiscard]] Ref<BaseDeDonnées> OuvreLaBase(const std::string& fichier, bool lectureSeule);
 
 /// The reads of a load as one, see `LecturesCohérentes`. A base that stays locked is misuse too.

@@ -84,7 +84,7 @@ std::vector<Problème> ProblèmesDesDonnées(BaseDeDonnées& base, Chassis& chas
   const Rangées rangées = RangéesDe(chassis, index);
   Recueil recueil;
   VérifieLesDonnées(base, recueil, [&](const linux_::TableDuSchéma& table, const Recordset& ligne) {
-    const Valeur* clé = ChercheChamp(ligne, table.liaison ? "Chassis" : "Index");
+    const Valeur* clé = ChampNommé(ligne, table.liaison ? "Chassis" : "Index");
     if (clé == nullptr || EstNul(*clé)) return false;
     return rangées.contains({table.liaison ? "Chassis" : table.nom, VersTexte(*clé)});
   });

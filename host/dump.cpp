@@ -68,7 +68,9 @@ std::string EnJson(const std::vector<std::string>& lignes) {
         {{"label", texte.substr(0, fin)},
          {"value", SansBlancs(texte.substr(fin + kFinDeLibellé.size()))}});
   }
-  return objets.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return linux_::SansSéquence(
+             objets.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) +
+         "\n";
 }
 
 bool Imprime(const OptionsDump& options, const std::vector<std::string>& lignes) {

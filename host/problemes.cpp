@@ -1,18 +1,38 @@
 #include "host/problemes.h"
 
-#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
 
+#include "core/empreinte.h"
+#include "platform/linux/texte_ligne.h"
+
 namespace zuma::host {
+
+using linux_::SansSéquence;
+using linux_::UneSeuleLigne;
+
 namespace {
 
-constexpr std::ptrdiff_t kVariantes = 5;  // entries of one failure, by its variables
+constexpr int kVariantes = 5;  // entries of one failure, by its variables
 
 constexpr std::array<std::string_view, 4> kOrigines{"file", "data", "message", "failure"};
 
 std::string_view Nom(Origine origine) {
   return kOrigines[static_cast<std::size_t>(origine)];
+}
+
+constexpr std::array kChamps{&Problème::table,  &Problème::ligne,   &Problème::colonne,
+                             &Problème::trouvé, &Problème::attendu, &Problème::objet,
+                             &Problème::texte};
+
+std::uint64_t EmpreinteDe(const Problème& p) {
+  Empreinte empreinte;
+  empreinte.Ajoute(static_cast<unsigned char>(p.origine));
+  for (const auto champ : kChamps) {
+    empreinte.Ajoute(p.*champ);
+    empreinte.Ajoute('\0');
+  }
+  return empreinte.Valeur();
 }
 
 std::string Lieu(const Problème& p) {
@@ -28,32 +48,30 @@ std::string TexteDeVariable(const Valeur& valeur) {
 
 }  // namespace
 
-void Recueil::Ajoute(Problème problème) {
-  if (std::ranges::find(problèmes_, problème) != problèmes_.end()) return;
-  problèmes_.push_back(std::move(problème));
+bool Recueil::Ajoute(Problème problème) {
+  if (!connus_.insert(EmpreinteDe(problème)).second) return false;
+  if (problèmes_.size() < kGardés) problèmes_.push_back(std::move(problème));
+  return true;
 }
 
 // What fails on every pass has other variables each time: a few of them tell enough.
 void Recueil::AjouteErreur(std::string_view message, const TableVariables& variables) {
-  const auto connue = [&](const Problème& p) {
-    return p.origine == Origine::Echec && p.texte.starts_with(message) &&
-           (p.texte.size() == message.size() || p.texte[message.size()] == '\n');
-  };
-  if (std::ranges::count_if(problèmes_, connue) >= kVariantes) return;
+  int& variantes = variantes_[std::string(message)];
+  if (variantes >= kVariantes) return;
   Problème problème{.origine = Origine::Echec};
-  problème.texte = message;
+  problème.texte = UneSeuleLigne(message);
   for (const auto& [nom, valeur] : variables) {
     if (EstNul(nom)) continue;
-    problème.texte += "\n    " + VersTexte(nom) + " = " + TexteDeVariable(valeur);
+    problème.texte += "\n    " + UneSeuleLigne(VersTexte(nom) + " = " + TexteDeVariable(valeur));
   }
-  Ajoute(std::move(problème));
+  if (Ajoute(std::move(problème))) ++variantes;
 }
 
 void Recueil::Montre(std::string_view texte, const ObjetConcerné& objet) {
   Problème problème{.origine = Origine::Message};
   problème.objet = std::string(objet.classe) + " " + std::string(objet.clé);
   if (!objet.nom.empty()) problème.objet += " (" + std::string(objet.nom) + ")";
-  problème.texte = texte;
+  problème.texte = UneSeuleLigne(texte);
   Ajoute(std::move(problème));
 }
 
@@ -65,15 +83,19 @@ bool Recueil::AttendEncore(std::string_view texte, const ObjetConcerné& objet, 
 std::string Ligne(const Problème& p) {
   std::string ligne(Nom(p.origine));
   ligne += p.gravité == Gravité::Avertissement ? ", warning: " : ": ";
-  const std::string lieu = Lieu(p);
+  const std::string lieu = UneSeuleLigne(Lieu(p));
   if (!lieu.empty()) ligne += lieu + ": ";
-  ligne += p.texte;
-  if (!p.trouvé.empty()) ligne += "; found " + p.trouvé;
-  if (!p.attendu.empty()) ligne += "; expected " + p.attendu;
+  ligne += SansSéquence(p.texte);  // of a failure, with its variables below one another
+  if (!p.trouvé.empty()) ligne += "; found " + UneSeuleLigne(p.trouvé);
+  if (!p.attendu.empty()) ligne += "; expected " + UneSeuleLigne(p.attendu);
   return ligne;
 }
 
-std::string EnJson(const std::vector<Problème>& problèmes, int retrait) {
+std::string EtDAutres(std::size_t enPlus) {
+  return "and " + std::to_string(enPlus) + " more";
+}
+
+std::string EnJson(const std::vector<Problème>& problèmes, int retrait, std::size_t enPlus) {
   nlohmann::ordered_json liste = nlohmann::ordered_json::array();
   for (const Problème& p : problèmes) {
     nlohmann::ordered_json objet{
@@ -91,8 +113,11 @@ std::string EnJson(const std::vector<Problème>& problèmes, int retrait) {
     ajoute("expected", p.attendu);
     liste.push_back(std::move(objet));
   }
-  // A database may hold bytes that are no UTF-8: they must not end the report.
-  return liste.dump(retrait, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  if (enPlus != 0) liste.push_back({{"kind", "more"}, {"text", EtDAutres(enPlus)}});
+  // A database may hold bytes that are no UTF-8: they must not end the report. And what JSON lets
+  // through as it stands, a terminal may obey.
+  return SansSéquence(
+      liste.dump(retrait, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 }  // namespace zuma::host

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/attente.h"
@@ -45,18 +48,27 @@ class Recueil : public ZED_Erreur, public BoîteDeMessage, public AttenteLimité
   void AjouteErreur(std::string_view message, const TableVariables& variables) override;
   void Montre(std::string_view texte, const ObjetConcerné& objet) override;
   bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override;
-  /// Keeps the problem, once: a board that is gone fails on every pass.
-  void Ajoute(Problème problème);
+  /// Keeps the problem, once: a board that is gone fails on every pass. False when it was there.
+  bool Ajoute(Problème problème);
   [[nodiscard]] const std::vector<Problème>& Problèmes() const { return problèmes_; }
+  /// How many different ones came behind the first `kGardés`, which alone are kept.
+  [[nodiscard]] std::size_t EnPlus() const { return connus_.size() - problèmes_.size(); }
+  static constexpr std::size_t kGardés = 10'000;
 
  private:
   std::vector<Problème> problèmes_;
+  std::unordered_set<std::uint64_t> connus_;  // by hash, so that no list is walked for each
+  std::unordered_map<std::string, int> variantes_;
 };
 
 /// The problem as one line for people.
 [[nodiscard]] std::string Ligne(const Problème& problème);
 inline constexpr int kUneLigne = -1;
-/// All problems as a JSON text, an array of objects, indented by `retrait` or on one line.
-[[nodiscard]] std::string EnJson(const std::vector<Problème>& problèmes, int retrait = 2);
+/// All problems as a JSON text, an array of objects, indented by `retrait` or on one line; a last
+/// one tells of `enPlus` others.
+[[nodiscard]] std::string EnJson(const std::vector<Problème>& problèmes, int retrait = 2,
+                                 std::size_t enPlus = 0);
+/// "and 12 more".
+[[nodiscard]] std::string EtDAutres(std::size_t enPlus);
 
 }  // namespace zuma::host

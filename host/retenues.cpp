@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "platform/linux/texte_ligne.h"
 #include "tree/retenues.h"
 
 namespace zuma::host {
@@ -33,8 +34,8 @@ std::vector<Problème> RetenuesTropLongues(Chassis& chassis) {
          .trouvé = Secondes(temps),
          .attendu = "more than " + Secondes(retenue * kPassesParLigne),
          .objet = carte->NomDeLaCarte(),
-         .texte = "board " + carte->Key() + " (" + carte->NomDeLaCarte() + ") holds a pass for " +
-                  Secondes(retenue) +
+         .texte = "board " + carte->Key() + " (" + linux_::UneSeuleLigne(carte->NomDeLaCarte()) +
+                  ") holds a pass for " + Secondes(retenue) +
                   " when its devices start or do not answer, and the watchdog trips once two "
                   "passes take longer than its time: give it more, or put the board on another "
                   "frame"});

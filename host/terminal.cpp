@@ -8,6 +8,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include "platform/linux/texte_ligne.h"
+
 namespace zuma::host {
 namespace {
 
@@ -75,7 +77,7 @@ std::size_t Largeur(std::string_view texte) {
 std::string AGauche(std::string_view texte, std::size_t colonnes) {
   std::string sortie;
   std::size_t largeur = 0;
-  for (const char c : texte) {
+  for (const char c : linux_::UneSeuleLigne(texte)) {
     if (!EstSuite(c) && largeur++ == colonnes) break;
     sortie += c;
   }

@@ -29,7 +29,7 @@ class Terminal {
 
 /// Width on screen of a UTF-8 text without colours, one column a character.
 [[nodiscard]] std::size_t Largeur(std::string_view texte);
-/// `texte` filled with blanks on the right, or cut, to `colonnes`.
+/// `texte`, as text alone, filled with blanks on the right, or cut, to `colonnes`.
 [[nodiscard]] std::string AGauche(std::string_view texte, std::size_t colonnes);
 /// `texte` filled with blanks on the left to `colonnes`.
 [[nodiscard]] std::string ADroite(std::string_view texte, std::size_t colonnes);

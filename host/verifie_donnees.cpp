@@ -5,11 +5,15 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <optional>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
 #include "core/echec.h"
+#include "core/somme_de_controle.h"
 #include "host/ligne_lue.h"
+#include "platform/linux/utf8.h"
 #include "tree/driver_table.h"
 
 namespace zuma::host {
@@ -19,7 +23,7 @@ using linux_::ColonneDuSchéma;
 using linux_::TableDuSchéma;
 using linux_::TypeColonne;
 
-using Clés = std::map<std::string_view, std::set<std::int32_t>>;
+using Clés = std::map<std::string_view, std::unordered_set<std::int32_t>>;
 
 std::string Texte(const Valeur& valeur) {
   if (EstNul(valeur)) return "Null";
@@ -134,10 +138,37 @@ bool VideFaitEchouer(std::string_view table, const ColonneDuSchéma& colonne) {
   });
 }
 
+// What is looked at in one column of a table; found once for all its rows.
+struct ColonneLue {
+  const ColonneDuSchéma* colonne;
+  std::size_t rang;  // among the fields of a row
+  const Attente* attente;
+  const Choix* choix;
+  std::string_view cible;                        // table that it refers to
+  const std::unordered_set<std::int32_t>* clés;  // of that table; none where it refers to nothing
+};
+
+// The first of `liste` that holds for `critère`, or none.
+template <class Liste, class Critère>
+auto Premier(const Liste& liste, Critère&& critère) {
+  const auto trouvé = std::ranges::find_if(liste, critère);
+  return trouvé == liste.end() ? nullptr : &*trouvé;
+}
+
+// The column as the system reads it: one read by its name in whatever case, one looked for in the
+// walk over a row in its own.
+const Valeur* Lue(const Recordset& lignes, const ColonneDuSchéma& colonne) {
+  return colonne.requise ? ChampNommé(lignes, colonne.nom) : ChercheChamp(lignes, colonne.nom);
+}
+
 class Vérification {
  public:
-  Vérification(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles)
-      : base_(base), recueil_(recueil), lesquelles_(std::move(lesquelles)) {}
+  Vérification(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles,
+               Avancement* avancement)
+      : base_(base),
+        recueil_(recueil),
+        lesquelles_(std::move(lesquelles)),
+        avancement_(avancement) {}
 
   void Parcourt() {
     for (const TableDuSchéma& table : linux_::TablesDuSchéma()) RelèveClés(table);
@@ -161,10 +192,10 @@ class Vérification {
   }
 
   void RelèveClés(const TableDuSchéma& table) {
-    std::set<std::int32_t>& clés = clés_[table.nom];
+    auto& clés = clés_[table.nom];
     PourChaqueLigne(table, [&](const Recordset& lignes) {
-      const Valeur* index = ChercheChamp(lignes, "Index");
-      if (index == nullptr || !Entier(*index) || EstNul(*index)) return;
+      const Valeur* index = ChampNommé(lignes, "Index");
+      if (index == nullptr || EstNul(*index) || !Entier(*index)) return;
       const std::int32_t clé = VersEntier32(*index);
       if (!clés.insert(clé).second) {
         Signale(table, lignes, "Index", "the key is there twice", Texte(*index), "one row a key");
@@ -176,17 +207,23 @@ class Vérification {
   void PourChaqueLigne(const TableDuSchéma& table, Travail&& travail) {
     const Ref<Recordset> lignes = Ouvre(table);
     if (!lignes) return;
-    for (; !lignes->FinDeTable(); lignes->MoveNext()) travail(*lignes);
+    for (double rang = 0; !lignes->FinDeTable(); lignes->MoveNext(), ++rang) {
+      travail(*lignes);
+      if (avancement_ != nullptr) avancement_->Montre(table.nom, rang / lignes->RecordCount());
+    }
   }
 
   void VérifieTable(const TableDuSchéma& table) {
-    bool colonnesVues = false;
+    std::vector<ColonneLue> colonnes;
     PourChaqueLigne(table, [&](const Recordset& lignes) {
-      if (!colonnesVues) VérifieColonnes(table, lignes);
-      colonnesVues = true;
-      for (const ColonneDuSchéma& colonne : table.colonnes) {
-        const Valeur* valeur = ChercheChamp(lignes, colonne.nom);
-        if (valeur != nullptr) VérifieValeur(table, lignes, colonne, *valeur);
+      if (colonnes.empty()) colonnes = Colonnes(table, lignes);
+      const auto champs = lignes.Fields();
+      for (const ColonneLue& colonne : colonnes) {
+        VérifieValeur(table, lignes, colonne, champs[colonne.rang].Value);
+      }
+      if (!SommeTient(lignes)) {
+        Signale(table, lignes, kColonneSomme, "the row was changed outside the system, or damaged",
+                Texte(LitChamp(lignes, kColonneSomme)), SommeDeContrôle(champs));
       }
     });
   }
@@ -197,80 +234,90 @@ class Vérification {
       return colonne.nom != "Chassis" && clés_.contains(colonne.nom);
     });
     if (objet == table.colonnes.end()) return;
-    std::set<std::pair<std::int32_t, std::int32_t>> vus;
+    std::unordered_set<std::uint64_t> vus;  // both keys in one number
     PourChaqueLigne(table, [&](const Recordset& lignes) {
-      const Valeur* chassis = ChercheChamp(lignes, "Chassis");
-      const Valeur* lié = ChercheChamp(lignes, objet->nom);
+      const Valeur* chassis = ChampNommé(lignes, "Chassis");
+      const Valeur* lié = ChampNommé(lignes, objet->nom);
       if (chassis == nullptr || lié == nullptr || EstNul(*chassis) || EstNul(*lié)) return;
       if (!Entier(*chassis) || !Entier(*lié)) return;
-      if (vus.emplace(VersEntier32(*chassis), VersEntier32(*lié)).second) return;
+      const auto haut = static_cast<std::uint32_t>(VersEntier32(*chassis));
+      const auto bas = static_cast<std::uint32_t>(VersEntier32(*lié));
+      if (vus.insert(std::uint64_t{haut} << 32 | bas).second) return;
       Signale(table, lignes, objet->nom, "linked twice to frame " + VersTexte(*chassis),
               Texte(*lié), "one row for each object of a frame");
     });
   }
 
-  void VérifieColonnes(const TableDuSchéma& table, const Recordset& lignes) {
+  // The columns that are there; those that are not are told.
+  std::vector<ColonneLue> Colonnes(const TableDuSchéma& table, const Recordset& lignes) {
+    const auto champs = lignes.Fields();
+    std::vector<ColonneLue> lues;
     for (const ColonneDuSchéma& colonne : table.colonnes) {
-      if (ChercheChamp(lignes, colonne.nom) != nullptr) continue;
-      recueil_.Ajoute({.origine = Origine::Donnée,
-                       .table = std::string(table.nom),
-                       .colonne = colonne.nom,
-                       .texte = colonne.requise ? "missing column: its objects cannot be loaded"
-                                                : "missing column: its default stays in place"});
+      const Valeur* valeur = Lue(lignes, colonne);
+      if (valeur == nullptr) {
+        recueil_.Ajoute({.origine = Origine::Donnée,
+                         .table = std::string(table.nom),
+                         .colonne = colonne.nom,
+                         .texte = colonne.requise ? "missing column: its objects cannot be loaded"
+                                                  : "missing column: its default stays in place"});
+        continue;
+      }
+      const auto champ =
+          std::ranges::find_if(champs, [&](const Champ& c) { return &c.Value == valeur; });
+      const auto rang = static_cast<std::size_t>(champ - champs.begin());
+      const auto deLaColonne = [&](const auto& ligne) {
+        return ligne.table == table.nom && ligne.colonne == colonne.nom;
+      };
+      // A link table refers to the tables that its columns are named after.
+      const Renvoi* renvoi = Premier(kRenvois, deLaColonne);
+      const std::string_view cible =
+          renvoi != nullptr ? renvoi->cible : std::string_view(colonne.nom);
+      const bool renvoie = renvoi != nullptr || (table.liaison && clés_.contains(cible));
+      lues.push_back({&colonne, rang,
+                      Premier(kAttentes, [&](const Attente& a) { return a.type == colonne.type; }),
+                      Premier(kChoix, deLaColonne), cible, renvoie ? &clés_.at(cible) : nullptr});
     }
+    return lues;
   }
 
-  void VérifieValeur(const TableDuSchéma& table, const Recordset& lignes,
-                     const ColonneDuSchéma& colonne, const Valeur& valeur) {
+  void VérifieValeur(const TableDuSchéma& table, const Recordset& lignes, const ColonneLue& lue,
+                     const Valeur& valeur) {
+    const std::string_view nom = lue.colonne->nom;
     if (EstNul(valeur)) {
-      if (!colonne.nulAdmis) {
-        Signale(table, lignes, colonne.nom, "no value", "Null", "a value");
-      }
+      if (!lue.colonne->nulAdmis) Signale(table, lignes, nom, "no value", "Null", "a value");
       return;
     }
     if (EstTexteVide(valeur)) {
-      if (VideFaitEchouer(table.nom, colonne)) {
-        Signale(table, lignes, colonne.nom, "an empty text: the row is not read any further",
-                Texte(valeur), colonne.nulAdmis ? "a value, or Null" : "a value");
+      if (VideFaitEchouer(table.nom, *lue.colonne)) {
+        Signale(table, lignes, nom, "an empty text: the row is not read any further", Texte(valeur),
+                lue.colonne->nulAdmis ? "a value, or Null" : "a value");
       }
       return;
     }
-    const auto* attente = std::ranges::find(kAttentes, colonne.type, &Attente::type);
-    if (attente != kAttentes.end() && !attente->convient(valeur)) {
-      Signale(table, lignes, colonne.nom, "unusable value", Texte(valeur), attente->texte);
+    const auto* texte = std::get_if<std::string>(&valeur);
+    if (texte != nullptr && !linux_::EstUTF8(*texte)) {
+      Signale(table, lignes, nom, "bytes that are no text", Texte(valeur), "UTF-8");
       return;
     }
-    VérifieChoix(table, lignes, colonne.nom, valeur);
-    VérifieRenvoi(table, lignes, colonne.nom, valeur);
-  }
-
-  void VérifieChoix(const TableDuSchéma& table, const Recordset& lignes, std::string_view colonne,
-                    const Valeur& valeur) {
-    for (const Choix& choix : kChoix) {
-      if (choix.table != table.nom || choix.colonne != colonne || choix.connu(valeur)) continue;
-      Signale(table, lignes, colonne, "unknown text: it selects nothing", Texte(valeur),
-              choix.attendu);
+    if (lue.attente != nullptr && !lue.attente->convient(valeur)) {
+      Signale(table, lignes, nom, "unusable value", Texte(valeur), lue.attente->texte);
+      return;
     }
-  }
-
-  // A link table refers to the tables that its columns are named after.
-  void VérifieRenvoi(const TableDuSchéma& table, const Recordset& lignes, std::string_view colonne,
-                     const Valeur& valeur) {
-    std::string_view cible;
-    if (table.liaison && clés_.contains(colonne)) cible = colonne;
-    for (const Renvoi& renvoi : kRenvois) {
-      if (renvoi.table == table.nom && renvoi.colonne == colonne) cible = renvoi.cible;
+    if (lue.choix != nullptr && !lue.choix->connu(valeur)) {
+      Signale(table, lignes, nom, "unknown text: it selects nothing", Texte(valeur),
+              lue.choix->attendu);
     }
-    if (cible.empty() || VersDouble(valeur) == 0) return;
-    if (clés_[cible].contains(VersEntier32(valeur))) return;
-    Signale(table, lignes, colonne, "refers to a row that is not there", Texte(valeur),
-            "an Index of table " + std::string(cible));
+    if (lue.clés != nullptr && VersDouble(valeur) != 0 &&
+        !lue.clés->contains(VersEntier32(valeur))) {
+      Signale(table, lignes, nom, "refers to a row that is not there", Texte(valeur),
+              "an Index of table " + std::string(lue.cible));
+    }
   }
 
   void Signale(const TableDuSchéma& table, const Recordset& lignes, std::string_view colonne,
                std::string_view texte, std::string trouvé, std::string_view attendu) {
     if (lesquelles_ && !lesquelles_(table, lignes)) return;
-    const Valeur* index = ChercheChamp(lignes, "Index");
+    const Valeur* index = ChampNommé(lignes, "Index");
     recueil_.Ajoute(
         {.origine = Origine::Donnée,
          .table = std::string(table.nom),
@@ -284,14 +331,16 @@ class Vérification {
   BaseDeDonnées& base_;
   Recueil& recueil_;
   LignesVérifiées lesquelles_;
+  Avancement* avancement_;
   Clés clés_;
   std::set<std::string_view> illisibles_;
 };
 
 }  // namespace
 
-void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles) {
-  Vérification(base, recueil, std::move(lesquelles)).Parcourt();
+void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles,
+                       Avancement* avancement) {
+  Vérification(base, recueil, std::move(lesquelles), avancement).Parcourt();
 }
 
 }  // namespace zuma::host

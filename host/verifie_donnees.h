@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "host/avancement.h"
 #include "host/problemes.h"
 #include "platform/linux/base_sqlite.h"
 #include "platform/linux/schema.h"
@@ -15,6 +16,8 @@ using LignesVérifiées = std::function<bool(const linux_::TableDuSchéma&, cons
 /// are missing, values of another type, texts that select nothing, keys and links that are there
 /// twice and references to rows that are not. Tells more than a load does, which passes over most
 /// of it. All rows are looked at without `lesquelles`.
-void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles = {});
+/// `avancement`, where there is one, hears how far it has come.
+void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles = {},
+                       Avancement* avancement = nullptr);
 
 }  // namespace zuma::host

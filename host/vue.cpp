@@ -7,8 +7,12 @@
 #include <nlohmann/json.hpp>
 
 #include "host/lecture.h"
+#include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
+
+using linux_::UneSeuleLigne;
+
 namespace {
 
 constexpr std::size_t kLargeurNom = 22;
@@ -67,8 +71,8 @@ std::string Cellule(const Canal& canal, const Machine& machine, const Terminal& 
 std::string Titre(const Carte& carte) {
   std::array<char, 16> adresse{};
   std::snprintf(adresse.data(), adresse.size(), "%X", static_cast<unsigned>(carte.Adresse()));
-  return "Board " + carte.Key() + "  " + carte.NomDeLaCarte() + "  (address " + adresse.data() +
-         " hex)";
+  return "Board " + carte.Key() + "  " + UneSeuleLigne(carte.NomDeLaCarte()) + "  (address " +
+         adresse.data() + " hex)";
 }
 
 struct EtatAffiché {
@@ -132,7 +136,8 @@ std::vector<std::string> HorsService(Chassis& chassis) {
 void AjouteLArrêt(const Instantané& vue, const Terminal& terminal,
                   std::vector<std::string>& lignes) {
   for (const linux_::Securite::Cause& cause : vue.sécurité.Causes()) {
-    lignes.push_back(terminal.Colore("STOP  " + cause.texte, Ton::Danger) + "   (a acknowledges)");
+    lignes.push_back(terminal.Colore("STOP  " + UneSeuleLigne(cause.texte), Ton::Danger) +
+                     "   (a acknowledges)");
   }
   const auto& sorties = vue.suivi.Sorties();
   if (!sorties.empty()) {
@@ -142,11 +147,12 @@ void AjouteLArrêt(const Instantané& vue, const Terminal& terminal,
                      std::to_string(sorties.size()) + " outputs");
   }
   for (const std::string& nom : vue.suivi.Manquées()) {
-    lignes.push_back(
-        terminal.Colore("NOT REACHED  " + nom + "   cut the machine off", Ton::Danger));
+    lignes.push_back(terminal.Colore(
+        "NOT REACHED  " + UneSeuleLigne(nom) + "   cut the machine off", Ton::Danger));
   }
   for (const std::string& nom : HorsService(vue.chassis)) {
-    lignes.push_back(terminal.Colore("Out of service: " + nom, Ton::Attention) + "   (e enables)");
+    lignes.push_back(terminal.Colore("Out of service: " + UneSeuleLigne(nom), Ton::Attention) +
+                     "   (e enables)");
   }
 }
 
@@ -175,7 +181,7 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
   Chassis& chassis = vue.chassis;
   std::vector<std::string> lignes;
   lignes.push_back(
-      terminal.Colore(chassis.Nom(), Ton::Titre) + "   " + Secondes(vue.secondes) +
+      terminal.Colore(UneSeuleLigne(chassis.Nom()), Ton::Titre) + "   " + Secondes(vue.secondes) +
       "   j k choose, t tare, z zero, m extremes, s stop, e enable, f fault (simulated), q quit");
   lignes.push_back(
       terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
@@ -197,7 +203,7 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
   for (const CarteRef& carte : *chassis.Cartes()) {
     lignes.push_back(terminal.Colore(Titre(*carte), Ton::Titre));
     for (const FonctionRef& bloc : *carte->Fonctions()) {
-      lignes.push_back(" Block " + bloc->Key() + "  " + bloc->NomDeLaFonction());
+      lignes.push_back(" Block " + bloc->Key() + "  " + UneSeuleLigne(bloc->NomDeLaFonction()));
       std::size_t rang = 0;
       for (const CanalRef& canal : *bloc->Canals()) {
         if (rang++ % parLigne == 0) lignes.emplace_back();
@@ -239,6 +245,7 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
     if (!borne.empty()) ligne += " | " + borne;
     lignes.push_back(std::move(ligne));
   });
+  for (std::string& ligne : lignes) ligne = UneSeuleLigne(ligne);
   return lignes;
 }
 
@@ -280,7 +287,8 @@ std::string VueEnJson(const Instantané& vue) {
     if (!borne.empty()) objet["terminal"] = borne;
     canaux.push_back(std::move(objet));
   });
-  return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  // What JSON lets through as it stands, a terminal may obey.
+  return UneSeuleLigne(json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 }  // namespace zuma::host

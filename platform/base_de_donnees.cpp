@@ -2,16 +2,26 @@
 
 #include <algorithm>
 
+#include "core/collections.h"
+
 namespace zuma {
 
 const Valeur& LitChamp(const Recordset& lignes, std::string_view colonne, std::source_location où) {
-  const Valeur* valeur = ChercheChamp(lignes, colonne);
+  const Valeur* valeur = ChampNommé(lignes, colonne);
   if (valeur == nullptr) {
     throw Echec(
         Numéro::ElémentAbsent,
         DescriptionDEchec(Numéro::ElémentAbsent) + " : colonne '" + std::string(colonne) + "'", où);
   }
   return *valeur;
+}
+
+const Valeur* ChampNommé(const Recordset& lignes, std::string_view colonne) {
+  if (const Valeur* exact = ChercheChamp(lignes, colonne)) return exact;
+  const auto champs = lignes.Fields();
+  const auto champ = std::ranges::find_if(
+      champs, [&](const Champ& présent) { return MêmeClé(présent.Name, colonne); });
+  return champ == champs.end() ? nullptr : &champ->Value;
 }
 
 const Valeur* ChercheChamp(const Recordset& lignes, std::string_view colonne) {

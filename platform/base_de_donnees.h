@@ -34,9 +34,11 @@ class Recordset {
 
   /// Opens the current record for writing.
   virtual void Edit() = 0;
-  /// Sets a field of the record opened by `Edit`; a missing column fails with 3265.
+  /// Sets a field of the record opened by `Edit`, its name in whatever case; a missing column fails
+  /// with 3265.
   virtual void Ecrit(std::string_view colonne, Valeur valeur) = 0;
-  /// Saves the record in one transaction, to the row of its "Index". A failure leaves the old row.
+  /// Saves the record in one transaction, to the row of its "Index", if that still holds what was
+  /// read: a row that somebody else has changed fails with 3197. A failure leaves the old row.
   virtual void Update() = 0;
 };
 
@@ -74,9 +76,12 @@ class LecturesCohérentes {
   Ref<BaseDeDonnées> base_;
 };
 
-/// Direct read: the field of that name; a missing column fails with 3265.
+/// Direct read: the field of that name, in whatever case; a missing column fails with 3265.
 [[nodiscard]] const Valeur& LitChamp(const Recordset& lignes, std::string_view colonne,
                                      std::source_location où = std::source_location::current());
+
+/// The same, or none when the column is missing. The pointer holds until the recordset moves.
+[[nodiscard]] const Valeur* ChampNommé(const Recordset& lignes, std::string_view colonne);
 
 /// Walk: the value of the field whose name is exactly `colonne`, or none when the column is
 /// missing. The pointer holds until the recordset moves.

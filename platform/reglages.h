@@ -66,6 +66,13 @@ struct RéglagesIK121 {
   MotHautIK121 motHaut = MotHautIK121::Signe;
 };
 
+/// What a calibration on site leaves in its row beside the table. Nothing by default: date and
+/// person are the laboratory's.
+struct RéglagesEtalonnage {
+  std::string personne;             ///< who calibrates; empty: neither person nor date is written
+  std::string (*date)() = nullptr;  ///< the date to write; none leaves the one that stands there
+};
+
 /// Settings of the installation, given once with the platform.
 struct Réglages {
   /// Between units and decimals in numbers shown to people.
@@ -76,6 +83,7 @@ struct Réglages {
   double horlogeACL8316 = 2'000'000;
   RéglagesCAN can;
   RéglagesIK121 ik121;
+  RéglagesEtalonnage étalonnage;
   /// Output polarity of the PCI 9111: 0 from 0 to 10 V, 1 from -10 to 10 V.
   std::uint16_t polaritéPCI9111 = 1;
   /// First register that the digital conditioners are asked for.

@@ -5,6 +5,7 @@
 
 #include "core/colonnes.h"
 #include "core/garde.h"
+#include "core/somme_de_controle.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
@@ -56,6 +57,7 @@ void Capteur::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet,
     mdblFréquenceRafraichissement = FréquenceRafraichissement;
     rstMonRecordSet->MoveFirst();
     Lecture::Tout(*this, *rstMonRecordSet);
+    if (!SommeTient(*rstMonRecordSet)) Montre(LigneChangée("Le capteur", mstrNom));
   });
 }
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <filesystem>
 
+#include "platform/linux/copies_indexees.h"
 #include "platform/linux/dialecte_sql.h"
 #include "platform/linux/recordset_sqlite.h"
 
@@ -23,7 +24,7 @@ constexpr std::array kQuestions{
              "', vers la table ' || parent FROM pragma_foreign_key_check"},
     Question{"Elément étranger au système, sans effet ici : ",
              "SELECT 'déclencheur ' || name FROM sqlite_schema WHERE type='trigger'"},
-    Question{"Elément étranger au système, lisible mais sans écriture : ",
+    Question{"Elément étranger au système, jamais lu : ",
              "SELECT 'vue ' || name FROM sqlite_schema WHERE type='view'"},
     Question{"Elément étranger au système : ",
              "SELECT 'table virtuelle ' || name FROM sqlite_schema "
@@ -54,8 +55,8 @@ void VérifieLaTaille(const ConnexionSqlite& connexion, std::vector<std::string>
 
 BaseSqlite::BaseSqlite(const std::string& chemin, RéglagesBase réglages)
     : connexion_(std::make_shared<ConnexionSqlite>(
-          chemin, réglages.lectureSeule ? Accès::Lecture : Accès::Ecriture,
-          réglages.attenteVerrou)) {}
+          chemin, réglages.lectureSeule ? Accès::Lecture : Accès::Ecriture, réglages.attenteVerrou,
+          réglages.bornes)) {}
 
 Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
   return Crée<RecordsetSqlite>(connexion_, TraduitPourSqlite(instruction));
@@ -65,7 +66,9 @@ Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
 void BaseSqlite::DébuteLesLectures() {
   connexion_->Exécute("BEGIN");
   try {
+    lectures_.emplace(*connexion_);
     connexion_->Exécute("SELECT count(*) FROM sqlite_schema");
+    CopieLesGrandesTables(*connexion_);
   } catch (...) {
     FinitLesLectures();
     throw;
@@ -73,10 +76,12 @@ void BaseSqlite::DébuteLesLectures() {
 }
 
 void BaseSqlite::FinitLesLectures() noexcept {
+  lectures_.reset();
   sqlite3_exec(connexion_->Brut(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 std::vector<std::string> BaseSqlite::ProblèmesDIntégrité() const {
+  const ConnexionSqlite::LectureBornée borne(*connexion_);
   std::vector<std::string> problèmes;
   const auto demande = [&](std::string_view titre, auto&& question) {
     try {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ struct RéglagesBase {
   bool lectureSeule = false;
   /// How long an operation waits for another program that holds the file.
   std::chrono::milliseconds attenteVerrou{2000};
+  BornesDeLecture bornes{};
 };
 
 /// A configuration database in an SQLite file. Recordsets of it may outlive it.
@@ -24,11 +26,13 @@ class BaseSqlite : public BaseDeDonnées {
   explicit BaseSqlite(const std::string& chemin, RéglagesBase réglages = {});
 
   /// Opens a statement of the system's dialect; every type is served as a dynaset. Fails with 3078
-  /// on a missing table, 3061 on a missing column, 3075 on any other statement refused (all that
-  /// is not one selection is), 3260 on a locked file, 3343 on a damaged one.
+  /// on a missing table or a view in its place, 3061 on a missing column, 3075 on any other
+  /// statement refused (all that is not one selection is), 3260 on a locked file, 3343 on a damaged
+  /// one, 3059 and 3035 when it takes longer or holds more than the bounds of a reading.
   [[nodiscard]] Ref<Recordset> OpenRecordset(std::string_view instruction,
                                              int type = kDynaset) override;
-  /// One read transaction. Waits for a lock here, once: no statement in it has to any more.
+  /// One read transaction. Waits for a lock here, once: no statement in it has to any more. Large
+  /// tables without an index are read from copies in memory.
   void DébuteLesLectures() override;
   void FinitLesLectures() noexcept override;
 
@@ -39,6 +43,7 @@ class BaseSqlite : public BaseDeDonnées {
 
  private:
   std::shared_ptr<ConnexionSqlite> connexion_;
+  std::optional<ConnexionSqlite::LectureBornée> lectures_;
 };
 
 }  // namespace zuma::linux_

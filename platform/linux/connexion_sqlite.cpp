@@ -1,5 +1,6 @@
 #include "platform/linux/connexion_sqlite.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <system_error>
@@ -19,6 +20,8 @@ constexpr std::array kCodes{
     Code{SQLITE_CONSTRAINT_NOTNULL, Numéro::NullIncorrect},
     Code{SQLITE_BUSY, Numéro::BaseVerrouillée},
     Code{SQLITE_LOCKED, Numéro::BaseVerrouillée},
+    Code{SQLITE_INTERRUPT, Numéro::LectureInterrompue},
+    Code{SQLITE_TOOBIG, Numéro::RessourcesDépassées},
     Code{SQLITE_READONLY, Numéro::BaseEnLectureSeule},
     Code{SQLITE_CORRUPT, Numéro::BaseIllisible},
     Code{SQLITE_NOTADB, Numéro::BaseIllisible},
@@ -59,21 +62,58 @@ void VérifieLeFichier(const std::string& chemin, Accès accès) {
     Refuse(Numéro::BaseIllisible, cité + " (fichier vide)");
 }
 
+constexpr int kPlusGrandeLigne = 32 << 20;    // bytes, a host's pictures included
+constexpr int kPasEntreDeuxRegards = 10'000;  // steps of a statement, about a millisecond
+
+constexpr std::string_view kARétablir =
+    ". Un enregistrement y a été interrompu : le fichier est à rétablir. L'ouvrir une fois avec "
+    "les "
+    "droits d'écriture sur le fichier et son dossier, le fichier '-journal' ou '-wal' à côté de "
+    "lui.";
+
+// A journal beside the file that holds something: of another program at work, or of one that died.
+bool SauvegardeInachevée(const std::string& chemin) {
+  constexpr std::array kSuffixes{"-journal", "-wal"};
+  return std::ranges::any_of(kSuffixes, [&](const char* suffixe) {
+    std::error_code erreur;
+    const auto taille = std::filesystem::file_size(chemin + suffixe, erreur);
+    return !erreur && taille != 0;
+  });
+}
+
 }  // namespace
 
 ConnexionSqlite::ConnexionSqlite(const std::string& chemin, Accès accès,
-                                 std::chrono::milliseconds attente)
-    : chemin_(chemin) {
+                                 std::chrono::milliseconds attente, const BornesDeLecture& bornes)
+    : chemin_(chemin), bornes_(bornes) {
   VérifieLeFichier(chemin_, accès);
-  const int mode = accès == Accès::Lecture ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  if (accès == Accès::Lecture && SauvegardeInachevée(chemin_)) Rétablit(attente);
+  Ouvre(accès == Accès::Lecture ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, attente);
+}
+
+void ConnexionSqlite::Ouvre(int mode, std::chrono::milliseconds attente) {
   sqlite3* base = nullptr;
   const int rc = sqlite3_open_v2(chemin_.c_str(), &base, mode | SQLITE_OPEN_EXRESCODE, nullptr);
   base_.reset(base);
   if (rc != SQLITE_OK) Echoue(rc);
   sqlite3_busy_timeout(base, static_cast<int>(attente.count()));
+  sqlite3_limit(base, SQLITE_LIMIT_LENGTH, kPlusGrandeLigne);
+  sqlite3_progress_handler(base, kPasEntreDeuxRegards, &Surveille, this);
+  sqlite3_set_authorizer(base, &Autorise, this);
   Protège();
   // Opening reads nothing: this is where a file that is no database shows.
   Exécute("SELECT count(*) FROM sqlite_schema");
+}
+
+// Only who may write can put back what a save that was cut short has half replaced. Who may not
+// would read the half, or a message that speaks of anything else.
+void ConnexionSqlite::Rétablit(std::chrono::milliseconds attente) {
+  try {
+    Ouvre(SQLITE_OPEN_READWRITE, attente);
+  } catch (const Echec& échec) {
+    if (échec.NuméroErreur() == static_cast<int>(Numéro::BaseVerrouillée)) throw;
+    throw échec.Précisé(kARétablir);
+  }
 }
 
 void ConnexionSqlite::Protège() {
@@ -92,6 +132,39 @@ void ConnexionSqlite::Protège() {
   }
   Exécute("PRAGMA synchronous=FULL");
   Exécute("PRAGMA cell_size_check=ON");
+  Exécute("PRAGMA temp_store=MEMORY");
+}
+
+const char* ConnexionSqlite::MotifDArrêt() const noexcept {
+  if (!échéance_) return nullptr;
+  if (bornes_.interrompue != nullptr && bornes_.interrompue()) return "le programme se termine";
+  return std::chrono::steady_clock::now() < *échéance_ ? nullptr : "le temps admis est dépassé";
+}
+
+void ConnexionSqlite::ExigeDePoursuivre(std::source_location où) const {
+  if (MotifDArrêt() != nullptr) Echoue(SQLITE_INTERRUPT, où);
+}
+
+int ConnexionSqlite::Surveille(void* connexion) noexcept {
+  return static_cast<const ConnexionSqlite*>(connexion)->MotifDArrêt() != nullptr ? 1 : 0;
+}
+
+// What is read on behalf of a view bears the name of the view.
+int ConnexionSqlite::Autorise(void* connexion, int, const char*, const char*, const char*,
+                              const char* vue) noexcept {
+  auto& moi = *static_cast<ConnexionSqlite*>(connexion);
+  if (vue == nullptr || !moi.échéance_) return SQLITE_OK;
+  moi.vue_ = vue;
+  return SQLITE_DENY;
+}
+
+ConnexionSqlite::LectureBornée::LectureBornée(ConnexionSqlite& connexion)
+    : connexion_(connexion), première_(!connexion.échéance_) {
+  if (première_) connexion.échéance_ = std::chrono::steady_clock::now() + connexion.bornes_.durée;
+}
+
+ConnexionSqlite::LectureBornée::~LectureBornée() {
+  if (première_) connexion_.échéance_.reset();
 }
 
 bool ConnexionSqlite::EnLectureSeule() const noexcept {
@@ -104,13 +177,18 @@ void ConnexionSqlite::Exécute(const char* sql, std::source_location où) {
 }
 
 void ConnexionSqlite::Echoue(int rc, std::source_location où) const {
-  const std::string texte = sqlite3_errmsg(base_.get());
+  if (rc == SQLITE_AUTH && !vue_.empty()) {
+    Refuse(Numéro::TableAbsente, "'" + chemin_ + "' ('" + vue_ + "' n'y est pas une table)", où);
+  }
+  const char* const motif = rc == SQLITE_INTERRUPT ? MotifDArrêt() : nullptr;
+  const std::string texte = motif != nullptr ? motif : sqlite3_errmsg(base_.get());
   Refuse(NuméroDuCode(rc, texte), "'" + chemin_ + "' (" + texte + ")", où);
 }
 
 InstructionSqlite::InstructionSqlite(const ConnexionSqlite& connexion, std::string_view sql,
                                      std::source_location où)
     : connexion_(connexion) {
+  connexion.ExigeDePoursuivre(où);
   sqlite3_stmt* instruction = nullptr;
   const char* reste = nullptr;
   const int rc = sqlite3_prepare_v2(connexion.Brut(), sql.data(), static_cast<int>(sql.size()),

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -17,18 +18,50 @@ namespace zuma::linux_ {
 /// How a file is opened. `Création` is for an empty file that is about to be filled.
 enum class Accès { Lecture, Ecriture, Création };
 
+/// What a reading may cost: nobody vouches that what a file asks of its reader ever ends.
+struct BornesDeLecture {
+  /// Time for one statement, or for all those between `DébuteLesLectures` and `FinitLesLectures`.
+  std::chrono::milliseconds durée{3000};
+  /// Memory for the rows of one recordset, in bytes.
+  std::size_t mémoire = std::size_t{256} << 20;
+  /// True once the program is asked to end; asked about every millisecond. None: never.
+  bool (*interrompue)() = nullptr;
+};
+
 /// An open SQLite file. It lives as long as the base or any recordset of it does.
 ///
 /// The file is not trusted: opened with the defensive flag, an untrusted schema, no extensions and
-/// no triggers, so that nothing in it runs or changes what is written. Every commit reaches the
-/// disk (`synchronous=FULL`).
+/// no triggers, so that nothing in it runs or changes what is written, and no view is read: a table
+/// of the system is a table. Every commit reaches the disk (`synchronous=FULL`).
 class ConnexionSqlite {
  public:
   /// Opens an existing file and reads its schema; fails with 53 when there is no such file, 3343
-  /// when it is no database, 3260 when another program holds it for longer than `attente`.
-  ConnexionSqlite(const std::string& chemin, Accès accès, std::chrono::milliseconds attente);
+  /// when it is no database, 3260 when another program holds it for longer than `attente`. What a
+  /// save that was cut short left is put right first, for reading too; where that cannot be, the
+  /// failure says so.
+  ConnexionSqlite(const std::string& chemin, Accès accès, std::chrono::milliseconds attente,
+                  const BornesDeLecture& bornes = {});
+  ConnexionSqlite(const ConnexionSqlite&) = delete;
+  ConnexionSqlite& operator=(const ConnexionSqlite&) = delete;
+
+  /// While one lives, statements end with 3059 once their time is over or the program is asked to
+  /// end. The outermost one counts. A save is no reading: it is never given up half-way.
+  class LectureBornée {
+   public:
+    explicit LectureBornée(ConnexionSqlite& connexion);
+    ~LectureBornée();
+    LectureBornée(const LectureBornée&) = delete;
+    LectureBornée& operator=(const LectureBornée&) = delete;
+
+   private:
+    ConnexionSqlite& connexion_;
+    bool première_;
+  };
 
   [[nodiscard]] sqlite3* Brut() const noexcept { return base_.get(); }
+  [[nodiscard]] const BornesDeLecture& Bornes() const noexcept { return bornes_; }
+  /// Fails with 3059 when a bounded reading is to go no further.
+  void ExigeDePoursuivre(std::source_location où = std::source_location::current()) const;
   [[nodiscard]] const std::string& Chemin() const noexcept { return chemin_; }
   /// True when the file itself, or the way it was opened, admits no writing.
   [[nodiscard]] bool EnLectureSeule() const noexcept;
@@ -41,9 +74,18 @@ class ConnexionSqlite {
   struct Ferme {
     void operator()(sqlite3* base) const noexcept { sqlite3_close_v2(base); }
   };
+  void Ouvre(int mode, std::chrono::milliseconds attente);
+  void Rétablit(std::chrono::milliseconds attente);
   void Protège();
+  [[nodiscard]] const char* MotifDArrêt() const noexcept;
+  static int Surveille(void* connexion) noexcept;
+  static int Autorise(void* connexion, int action, const char*, const char*, const char*,
+                      const char* vue) noexcept;
 
   std::string chemin_;
+  BornesDeLecture bornes_;
+  std::optional<std::chrono::steady_clock::time_point> échéance_;
+  std::string vue_;  // the view that a statement was refused for
   std::unique_ptr<sqlite3, Ferme> base_;
 };
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "core/collections.h"
+#include "core/somme_de_controle.h"
+
 namespace zuma::linux_ {
 namespace {
 
@@ -13,6 +16,7 @@ std::string OuVide(const char* texte) {
 
 RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql)
     : connexion_(std::move(connexion)) {
+  const ConnexionSqlite::LectureBornée borne(*connexion_);
   InstructionSqlite instruction(*connexion_, sql);
   if (sqlite3_stmt_readonly(instruction.Brut()) == 0 ||
       sqlite3_column_count(instruction.Brut()) == 0) {
@@ -20,6 +24,7 @@ RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std
   }
   LitLesColonnes(instruction.Brut());
   LitLesLignes(instruction);
+  PlaceSur(0);
 }
 
 void RecordsetSqlite::LitLesColonnes(sqlite3_stmt* instruction) {
@@ -34,14 +39,26 @@ void RecordsetSqlite::LitLesColonnes(sqlite3_stmt* instruction) {
 }
 
 void RecordsetSqlite::LitLesLignes(InstructionSqlite& instruction) {
+  champs_.reserve(colonnes_.size());
+  for (const Colonne& colonne : colonnes_) champs_.push_back({colonne.nom, {}});
   while (instruction.Suivante()) {
-    auto& ligne = lignes_.emplace_back();
-    ligne.reserve(colonnes_.size());
+    lignes_.OuvreUneLigne();
     int rang = 0;
     for (const Colonne& colonne : colonnes_) {
-      ligne.push_back({colonne.nom, LitColonne(instruction.Brut(), rang++, colonne.type)});
+      lignes_.Ajoute(LitColonne(instruction.Brut(), rang++, colonne.type));
+    }
+    if (lignes_.Taille() > connexion_->Bornes().mémoire) {
+      Refuse(Numéro::RessourcesDépassées,
+             "'" + connexion_->Chemin() + "' (plus de lignes qu'une table de ce système n'en a : " +
+                 std::to_string(lignes_.Nombre()) + ")");
     }
   }
+}
+
+void RecordsetSqlite::PlaceSur(std::size_t rang) {
+  enEdition_ = false;
+  rang_ = rang;
+  if (!FinDeTable()) lignes_.Lit(rang_, champs_);
 }
 
 void RecordsetSqlite::ExigeUneLigne() const {
@@ -49,20 +66,18 @@ void RecordsetSqlite::ExigeUneLigne() const {
 }
 
 void RecordsetSqlite::MoveFirst() {
-  if (lignes_.empty()) throw Echec(Numéro::PasDEnregistrement);
-  enEdition_ = false;
-  rang_ = 0;
+  if (lignes_.Nombre() == 0) throw Echec(Numéro::PasDEnregistrement);
+  PlaceSur(0);
 }
 
 void RecordsetSqlite::MoveNext() {
   ExigeUneLigne();
-  enEdition_ = false;
-  ++rang_;
+  PlaceSur(rang_ + 1);
 }
 
 std::span<const Champ> RecordsetSqlite::Fields() const {
   ExigeUneLigne();
-  return lignes_[rang_];
+  return champs_;
 }
 
 void RecordsetSqlite::Edit() {
@@ -76,7 +91,11 @@ void RecordsetSqlite::Edit() {
 
 void RecordsetSqlite::Ecrit(std::string_view colonne, Valeur valeur) {
   if (!enEdition_) throw Echec(Numéro::EditionSansEdit);
-  const auto trouvée = std::ranges::find(colonnes_, colonne, &Colonne::nom);
+  auto trouvée = std::ranges::find(colonnes_, colonne, &Colonne::nom);
+  if (trouvée == colonnes_.end()) {
+    trouvée =
+        std::ranges::find_if(colonnes_, [&](const Colonne& c) { return MêmeClé(c.nom, colonne); });
+  }
   if (trouvée == colonnes_.end()) {
     Refuse(Numéro::ElémentAbsent, "colonne '" + std::string(colonne) + "'");
   }
@@ -87,13 +106,12 @@ void RecordsetSqlite::Ecrit(std::string_view colonne, Valeur valeur) {
 void RecordsetSqlite::Update() {
   if (!enEdition_) throw Echec(Numéro::EditionSansEdit);
   if (!brouillon_.empty()) EcritLaLigne();
-  for (auto& [rang, valeur] : brouillon_) lignes_[rang_][rang].Value = std::move(valeur);
-  enEdition_ = false;
+  PlaceSur(rang_);
 }
 
 std::size_t RecordsetSqlite::RangDeLIndex(const std::string& table) const {
   const auto index = std::ranges::find_if(colonnes_, [&](const Colonne& colonne) {
-    return colonne.origine == "Index" && colonne.table == table;
+    return MêmeClé(colonne.origine, "Index") && colonne.table == table;
   });
   if (table.empty() || index == colonnes_.end()) {
     Refuse(Numéro::BaseEnLectureSeule, "la ligne à écrire n'a pas de colonne 'Index'");
@@ -101,9 +119,70 @@ std::size_t RecordsetSqlite::RangDeLIndex(const std::string& table) const {
   return static_cast<std::size_t>(index - colonnes_.begin());
 }
 
+RecordsetSqlite::Ligne RecordsetSqlite::Relit(const std::string& table, const Valeur& index) const {
+  std::string noms;
+  std::vector<std::size_t> rangs;
+  for (std::size_t i = 0; i < colonnes_.size(); ++i) {
+    if (colonnes_[i].table != table) continue;
+    noms += (noms.empty() ? "" : ", ") + NomSql(colonnes_[i].origine);
+    rangs.push_back(i);
+  }
+  InstructionSqlite instruction(*connexion_, "SELECT " + noms + " FROM " + NomSql(table) +
+                                                 " WHERE " + NomSql("Index") + "=?");
+  instruction.Lie(1, index);
+  if (!instruction.Suivante()) throw Echec(Numéro::LigneDisparue);
+  Ligne ligne;
+  int place = 0;
+  for (const std::size_t rang : rangs) {
+    ligne.emplace_back(rang, LitColonne(instruction.Brut(), place++, colonnes_[rang].type));
+  }
+  if (instruction.Suivante()) {
+    Refuse(Numéro::InstructionRefusée, "plusieurs lignes de '" + table + "' portent ce même Index");
+  }
+  return ligne;
+}
+
+// What was typed was typed on what stood there then: it must not mix with what another program has
+// put there since, nor go to an object that has changed its place with this one.
+void RecordsetSqlite::ExigeLaLigneLue(const std::string& table, const Ligne& présente) const {
+  const auto changée = std::ranges::find_if(
+      présente, [&](const auto& champ) { return champ.second != champs_[champ.first].Value; });
+  if (changée == présente.end()) return;
+  const auto cité = [](const Valeur& v) { return EstNul(v) ? "Null" : "'" + VersTexte(v) + "'"; };
+  const auto& [rang, trouvée] = *changée;
+  std::string détail = "table '" + table + "', colonne '" + colonnes_[rang].nom + "', lue " +
+                       cité(champs_[rang].Value) + ", trouvée " + cité(trouvée);
+  if (brouillon_.contains(rang)) détail += ", à écrire " + cité(brouillon_.at(rang));
+  for (const auto& [qui, nom] : {std::pair{"Nom de l'Etalonneur", " ; étalonnage de "},
+                                 std::pair{"Date d'Etalonnage", " du "}}) {
+    const auto dit = std::ranges::find_if(
+        présente, [&](const auto& champ) { return colonnes_[champ.first].nom == qui; });
+    if (dit != présente.end() && !EstNulOuVide(dit->second)) détail += nom + cité(dit->second);
+  }
+  Refuse(Numéro::LigneModifiée, détail);
+}
+
+// A row that no longer held its sum does not get a new one: nobody has looked at what changed
+// there.
+void RecordsetSqlite::SommeLaLigne(const std::string& table, const Valeur& index,
+                                   Ligne& écrite) const {
+  const auto somme = std::ranges::find_if(
+      écrite, [&](const auto& champ) { return colonnes_[champ.first].nom == kColonneSomme; });
+  if (somme == écrite.end() || !SommeTient(*this)) return;
+  std::vector<Champ> champs;
+  for (const auto& [rang, valeur] : écrite) champs.push_back({colonnes_[rang].nom, valeur});
+  somme->second = SommeDeContrôle(champs);
+  InstructionSqlite instruction(*connexion_, "UPDATE " + NomSql(table) + " SET " +
+                                                 NomSql(kColonneSomme) + "=? WHERE " +
+                                                 NomSql("Index") + "=?");
+  instruction.Lie(1, somme->second);
+  instruction.Lie(2, index);
+  static_cast<void>(instruction.Suivante());
+}
+
 void RecordsetSqlite::EcritLaLigne() {
   const std::string table = colonnes_[brouillon_.begin()->first].table;
-  const std::size_t index = RangDeLIndex(table);
+  const Valeur index = champs_[RangDeLIndex(table)].Value;
   std::string sql = "UPDATE " + NomSql(table) + " SET ";
   for (const auto& [rang, valeur] : brouillon_) {
     if (colonnes_[rang].table != table) {
@@ -115,19 +194,20 @@ void RecordsetSqlite::EcritLaLigne() {
   sql += " WHERE " + NomSql("Index") + "=?";
 
   TransactionSqlite transaction(*connexion_);
+  ExigeLaLigneLue(table, Relit(table, index));
   {
     InstructionSqlite instruction(*connexion_, sql);
     int paramètre = 0;
     for (const auto& [rang, valeur] : brouillon_) instruction.Lie(++paramètre, valeur);
-    instruction.Lie(++paramètre, lignes_[rang_][index].Value);
+    instruction.Lie(++paramètre, index);
     static_cast<void>(instruction.Suivante());
   }
-  const int écrites = sqlite3_changes(connexion_->Brut());
-  if (écrites == 0) throw Echec(Numéro::LigneDisparue);
-  if (écrites > 1) {
-    Refuse(Numéro::InstructionRefusée, "plusieurs lignes de '" + table + "' portent ce même Index");
-  }
+  const auto renommée = brouillon_.find(RangDeLIndex(table));
+  const Valeur& après = renommée == brouillon_.end() ? index : renommée->second;
+  Ligne écrite = Relit(table, après);
+  SommeLaLigne(table, après, écrite);
   transaction.Valide();
+  for (auto& [rang, valeur] : écrite) lignes_.Remplace(rang_, rang, std::move(valeur));
 }
 
 }  // namespace zuma::linux_

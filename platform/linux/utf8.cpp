@@ -32,18 +32,26 @@ bool Entre(char c, std::uint8_t min, std::uint8_t max) {
 
 }  // namespace
 
+std::size_t LongueurUTF8(std::string_view texte) noexcept {
+  if (texte.empty()) return 0;
+  if (static_cast<unsigned char>(texte[0]) < 0x80) return 1;
+  const auto* forme = std::ranges::find_if(
+      kSéquences, [&](const Séquence& s) { return Entre(texte[0], s.premier, s.dernier); });
+  if (forme == kSéquences.end() || texte.size() < forme->longueur) return 0;
+  for (std::size_t i = 1; i < forme->longueur; ++i) {
+    const bool second = i == 1;
+    if (!Entre(texte[i], second ? forme->secondMin : 0x80, second ? forme->secondMax : 0xBF)) {
+      return 0;
+    }
+  }
+  return forme->longueur;
+}
+
 bool EstUTF8(std::string_view texte) noexcept {
   while (!texte.empty()) {
-    const auto* forme = std::ranges::find_if(
-        kSéquences, [&](const Séquence& s) { return Entre(texte[0], s.premier, s.dernier); });
-    if (forme == kSéquences.end() || texte.size() < forme->longueur) return false;
-    for (std::size_t i = 1; i < forme->longueur; ++i) {
-      const bool second = i == 1;
-      if (!Entre(texte[i], second ? forme->secondMin : 0x80, second ? forme->secondMax : 0xBF)) {
-        return false;
-      }
-    }
-    texte.remove_prefix(forme->longueur);
+    const std::size_t longueur = LongueurUTF8(texte);
+    if (longueur == 0) return false;
+    texte.remove_prefix(longueur);
   }
   return true;
 }

@@ -34,6 +34,15 @@ TEST_F(LesCollections, GardentLOrdreEtDesClésUniquesSansCasse) {
   fils.Add("", capteurs.Item("été"));
   EXPECT_EQ(fils.Count(), 2);
   EXPECT_EQ(NuméroDe([&] { (void)fils.Item(""); }), 5);
+  std::string demandés;
+  fils.RetireSi([&](const CapteurRef& c) {
+    demandés += c->Key() + ";";
+    return c->Key() == "01";
+  });
+  EXPECT_EQ(demandés, "01;Été;");
+  EXPECT_EQ(NuméroDe([&] { (void)fils.Item("1"); }), 5);
+  ASSERT_EQ(fils.Count(), 1);
+  EXPECT_EQ((*fils.begin())->Key(), "Été");
 }
 
 TEST_F(LesCollections, TraitentLaCléNulleEtLesEchecsChacuneASaFaçon) {

@@ -147,7 +147,23 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
        "data: table Capteur, row 12, column S: an empty text: the row"},
       {"UPDATE [Entrée Logique] SET [Durée Anti-Rebond (s)]='' WHERE [Index]=1",
        "data: table Entrée Logique, row 1, column Durée Anti-Rebond (s): an empty text: the row"},
+       "already (channel 11100)\n"},
+      {"CREATE TABLE Copie AS SELECT * FROM Canal; UPDATE Copie SET [Index]=NULL WHERE "
+       "[Index]=1101;"
+       "UPDATE Copie SET Fonction='x' WHERE [Index]=1103; DROP TABLE Canal;"
+       "ALTER TABLE Copie RENAME TO Canal",
+       "data: table Canal, row Null, column Index: no value; found Null; expected a value\n"
+       "data: table Canal, row 1103, column Fonction: unusable value; found \"x\"; expected a "
+       "whole"},
       {"UPDATE Carte SET Adresse='port' WHERE [Index]=2", "failure: Erreur N°13 ("},
+      {"UPDATE Canal SET [Nom du Canal]=CAST(x'46FF' AS TEXT) WHERE [Index]=1103",
+       "row 1103, column Nom du Canal: bytes that are no text; found \"F\uFFFD\"; expected UTF-8"},
+      {"UPDATE Fonction SET Driver=char(27)||'[2J'||char(10)||'x'||char(155)||'1m' WHERE "
+       "[Index]=11",
+       "column Driver: unknown text: it selects nothing; found \" [2J x 1m\"; expected"},
+      {"ALTER TABLE Carte RENAME TO Vraie; CREATE VIEW Carte AS WITH RECURSIVE c(x) AS "
+       "(SELECT 1 UNION ALL SELECT x+1 FROM c) SELECT x AS [Index] FROM c",
+       "data: table Carte: Table absente de la base de données"},
       {"DROP TABLE Commande", "Table absente de la base de données"},
       {"ALTER TABLE Fonction DROP COLUMN Temps",
        "data: table Fonction, column Temps: missing column: its default stays in place\n"},
@@ -158,6 +174,35 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
     EXPECT_NE(fin.sortie.find(c.ligne), std::string::npos) << c.sql << "\n" << fin.sortie;
     EXPECT_TRUE(fin.sortie.ends_with(" problem(s)\n")) << fin.sortie;
     EXPECT_EQ(fin.erreur, "") << c.sql;
+  }
+}
+
+// However many rows are wrong, the list ends, with what it leaves out.
+TEST_F(LeProgramme, CompteLesProblèmesQuIlNeMontrePas) {
+  const std::string base = Base(
+      "INSERT INTO Canal ([Index], Fonction) WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 "
+      "FROM c LIMIT 12000) SELECT x+100000, 4242 FROM c");
+  const Fin fin = Lance({"check", base});
+  EXPECT_EQ(fin.code, 1);
+  EXPECT_EQ(std::count(fin.sortie.begin(), fin.sortie.end(), '\n'), 10'003) << "a note as well";
+  EXPECT_NE(fin.sortie.find("\nand 2000 more\n"), std::string::npos);
+  EXPECT_TRUE(fin.sortie.ends_with(": 12000 problem(s)\n"));
+  const auto problèmes = nlohmann::json::parse(Lance({"check", base, "--json"}).sortie);
+  EXPECT_EQ(problèmes.size(), 10'001U);
+  EXPECT_EQ(problèmes.back(), nlohmann::json({{"kind", "more"}, {"text", "and 2000 more"}}));
+}
+
+TEST_F(LeProgramme, MontreLesNomsCommeDuTexte) {
+  const std::string base = Base(
+      "UPDATE Canal SET [Nom du Canal]='A'||char(27,10,155)||CAST(x'FF' AS TEXT) WHERE "
+      "[Index]=1101;"
+      "UPDATE Chassis SET [Nom du Chassis]='F'||char(27)||']0;x'||char(7) WHERE [Index]=1");
+  for (const char* json : {"--sim", "--json"}) {
+    const Fin fin = Lance({"run", base, "--sim", "--seconds", "0.5", json});
+    EXPECT_EQ(fin.code, 0) << fin.erreur;
+    EXPECT_EQ(fin.sortie.find_first_of("\x1b\x07\xff"), std::string::npos);
+    EXPECT_EQ(fin.sortie.find("\xc2\x9b"), std::string::npos);
+    EXPECT_NE(fin.sortie.find("A"), std::string::npos);
   }
 }
 

@@ -34,14 +34,33 @@ Valeur Texte(const char* texte) {
   return Valeur(std::string(texte));
 }
 
+// While one lives, nothing in the folder can be written, by nobody.
+class SansDroits {
+ public:
+  explicit SansDroits(fs::path dossier) : dossier_(std::move(dossier)) {
+    Change(fs::perms(0555), fs::perms(0444));
+    if (racine_ && ::seteuid(kPersonne) != 0) ADD_FAILURE() << "seteuid";
+  }
+  ~SansDroits() {
+    if (racine_ && ::seteuid(0) != 0) ADD_FAILURE() << "seteuid";
+    Change(fs::perms(0755), fs::perms(0644));
+  }
+  SansDroits(const SansDroits&) = delete;
+  SansDroits& operator=(const SansDroits&) = delete;
+
+ private:
+  static constexpr uid_t kPersonne = 65534;
+  void Change(fs::perms duDossier, fs::perms desFichiers) {
+    fs::permissions(dossier_, duDossier);
+    for (const auto& f : fs::directory_iterator(dossier_)) fs::permissions(f, desFichiers);
+  }
+  fs::path dossier_;
+  bool racine_ = ::geteuid() == 0;
+};
+
 class UneBase : public testing::Test {
  protected:
-  UneBase() {
-    const std::vector<LigneDeBase> lignes{
-        {"Capteur", {{"Index", Valeur(7)}, {"Nom du Capteur", Texte("Force")}}},
-        {"Capteur", {{"Index", Valeur(8)}, {"Nom du Capteur", Texte("Course")}}}};
-    CréeBase(fichier, lignes);
-  }
+  UneBase() { CréeBase(fichier, kLignes); }
   static Ref<Recordset> Capteur(BaseSqlite& base, int index) {
     return base.OpenRecordset(requêtes::kCapteurs.ligne(index));
   }
@@ -63,6 +82,9 @@ class UneBase : public testing::Test {
   }
 
   static constexpr std::chrono::milliseconds kSansAttente{0};
+  const std::vector<LigneDeBase> kLignes{
+      {"Capteur", {{"Index", Valeur(7)}, {"Nom du Capteur", Texte("Force")}}},
+      {"Capteur", {{"Index", Valeur(8)}, {"Nom du Capteur", Texte("Course")}}}};
   essai::DossierProvisoire dossier;
   std::string fichier = dossier.Fichier("presse.db");
 };
@@ -140,27 +162,53 @@ TEST_F(UneBase, GardeCeQuiEstEcritDansLeTypeDeLaColonne) {
   EXPECT_EQ(Relit("Point 1 - Unité", 8), Valeur(0.0));
 }
 
-TEST_F(UneBase, NEcritQueLaLigneEtLesColonnesDonnées) {
-  Ref<Recordset> ligne;
-  {
-    BaseSqlite base(fichier);
-    ligne = base.OpenRecordset(requêtes::kCapteurs.ligne(7));
+// The recordset of a calibration stays open for hours, and others write meanwhile.
+TEST_F(UneBase, NEcritQueCeQuiEstDonnéOùCeQuiAÉtéLuTientEncore) {
+  const struct {
+    const char* autre;
+    std::vector<const char*> dits;  // in the refusal; none when the write is to go through
+  } cas[] = {
+      {"UPDATE Capteur SET [Nom du Capteur]='Course 2' WHERE [Index]=8", {}},
+      {"UPDATE Capteur SET [Nom affiché]='F2', [Nom de l'Etalonneur]='Labo', "
+       "[Date d'Etalonnage]='3 mai' WHERE [Index]=7",
+       {"'Nom affiché', lue Null, trouvée 'F2', à écrire 'Effort'", "'Labo'", "'3 mai'"}},
+      {"UPDATE Capteur SET [Point 1 - Unité]=0.1 WHERE [Index]=7",
+       {"'Capteur'", "'Point 1 - Unité', lue '0', trouvée '0,1'"}},
+      {"UPDATE Capteur SET [Index]=99 WHERE [Index]=7; UPDATE Capteur SET [Index]=7 WHERE "
+       "[Index]=8;"
+       "UPDATE Capteur SET [Index]=8 WHERE [Index]=99",
+       {"'Nom du Capteur', lue 'Force', trouvée 'Course'"}},
+  };
+  for (const auto& c : cas) {
+    SCOPED_TRACE(c.autre);
+    fs::remove(fichier);
+    CréeBase(fichier, kLignes);
+    Ref<Recordset> ligne = Capteur(*Crée<BaseSqlite>(fichier), 7);
+    Autre(c.autre);
+    std::string refus;
+    try {
+      ligne->Edit();
+      ligne->Ecrit("NOM AFFICHÉ", Texte("Effort"));
+      ligne->Update();
+    } catch (const Echec& e) {
+      EXPECT_EQ(e.NuméroErreur(), 3197);
+      refus = e.Description();
+    }
+    EXPECT_EQ(refus.empty(), c.dits.empty()) << refus;
+    for (const char* dit : c.dits) EXPECT_NE(refus.find(dit), std::string::npos) << refus;
+    EXPECT_EQ(Relit("Nom affiché") == Texte("Effort"), c.dits.empty());
+    EXPECT_EQ(Relit("Nom affiché", 8), Valeur(Nul{}));
   }
-  // The recordset of a calibration stays open for hours: what others wrote meanwhile stays.
-  Autre("UPDATE Capteur SET [Nom du Capteur]='Force 2', [Nom affiché]='F2'");
-  EXPECT_EQ(Modifie(*ligne, "Nom affiché", Texte("Effort")), 0);
-  EXPECT_EQ(Relit("Nom affiché"), Texte("Effort"));
-  EXPECT_EQ(Relit("Nom affiché", 8), Texte("F2"));
-  EXPECT_EQ(Relit("Nom du Capteur"), Texte("Force 2"));
 
+  const Ref<Recordset> ligne = Capteur(*Crée<BaseSqlite>(fichier), 7);
   EXPECT_EQ(Echoue([&] { ligne->Ecrit("Nom affiché", Texte("x")); }), 3020);
   EXPECT_EQ(Echoue([&] { ligne->Update(); }), 3020);
   ligne->Edit();
   ligne->Ecrit("Nom affiché", Texte("oublié"));
-  EXPECT_EQ(LitChamp(*ligne, "Nom affiché"), Texte("Effort"));
+  EXPECT_EQ(LitChamp(*ligne, "Nom affiché"), Valeur(Nul{}));
   ligne->MoveFirst();
   EXPECT_EQ(Echoue([&] { ligne->Update(); }), 3020);
-  EXPECT_EQ(Relit("Nom affiché"), Texte("Effort"));
+  EXPECT_EQ(Relit("Nom affiché"), Valeur(Nul{}));
 }
 
 TEST_F(UneBase, EcritToutOuRien) {
@@ -248,8 +296,7 @@ TEST_F(UneBase, RefuseUnIndexEnDouble) {
 }
 
 TEST_F(UneBase, LitUnFichierProtégé) {
-  if (::geteuid() == 0) GTEST_SKIP() << "nothing is read-only for root";
-  ASSERT_EQ(::chmod(fichier.c_str(), 0444), 0);
+  const SansDroits lecteur(dossier.Chemin());
   BaseSqlite base(fichier);
   const auto ligne = Capteur(base, 7);
   EXPECT_EQ(LitChamp(*ligne, "Nom du Capteur"), Texte("Force"));
@@ -290,7 +337,82 @@ TEST_F(UneBase, NExécuteRienDeCeQueLeFichierContient) {
   const auto problèmes = base.ProblèmesDIntégrité();
   ASSERT_EQ(problèmes.size(), 2U);
   EXPECT_NE(problèmes[0].find("déclencheur piège"), std::string::npos);
-  EXPECT_NE(problèmes[1].find("vue Vue"), std::string::npos);
+  EXPECT_NE(problèmes[1].find("jamais lu : vue Vue"), std::string::npos);
+}
+
+// Nothing that a file holds keeps its reader for ever, nor takes all its memory.
+TEST_F(UneBase, FinitDeLireQuoiQueLeFichierDemande) {
+  Autre(R"(ALTER TABLE Carte RENAME TO Vraie; CREATE VIEW Carte AS
+            WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 FROM c) SELECT x AS [Index] FROM c;
+           ALTER TABLE Commande RENAME TO Autre; CREATE VIEW Commande AS SELECT * FROM Autre;
+           CREATE TABLE Grande AS WITH RECURSIVE c(x) AS
+             (SELECT 1 UNION ALL SELECT x+1 FROM c LIMIT 20000) SELECT x AS [Index] FROM c)");
+  constexpr const char* kSansFin = "SELECT a.* FROM Grande a, Grande b, Grande c WHERE b.[Index]=0";
+  constexpr auto kDurée = std::chrono::milliseconds(200);
+  BaseSqlite base(fichier, {.bornes = {.durée = kDurée, .mémoire = 100'000}});
+  for (const auto& [instruction, échec] : {std::pair{"SELECT ALL * FROM [Carte]", 3078},
+                                           {"SELECT ALL * FROM [Commande]", 3078},
+                                           {"SELECT ALL * FROM [Grande]", 3035},
+                                           {kSansFin, 3059},
+                                           {"SELECT [Index] FROM [Capteur]", 0}}) {
+    EXPECT_EQ(Echoue([&] { base.OpenRecordset(instruction); }), échec) << instruction;
+  }
+  // The time is that of a whole load: nothing is read behind it, and all again after it.
+  base.DébuteLesLectures();
+  EXPECT_EQ(Echoue([&] { Capteur(base, 7); }), 0);
+  EXPECT_EQ(Echoue([&] { base.OpenRecordset(kSansFin); }), 3059);
+  EXPECT_EQ(Echoue([&] { Capteur(base, 7); }), 3059);
+  base.FinitLesLectures();
+  EXPECT_EQ(Echoue([&] { Capteur(base, 7); }), 0);
+
+  static bool fin;
+  fin = false;
+  BaseSqlite autre(fichier, {.bornes = {.durée = std::chrono::hours(1), .interrompue = [] {
+                                          return std::exchange(fin, true);  // the second look
+                                        }}});
+  EXPECT_EQ(Echoue([&] { autre.OpenRecordset(kSansFin); }), 3059);
+  EXPECT_EQ(Echoue([&] { autre.OpenRecordset("SELECT [Index] FROM [Capteur]"); }), 3059);
+}
+
+// What a program that died in a save left is put right by whoever opens the file next, a reader
+// too; one that may not write says what is to be done instead of giving what is half written.
+TEST_F(UneBase, RétablitCeQuUneSauvegardeCoupéeALaissé) {
+  const struct {
+    const char* journal;
+    const char* suffixe;
+    const char* sauvegarde;
+    Valeur attendu;
+  } cas[] = {
+      {"DELETE", "-journal", "PRAGMA cache_size=1; BEGIN; UPDATE Capteur SET [Nom du Capteur]='x'",
+       Texte("Force")},
+      {"WAL", "-wal", "UPDATE Capteur SET [Nom du Capteur]='Effort'", Texte("Effort")},
+  };
+  for (const auto& c : cas) {
+    SCOPED_TRACE(c.journal);
+    const std::string coupé = dossier.Fichier(std::string("coupé") + c.suffixe + ".db");
+    {
+      ConnexionSqlite autre(fichier, Accès::Ecriture, kSansAttente);
+      autre.Exécute((std::string("PRAGMA journal_mode=") + c.journal).c_str());
+      autre.Exécute(c.sauvegarde);
+      autre.Exécute("CREATE TABLE Gros AS SELECT zeroblob(100000)");  // what spills to the file
+      fs::copy_file(fichier, coupé);
+      fs::copy_file(fichier + c.suffixe, coupé + c.suffixe);
+    }
+    {
+      const SansDroits lecteur(dossier.Chemin());
+      std::string refus;
+      try {
+        BaseSqlite base(coupé, {.lectureSeule = true});
+      } catch (const Echec& e) {
+        refus = e.Description();
+      }
+      EXPECT_NE(refus.find("à rétablir"), std::string::npos) << refus;
+    }
+    BaseSqlite base(coupé, {.lectureSeule = true});
+    EXPECT_EQ(LitChamp(*Capteur(base, 7), "Nom du Capteur"), c.attendu);
+    EXPECT_TRUE(base.ProblèmesDIntégrité().empty());
+    EXPECT_EQ(Modifie(*Capteur(base, 7), "Nom affiché", Texte("y")), 3027);
+  }
 }
 
 TEST_F(UneBase, RefuseCeQuiNEstPasUneBase) {
