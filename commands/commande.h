@@ -138,7 +138,9 @@ class Commande : public Objet {
   [[nodiscard]] double SécuritéMaxiEnUnité() const { return mdblSécuritéMaxiEnUnité; }
   [[nodiscard]] const std::string& UnitéEtalonnage() const { return UnitéEtalonnage_; }
   [[nodiscard]] const std::string& NomEtalonneur() const { return NomEtalonneur_; }
+  void NomEtalonneur(std::string nom) { NomEtalonneur_ = std::move(nom); }
   [[nodiscard]] const std::string& DateEtalonnage() const { return DateEtalonnage_; }
+  void DateEtalonnage(std::string date) { DateEtalonnage_ = std::move(date); }
   [[nodiscard]] CanalRef Canal() const { return mobjCanal; }
   /// The last refresh gave the channel a value, and that value has reached the device as far as its
   /// link can tell. An on/off command is where its logic outputs are, and a command out of service

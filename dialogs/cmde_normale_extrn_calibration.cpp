@@ -48,6 +48,7 @@ void Cmde_Normale_Extrn_Calibration::Reçoit(Chassis& chassis) {
   if (choisi != labels.end()) {
     CmbCapteurARecopier.choisi = static_cast<std::size_t>(choisi - labels.begin());
   }
+  choixRempli_ = CmbCapteurARecopier.choisi;
   Timer1();
 }
 
@@ -61,6 +62,7 @@ void Cmde_Normale_Extrn_Calibration::Timer1() {
   const CapteurRef suivi = commande_->CapteurDeRecopie();
   if (suivi) valeurCapteur_ = AffichageCourt(suivi->ValeurCourante());
   // Without a channel each reading would be a failure in the error record, five a second.
+  AfficheSousLaTableSaisie(suivi ? suivi->ValeurCourante() : 0, &TableEtalonnage::VersPoints);
   valeurSortie_ = AffichageCourt(commande_->Canal() ? commande_->ValeurCouranteEnPoints() : 0);
 }
 
@@ -89,15 +91,19 @@ void Cmde_Normale_Extrn_Calibration::BtnOK() {
 // Everything is read before anything is written: neither row nor command is left half calibrated.
 void Cmde_Normale_Extrn_Calibration::Enregistre(Commande& commande) {
   Recordset& ligne = *commande.LeRecordset();
-  if (!OuvreLaLigne(commande, ligne)) return;
+  if (!TrouveLaLigne(commande, ligne)) return;
   const Points points = PointsSaisis();
   const std::string choisi = CapteurChoisi();
   // No choice is not a sensor without a label.
   const CapteurRef suivi =
       choisi.empty() ? CapteurRef() : recherche::CapteurDeLabel(*chassis_.lock(), choisi);
-  ligne.Ecrit("Capteur de recopie", choisi);
-  EcritLesPoints(ligne, points, &EnTexte);
-  ligne.Update();
+  const bool autre = CmbCapteurARecopier.choisi != choixRempli_;
+  if (autre || OntChangé(points)) {
+    ligne.Edit();
+    if (autre) ligne.Ecrit("Capteur de recopie", choisi);
+    EcritLesPoints(ligne, points, &EnTexte);
+    Sauve(commande, ligne, OntChangé(points));
+  }
   if (suivi) commande.CapteurDeRecopie(suivi);
   PorteLesPoints(commande, points);
   FenêtreHôte* const mère = Propriétaire();

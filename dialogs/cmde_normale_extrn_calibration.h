@@ -36,9 +36,9 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
   [[nodiscard]] const std::string& LblValeurSortie() const noexcept { return valeurSortie_; }
 
   void Timer1() override;
-  /// Writes sensor and points to the command's row, then to the command, closes, and asks the
-  /// owner for `rafraichitTout`. A failure is told in a message and leaves what was not yet
-  /// written as it was; the form then stays.
+  /// Writes what changed of sensor and points to the command's row, then to the command, closes,
+  /// and asks the owner for `rafraichitTout`. A failure is told in a message and leaves what was
+  /// not yet written as it was; the form then stays.
   void BtnOK() override;
   void BtnCancel() override;
 
@@ -49,6 +49,7 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
   [[nodiscard]] std::string CapteurChoisi() const;
 
   Commande* commande_ = nullptr;
+  std::optional<std::size_t> choixRempli_;
   std::weak_ptr<Chassis> chassis_;
   std::string valeurCapteur_;
   std::string valeurSortie_;

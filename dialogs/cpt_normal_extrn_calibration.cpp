@@ -25,8 +25,8 @@ void Cpt_Normal_Extrn_Calibration::Reçoit(Capteur& capteur) {
   }
   capteur_ = &capteur;
   Remplit(capteur, capteur.NomDuCapteur());
-  TxtNomAffiche = capteur.NomAfficheDuCapteur();
-  TxtUnite = capteur.UnitéEtalonnage();
+  nomRempli_ = TxtNomAffiche = capteur.NomAfficheDuCapteur();
+  unitéRemplie_ = TxtUnite = capteur.UnitéEtalonnage();
   tare_ = capteur.EtatDeLaTare();
 }
 
@@ -55,6 +55,7 @@ void Cpt_Normal_Extrn_Calibration::Timer1() {
   if (capteur_ == nullptr) return;
   valeurBrute_ = AffichageCourt(capteur_->ValeurEnPoints());
   valeurCourante_ = AffichageCourt(capteur_->ValeurCourante());
+  AfficheSousLaTableSaisie(capteur_->ValeurEnPoints(), &TableEtalonnage::VersUnités);
 }
 
 // Everything is read before anything is written: neither row nor sensor is left half calibrated.
@@ -62,17 +63,26 @@ void Cpt_Normal_Extrn_Calibration::BtnOK() {
   if (capteur_ == nullptr) return;
   Text1_LostFocus();
   Recordset& ligne = *capteur_->LeRecordset();
-  if (!OuvreLaLigne(*capteur_, ligne)) return;
+  if (!TrouveLaLigne(*capteur_, ligne)) return;
   const Points points = PointsSaisis();
-  ligne.Ecrit("Nom affiché", TxtNomAffiche);
-  ligne.Ecrit("Unité d'Etalonnage", TxtUnite);
-  EcritLesPoints(ligne, points, &EnNombre);
-  ligne.Update();
+  Enregistre(ligne, points);
   capteur_->NomAfficheDuCapteur(TxtNomAffiche);
   PorteLesPoints(*capteur_, points);
   // Last: who hears of the unit finds its table, and may cancel the form or let the sensor go.
   capteur_->UnitéEtalonnage(TxtUnite);
   BtnCancel();
+}
+
+// A form in which nothing was typed needs no database that can be written.
+void Cpt_Normal_Extrn_Calibration::Enregistre(Recordset& ligne, const Points& points) {
+  const bool nom = TxtNomAffiche != nomRempli_;
+  const bool table = TxtUnite != unitéRemplie_ || OntChangé(points);
+  if (!nom && !table) return;
+  ligne.Edit();
+  if (nom) ligne.Ecrit("Nom affiché", TxtNomAffiche);
+  if (TxtUnite != unitéRemplie_) ligne.Ecrit("Unité d'Etalonnage", TxtUnite);
+  EcritLesPoints(ligne, points, &EnNombre);
+  Sauve(*capteur_, ligne, table);
 }
 
 void Cpt_Normal_Extrn_Calibration::BtnCancel() {

@@ -36,16 +36,19 @@ class Cpt_Normal_Extrn_Calibration final : public FeuilleEtalonnage {
   void ChkTare(bool cochée);
 
   void Timer1() override;
-  /// Writes name, unit and points to the sensor's row, then to the sensor. A record that is no
-  /// longer that of the sensor is told in a message, and the form closes. Any other failure goes
-  /// to the caller, with row, sensor and form as they were.
+  /// Writes what changed of name, unit and points to the sensor's row, then all to the sensor. A
+  /// record that is no longer that of the sensor is told in a message, and the form closes. Any
+  /// other failure goes to the caller, with row, sensor and form as they were.
   void BtnOK() override;
   void BtnCancel() override;
 
  private:
   static const Modèle kModèle;
+  void Enregistre(Recordset& ligne, const Points& points);
 
   Capteur* capteur_ = nullptr;
+  std::string nomRempli_;
+  std::string unitéRemplie_;
   std::string valeurBrute_;
   std::string valeurCourante_;
   bool tare_ = false;

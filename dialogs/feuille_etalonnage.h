@@ -7,12 +7,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/ref.h"
 #include "core/table_etalonnage.h"
 #include "platform/base_de_donnees.h"
 #include "platform/collaborateurs.h"
 #include "platform/fenetres.h"
+#include "platform/plateforme.h"
 
 namespace zuma {
 
@@ -61,6 +63,17 @@ class FeuilleEtalonnage {
   [[nodiscard]] const std::string& Cellule(Case où) const;
   /// False for a cell that could not be saved: it holds no number. A window marks it.
   [[nodiscard]] bool CelluleLisible(Case où) const;
+  /// Last row that the table uses as it is typed now, 0 for none. A window marks those behind it.
+  [[nodiscard]] int DernièreRangée() const;
+  /// True while the last row is empty, so that none is lost by an insertion.
+  [[nodiscard]] bool PeutInsérer() const;
+  /// Puts an empty row in the place of `rangée`, 1 to 20; it and those behind it go down. Does
+  /// nothing unless `PeutInsérer`.
+  void InsèreRangée(int rangée);
+  /// Takes row `rangée` away; those behind it come up, and the last one is empty.
+  void SupprimeRangée(int rangée);
+  /// The live value as the table that is being typed gives it; "?" while it gives none.
+  [[nodiscard]] const std::string& LblValeurSaisie() const noexcept { return valeurSaisie_; }
 
   /// Puts `Text1` over a cell, with its text. What stood in it before goes to its own cell.
   void ActiveCellule(Case où);
@@ -94,6 +107,7 @@ class FeuilleEtalonnage {
   struct Point {
     double unités = 0;
     double points = 0;
+    friend bool operator==(const Point&, const Point&) = default;
   };
   using Points = std::array<Point, TableEtalonnage::kMaxPoints>;
 
@@ -114,14 +128,33 @@ class FeuilleEtalonnage {
     }
     RemplitLaGrille(points);
   }
-  /// The numbers of the grid. A cell that holds none fails with 94 when it is empty, with 13
-  /// otherwise: a record that held Null could not be loaded again.
+  /// True when one of these points is not what the form was filled with.
+  [[nodiscard]] bool OntChangé(const Points& points) const { return points != remplis_; }
+  /// The numbers of the grid; what was not typed keeps all its digits. A cell that holds none fails
+  /// with 94 when it is empty, with 13 otherwise: a record that held Null could not be loaded
+  /// again.
   [[nodiscard]] Points PointsSaisis() const;
-  /// Opens the object's record at its first row. False, after a message and with the form closed,
+  /// Goes to the first row of the object's record. False, after a message and with the form closed,
   /// when that row is not the object's.
-  [[nodiscard]] bool OuvreLaLigne(const Objet& objet, Recordset& ligne);
-  /// Writes each point to its two columns, in the form that `enValeur` gives the number.
-  static void EcritLesPoints(Recordset& ligne, const Points& points, Valeur (*enValeur)(double));
+  [[nodiscard]] bool TrouveLaLigne(const Objet& objet, Recordset& ligne);
+  /// Writes what changed of each point, in the form that `enValeur` gives the number.
+  void EcritLesPoints(Recordset& ligne, const Points& points, Valeur (*enValeur)(double)) const;
+  /// Saves the row, with person and date of a new table where the installation names the person;
+  /// these then go to the object.
+  template <class Etalonné>
+  static void Sauve(Etalonné& objet, Recordset& ligne, bool nouvelleTable) {
+    const RéglagesEtalonnage& réglages = objet.LaPlateforme().réglages.étalonnage;
+    const bool signée = nouvelleTable && !réglages.personne.empty();
+    const bool datée = signée && réglages.date != nullptr;
+    const std::string date = datée ? réglages.date() : std::string();
+    if (signée) ligne.Ecrit("Nom de l'Etalonneur", réglages.personne);
+    if (datée) ligne.Ecrit("Date d'Etalonnage", date);
+    ligne.Update();
+    if (signée) objet.NomEtalonneur(réglages.personne);
+    if (datée) objet.DateEtalonnage(date);
+  }
+  /// Works out `LblValeurSaisie` of `entrée`, by the direction `vers` of the table.
+  void AfficheSousLaTableSaisie(double entrée, double (TableEtalonnage::*vers)(double) const);
   template <class Etalonné>
   static void PorteLesPoints(Etalonné& objet, const Points& points) {
     for (std::int16_t rangée = 1; rangée < kRangées; ++rangée) {
@@ -132,8 +165,15 @@ class FeuilleEtalonnage {
   }
 
  private:
+  struct Cellules {
+    std::string texte;
+    std::optional<double> exact;  // what the text was made from; none once it is typed
+  };
   [[nodiscard]] static std::size_t Rang(Case où);
   void RemplitLaGrille(const Points& points);
+  void Déplace(int première, int dernière, int pas);
+  [[nodiscard]] std::optional<double> NombreSaisi(int rangée, bool unités) const;
+  [[nodiscard]] std::pair<TableEtalonnage, bool> TableSaisie() const;
 
   const Modèle& modèle_;
   Ref<ZED_Traduction> traducteur_;
@@ -143,7 +183,9 @@ class FeuilleEtalonnage {
   std::string titre_;
   std::string nom_;
   std::string commentaire_;
-  std::array<std::string, std::size_t{kRangées} * kColonnes> cellules_;
+  std::string valeurSaisie_;
+  std::array<Cellules, std::size_t{kRangées} * kColonnes> cellules_;
+  Points remplis_;
   std::optional<Case> text1Sur_;
   std::string text1_;
 };

@@ -168,6 +168,8 @@ class LigneDeCommande {
     AjouteSimulation(verbe, desktop_);
     verbe.add_option("--lang", desktop_.langue,
                      "language of the window, by the beginning of its name");
+    verbe.add_option("--person", desktop_.personne,
+                     "who calibrates: name and date are written with each new table");
     // For the pictures of the documentation.
     verbe.add_option("--picture", desktop_.image)->group("");
     verbe.add_option("--after", desktop_.après)->check(CLI::PositiveNumber)->group("");

@@ -70,6 +70,7 @@ struct OptionsDesktop {
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::string personne;                 ///< who calibrates; empty leaves date and person alone
   std::string langue;                   ///< of the window; empty for the first known
   std::string image;                    ///< picture of the window to write, then the end
   double après = 5;                     ///< seconds until that picture

@@ -18,6 +18,7 @@ FenêtreCapteur::FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuill
       unité_(Champ("TxtUnite", &Cpt_Normal_Extrn_Calibration::TxtUnite)),
       brute_(AjouteValeur("LegendeValeurBrute", "Valeur brute", "LblValeurBrute")),
       courante_(AjouteValeur("LegendeValeurCourante", "Valeur courante", "LblValeurCourante")),
+      saisie_(AjouteValeur("LegendeValeurSaisie", "Valeur avec cette table", "LblValeurSaisie")),
       tare_(new QCheckBox(Légende("Tare"))) {
   AjouteChamp("LegendeNomAffiche", "Nom affiché", nomAffiché_);
   AjouteChamp("LegendeUnite", "Unité", unité_);
@@ -50,6 +51,7 @@ void FenêtreCapteur::Relit() {
 void FenêtreCapteur::AfficheLesValeurs(bool sûres) {
   Affiche(*brute_, feuille_->LblValeurBrute(), sûres);
   Affiche(*courante_, feuille_->LblValeurCourante(), sûres);
+  Affiche(*saisie_, feuille_->LblValeurSaisie(), sûres);
 }
 
 }  // namespace zuma::qt

@@ -27,6 +27,7 @@ class FenêtreCapteur final : public FenêtreEtalonnage {
   QLineEdit* unité_;
   QLabel* brute_;
   QLabel* courante_;
+  QLabel* saisie_;
   QCheckBox* tare_;
 };
 

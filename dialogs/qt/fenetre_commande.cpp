@@ -10,7 +10,8 @@ FenêtreCommande::FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& fe
       feuille_(feuille),
       suivi_(BoîteDe(feuille->CmbCapteurARecopier, "CmbCapteurARecopier")),
       capteur_(AjouteValeur("LegendeValeurCapteur", "Valeur du capteur", "LblValeurCapteur")),
-      sortie_(AjouteValeur("LegendeValeurSortie", "Valeur de sortie", "LblValeurSortie")) {
+      sortie_(AjouteValeur("LegendeValeurSortie", "Valeur de sortie", "LblValeurSortie")),
+      saisie_(AjouteValeur("LegendeValeurSaisie", "Valeur avec cette table", "LblValeurSaisie")) {
   AjouteChamp("LegendeCapteurARecopier", "Capteur à recopier", suivi_);
   Enchaîne({suivi_}, {});
 }
@@ -23,6 +24,7 @@ void FenêtreCommande::Relit() {
 void FenêtreCommande::AfficheLesValeurs(bool sûres) {
   Affiche(*capteur_, feuille_->LblValeurCapteur(), sûres);
   Affiche(*sortie_, feuille_->LblValeurSortie(), sûres);
+  Affiche(*saisie_, feuille_->LblValeurSaisie(), sûres);
 }
 
 }  // namespace zuma::qt

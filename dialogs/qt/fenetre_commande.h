@@ -22,6 +22,7 @@ class FenêtreCommande final : public FenêtreEtalonnage {
   QComboBox* suivi_;
   QLabel* capteur_;
   QLabel* sortie_;
+  QLabel* saisie_;
 };
 
 }  // namespace zuma::qt

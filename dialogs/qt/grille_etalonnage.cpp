@@ -47,7 +47,27 @@ GrilleEtalonnage::GrilleEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const 
   verticalHeader()->setDefaultSectionSize(éditeur_->sizeHint().height());
   verticalHeader()->setSectionsClickable(false);
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& où) { Active(où); });
+  insère_ = Action("InsereRangee", mots("Geste insere rangee", "&Insert row"), "Ctrl+Ins",
+                   &FeuilleEtalonnage::InsèreRangée);
+  (void)Action("SupprimeRangee", mots("Geste supprime rangee", "&Delete row"), "Ctrl+Del",
+               &FeuilleEtalonnage::SupprimeRangée);
+  setContextMenuPolicy(Qt::ActionsContextMenu);
   setCurrentIndex(model()->index(0, 0));
+}
+
+QAction* GrilleEtalonnage::Action(const char* nom, const QString& texte, const char* touches,
+                                  void (FeuilleEtalonnage::*fais)(int)) {
+  auto* const action = new QAction(texte, this);
+  action->setObjectName(nom);
+  action->setShortcut(QKeySequence(touches));
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(action, &QAction::triggered, this, [this, fais] {
+    if (!currentIndex().isValid()) return;
+    (*feuille_.*fais)(currentIndex().row() + 1);
+    Relit();
+  });
+  addAction(action);
+  return action;
 }
 
 // The box tells this grid when it loses the focus: it goes first.
@@ -75,6 +95,7 @@ QSize GrilleEtalonnage::minimumSizeHint() const {
 // The focus leaves the box before it is hidden: a hidden one would send it to the next cell.
 void GrilleEtalonnage::Relit() {
   static_cast<PointsDeFeuille*>(model())->Relit();
+  insère_->setEnabled(feuille_->PeutInsérer());
   if (feuille_->Text1Sur()) {
     Place();
     return;

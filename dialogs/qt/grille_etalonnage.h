@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAction>
 #include <QTableView>
 
 #include "dialogs/feuille_etalonnage.h"
@@ -10,7 +11,8 @@ namespace zuma::qt {
 
 /// `GrilleEtalonnage` with its editor: the points of a calibration form. A click, F2, Enter or a
 /// typed character puts the editor over a cell; Enter keeps and goes down, Tab keeps and goes to
-/// the next cell, and leaves the grid behind the last one. Cells that hold no number are marked.
+/// the next cell, and leaves the grid behind the last one. Cells that hold no number are marked,
+/// and rows that the table does not use; rows are inserted and deleted from the context menu.
 class GrilleEtalonnage final : public QTableView {
  public:
   GrilleEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots, QWidget* parent);
@@ -29,6 +31,8 @@ class GrilleEtalonnage final : public QTableView {
 
  private:
   [[nodiscard]] QSize TailleDe(int rangées) const;
+  QAction* Action(const char* nom, const QString& texte, const char* touches,
+                  void (FeuilleEtalonnage::*fais)(int));
   void Active(const QModelIndex& où);
   void Départ(EditeurDeCellule::Départ départ);
   /// The cell `pas` further in reading order; none beyond the ends.
@@ -38,6 +42,7 @@ class GrilleEtalonnage final : public QTableView {
 
   Ref<FeuilleEtalonnage> feuille_;
   EditeurDeCellule* éditeur_;
+  QAction* insère_ = nullptr;
 };
 
 }  // namespace zuma::qt

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QColor>
+#include <QPalette>
 #include <QStyle>
 #include <utility>
 
@@ -20,7 +21,10 @@ PointsDeFeuille::PointsDeFeuille(Ref<FeuilleEtalonnage> feuille, const Mots& mot
     : QAbstractTableModel(parent),
       feuille_(std::move(feuille)),
       pasUnNombre_(mots("Texte cellule sans nombre",
-                        "This cell holds no number: the calibration cannot be saved.")) {}
+                        "This cell holds no number: the calibration cannot be saved.")),
+      inutile_(
+          mots("Texte rangee inutile", "This row is not used: it stands behind the last point.")),
+      utilisées_(feuille_->DernièreRangée()) {}
 
 int PointsDeFeuille::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : FeuilleEtalonnage::kRangées - 1;
@@ -34,7 +38,16 @@ QVariant PointsDeFeuille::data(const QModelIndex& où, int rôle) const {
   if (!où.isValid()) return {};
   if (rôle == Qt::DisplayRole) return EnQt(feuille_->Cellule(CaseDe(où)));
   if (rôle == Qt::TextAlignmentRole) return Qt::AlignCenter;
-  return feuille_->CelluleLisible(CaseDe(où)) ? QVariant() : Marque(rôle);
+  if (!feuille_->CelluleLisible(CaseDe(où))) return Marque(rôle);
+  return où.row() < utilisées_ ? QVariant() : MarqueInutile(rôle);
+}
+
+QVariant PointsDeFeuille::MarqueInutile(int rôle) const {
+  if (rôle == Qt::ForegroundRole) {
+    return QApplication::palette().color(QPalette::Disabled, QPalette::Text);
+  }
+  const bool dit = rôle == Qt::ToolTipRole || rôle == Qt::AccessibleDescriptionRole;
+  return dit ? QVariant(inutile_) : QVariant();
 }
 
 // A colour for those who see it, a sign and words for everybody.
@@ -61,6 +74,7 @@ QVariant PointsDeFeuille::headerData(int rang, Qt::Orientation sens, int rôle) 
 }
 
 void PointsDeFeuille::Relit() {
+  utilisées_ = feuille_->DernièreRangée();
   emit dataChanged(index(0, 0), index(rowCount({}) - 1, columnCount({}) - 1));
   emit headerDataChanged(Qt::Horizontal, 0, columnCount({}) - 1);
 }

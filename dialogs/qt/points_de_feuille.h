@@ -23,9 +23,12 @@ class PointsDeFeuille final : public QAbstractTableModel {
 
  private:
   [[nodiscard]] QVariant Marque(int rôle) const;
+  [[nodiscard]] QVariant MarqueInutile(int rôle) const;
 
   Ref<FeuilleEtalonnage> feuille_;
   QString pasUnNombre_;
+  QString inutile_;
+  int utilisées_;
 };
 
 }  // namespace zuma::qt

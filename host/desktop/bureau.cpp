@@ -1,5 +1,6 @@
 #include "host/desktop/bureau.h"
 
+#include <QDate>
 #include <QString>
 
 #include "host/configuration.h"
@@ -46,6 +47,10 @@ Bureau::Bureau(const OptionsDesktop& options)
       machine_(host::LaMachine(options, messages_)),
       fenêtres_(traducteur_) {
   machine_->Services().fenêtres = &fenêtres_;
+  machine_->Services().réglages.étalonnage = {options.personne, [] {
+                                                const QDate jour = QDate::currentDate();
+                                                return jour.toString(Qt::ISODate).toStdString();
+                                              }};
   fenêtres_.Refuse([this] {
     const bool arrêt = marche_ && marche_->LaSécurité().Déclenchée();
     return arrêt ? textes_("Refus pendant un arret") : QString();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "dialogs/qt/liste_de_choix.h"
 #include "host/desktop/etat_capteur.h"
 #include "host/lecture.h"
 
@@ -35,6 +36,7 @@ VoletCourbes::VoletCourbes(Chassis& chassis, const Textes& textes, const Courbes
   for (const CapteurRef& capteur : *chassis.Capteurs()) suivis_.push_back({.capteur = capteur});
   for (const std::string_view clé : kTextesDesEtendues) étendue_->addItem(textes(clé));
   étendue_->setCurrentIndex(kEtendueDeDépart);
+  qt::SansMolette(*étendue_);
   auto* titre = new QLabel(textes("Texte etendue"), this);
   titre->setBuddy(étendue_);
   auto* ligne = new QHBoxLayout;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "dialogs/qt/liste_de_choix.h"
 #include "host/configuration.h"
 
 namespace zuma::host {
@@ -44,6 +45,7 @@ VoletEssai::VoletEssai(Chassis& chassis, const linux_::Securite& sécurité, con
                   UnGraphique("graphiqueDeformation", "Axe deformation")} {
   setObjectName("voletEssai");
   vitesse_->setObjectName("vitesseEssai");
+  qt::SansMolette(*vitesse_);
   commence_->setObjectName("commenceEssai");
   interrompt_->setObjectName("interromptEssai");
   bilan_->setObjectName("bilanEssai");

@@ -299,6 +299,158 @@ TEST_F(UnEtalonnage, NeGardeRienÀMoitié) {
   }
 }
 
+// What nobody typed is neither written nor rounded, and needs no database that can be written.
+TEST_F(UnEtalonnage, NEcritQueCeQuiAEtéChangé) {
+  Sql("UPDATE Capteur SET \"Point 1 - Point\"=1.0/3, \"Point 2 - Unité\"=2.0/3, \"Nom "
+      "affiché\"=NULL");
+  Sql("UPDATE Commande SET \"Point 2 - Point\"=10000.0/3, \"Capteur de recopie\"='Force '");
+  const auto tout = [&] { return Sql("SELECT * FROM Capteur") + Sql("SELECT * FROM Commande"); };
+  const std::string avant = tout();
+  for (const bool lectureSeule : {true, false}) {
+    Charge(lectureSeule);
+    LeCapteur().EtalonnageExterieur(&hôte);
+    fenêtres.capteur->ActiveCellule({1, 0});
+    fenêtres.capteur->BtnOK();
+    LaCommande().EtalonnageExterieur(&hôte);
+    fenêtres.commande->BtnOK();
+    EXPECT_TRUE(messages.textes.empty()) << messages.textes.front();
+    EXPECT_FALSE(fenêtres.capteur->Visible() || fenêtres.commande->Visible());
+    EXPECT_EQ(tout(), avant);
+    EXPECT_EQ(LeCapteur().PointY(1), 1.0 / 3);
+  }
+  // Typed beside them, and moved, they keep all their digits.
+  LeCapteur().EtalonnageExterieur(&hôte);
+  const Ref<Sensor> feuille = fenêtres.capteur;
+  EXPECT_EQ(feuille->DernièreRangée(), 2);
+  feuille->InsèreRangée(2);
+  EXPECT_EQ(feuille->Cellule({2, 0}) + feuille->Cellule({2, 1}), "00");
+  EXPECT_EQ(feuille->DernièreRangée(), 3);
+  Tape(*feuille, 4, 0, "5e");
+  EXPECT_EQ(feuille->DernièreRangée(), 4) << "what is no number yet is not unused";
+  feuille->SupprimeRangée(4);
+  Tape(*feuille, 2, 0, "7");
+  Tape(*feuille, 2, 1, "7");
+  feuille->BtnOK();
+  EXPECT_EQ(Sql(R"(SELECT "Point 1 - Point"=1.0/3, "Point 2 - Unité", "Point 3 - Unité"=2.0/3,
+                "Point 3 - Point", "Nom affiché" FROM Capteur WHERE "Index"=7)"),
+            "1|7.0|1|65536.0|Null|");
+  LeCapteur().EtalonnageExterieur(&hôte);
+  Tape(*fenêtres.capteur, 20, 0, "1");
+  fenêtres.capteur->InsèreRangée(1);
+  EXPECT_EQ(fenêtres.capteur->Cellule({20, 0}), "1") << "no row is lost";
+}
+
+TEST_F(UnEtalonnage, MontreLaValeurDeLaTableSaisie) {
+  Passe(1);
+  LeCapteur().EtalonnageExterieur(&hôte);
+  const Ref<Sensor> capteur = fenêtres.capteur;
+  EXPECT_EQ(capteur->LblValeurSaisie(), capteur->LblValeurCourante());
+  capteur->ActiveCellule({2, Sensor::kUnités});
+  capteur->Text1("2000");
+  capteur->Timer1();
+  EXPECT_EQ(capteur->LblValeurSaisie(),
+            AffichageCourt(2000 * LeCapteur().ValeurEnPoints() / LeCapteur().PointY(2)));
+  EXPECT_EQ(LeCapteur().PointX(2), 1) << "the sensor goes on with its own table";
+  for (const char* saisi : {"", "1-", "12e"}) {
+    capteur->Text1(saisi);
+    capteur->Timer1();
+    EXPECT_EQ(capteur->LblValeurSaisie(), "?") << saisi;
+  }
+  LaCommande().EtalonnageExterieur(&hôte);
+  const Ref<Command> commande = fenêtres.commande;
+  Tape(*commande, 2, Command::kPoints, "2000");
+  commande->Timer1();
+  EXPECT_EQ(commande->LblValeurSaisie(),
+            AffichageCourt(20 * LaCommande().CapteurDeRecopie()->ValeurCourante()));
+}
+
+// Where the installation names who calibrates, a new table bears that name and the day.
+TEST_F(UnEtalonnage, SigneUneNouvelleTable) {
+  const char* const kSignatures =
+      R"(SELECT "Nom de l'Etalonneur", "Date d'Etalonnage" FROM Capteur WHERE "Index"=7 UNION ALL
+         SELECT "Nom de l'Etalonneur", "Date d'Etalonnage" FROM Commande WHERE "Index"=4)";
+  const std::string avant = Sql(kSignatures);
+  const auto étalonne = [&](const char* nom, const char* points) {
+    LeCapteur().EtalonnageExterieur(&hôte);
+    fenêtres.capteur->TxtNomAffiche = nom;
+    Tape(*fenêtres.capteur, 3, 0, points);
+    fenêtres.capteur->BtnOK();
+    LaCommande().EtalonnageExterieur(&hôte);
+    Tape(*fenêtres.commande, 3, 0, points);
+    fenêtres.commande->BtnOK();
+    return Sql(kSignatures);
+  };
+  EXPECT_EQ(étalonne("a", "70000"), avant);
+  machine.services.réglages.étalonnage = {"J. Martin", [] { return std::string("2026-11-25"); }};
+  EXPECT_EQ(étalonne("b", "70000"), avant) << "another name is no calibration";
+  EXPECT_EQ(étalonne("b", "70001"), "J. Martin|2026-11-25|J. Martin|2026-11-25|");
+  EXPECT_EQ(LeCapteur().NomEtalonneur() + LaCommande().DateEtalonnage(), "J. Martin2026-11-25");
+}
+
+// What another program saved while the form stood open is neither overwritten nor mixed.
+TEST_F(UnEtalonnage, RefuseUneTableChangéeEntreTemps) {
+  LeCapteur().EtalonnageExterieur(&hôte);
+  Tape(*fenêtres.capteur, 2, 0, "60000");
+  LaCommande().EtalonnageExterieur(&hôte);
+  Tape(*fenêtres.commande, 2, Command::kPoints, "2000");
+  Sql(R"(UPDATE Capteur SET "Point 1 - Unité"=4.5, "Nom de l'Etalonneur"='Labo' WHERE "Index"=7)");
+  Sql(R"(UPDATE Commande SET "Point 1 - Unité"=4.5 WHERE "Index"=4)");
+  try {
+    fenêtres.capteur->BtnOK();
+    ADD_FAILURE() << "nothing was told";
+  } catch (const Echec& échec) {
+    EXPECT_EQ(échec.NuméroErreur(), 3197);
+    EXPECT_NE(échec.Description().find("'Labo'"), std::string::npos) << échec.Description();
+  }
+  fenêtres.commande->BtnOK();
+  EXPECT_NE(messages.textes.at(0).find("trouvée '4,5'"), std::string::npos) << messages.textes[0];
+  EXPECT_TRUE(fenêtres.capteur->Visible() && fenêtres.commande->Visible());
+  EXPECT_EQ(LeCapteur().PointY(2), 65536);
+  EXPECT_EQ(LaCommande().PointY(2), 4095);
+}
+
+// A certified row, whose column the laboratory has added, tells what did not come by its forms.
+TEST_F(UnEtalonnage, TientLaSommeDeContrôle) {
+  const auto ditsAuChargement = [&] {
+    messages.textes.clear();
+    Chassis autre(machine.services);
+    autre.TimerExact(machine.horloge);
+    autre.ChargeErreur(registre);
+    autre.ChargeLeChassis(Crée<linux_::BaseSqlite>(fichier), 1);
+    std::string dits;
+    for (const std::string& texte : messages.textes) {
+      if (texte.find("somme de contrôle") != std::string::npos) dits += texte.substr(0, 27) + ";";
+    }
+    return dits;
+  };
+  const auto étalonne = [&](const char* points) {
+    Charge(false);
+    LeCapteur().EtalonnageExterieur(&hôte);
+    Tape(*fenêtres.capteur, 2, 0, points);
+    fenêtres.capteur->BtnOK();
+    LaCommande().EtalonnageExterieur(&hôte);
+    Tape(*fenêtres.commande, 2, 1, points);
+    fenêtres.commande->BtnOK();
+    return ditsAuChargement();
+  };
+  for (const char* table : {"Capteur", "Commande"}) {
+    Sql((std::string("ALTER TABLE ") + table + " ADD COLUMN \"Somme de contrôle\" TEXT").c_str());
+  }
+  EXPECT_EQ(étalonne("60000"), "");
+  EXPECT_EQ(Sql("SELECT length(\"Somme de contrôle\") FROM Capteur WHERE \"Index\" IN (6, 7)"),
+            "Null|16|");
+  EXPECT_EQ(étalonne("60001"), "");
+  Sql("ALTER TABLE Capteur ADD COLUMN Plus TEXT");
+  EXPECT_EQ(ditsAuChargement(), "") << "a column of somebody else, still empty";
+  Sql("UPDATE Capteur SET Canal=Canal+1 WHERE \"Index\"=7");
+  Sql("UPDATE Commande SET \"Point 1 - Point\"=1e-9 WHERE \"Index\"=4");
+  const std::string dits = "Attention : Le capteur 'Ext;Attention : La commande 'Re;";
+  EXPECT_EQ(ditsAuChargement(), dits);
+  EXPECT_EQ(étalonne("60003"), dits) << "nobody has looked at what changed";
+  Sql("UPDATE Capteur SET \"Somme de contrôle\"=NULL");
+  EXPECT_EQ(étalonne("60004"), dits.substr(28));
+}
+
 // The record set stands on the row of another object: nothing is written.
 TEST_F(UnEtalonnage, RefuseUneLigneQuiABougé) {
   const auto base = Crée<linux_::BaseSqlite>(fichier);

@@ -1,7 +1,9 @@
 // The command's calibration window.
+#include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTableView>
+#include <QWheelEvent>
 
 #include "dialogs/qt/fenetre_qt.h"
 #include "qt/banc_qt.h"
@@ -64,6 +66,37 @@ TEST_F(LaFenêtreDeLaCommande, NeGardeRienSansOK) {
   EXPECT_EQ(EnBase("Capteur de recopie"), "Force");
   EXPECT_EQ(commande->PointX(2), 100);
   EXPECT_FALSE(commande->ModeEdition());
+}
+
+TEST_F(LaFenêtreDeLaCommande, NeChoisitRienÀLaMolette) {
+  qt::FenêtreQt mère(*hôte);
+  Ouvre(&mère);
+  auto& capteurs = Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier");
+  const QPointF ici(5, 5);
+  QWheelEvent molette(ici, capteurs.mapToGlobal(ici), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&capteurs, &molette);
+  EXPECT_EQ(capteurs.currentText(), "Force");
+}
+
+// Rows behind the last point bear a mark; a row in the middle comes and goes with its points.
+TEST_F(LaFenêtreDeLaCommande, MarqueInsèreEtSupprimeDesRangées) {
+  qt::FenêtreQt mère(*hôte);
+  Ouvre(&mère);
+  auto& grille = Trouve<QTableView>(fenêtre, "GrilleEtalonnage");
+  const auto inutile = [&](int rangée) {
+    return !grille.model()->index(rangée, 0).data(Qt::ToolTipRole).toString().isEmpty();
+  };
+  const auto texte = [&](int rangée) { return grille.model()->index(rangée, 0).data().toString(); };
+  EXPECT_FALSE(inutile(1));
+  EXPECT_TRUE(inutile(2));
+  grille.setCurrentIndex(grille.model()->index(1, 0));
+  Trouve<QAction>(fenêtre, "InsereRangee").trigger();
+  EXPECT_FALSE(inutile(2));
+  EXPECT_EQ(texte(1) + texte(2), "0100");
+  Trouve<QAction>(fenêtre, "SupprimeRangee").trigger();
+  EXPECT_EQ(texte(1), "100");
+  EXPECT_TRUE(inutile(2));
 }
 
 TEST_F(LaFenêtreDeLaCommande, PeutPartirPendantSonMessage) {

@@ -6,7 +6,7 @@ _zuma() {
     [init]="--help"
     [check]="--frame --json --param --help"
     [run]="--frame --sim --seconds --csv --json --param --fault --seed --fast --port --can --start-anyway --help"
-    [desktop]="--frame --sim --param --port --can --lang --start-anyway --help"
+    [desktop]="--frame --sim --param --port --can --lang --person --start-anyway --help"
     [dump]="--frame --sim --seconds --out --json --param --port --can --start-anyway --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --start-anyway --help"
