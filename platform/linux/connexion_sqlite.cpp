@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 #include <filesystem>
 #include <system_error>
 #include <variant>
@@ -71,6 +72,12 @@ constexpr std::string_view kARétablir =
     "droits d'écriture sur le fichier et son dossier, le fichier '-journal' ou '-wal' à côté de "
     "lui.";
 
+std::chrono::nanoseconds TempsDuProcesseur() noexcept {
+  timespec temps{};
+  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &temps);
+  return std::chrono::seconds(temps.tv_sec) + std::chrono::nanoseconds(temps.tv_nsec);
+}
+
 // A journal beside the file that holds something: of another program at work, or of one that died.
 bool SauvegardeInachevée(const std::string& chemin) {
   constexpr std::array kSuffixes{"-journal", "-wal"};
@@ -138,7 +145,7 @@ void ConnexionSqlite::Protège() {
 const char* ConnexionSqlite::MotifDArrêt() const noexcept {
   if (!échéance_) return nullptr;
   if (bornes_.interrompue != nullptr && bornes_.interrompue()) return "le programme se termine";
-  return std::chrono::steady_clock::now() < *échéance_ ? nullptr : "le temps admis est dépassé";
+  return TempsDuProcesseur() < *échéance_ ? nullptr : "le temps admis est dépassé";
 }
 
 void ConnexionSqlite::ExigeDePoursuivre(std::source_location où) const {
@@ -160,7 +167,7 @@ int ConnexionSqlite::Autorise(void* connexion, int, const char*, const char*, co
 
 ConnexionSqlite::LectureBornée::LectureBornée(ConnexionSqlite& connexion)
     : connexion_(connexion), première_(!connexion.échéance_) {
-  if (première_) connexion.échéance_ = std::chrono::steady_clock::now() + connexion.bornes_.durée;
+  if (première_) connexion.échéance_ = TempsDuProcesseur() + connexion.bornes_.durée;
 }
 
 ConnexionSqlite::LectureBornée::~LectureBornée() {

@@ -20,7 +20,8 @@ enum class Accès { Lecture, Ecriture, Création };
 
 /// What a reading may cost: nobody vouches that what a file asks of its reader ever ends.
 struct BornesDeLecture {
-  /// Time for one statement, or for all those between `DébuteLesLectures` and `FinitLesLectures`.
+  /// Time of the processor for one statement, or for all those between `DébuteLesLectures` and
+  /// `FinitLesLectures`. What others take of a busy machine does not count.
   std::chrono::milliseconds durée{3000};
   /// Memory for the rows of one recordset, in bytes.
   std::size_t mémoire = std::size_t{256} << 20;
@@ -84,8 +85,8 @@ class ConnexionSqlite {
 
   std::string chemin_;
   BornesDeLecture bornes_;
-  std::optional<std::chrono::steady_clock::time_point> échéance_;
-  std::string vue_;  // the view that a statement was refused for
+  std::optional<std::chrono::nanoseconds> échéance_;  // by the thread's own clock
+  std::string vue_;                                   // the view that a statement was refused for
   std::unique_ptr<sqlite3, Ferme> base_;
 };
 
