@@ -24,6 +24,7 @@ Interruption::Interruption() {
 
 Interruption::~Interruption() {
   for (std::size_t i = 0; i < kSignaux.size(); ++i) std::signal(kSignaux[i], anciens_[i]);
+  demandée = false;  // nobody is left who would obey
 }
 
 bool Interruption::Demandée() noexcept {

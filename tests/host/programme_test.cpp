@@ -147,7 +147,6 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
        "data: table Capteur, row 12, column S: an empty text: the row"},
       {"UPDATE [Entrée Logique] SET [Durée Anti-Rebond (s)]='' WHERE [Index]=1",
        "data: table Entrée Logique, row 1, column Durée Anti-Rebond (s): an empty text: the row"},
-       "already (channel 11100)\n"},
       {"CREATE TABLE Copie AS SELECT * FROM Canal; UPDATE Copie SET [Index]=NULL WHERE "
        "[Index]=1101;"
        "UPDATE Copie SET Fonction='x' WHERE [Index]=1103; DROP TABLE Canal;"
