@@ -10,7 +10,7 @@ constexpr std::uint16_t kMode = 0x0B;
 constexpr std::uint16_t kDépart = 12;
 constexpr std::uint16_t kSortiesLogiques = 0x0D;
 
-constexpr double kAttente = 10;             // microseconds, on both sides of a start
+constexpr double kAttente = 10;                     // microseconds, on both sides of a start
 constexpr double kStabilisationDépart = 1'000'000;  // microseconds
 constexpr std::int16_t kSorties = 2;
 

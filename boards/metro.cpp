@@ -146,10 +146,14 @@ void RafraîchitMETRO(Fonction& bloc) {
   for (const CanalRef& canal : bloc.LesCanaux()) {
     if (auto* entrée = Entrée(table, *canal)) *entrée = canal->ValeurCanal();
   }
-  const bool fini = trames_serie::Decortique_METRO(état.tampon, état.Metro_CanalActif, table);
+  bool mesurée = false;
+  const bool fini =
+      trames_serie::Decortique_METRO(état.tampon, état.Metro_CanalActif, table, &mesurée);
   for (const CanalRef& canal : bloc.LesCanaux()) {
     const auto* entrée = Entrée(table, *canal);
-    if (entrée != nullptr && *entrée) canal->ValeurCanal(**entrée);
+    if (entrée == nullptr || !*entrée) continue;
+    canal->TientValeurCanal(**entrée);
+    if (mesurée) canal->DateLaLecture();
   }
   if (fini || état.Metro_Temps + kRelance < maintenant) DemandeMETRO(bloc, maintenant);
 }

@@ -88,7 +88,10 @@ template <class Board>
 void RafraîchitEntrées(Fonction& bloc) {
   const std::uint32_t mot = bloc.PiloteDe<Board>().LitEntrées();
   const auto précédent = bloc.MotPrécédent();
-  if (précédent == mot) return;
+  if (précédent == mot) {
+    for (const CanalRef& canal : bloc.LesCanaux()) canal->DateLaLecture();
+    return;
+  }
   if (précédent && PassePourLeMême<Board>(mot, *précédent)) {
     bloc.MotPrécédent({});  // not seen in this refresh, but in the next
     return;

@@ -298,26 +298,33 @@ void DémarreMultimagnet(Canal& canal) {
                                            ", 1 ou 2 attendu");
 }
 
+// A ruler that does not answer reads 0, which is the position of no magnet and of no time.
+void PrendLaPosition(Canal& canal, std::int32_t position) {
+  canal.TientValeurCanal(position);
+  if (position != 0) canal.DateLaLecture();
+}
+
 void LitMono(Canal& canal) {
   auto port = canal.PiloteDe<PCI7841B>().Port(canal.HandlePort());
   const auto position = regles_mts::LireRègleMono(port, canal.PositionID());
-  if (position) canal.ValeurCanal(*position);
+  if (position) PrendLaPosition(canal, *position);
 }
 
 template <Lecture3Aimants kLecture>
 void Lit3Aimants(Canal& canal) {
   auto port = canal.PiloteDe<PCI7841B>().Port(canal.HandlePort());
   const auto position = regles_mts::LireRègle3Aimants(port, canal.PositionID(), kLecture);
-  if (position) canal.ValeurCanal(*position);
+  if (position) PrendLaPosition(canal, *position);
 }
 
 void LitMultimagnet(Canal& canal) {
   if (canal.PositionDeLAimant() > canal.NombreDAimants()) return;
   auto& pilote = canal.PiloteDe<PCI7841B>();
   auto port = pilote.Port(canal.HandlePort());
-  canal.ValeurCanal(
-      regles_mts::LireRègleMulti(port, canal.PositionID(), canal.PositionDeLAimant(),
-                                 pilote.LaRègle(canal.HandlePort(), canal.PositionID()).simple));
+  auto& règle = pilote.LaRègle(canal.HandlePort(), canal.PositionID()).simple;
+  canal.TientValeurCanal(
+      regles_mts::LireRègleMulti(port, canal.PositionID(), canal.PositionDeLAimant(), règle));
+  if (règle.reçue) canal.DateLaLecture();
 }
 
 }  // namespace

@@ -224,6 +224,7 @@ std::optional<std::int32_t> LireRègle3Aimants(PortRègles& port, std::int16_t p
 std::int32_t LireRègleMulti(PortRègles& port, std::int16_t positionID, int aimant,
                             LectureSimple& état) {
   Mémoire& m = état.mémoire;
+  état.reçue = false;
   if (!état.vu1) {
     état.vu1 = true;
     return m.c1;
@@ -237,6 +238,7 @@ std::int32_t LireRègleMulti(PortRègles& port, std::int16_t positionID, int aim
   if (port.Relève(Identifiant(positionID), trame) == Arrivée::Sienne) {
     if (const auto lues = DécodePaire(DonnéesUtiles(trame))) {
       résultat = FiltreSimple(m, *lues, aimant).value_or(résultat);
+      état.reçue = true;
     }
   }
   (void)port.Demande(Identifiant(positionID));

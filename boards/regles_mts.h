@@ -163,6 +163,7 @@ enum class Lecture3Aimants : std::uint8_t { DeuxMoinsUn, Trois };
 struct LectureSimple {
   Mémoire mémoire;
   bool vu1 = false, vu2 = false;
+  bool reçue = false;  ///< the last read took a frame of the ruler
 };
 /// Filtered position of magnet 1 or 2. The first two reads give what is stored and leave the bus
 /// alone; each later one takes the answer to the request of the one before and asks again.

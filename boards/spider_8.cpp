@@ -29,14 +29,15 @@ void spider_8::Démarre(Fonction& bloc) {
 void spider_8::Rafraîchit(Fonction& bloc) {
   BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
   const auto& rangs = bloc.Spider().Spider_Canaux;
-  (void)lib.S8_MeasOneVal();
+  const bool mesuré = lib.S8_MeasOneVal() == BibliothèqueSpider::kRéussi;
   std::size_t rang = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
     if (rang >= rangs.size()) throw Echec(Numéro::IndiceHorsPlage);
     auto valeur = static_cast<float>(canal->ValeurCanal());
-    const bool réponse =
-        lib.S8_GetChanSettings(rangs[rang++], BibliothèqueSpider::kMesure, valeur) == 0;
-    if (réponse && EstUneMesure(valeur)) canal->ValeurCanal(valeur);
+    const auto échec = lib.S8_GetChanSettings(rangs[rang++], BibliothèqueSpider::kMesure, valeur);
+    if (échec != BibliothèqueSpider::kRéussi || !EstUneMesure(valeur)) continue;
+    canal->TientValeurCanal(valeur);
+    if (mesuré) canal->DateLaLecture();
   }
 }
 

@@ -146,10 +146,11 @@ bool DecortiqueJADEVER(Octets& texte, double& valeur, double gardée) {
   return true;
 }
 
-bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table) {
+bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table, bool* mesurée) {
   while (const auto ligne = ProchaineLigne(texte, kSimple)) {
     const LigneMETRO lue = DécodeLigne(*ligne, kSimple);
     if (lue.mesure) table[static_cast<std::size_t>(lue.canal)] = lue.valeur;
+    if (mesurée != nullptr) *mesurée = *mesurée || (lue.mesure && lue.valeur);
     if (texte.empty()) return false;
     if (lue.canal == canalActif && table[static_cast<std::size_t>(lue.canal)]) return true;
   }

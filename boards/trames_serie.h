@@ -40,7 +40,8 @@ using TableMETRO = std::array<std::optional<double>, 33>;
 /// line of code "MW" gives its value to the table, "#" and anything that is no number giving none.
 /// True at a line of the active channel, whose value is known, with more behind it: what is left
 /// stays in `texte`. The last line gives its value too, but nothing says yet that the frame ended.
-bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table);
+bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table,
+                      bool* mesurée = nullptr);
 
 /// The same for the multiplexer, which answers one line for each request: code in characters 2 and
 /// 3, value in 14 to 23. True on an answer that gave a value.

@@ -5,6 +5,12 @@
 #include "core/poursuite.h"
 
 namespace zuma {
+namespace {
+
+constexpr double kMicrosecondes = 1'000'000;
+
+}  // namespace
+
 Chassis::~Chassis() {
   Commandes_ = nullptr;
   // Sensors that were never sorted may keep each other.
@@ -99,12 +105,24 @@ void Chassis::MiseàJourDesLiens() {
   });
 }
 
+// The start of the boards may have taken seconds, which are no age of a reading.
+void Chassis::DateLeDépart() {
+  if (!Timer()) return;
+  LaPlateforme().heureDePasse = Timer()->LitMicrosecondes() / kMicrosecondes;
+  for (const CarteRef& carte : *Cartes()) {
+    for (const FonctionRef& bloc : carte->LesFonctions()) {
+      for (const CanalRef& canal : bloc->LesCanaux()) canal->DateLaLecture();
+    }
+  }
+}
+
 void Chassis::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
     for (const CarteRef& carte : *Cartes()) {
       carte->Initialise();
       carte->MetàJour();
     }
+    DateLeDépart();
     for (const CapteurRef& capteur : *Capteurs()) capteur->Initialise();
     for (const CommandeRef& commande : *Commandes()) {
       commande->Initialise();

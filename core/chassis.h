@@ -147,7 +147,9 @@ class Chassis : public Objet {
   void RepèreLesEntréesConnues();
   void TrieLesCapteurs();
   void Ecarte(const zuma::Capteurs& restants);
+  void DateLeDépart();
   [[nodiscard]] Dues CalculeLesDues();
+  void SurveilleLesLectures(std::span<const CarteRef> cartes);
   void SertLeWatchdog();
   void SertLaCarte(Carte& carte, const Dues& dues);
   // The object of an accessor, created when absent, without the cost of a new reference.
@@ -193,6 +195,7 @@ class Chassis : public Objet {
   std::array<std::string, kNombreManuelles> mstrLabelManuelle;
   /// Type of the block in hand in a pass, for the error table.
   std::optional<ENUM_TYPE_FONCTION> typeEnMain_;
+  std::optional<double> prochaineSurveillance_;  ///< seconds
 };
 
 }  // namespace zuma

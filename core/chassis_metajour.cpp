@@ -1,5 +1,6 @@
 // The refresh pass.
 #include "core/chassis.h"
+#include "core/en_cours.h"
 #include "core/garde.h"
 #include "core/ordre_des_cartes.h"
 
@@ -37,11 +38,13 @@ Chassis::Dues Chassis::CalculeLesDues() {
 }
 
 void Chassis::MetàJour() {
+  const EnCours passe(LaPlateforme().échecs.enPasse);
   Garde(
       *this, Forme::Méthode, "MetàJour",
       [&] {
         typeEnMain_.reset();
         Heure = Timer()->LitMicrosecondes() / kMicrosecondes;
+        LaPlateforme().heureDePasse = Heure;
         const Dues dues = CalculeLesDues();
         // A handler may change the frame: the pass ends on what it began with.
         const auto commandes = OuVide(Commandes_)->Photo();
@@ -60,8 +63,23 @@ void Chassis::MetàJour() {
         if (dues.el) {
           for (const EntréeLogiqueRef& entrée : entrées) entrée->MetàJour();
         }
+        SurveilleLesLectures(cartes);
       },
       [&](Variables& v) { RemplitLesVariables(v); }, SansErreur::Montre);
+}
+
+// The first pass only sets the clock: nothing was read before it.
+void Chassis::SurveilleLesLectures(std::span<const CarteRef> cartes) {
+  constexpr double kPériode = 0.5;  // seconds
+  const bool due = prochaineSurveillance_ && Heure > *prochaineSurveillance_;
+  if (prochaineSurveillance_ && !due) return;
+  prochaineSurveillance_ = Heure + kPériode;
+  if (!due) return;
+  LaPlateforme().échecs.Examine(Heure);
+  for (const CarteRef& carte : cartes) {
+    if (!carte->Fonctions()) continue;
+    for (const FonctionRef& bloc : carte->LesFonctions()) bloc->SurveilleSesLectures();
+  }
 }
 
 void Chassis::SertLeWatchdog() {

@@ -3,6 +3,8 @@
 #include <array>
 #include <string>
 
+#include "platform/plateforme.h"
+
 namespace zuma {
 namespace {
 
@@ -61,13 +63,18 @@ void Objet::Montre(std::string_view texte) const {
 
 void détail::Signale(const Objet& objet, Forme forme, std::string_view nom, const Echec& échec,
                      const Variables& variables, SansErreur sans) {
-  const std::string message = Message(objet, forme, nom, Début(échec), échec.Ligne());
   // Held: who hears of the failure may let the object go, or give it another record.
   const Ref<ZED_Erreur> registre = objet.Erreur();
+  Plateforme& plateforme = objet.LaPlateforme();
+  const SuiviDesEchecs::Signature signature{&objet, nom, échec.Ligne(), échec.NuméroErreur()};
+  const bool suivi = registre && plateforme.échecs.enPasse;
+  if (suivi && plateforme.échecs.Répète(signature, plateforme.heureDePasse)) return;
+  const std::string message = Message(objet, forme, nom, Début(échec), échec.Ligne());
   if (sans == SansErreur::Montre && !registre) {
     objet.Montre(message);
     return;
   }
+  if (suivi) plateforme.échecs.Retient(signature, plateforme.heureDePasse, message, registre);
   registre->AjouteErreur(message, variables.Table());
 }
 

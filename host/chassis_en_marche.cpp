@@ -1,6 +1,7 @@
 #include "host/chassis_en_marche.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "host/configuration.h"
 #include "host/interruption.h"
@@ -88,6 +89,7 @@ void ChassisEnMarche::Démarre() {
   suivi_.Suit(chassis_);
   machine_.Branche(chassis_);
   démarré_ = true;
+  machine_.AvantLaFin([this] { FinitAuRepos(); });
   chassis_.Initialise();
   machine_.Rapporte(*recueil_);
 }
@@ -116,6 +118,15 @@ void ChassisEnMarche::MetAuRepos() {
   suivi_.Conclut();
 }
 
+// From inside a pass, on the way to the end of the process: what is still to be told is told here.
+void ChassisEnMarche::FinitAuRepos() {
+  const std::size_t avant = recueil_->Problèmes().size();
+  MetAuRepos();
+  for (std::size_t i = avant; i < recueil_->Problèmes().size(); ++i) {
+    std::fprintf(stderr, "%s\n", Ligne(recueil_->Problèmes()[i]).c_str());
+  }
+}
+
 // One step of a bus is not the write of its last block: each gets its turn, within half a second.
 // What was not confirmed by then gets the time in which it is sent again.
 void ChassisEnMarche::SertLesLiens() {
@@ -123,7 +134,7 @@ void ChassisEnMarche::SertLesLiens() {
   for (const CarteRef& carte : *chassis_.Cartes()) {
     if (EstPilotée(*carte)) pilotées.push_back(carte);
   }
-  if (pilotées.empty() || !machine_.Fini().empty()) return;
+  if (pilotées.empty()) return;
   double maintenant = machine_.AvanceJusquA(0);
   const double départ = maintenant;
   while (maintenant < départ + kRepos ||
@@ -140,6 +151,7 @@ ChassisEnMarche::~ChassisEnMarche() {
   } catch (...) {
     recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
   }
+  machine_.AvantLaFin({});
   sécurité_->Débranche();
 }
 

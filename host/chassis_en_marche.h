@@ -56,6 +56,7 @@ class ChassisEnMarche {
   void Démarre();
   void MaintientLArrêt();
   void MetAuRepos();
+  void FinitAuRepos();
   void SertLesLiens();
 
   Machine& machine_;

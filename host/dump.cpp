@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -5,9 +6,11 @@
 #include <string_view>
 
 #include "core/valeur.h"
+#include "core/vidage.h"
 #include "host/chassis_en_marche.h"
 #include "host/configuration.h"
 #include "host/interruption.h"
+#include "host/lecture.h"
 #include "host/parametres.h"
 #include "host/verbes.h"
 #include "platform/linux/fichiers_linux.h"
@@ -38,9 +41,20 @@ bool Passe(ChassisEnMarche& marche, Machine& machine, double durée) {
   return true;
 }
 
+// The library's own blocks say nothing of how old a reading is: a block behind them does.
+void AjouteLesAges(Chassis& chassis, const std::string& sortie) {
+  BlocDeVidage bloc(2, "*                           Ages                           *");
+  for (const CapteurRef& capteur : *chassis.Capteurs()) {
+    std::array<char, 48> texte{};
+    std::snprintf(texte.data(), texte.size(), "%.3f s%s", capteur->Age(),
+                  EstAncien(*capteur) ? ", ancien" : "");
+    bloc.Texte("Age de la lecture de " + capteur->NomDuCapteur() + " : ", texte.data());
+  }
+  bloc.Ajoute(chassis, sortie);
+}
+
 // The dump goes through `fichiers`; the service that the machine had comes back afterwards.
-void Vide(const Chassis& chassis, Plateforme& services, Fichiers& fichiers,
-          const std::string& sortie) {
+void Vide(Chassis& chassis, Plateforme& services, Fichiers& fichiers, const std::string& sortie) {
   struct Rétablit {
     Plateforme& services;
     Pointeur<Fichiers> ancien = services.fichiers;
@@ -48,6 +62,7 @@ void Vide(const Chassis& chassis, Plateforme& services, Fichiers& fichiers,
   } const rétablit{services};
   services.fichiers = &fichiers;
   chassis.AutoSave(sortie);
+  AjouteLesAges(chassis, sortie);
 }
 
 // The lines grouped by object. A banner names the class; no label begins with a star.

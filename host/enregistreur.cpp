@@ -48,8 +48,8 @@ std::string Description(const std::string& fichier, Chassis& chassis,
 
 }  // namespace
 
-Enregistreur::Enregistreur(const std::string& fichier, Retard retard)
-    : nom_(fichier), retard_(retard), csv_(fichier), json_(fichier + ".json") {}
+Enregistreur::Enregistreur(const std::string& fichier, Retard retard, Ages âges)
+    : nom_(fichier), retard_(retard), âges_(âges), csv_(fichier), json_(fichier + ".json") {}
 
 Enregistreur::~Enregistreur() {
   Termine();
@@ -62,9 +62,11 @@ void Enregistreur::Commence(Chassis& chassis,
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
     capteurs_.push_back(capteur);
     entête += "," + ChampCsv(capteur->NomDuCapteur() + " [" + capteur->UnitéEtalonnage() + "]");
+    if (âges_ == Ages::Avec) entête += "," + ChampCsv(capteur->NomDuCapteur() + " age [s]");
   }
+  const std::size_t parCapteur = âges_ == Ages::Avec ? 2 : 1;
   description_ = Description(nom_, chassis, spécimen);
-  rangées_.emplace(capteurs_.size(), kRangées);
+  rangées_.emplace(capteurs_.size() * parCapteur, kRangées);
   écrivain_.emplace(csv_, *rangées_, entête + "\n");
   fil_ = std::thread([this] { Tourne(); });
 }
@@ -75,8 +77,10 @@ void Enregistreur::Note(double secondes) {
     std::this_thread::sleep_for(kPatience);
   }
   rangées_->Dépose(secondes, [this](std::span<double> valeurs) {
-    for (std::size_t i = 0; i < valeurs.size(); ++i) {
-      valeurs[i] = LectureDe(*capteurs_[i]).value_or(std::numeric_limits<double>::quiet_NaN());
+    auto valeur = valeurs.begin();
+    for (const CapteurRef& capteur : capteurs_) {
+      *valeur++ = LectureDe(*capteur).value_or(std::numeric_limits<double>::quiet_NaN());
+      if (âges_ == Ages::Avec) *valeur++ = capteur->Age();
     }
   });
 }

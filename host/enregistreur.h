@@ -25,10 +25,12 @@ class Enregistreur {
   /// What happens to a row when the writer is behind: the time of a machine goes on without it,
   /// simulated time may wait.
   enum class Retard : std::uint8_t { Perd, Attend };
+  /// Whether each reading is followed by its age in seconds.
+  enum class Ages : std::uint8_t { Sans, Avec };
 
   /// Creates both files, so that a name in use is refused before anything starts; throws
   /// `MauvaisUsage`. They go again if nothing is recorded.
-  Enregistreur(const std::string& fichier, Retard retard);
+  Enregistreur(const std::string& fichier, Retard retard, Ages âges = Ages::Sans);
   ~Enregistreur();
   Enregistreur(const Enregistreur&) = delete;
   Enregistreur& operator=(const Enregistreur&) = delete;
@@ -52,6 +54,7 @@ class Enregistreur {
 
   std::string nom_;
   Retard retard_;
+  Ages âges_;
   FichierEnAjout csv_, json_;
   std::string description_;  ///< empty once it is in its file
   std::vector<CapteurRef> capteurs_;

@@ -13,4 +13,8 @@ std::optional<double> LectureDe(const Capteur& capteur) {
   return std::isfinite(valeur) ? std::optional(valeur) : std::nullopt;
 }
 
+bool EstAncien(const Capteur& capteur) {
+  return capteur.Enabled_bln() && capteur.CapteurSelectionne() && capteur.EstVieux();
+}
+
 }  // namespace zuma::host

@@ -10,4 +10,8 @@ namespace zuma::host {
 /// readings, or whose value is no number. Those are missing readings, and never 0.
 [[nodiscard]] std::optional<double> LectureDe(const Capteur& capteur);
 
+/// The sensor is made from a reading that is old. One that is out of service or not selected shows
+/// no reading that could be.
+[[nodiscard]] bool EstAncien(const Capteur& capteur);
+
 }  // namespace zuma::host

@@ -34,6 +34,9 @@ class Machine {
   /// Why the process has to end at once; empty while nothing asked for it. A real machine never
   /// answers: there the process is gone.
   [[nodiscard]] virtual std::string_view Fini() const { return {}; }
+  /// What the host does before an end that a device asks for; empty: nothing. Not called by a
+  /// simulated machine, which says `Fini` instead.
+  virtual void AvantLaFin(const std::function<void()>&) {}
   /// Hands over what its adapters told on their own: a missing interface, a lost board.
   virtual void Rapporte(ZED_Erreur&) const {}
   /// The twins, to be looked at and disturbed; none on a real machine.

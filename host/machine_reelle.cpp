@@ -34,6 +34,7 @@ class Réelle : public Machine {
                                                  std::chrono::duration<double>(secondes)));
     return std::chrono::duration<double>(Instant::now() - *départ_).count();
   }
+  void AvantLaFin(const std::function<void()>& geste) override { linux_.fin.Avant(geste); }
   void Rapporte(ZED_Erreur& registre) const override {
     for (const auto& entrée : linux_.registre->Entrées()) {
       registre.AjouteErreur(entrée.message, entrée.variables);

@@ -134,7 +134,11 @@ class LigneDeCommande {
     AjouteSimulation(verbe, run_);
     verbe.add_option("--seconds", run_.secondes, "end after that many seconds")
         ->check(CLI::PositiveNumber);
-    verbe.add_option("--csv", run_.csv, "record the sensors on each refresh in a new file");
+    CLI::Option* csv =
+        verbe.add_option("--csv", run_.csv, "record the sensors on each refresh in a new file");
+    verbe
+        .add_flag("--ages", run_.âges, "with --csv: each reading is followed by its age in seconds")
+        ->needs(csv);
     verbe
         .add_option("--fault", run_.pannes,
                     "disturb the simulated machine: silence, deaf, garbage, crc, cut, lose, add, "

@@ -177,7 +177,9 @@ int Run(const OptionsRun& options) {
   std::optional<Enregistreur> enregistreur;
   if (!options.csv.empty()) {
     using Retard = Enregistreur::Retard;
-    enregistreur.emplace(options.csv, options.auPlusVite ? Retard::Attend : Retard::Perd);
+    using Ages = Enregistreur::Ages;
+    enregistreur.emplace(options.csv, options.auPlusVite ? Retard::Attend : Retard::Perd,
+                         options.âges ? Ages::Avec : Ages::Sans);
   }
   // The outputs are at rest before anything waits for the disk.
   Marche(options, *machine, recueil, enregistreur ? &*enregistreur : nullptr).Tourne();

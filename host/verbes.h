@@ -36,6 +36,7 @@ struct OptionsRun {
   std::optional<double> secondes;
   bool json = false;
   std::string csv;                      ///< recording of the sensors; empty for none
+  bool âges = false;                    ///< the recording tells how old each reading is
   std::uint32_t graine = 0;             ///< of the luck of the faults
   std::vector<std::string> pannes;      ///< faults of the simulated machine, see host/pannes.h
   bool auPlusVite = false;              ///< simulated time runs as fast as it goes

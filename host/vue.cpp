@@ -105,15 +105,23 @@ std::string Lecture(const Capteur& capteur) {
   return lecture ? Mesure(*lecture) : "-";
 }
 
+std::string Durée(double secondes) {
+  std::array<char, 32> texte{};
+  std::snprintf(texte.data(), texte.size(), "%.1f s", secondes);
+  return texte.data();
+}
+
 std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, bool choisi) {
   const EtatAffiché état = Etat(capteur);
+  const bool vieux = EstAncien(capteur);
   return std::string(choisi ? "> " : "  ") + AGauche(capteur.NomDuCapteur(), kLargeurNom) +
          ADroite(Lecture(capteur), kLargeurMesure) + " " +
          AGauche(capteur.UnitéEtalonnage(), kLargeurUnité) +
          terminal.Colore(AGauche(état.texte, kLargeurMesure), état.ton) + "min " +
          ADroite(Mesure(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
          ADroite(Mesure(capteur.MaxiDétecté()), kLargeurMesure) +
-         (capteur.EtatDeLaTare() ? "  tared" : "");
+         (capteur.EtatDeLaTare() ? "  tared" : "") +
+         (vieux ? terminal.Colore("  old since " + Durée(capteur.Age()), Ton::Attention) : "");
 }
 
 std::string_view Texte(SuiviDeLArrêt::Portée portée) {
@@ -232,8 +240,10 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
   for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
     lignes.push_back(heure + " | sensor " + capteur->Key() + " | " + capteur->NomDuCapteur() +
                      " | " + Lecture(*capteur) + " " + capteur->UnitéEtalonnage() + " | " +
-                     std::string(Etat(*capteur).texte) + " | min " +
-                     Mesure(capteur->MiniDétecté()) + " | max " + Mesure(capteur->MaxiDétecté()));
+                     std::string(Etat(*capteur).texte) +
+                     (EstAncien(*capteur) ? " | old since " + Durée(capteur->Age()) : "") +
+                     " | min " + Mesure(capteur->MiniDétecté()) + " | max " +
+                     Mesure(capteur->MaxiDétecté()));
   }
   PourChaqueCanal(vue.chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
     std::string ligne = heure + " | board " + carte.Key() + " | block " + bloc.Key() +
@@ -268,6 +278,8 @@ std::string VueEnJson(const Instantané& vue) {
                         {"value", lecture ? nlohmann::ordered_json(*lecture) : nullptr},
                         {"unit", capteur->UnitéEtalonnage()},
                         {"state", Etat(*capteur).texte},
+                        {"age_s", capteur->Age()},
+                        {"old", EstAncien(*capteur)},
                         {"min", capteur->MiniDétecté()},
                         {"max", capteur->MaxiDétecté()}});
   }

@@ -104,6 +104,7 @@ void BalanceGram_CLASS::Accepte() {
   if (!nombre) return;
   mdblValeurCourante = *nombre;
   unité_.assign(tampon_, trames_gram::kLongueurNombre, trames_gram::kLongueurUnité);
+  ++mesures_;
 }
 
 // A port found again leaves the balance the time of a record: without it the next refresh, which

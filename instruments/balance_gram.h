@@ -32,6 +32,9 @@ class BalanceGram_CLASS : public TesteurDePort {
   /// Weight of the last readable record, in the unit of the balance.
   [[nodiscard]] double ValeurCourante() const noexcept { return mdblValeurCourante; }
 
+  /// Good measures so far.
+  [[nodiscard]] std::int32_t Mesures() const noexcept { return mesures_; }
+
  private:
   [[nodiscard]] bool PortUtilisable() const;
   void Configure(const std::string& réglages);
@@ -51,6 +54,7 @@ class BalanceGram_CLASS : public TesteurDePort {
   Octets tampon_;
   double mdblValeurCourante = 0;
   std::string unité_;
+  std::int32_t mesures_ = 0;
 };
 
 }  // namespace zuma

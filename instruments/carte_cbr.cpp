@@ -138,10 +138,12 @@ void Démarre(Carte& carte) {
 void Rafraîchit(Carte& carte) {
   PiloteCBR& pilote = Pilote_(carte);
   TransmetLaCommande(carte, pilote);
+  const std::int32_t avant = pilote.LInstrument().Mesures();
   pilote.LInstrument().Refresh();
   DitLaMarcheSansOrdre(carte, pilote);
   MarqueLaSortie(LaSortie(carte), pilote.LInstrument());
-  Publie<CBR_UTEST_CLASS>(carte, pilote.LInstrument(), kVoies);
+  Publie<CBR_UTEST_CLASS>(carte, pilote.LInstrument(), kVoies,
+                          pilote.LInstrument().Mesures() != avant);
 }
 
 }  // namespace

@@ -21,7 +21,8 @@ void Rafraîchit(Carte& carte) {
     for (const CanalRef& canal : bloc->LesCanaux()) {
       const std::int32_t index = canal->NuméroCanal() + 1;
       if (index >= 1) {
-        canal->ValeurCanal(spider.ValeurCanal(index));
+        canal->TientValeurCanal(spider.ValeurCanal(index));
+        if (spider.EstLu(index)) canal->DateLaLecture();
       } else {
         àVérifier = index;
       }

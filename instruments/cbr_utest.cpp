@@ -169,6 +169,7 @@ void CBR_UTEST_CLASS::SuitLesMesures() {
     PrendLEtat(mesures.enMarche);
     mdblForceCourante = mesures.force;
     mdblDeplacementCourant = mesures.déplacement;
+    ++mesures_;
     AccepteLaRéponse();
     return;
   }

@@ -91,6 +91,9 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   };
   [[nodiscard]] const Erreurs& LesErreurs() const noexcept { return erreurs_; }
 
+  /// Good measures so far.
+  [[nodiscard]] std::int32_t Mesures() const noexcept { return mesures_; }
+
  private:
   enum class Echange : std::int32_t { Repos = 0, Identification = 1, Mesures = 2 };
   /// What sleeps between two frames, so that an event served meanwhile does not begin it again.
@@ -142,6 +145,7 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   double heureDuRepos_ = 0;  ///< of the last answer that told a machine at rest
   double heureDuPort_ = 0;   ///< of the last try to open the port
   Ref<ZED_Timer> TimerExact_;
+  std::int32_t mesures_ = 0;
 };
 
 }  // namespace zuma

@@ -31,6 +31,11 @@ double ClassSpider::ValeurCanal(std::int32_t IndexCanal_lng) const {
   return valeurs_[static_cast<std::size_t>(IndexCanal_lng) - 1];
 }
 
+bool ClassSpider::EstLu(std::int32_t IndexCanal_lng) const noexcept {
+  const auto rang = static_cast<std::size_t>(IndexCanal_lng) - 1;
+  return rang < lues_.size() && lues_[rang];
+}
+
 bool ClassSpider::EstMesuré(std::int32_t canal) {
   float type = 0;
   float état = 0;
@@ -54,6 +59,7 @@ void ClassSpider::Initialise(std::int32_t LePort_lng) {
     }
     (void)lib.S8_ACQSetup(mesurés, static_cast<std::int32_t>(mesurés.size()));
     valeurs_.assign(static_cast<std::size_t>(nombre), 0);
+    lues_.assign(static_cast<std::size_t>(nombre), false);
     NombreCanauxDisponible_ = nombre;
   }
   prochaineLecture_ = TimerExact_->LitMicrosecondes() + kPériode;
@@ -61,12 +67,14 @@ void ClassSpider::Initialise(std::int32_t LePort_lng) {
 
 void ClassSpider::Refresh() {
   if (NombreCanauxDisponible_ <= 0 || TimerExact_->LitMicrosecondes() <= prochaineLecture_) return;
-  (void)plateforme_.spider->S8_MeasOneVal();
+  const bool mesurés = plateforme_.spider->S8_MeasOneVal() == Lib::kRéussi;
   std::int32_t canal = 0;
   for (float& valeur : valeurs_) {
     float lue = valeur;
-    const bool réponse = plateforme_.spider->S8_GetChanSettings(canal++, Lib::kMesure, lue) == 0;
-    if (réponse && EstUneMesure(lue)) valeur = lue;
+    const auto échec = plateforme_.spider->S8_GetChanSettings(canal, Lib::kMesure, lue);
+    const bool bonne = échec == Lib::kRéussi && EstUneMesure(lue);
+    if (bonne) valeur = lue;
+    lues_[static_cast<std::size_t>(canal++)] = mesurés && bonne;
   }
   prochaineLecture_ += kPériode;
 }

@@ -9,8 +9,8 @@
 namespace zuma {
 
 /// Measuring amplifier read at a fixed pace of 50 Hz, one value for each channel of its chain. A
-/// host may use it without a frame. A chain that is not there has no channels, and a value that cannot
-/// be read, or is none that an amplifier gives, stays as it was.
+/// host may use it without a frame. A chain that is not there has no channels, and a value that
+/// cannot be read, or is none that an amplifier gives, stays as it was.
 class ClassSpider {
  public:
   explicit ClassSpider(Plateforme& plateforme) : plateforme_(plateforme) {}
@@ -22,6 +22,8 @@ class ClassSpider {
   /// Last value of a channel, from 1, in single precision and in the amplifier's own unit; 0 above
   /// the count. An index below 1 fails with 9.
   [[nodiscard]] double ValeurCanal(std::int32_t IndexCanal_lng) const;
+  /// The last measure that was due gave this channel its value.
+  [[nodiscard]] bool EstLu(std::int32_t IndexCanal_lng) const noexcept;
   /// Timer of the pace; to be given before the start.
   void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
   /// Opens the chain on that port and sets its channels up for measuring: those with an amplifier
@@ -37,6 +39,7 @@ class ClassSpider {
   Plateforme& plateforme_;
   Ref<ZED_Timer> TimerExact_;
   std::vector<float> valeurs_;
+  std::vector<bool> lues_;
   std::int32_t NombreCanauxDisponible_ = 0;
   double prochaineLecture_ = 0;  ///< microseconds
 };

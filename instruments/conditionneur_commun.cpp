@@ -35,6 +35,7 @@ bool ConditionneurCommun::MetLesValeurs() {
   for (ClassCanalElementK9& canal : canaux_) {
     canal.Valeur = trames::ValeurDuCanal(échange_.Données(), canal.IndexCanal);
   }
+  ++mesures_;
   EstEntendu();
   heureDesValeurs_ = heureEntendue_;
   return true;

@@ -47,6 +47,9 @@ class ConditionneurCommun : protected ConditionneurAffiché {
   /// nothing where the host has no windows.
   void Reglage(FenêtreHôte* FeuilleMere_obj);
 
+  /// Good measures so far.
+  [[nodiscard]] std::int32_t Mesures() const noexcept { return mesures_; }
+
  protected:
   /// `timeOut`: of an exchange, in microseconds.
   ConditionneurCommun(Plateforme& plateforme, double timeOut)
@@ -86,6 +89,7 @@ class ConditionneurCommun : protected ConditionneurAffiché {
 
  private:
   Ref<ZED_Timer> TimerExact_;
+  std::int32_t mesures_ = 0;
   std::optional<double> heureDesValeurs_;  ///< of the last ones read, microseconds
   double heureEntendue_ = 0;               ///< microseconds
   bool périmé_ = true;

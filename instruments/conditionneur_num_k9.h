@@ -30,6 +30,7 @@ class ClassConditionneurNum_K9 : private ConditionneurCommun {
   using ConditionneurCommun::Adresse;
   using ConditionneurCommun::Initialised;
   using ConditionneurCommun::LiaisonSerie;
+  using ConditionneurCommun::Mesures;
   using ConditionneurCommun::Périmé;
   using ConditionneurCommun::TimerExact;
   /// Never set.

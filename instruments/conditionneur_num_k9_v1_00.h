@@ -23,6 +23,7 @@ class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
   using ConditionneurCommun::Adresse;
   using ConditionneurCommun::ErreurGenerale;
   using ConditionneurCommun::Initialised;
+  using ConditionneurCommun::Mesures;
   using ConditionneurCommun::Périmé;
   using ConditionneurCommun::Timeout;
   /// True in the first 10 s of the clock's life, time-out or not. Advice to a display, and no more.

@@ -54,14 +54,18 @@ struct Voie {
   return vrai ? -1 : 0;
 }
 
-/// Copies each value to the channels of its type and number; the others keep theirs.
+/// Copies each value to the channels of its type and number; the others keep theirs. Measures that
+/// are not `nouvelles` keep the age of the last ones; states are always those of now.
 template <class Instrument>
-void Publie(Carte& carte, const Instrument& instrument, std::span<const Voie<Instrument>> voies) {
+void Publie(Carte& carte, const Instrument& instrument, std::span<const Voie<Instrument>> voies,
+            bool nouvelles = true) {
   for (const FonctionRef& bloc : carte.LesFonctions()) {
     for (const CanalRef& canal : bloc->LesCanaux()) {
       for (const Voie<Instrument>& voie : voies) {
         if (voie.type == bloc->TypeDeFonction() && voie.numéro == canal->NuméroCanal()) {
-          canal->ValeurCanal(voie.lit(instrument));
+          const bool mesure = voie.type == ENUM_TYPE_FONCTION::FctEntréesAnalogiques;
+          canal->TientValeurCanal(voie.lit(instrument));
+          if (nouvelles || !mesure) canal->DateLaLecture();
         }
       }
     }
@@ -72,8 +76,9 @@ void Publie(Carte& carte, const Instrument& instrument, std::span<const Voie<Ins
 template <class Instrument, const auto& kVoies>
 void RafraîchitEtPublie(Carte& carte) {
   Instrument& instrument = De<Instrument>(carte);
+  const std::int32_t avant = instrument.Mesures();
   instrument.Refresh();
-  Publie<Instrument>(carte, instrument, kVoies);
+  Publie<Instrument>(carte, instrument, kVoies, instrument.Mesures() != avant);
 }
 
 }  // namespace zuma::instruments

@@ -68,7 +68,10 @@ void LASER_EIR::TraiteRéponse() {
   }
   const double avant = lu_.ReadValue;
   échange->prend(paquet_.ValueToSend, paquet_.ReceivedValue, lu_);
-  if (commande_ == ReadDataBinary) dernierPas_ = std::abs(lu_.ReadValue - avant);
+  if (commande_ == ReadDataBinary) {
+    dernierPas_ = std::abs(lu_.ReadValue - avant);
+    ++mesures_;
+  }
   CommState_ = Pret;
   Timeout_ = false;
 }

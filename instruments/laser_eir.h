@@ -83,6 +83,9 @@ class LASER_EIR {
   int AbonneError(AbonnéError abonné) { return Error_.Abonne(std::move(abonné)); }
   void DésabonneError(int numéro) noexcept { Error_.Désabonne(numéro); }
 
+  /// Good measures so far.
+  [[nodiscard]] std::int32_t Mesures() const noexcept { return mesures_; }
+
  private:
   void LastError(std::string texte);
   void Demande(EnumEIRCommande commande, std::string_view valeur = {});
@@ -121,6 +124,7 @@ class LASER_EIR {
   std::size_t repère_ = 0;  ///< state that is asked for that
   double dernierPas_ = std::numeric_limits<double>::infinity();  ///< of the measure, counts
   std::optional<double> suspecteDepuis_;  ///< instant at which a measure that jumps was there
+  std::int32_t mesures_ = 0;
 };
 
 }  // namespace zuma

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ref.h"
+#include "core/suivi_des_echecs.h"
 #include "platform/can.h"
 #include "platform/clavier.h"
 #include "platform/fenetres.h"
@@ -18,6 +19,11 @@ namespace zuma {
 /// belong to the host and outlive the frame. A service left out is Nothing: an operation that
 /// needs it fails with 91 in the error record, everything else works.
 struct Plateforme {
+  /// Time of the present pass in seconds of the frame's timer, which dates every reading. The frame
+  /// sets it, by the one reading that its pass makes anyway.
+  double heureDePasse = 0;
+  /// Failures of the passes that go on.
+  SuiviDesEchecs échecs;
   Pointeur<BoîteDeMessage> messages;
   Pointeur<PortsES> ports;
   Pointeur<CompteursFins> compteurs;

@@ -78,7 +78,8 @@ class Fichiers {
 class FinDuProgramme {
  public:
   virtual ~FinDuProgramme() = default;
-  /// Ends the process at once. A test double may return or throw: the operation then fails.
+  /// Ends the process; what a host does before that must take no longer than a stop. A test double
+  /// may return or throw, and so may the service when asked again: the operation then fails.
   virtual void ArrêteLeProgramme(std::string_view raison) = 0;
 };
 

@@ -7,9 +7,10 @@
 namespace zuma {
 
 /// Library of the measuring amplifiers: a chain of devices of ten channels each, numbered from 0
-/// over the whole chain. A call gives 0 when it went well.
+/// over the whole chain. A call gives `kRéussi` when it went well.
 class BibliothèqueSpider {
  public:
+  static constexpr std::int32_t kRéussi = 0;  ///< result of a call that went well
   static constexpr std::int32_t kCanauxParAppareil = 10;
   static constexpr std::int32_t kEtat = 2;      ///< setting: state of a channel
   static constexpr std::int32_t kType = 32;     ///< setting: type of its amplifier

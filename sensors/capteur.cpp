@@ -106,8 +106,9 @@ void Capteur::TesteAU(std::span<std::string> TableAUs) {
     const auto entrées = TableAUs.subspan(1);
     const auto libre = std::ranges::find_if(entrées, &std::string::empty);
     if (libre == entrées.end()) return;
-    *libre = "Dépassement des limites du " + mstrNom +
-             ". Valeur courante en unité : " + EnTexte(mdblValeurCourante);
+    *libre = tropVieux_ ? CauseDeLAge()
+                        : "Dépassement des limites du " + mstrNom +
+                              ". Valeur courante en unité : " + EnTexte(mdblValeurCourante);
   });
 }
 

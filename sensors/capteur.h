@@ -109,8 +109,19 @@ class Capteur : public Objet {
   /// Puts the cause in the first empty entry from 1 on, when the sensor is in danger. Nothing when
   /// none is left.
   void TesteAU(std::span<std::string> TableAUs);
-  /// The sensor is in a dangerous overrun.
-  [[nodiscard]] bool AU() const { return musrEtat == ENUM_ETAT_CAPTEUR::DépassementDangeureux; }
+  /// The sensor is in a dangerous overrun, or too old for a sensor that may stop the frame.
+  [[nodiscard]] bool AU() const {
+    return musrEtat == ENUM_ETAT_CAPTEUR::DépassementDangeureux || tropVieux_;
+  }
+  /// Seconds since the oldest of what the value is made from was read: its channel, the sensors
+  /// below it, or its own instrument. 0 for the clock and for a sensor made from nothing.
+  [[nodiscard]] double Age() const { return LAge().secondes; }
+  /// Something that the value is made from is older than its device leaves it when all is well (see
+  /// `Canal::AgeLimite`).
+  [[nodiscard]] bool EstVieux() const { return LAge().vieux; }
+  /// Age in seconds beyond which the sensor is not valid and, when it may, stops the frame; 0 for
+  /// none.
+  [[nodiscard]] double AgeMaximal() const { return mdblAgeMaximal; }
   /// Lets the sensor stop the frame, as at start.
   Valeur AutoriseAU();
   /// Force of a stress on the present section, in the unit of child "1".
@@ -140,7 +151,10 @@ class Capteur : public Objet {
   [[nodiscard]] double ValeurEnPoints() const {
     return Enabled_bln_ ? mdblValeurCouranteEnPoints : 0;
   }
-  void ValeurCourante(double valeur) { mdblValeurCourante = valeur; }
+  void ValeurCourante(double valeur) {
+    mdblValeurCourante = valeur;
+    heureDeMesure_ = LaPlateforme().heureDePasse;
+  }
   /// An `ENUM_ETAT_CAPTEUR`, as a number.
   [[nodiscard]] std::int16_t Etat() const { return static_cast<std::int16_t>(musrEtat); }
   /// State at the moment of the last new maximum.
@@ -265,7 +279,16 @@ class Capteur : public Objet {
   void Refuse();
   void Intègre(Passe& passe);
   void ContrôleLesLimites();
-  void DéclencheLArrêt();
+  /// How old something is, and whether that is too old for it.
+  struct AgeDeMesure {
+    double secondes = 0;
+    bool vieux = false;
+  };
+  [[nodiscard]] AgeDeMesure LAge() const;
+  void ContrôleLAge();
+  [[nodiscard]] std::string CauseDuDépassement() const;
+  [[nodiscard]] std::string CauseDeLAge() const;
+  void DéclencheLArrêt(std::string (Capteur::*cause)() const);
   [[nodiscard]] std::string Traduit(std::string_view clé) const;
   [[nodiscard]] std::string EnTexte(double nombre) const;
   [[nodiscard]] bool AccumuleMAV(double valeur, double zéro, std::int32_t nbLectures,
@@ -322,6 +345,9 @@ class Capteur : public Objet {
   double mdblSécuritéMiniEnPoints = 0;
   double mdblSécuritéMaxiEnPoints = 0;
   double mdblSeuilDeLectureNonValide = 0;
+  double mdblAgeMaximal = 0;  ///< seconds
+  bool tropVieux_ = false;    ///< the last refresh stopped the frame for its age
+  double heureDeMesure_ = 0;  ///< of a value that came without a channel, seconds
   bool RazAutorise_bln_ = false;
   bool mblnArrêtSiDépassement = false;
   bool mblnAutoriseAU = true;

@@ -42,6 +42,12 @@ struct Capteur::Calcul {
   static void DémarreScout55(Capteur& c);
   static void ContrôleLesUnités(Capteur& c);
 
+  // Age.
+  static AgeDeMesure AgeDuCanal(const Capteur& c);
+  static AgeDeMesure AgeDesFils(const Capteur& c);
+  static AgeDeMesure AgeDeLInstrument(const Capteur& c);
+  static AgeDeMesure AgeDuDehors(const Capteur& c);
+
   // Zero.
   static void RazDuCanal(Capteur& c);
   static void RazDeLaMontre(Capteur& c);
@@ -58,6 +64,7 @@ struct Capteur::Genre {
   void (*extrêmes)(Capteur&) = nullptr;
   void (*démarre)(Capteur&) = nullptr;
   void (*remetàZéro)(Capteur&) = nullptr;
+  AgeDeMesure (*âge)(const Capteur&) = nullptr;
 
   /// Row of a kind, none for a number or a text that is no kind.
   [[nodiscard]] static const Genre* De(ENUM_TYPE_CAPTEUR type);

@@ -113,6 +113,7 @@ void Capteur::Initialise() {
       [&] {
         mintNbLectureEffectuées = 0;
         mdblSommeCanalPourMAV = 0;
+        heureDeMesure_ = LaPlateforme().heureDePasse;
         if (genre_ != nullptr && genre_->démarre != nullptr) genre_->démarre(*this);
       },
       [&](Variables& v) {

@@ -21,6 +21,7 @@ void Capteur::MetàJour() {
 void Capteur::Rafraîchit(Passe& passe) {
   musrEtat = ENUM_ETAT_CAPTEUR::Correct;
   CapteurSelectionne_ = false;
+  tropVieux_ = false;
   if (!EntréeLAutorise() || !ParamètreLAutorise()) {
     Refuse();
     return;
@@ -37,6 +38,7 @@ void Capteur::Rafraîchit(Passe& passe) {
       std::abs(mdblValeurCourante) < mdblSeuilDeLectureNonValide && !EtalonnageExterieurPossible_) {
     musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
   }
+  passe.chacun([&] { ContrôleLAge(); });
   if (AutoriseDétectionMaxi_ && genre_ != nullptr && genre_->extrêmes != nullptr) {
     genre_->extrêmes(*this);
   }
@@ -57,6 +59,7 @@ void Capteur::TientLaValeur(Passe& passe) {
   const double tenue = mdblValeurCourante;
   passe.chacun([&] { CalculeLaValeur(passe); });
   mdblValeurCourante = tenue;
+  passe.chacun([&] { ContrôleLAge(); });
 }
 
 bool Capteur::EntréeLAutorise() const {

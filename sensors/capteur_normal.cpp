@@ -64,18 +64,22 @@ void Capteur::ContrôleLesLimites() {
     return;
   }
   musrEtat = ENUM_ETAT_CAPTEUR::DépassementDangeureux;
-  DéclencheLArrêt();
+  DéclencheLArrêt(&Capteur::CauseDuDépassement);
 }
 
-// The stop fires on each refresh for as long as the value stays outside. It fires too when the
-// cause cannot be worded or kept: that failure is told afterwards.
-void Capteur::DéclencheLArrêt() {
+std::string Capteur::CauseDuDépassement() const {
+  return Traduit("Texte depassement dangeureux") + " " + mstrNom +
+         Traduit("Texte valeur courante UC") + " " + EnTexte(mdblValeurCourante) +
+         UnitéEtalonnage_ + Traduit("Texte valeur courante pts") + " " +
+         EnTexte(mdblValeurCouranteEnPoints);
+}
+
+// The stop fires on each refresh for as long as its cause lasts. It fires too when the cause
+// cannot be worded or kept: that failure is told afterwards.
+void Capteur::DéclencheLArrêt(std::string (Capteur::*cause)() const) {
   const Ref<ZED_Securite> sécurité = MaSecurite_obj_;
   try {
-    sécurité->PositionneCauseAU(
-        Traduit("Texte depassement dangeureux") + " " + mstrNom +
-        Traduit("Texte valeur courante UC") + " " + EnTexte(mdblValeurCourante) + UnitéEtalonnage_ +
-        Traduit("Texte valeur courante pts") + " " + EnTexte(mdblValeurCouranteEnPoints));
+    sécurité->PositionneCauseAU((this->*cause)());
   } catch (...) {
     sécurité->DéclencheSécurité();
     throw;

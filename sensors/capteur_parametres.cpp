@@ -105,10 +105,11 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
       {"Opérateur", &TexteOuVide<&C::Operateur_str_>},
       {"Configuration RS", &TexteOuVide<&C::mstrConfigurationRS>},
   }};
-  static constexpr std::array<Colonne, 3> kSélection{{
+  static constexpr std::array<Colonne, 4> kSélection{{
       {"Valeur de selection", &ValeurDeSélection},
       {"EL de selection", &SaufNul<&LitTexte<&C::mstrLabelELSelection>>},
       {"Etat EL de selection", &SaufNul<&LitTexte<&C::mstrEtatELSelection>>},
+      {"Age maximal (s)", &SaufNul<&LitNombre<&C::mdblAgeMaximal>>},
   }};
 
   Directes(c, ligne, kNom);

@@ -82,6 +82,7 @@ void Capteur::PrendLaMesure(const std::optional<trames_capteur::Mesure>& mesure)
   if (!mesure) return;
   if (!mesure->nombre) throw Echec(Numéro::NullIncorrect);
   mdblValeurCourante = table_.VersUnités(*mesure->nombre);
+  heureDeMesure_ = LaPlateforme().heureDePasse;
   if (mesure->unité) UnitéEtalonnage_ = *mesure->unité;
 }
 
@@ -111,7 +112,9 @@ void Capteur::Calcul::Scout55(Capteur& c, Passe&) {
   const auto mesure = trames_capteur::DécodeScout55(c.mstrTamponRS);
   if (!mesure) return;
   c.Redemande(kScout55);
-  if (mesure->nombre) c.mdblValeurCourante = *mesure->nombre;
+  if (!mesure->nombre) return;
+  c.mdblValeurCourante = *mesure->nombre;
+  c.heureDeMesure_ = c.LaPlateforme().heureDePasse;
 }
 
 }  // namespace zuma

@@ -1,5 +1,6 @@
 #include "tree/canal.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/colonnes.h"
@@ -95,10 +96,22 @@ void Canal::Résout() {
   const LigneDriver& ligne = LigneDuDriver(musrDriver);
   opérations_ = ligne.Sert(musrTypeCanal) ? ligne.pilote : nullptr;
   pilote_ = {};
+  RetientLAgeLimite();
+}
+
+// A channel without a driver of its own is read by that of its board.
+void Canal::RetientLAgeLimite() {
+  constexpr double kFacteur = 5;
+  constexpr double kMinimum = 1;  // seconds
+  ENUM_DRIVER driver = musrDriver;
+  const Carte* carte = Parent() == nullptr ? nullptr : Parent()->Parent();
+  if (driver == ENUM_DRIVER::DrvAucun && carte != nullptr) driver = carte->Driver_enm();
+  âgeLimite_ = std::max(kMinimum, kFacteur * LigneDuDriver(driver).période);
 }
 
 void Canal::Initialise() {
   Garde(*this, Forme::Méthode, "Initialise", [&] {
+    RetientLAgeLimite();
     if (opérations_ == nullptr) return;
     if (opérations_->ouvre != nullptr) {
       Carte& carte = *Parent_->LaCarte();

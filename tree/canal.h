@@ -59,10 +59,23 @@ class Canal : public Objet {
   [[nodiscard]] double ValeurCanal() const { return mdblValeurCanal; }
   /// Stores the value for the next `MetàJour`; touches no hardware.
   void ValeurCanal(double points) {
+    TientValeurCanal(points);
+    DateLaLecture();
+  }
+  /// The same for a value that is not of now: it keeps its age.
+  void TientValeurCanal(double points) {
     mdblValeurCanal = points;
     CanalRafraichit_ = true;
     baissée_ = baissée_ || points != kVrai;
   }
+
+  /// Seconds since the value was last read or written, by the passes of the frame; before the first
+  /// one, since the start.
+  [[nodiscard]] double Age() const { return LaPlateforme().heureDePasse - heureDeLecture_; }
+  /// Age beyond which a reading is old: five times the period at which the device gives its
+  /// readings, and a second at least.
+  [[nodiscard]] double AgeLimite() const { return âgeLimite_; }
+  [[nodiscard]] bool EstVieux() const { return Age() > âgeLimite_; }
 
   /// Of an output: the value that the channel holds is the one that last reached its device, as far
   /// as the link can tell. A board that takes writes blindly counts as reached once it was written;
@@ -125,6 +138,8 @@ class Canal : public Objet {
   void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
   /// What the device holds is not known any more: a write failed, or the device was lost.
   void OublieAtteint() { valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN(); }
+  /// The value is of the present pass; at a start, ages count from there.
+  void DateLaLecture() { heureDeLecture_ = LaPlateforme().heureDePasse; }
   /// A level other than true was written since the last call: a driver that is looked at once a
   /// pass sees a stop that changes nothing, and one that a start follows at once.
   [[nodiscard]] bool PrendLaBaisse() noexcept { return std::exchange(baissée_, false); }
@@ -154,16 +169,20 @@ class Canal : public Objet {
     const double moyenne = Divise(SommeTemp, std::max<std::int16_t>(mintNbLecture, 0));
     if (!std::isfinite(moyenne)) return;
     mdblValeurCanal = moyenne * kPleineEchelle / pleineEchelleCarte;
+    DateLaLecture();
   }
 
  private:
   void LitLigne(const Recordset& ligne, Valeur& vData);
   void LitDriver(const Recordset& ligne, Valeur& vData);
   void Résout();
+  void RetientLAgeLimite();
 
   std::int16_t mintGain = 0;
   std::int16_t mintNbLecture = 1;
   double mdblValeurCanal = 0;
+  double heureDeLecture_ = 0;  ///< seconds
+  double âgeLimite_ = 1;       ///< seconds
   double valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN();
   std::string Nom_;
   std::int16_t NuméroCanal_ = 0;

@@ -69,6 +69,15 @@ constexpr LigneDriver QuiAttend(LigneDriver ligne, AttenteCarte attente) {
   return ligne;
 }
 
+// Every how many seconds a device gives its readings when it is well, for their ages.
+constexpr LigneDriver TousLes(double secondes, LigneDriver ligne) {
+  ligne.période = secondes;
+  return ligne;
+}
+
+constexpr double kCycleDUnBus = 0.4;  // a walk over some blocks, with one that is silent
+constexpr double kIndicateur = 0.5;   // of a balance that sends unasked
+
 constexpr OpérationsPilote kModBus{.rafraîchitBloc = &echange_modbus::Rafraîchit};
 
 constexpr auto kParFonction = ServiceCarte::ParFonction;
@@ -160,6 +169,7 @@ const std::array<LigneDriver, 56> kTable{{
      .texteCanal = {},
      .types = kTous,
      .service = ServiceCarte::BusAvecSuivante,
+     .période = kCycleDUnBus,
      .pilote = &kModBus,
      .carte = &opérations_arbre::kLigneSérie},
     {.valeur = DrvLvdtSolartron,
@@ -198,6 +208,7 @@ const std::array<LigneDriver, 56> kTable{{
      .texteFonction = "Drv_UMV4301_Modbus",
      .texteCanal = {},
      .service = ServiceCarte::BusSimple,
+     .période = kCycleDUnBus,
      .carte = &opérations_arbre::kLigneSérie},
     {.valeur = Drv_VarioLS_K9_Modbus,
      .nom = "Drv_VarioLS_K9_Modbus",
@@ -210,29 +221,30 @@ const std::array<LigneDriver, 56> kTable{{
     QuiAttend(
         ALaCarte(Drv_Thumler, "Drv_Thumler", "Thumler", kCarteEntière, &instruments::kThumler),
         AttenteCarte::Réponse),
-    ALaCarte(Drv_EIR_LASER, "Drv_EIR_LASER", "Extensometre EIR LASER", kCarteEntière,
-             &instruments::kLaserEIR),
+    TousLes(0.2, ALaCarte(Drv_EIR_LASER, "Drv_EIR_LASER", "Extensometre EIR LASER", kCarteEntière,
+                          &instruments::kLaserEIR)),
     QuiAttend(ALaCarte(Drv_UTS_0107, "Drv_UTS_0107", "UTS-0107", kCarteEntière,
                        &instruments::kTesteurCBR),
               AttenteCarte::Pauses),
-    ALaCarte(Drv_Balance_GRAM, "Drv_Balance_GRAM", "Balance GRAM", kCarteEntière,
-             &instruments::kBalanceGram),
+    TousLes(kIndicateur, ALaCarte(Drv_Balance_GRAM, "Drv_Balance_GRAM", "Balance GRAM",
+                                  kCarteEntière, &instruments::kBalanceGram)),
     // Not refreshed by the pass, which goes block by block here: the host refreshes the board.
     ALaCarte(DrvSpiderV1, "DrvSpiderV1", "Spider V1", kParFonction, &instruments::kSpider),
     ALaCarte(DrvConditionneurNumeriqueK9, "DrvConditionneurNumeriqueK9",
              "Conditionneur numerique K9", kParFonction, &instruments::kConditionneurK9),
     ALaCarte(DrvConditionneurNumeriqueK9_V1_00, "DrvConditionneurNumeriqueK9_V1_00",
              "Conditionneur numerique K9 V1.00", kCarteEntière, &instruments::kConditionneurK9V1),
-    AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31", "RS232 - Balance LRPC 31",
-            &pilotes::kBalanceLRPC31),
-    AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL", "RS232 - Indicateur DEXAL",
-            &pilotes::kIndicateurDEXAL),
-    AuCanal(DrvRS232_Balance_JADEVER, "DrvRS232_Balance_JADEVER", "RS232 - Balance JADEVER",
-            &pilotes::kBalanceJADEVER),
+    TousLes(kIndicateur, AuCanal(DrvRS232BalanceLRPC31, "DrvRS232BalanceLRPC31",
+                                 "RS232 - Balance LRPC 31", &pilotes::kBalanceLRPC31)),
+    TousLes(kIndicateur, AuCanal(DrvRS232IndicateurDEXAL, "DrvRS232IndicateurDEXAL",
+                                 "RS232 - Indicateur DEXAL", &pilotes::kIndicateurDEXAL)),
+    TousLes(kIndicateur, AuCanal(DrvRS232_Balance_JADEVER, "DrvRS232_Balance_JADEVER",
+                                 "RS232 - Balance JADEVER", &pilotes::kBalanceJADEVER)),
     Bloc(DrvSpider8, "DrvSpider8", {}, "Drv RS232 - SPIDER", kEA, &pilotes::kSpider8),
-    Bloc(DrvRS232METRO, "DrvRS232METRO", {}, "Drv METRO RS232", kEA, &pilotes::kMETRO),
-    Bloc(DrvRS232METRO_MUX, "DrvRS232METRO_MUX", {}, "Drv METRO RS232 MUX 2/4/8", kEA,
-         &pilotes::kMETRO_MUX),
+    TousLes(0.2,
+            Bloc(DrvRS232METRO, "DrvRS232METRO", {}, "Drv METRO RS232", kEA, &pilotes::kMETRO)),
+    TousLes(0.8, Bloc(DrvRS232METRO_MUX, "DrvRS232METRO_MUX", {}, "Drv METRO RS232 MUX 2/4/8", kEA,
+                      &pilotes::kMETRO_MUX)),
 }};
 
 ENUM_DRIVER DuTexte(const Valeur& valeur, std::string_view LigneDriver::* colonne) noexcept {

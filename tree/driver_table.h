@@ -76,6 +76,8 @@ struct LigneDriver {
   TypesServis types = 0;
   ServiceCarte service = ServiceCarte::ParFonction;
   AttenteCarte attente = AttenteCarte::Aucune;
+  /// Seconds from one reading to the next of a device that is well and not read by each refresh.
+  double période = 0;
   const OpérationsPilote* pilote = nullptr;
   const OpérationsCarte* carte = nullptr;
 

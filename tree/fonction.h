@@ -97,6 +97,10 @@ class Fonction : public Objet {
   [[nodiscard]] std::int32_t ModbusFonction() const { return ModbusFonction_; }
   [[nodiscard]] std::int32_t ModbusRegistreDeDepart() const { return ModbusRegistreDeDepart_; }
 
+  /// Tells in the error record, once, that readings of the block are old, and once that they are of
+  /// now again. For the frame, now and then.
+  void SurveilleSesLectures();
+
   [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeLaFonction_; }
   /// Ends with the block: its channels may outlive it.
   [[nodiscard]] const Vie& LaVie() const noexcept { return vie_; }
@@ -176,6 +180,11 @@ class Fonction : public Objet {
   EchangeModbus Modbus_Echange_;
   EtatMETRO metro_;
   EtatSpider spider_;
+  struct Perte {
+    double depuis;  ///< instant of the last reading, seconds
+    bool dite;
+  };
+  std::optional<Perte> perte_;  ///< of its readings
   std::string dernierCanal_;
   std::optional<std::uint32_t> motPrécédent_;
   PointeurSuivi<Carte> Parent_;

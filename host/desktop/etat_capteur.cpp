@@ -2,7 +2,16 @@
 
 #include <array>
 
+#include "host/lecture.h"
+
 namespace zuma::host {
+namespace {
+
+bool Dépasse(const Capteur& capteur) {
+  return capteur.Etat() >= static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::DépassementNonDangeureux);
+}
+
+}  // namespace
 
 const EtatAffiché& EtatDe(const Capteur& capteur) {
   static const std::array<EtatAffiché, 4> kEtats{{
@@ -13,8 +22,11 @@ const EtatAffiché& EtatDe(const Capteur& capteur) {
   }};
   static const EtatAffiché kHorsService{"Etat hors service", "–", {}, QColor(0x60, 0x60, 0x60)};
   static const EtatAffiché kEcarté{"Etat non selectionne", "–", {}, QColor(0x60, 0x60, 0x60)};
+  static const EtatAffiché kAncien{"Etat ancien", "◷", QColor(0xff, 0xe0, 0x9a),
+                                   QColor(0x40, 0x2c, 0x00)};
   if (!capteur.Enabled_bln()) return kHorsService;
   if (!capteur.CapteurSelectionne()) return kEcarté;
+  if (EstAncien(capteur) && !Dépasse(capteur)) return kAncien;
   const auto rang = static_cast<std::size_t>(capteur.Etat());
   return kEtats[rang < kEtats.size() ? rang : 1];
 }

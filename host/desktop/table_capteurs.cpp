@@ -76,6 +76,16 @@ QVariant TableCapteurs::data(const QModelIndex& index, int rôle) const {
   }
 }
 
+// An overrun keeps its word: that its reading is old too is told behind it.
+QString TableCapteurs::TexteDeLEtat(const Capteur& capteur) const {
+  constexpr std::string_view kAncien = "Etat ancien";
+  const EtatAffiché& état = EtatDe(capteur);
+  const QString texte = EnQt(état.signe) + " " + textes_(état.clé);
+  if (!EstAncien(capteur)) return texte;
+  return texte + (état.clé == kAncien ? " " : ", " + textes_(kAncien) + " ") +
+         textes_.Nombre(capteur.Age(), 1) + " s";
+}
+
 QString TableCapteurs::Texte(const Capteur& capteur, int colonne) const {
   const int décimales = Décimales(capteur);
   const auto nombre = [&](double valeur) { return textes_.Nombre(valeur, décimales); };
@@ -89,7 +99,7 @@ QString TableCapteurs::Texte(const Capteur& capteur, int colonne) const {
     case Points:
       return capteur.Canal() ? textes_.Nombre(capteur.ValeurEnPoints(), 0) : Absent();
     case Etat:
-      return EnQt(EtatDe(capteur).signe) + " " + textes_(EtatDe(capteur).clé);
+      return TexteDeLEtat(capteur);
     case Marques:
       return TexteDesMarques(capteur, décimales);
     case Mini:

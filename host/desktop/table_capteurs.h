@@ -36,6 +36,7 @@ class TableCapteurs : public QAbstractTableModel {
 
  private:
   [[nodiscard]] QString Texte(const Capteur& capteur, int colonne) const;
+  [[nodiscard]] QString TexteDeLEtat(const Capteur& capteur) const;
   [[nodiscard]] QString TexteDesMarques(const Capteur& capteur, int décimales) const;
 
   [[nodiscard]] bool Complet(std::size_t rang) const;

@@ -168,6 +168,7 @@ constexpr std::array kCapteur{
     Facultative("Parametre de sélection", kEntier),
     Facultative("Etalonnage par utilisateur", kBooléen),
     Facultative("Commentaire etalonnage", kTexte),
+    Facultative("Age maximal (s)", kRéel),
 };
 
 constexpr std::array kCommande{

@@ -284,7 +284,7 @@ Verdict Essaie(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
   return verdict;
 }
 
-bool FinitAuRepos(const Sortie& sortie) {
+bool FinitAuRepos(const Sortie& sortie, bool exigée) {
   Montage m(Cadre(sortie, {}));
   MetEnRoute(m, sortie);
   Passe(m, kAvant, kPasCalme);
@@ -294,6 +294,7 @@ bool FinitAuRepos(const Sortie& sortie) {
                            .début = 0,
                            .fin = m.DepuisLeDépart() + kLiensMorts}};
   m.machine.AvanceJusquA(m.DepuisLeDépart());
+  if (exigée) m.machine.Services().fin->ArrêteLeProgramme("Essai");
   m.marche.reset();
   return sortie.auRepos(m);
 }

@@ -51,7 +51,7 @@ enum class Hôte {
 
 /// Ends the program on an output behind a link that is dead for the first 0.3 s of that end: true
 /// when it moved before, and is at rest behind it.
-[[nodiscard]] bool FinitAuRepos(const Sortie& sortie);
+[[nodiscard]] bool FinitAuRepos(const Sortie& sortie, bool exigée);
 
 /// All that a verdict tells.
 [[nodiscard]] std::string EnLong(const Verdict& verdict);

@@ -23,11 +23,14 @@ TEST_P(ChaqueArrêt, ArriveOuEstDit) {
   }
 }
 
-// The program's own end is a stop that nobody drives again behind it.
+// The program's own end, its user's or one that a failed device asks for, is a stop that nobody
+// drives again behind it.
 TEST_P(ChaqueArrêt, ArriveAussiÀLaFinDuProgramme) {
   const Sortie& sortie = Sorties()[GetParam()];
   if (sortie.enMarcheAvant == nullptr) return;  // not behind a link
-  EXPECT_TRUE(FinitAuRepos(sortie)) << Nom(sortie);
+  for (const bool exigée : {false, true}) {
+    EXPECT_TRUE(FinitAuRepos(sortie, exigée)) << Nom(sortie) << exigée;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(DeLaTable, ChaqueArrêt, testing::Range<std::size_t>(0, Sorties().size()));

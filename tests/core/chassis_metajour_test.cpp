@@ -4,15 +4,49 @@
 
 #include "core/chassis.h"
 #include "outils/arbre.h"
+#include "outils/passes_mesurees.h"
 #include "sim/esclave_modbus.h"
 #include "sim/liaisons_simulees.h"
 
 namespace zuma {
 namespace {
 
+// Analog inputs that count their refreshes.
+class Ampli : public BibliothèqueSpider {
+ public:
+  std::int32_t S8_InitAll(std::int32_t, std::int32_t) override { return kRéussi; }
+  std::int32_t S8_GetDevSettings(std::int32_t, std::int32_t&) override { return kRéussi; }
+  std::int32_t S8_GetChanSettings(std::int32_t, std::int32_t, float&) override { return kRéussi; }
+  std::int32_t S8_ACQSetup(std::span<const std::int32_t>, std::int32_t) override { return kRéussi; }
+  std::int32_t S8_TareSetup(std::span<const std::int32_t>, std::int32_t) override {
+    return kRéussi;
+  }
+  std::int32_t S8_MeasOneVal() override {
+    ++mesures;
+    return kRéussi;
+  }
+  void S8_CloseDevice() noexcept override {}
+  void S8_ClosePort() noexcept override {}
+  int mesures = 0;
+};
+
+// Logic inputs and outputs that do.
+class Ports : public essai::passes::PortsFigés {
+ public:
+  std::uint16_t Inpw(std::uint16_t) override {
+    ++lectures;
+    return 0;
+  }
+  void Outpw(std::uint16_t, std::uint16_t) override { ++écritures; }
+  int lectures = 0;
+  int écritures = 0;
+};
+
 class UnePasse : public testing::Test, public essai::Banc {
  public:
   UnePasse() {
+    plateforme.spider = &ampli;
+    plateforme.ports = &ports;
     chassis.TimerExact(timer);
     chassis.ChargeErreur(registre);
   }
@@ -23,65 +57,68 @@ class UnePasse : public testing::Test, public essai::Banc {
     essai::LitCarte(*carte, driver, configuration);
     return carte;
   }
-  // A Modbus block without a line fails on each refresh: its own record counts them.
-  Ref<essai::Registre> Compteur(const char* type) {
-    const auto compteur = Crée<essai::Registre>();
+  void AjouteBloc(const char* type, const char* driver) {
     essai::AjouteBloc(*simple, std::to_string(++blocsSimples),
-                      {{"Driver", "DrvModBus"},
+                      {{"Driver", driver},
                        {"Type de Fonction", type},
                        {"Nom de la Fonction", "Bloc"},
-                       {"ModBus - Fonction", "3"}},
-                      {-1, 0}, timer, compteur);
-    return compteur;
+                       {"Mise à Jour par Fonction", Valeur(true)}},
+                      {0}, timer, registre)
+        ->Initialise();
   }
   void Passe(double secondes) {
     timer->heure = secondes * 1e6;
     chassis.MetàJour();
   }
+  Ampli ampli;
+  Ports ports;
   Chassis chassis{plateforme};
   CarteRef simple = AjouteCarte("0", "");
   int blocsSimples = 0;
 };
 
 TEST_F(UnePasse, SertChaqueTypeASonRythme) {
-  const auto ea = Compteur("Entrée Analogique");
-  const auto el = Compteur("Entrée Logique");
-  const auto sorties = Compteur("Sortie Analogique");
+  AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
+  AjouteBloc("Entrée Logique", "DrvA826PG_DB16P");
+  AjouteBloc("Sortie Logique", "DrvA826PG_DB16R");
+  const int écritures = ports.écritures;
   Passe(10);
-  EXPECT_EQ(ea->entrées.size(), 1U) << "all rates are due on the first pass";
-  EXPECT_EQ(el->entrées.size(), 1U);
+  EXPECT_EQ(ampli.mesures, 1) << "all rates are due on the first pass";
+  EXPECT_EQ(ports.lectures, 1);
   for (int i = 1; i <= 1000; ++i) Passe(10 + i * 0.001);
-  EXPECT_NEAR(static_cast<double>(ea->entrées.size()), 201, 2);
-  EXPECT_NEAR(static_cast<double>(el->entrées.size()), 21, 2);
-  EXPECT_TRUE(sorties->entrées.empty()) << "outputs have no rate";
-  ea->entrées.clear();
+  EXPECT_NEAR(ampli.mesures, 201, 2);
+  EXPECT_NEAR(ports.lectures, 21, 2);
+  EXPECT_EQ(ports.écritures, écritures) << "outputs have no rate";
   chassis.FréquenceEA(0);
+  ampli.mesures = 0;
   Passe(12);
-  EXPECT_TRUE(ea->entrées.empty());
+  EXPECT_EQ(ampli.mesures, 0);
 }
 
 TEST_F(UnePasse, RendLeRetardSousLaLimiteEtLOublieAuDelà) {
-  const auto ea = Compteur("Entrée Analogique");
-  const auto el = Compteur("Entrée Logique");
+  AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
+  AjouteBloc("Entrée Logique", "DrvA826PG_DB16P");
+  int& ea = ampli.mesures;
+  int& el = ports.lectures;
   chassis.FréquenceEA(128);  // periods that a double holds exactly
   chassis.FréquenceEL(16);
   Passe(10);
   // Refreshes in a row of passes that all come at that time.
-  const auto rendus = [&](const Ref<essai::Registre>& compteur, double secondes) {
-    compteur->entrées.clear();
+  const auto rendus = [&](int& compteur, double secondes) {
+    compteur = 0;
     for (int i = 0; i < 100; ++i) Passe(secondes);
-    return compteur->entrées.size();
+    return compteur;
   };
   // The mark stands one period after 10 s. 0.375 s later 47 periods are owed, and repaid one a
   // pass: the last one is not, as the comparison is strict.
-  EXPECT_EQ(rendus(ea, 10.375 + 2.0 / 128), 48U);
+  EXPECT_EQ(rendus(ea, 10.375 + 2.0 / 128), 48);
   // 0.625 s later nothing is: one refresh, then none for two periods.
-  EXPECT_EQ(rendus(ea, 11.25), 1U);
-  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128), 0U);
-  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128 + 0.001), 1U);
+  EXPECT_EQ(rendus(ea, 11.25), 1);
+  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128), 0);
+  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128 + 0.001), 1);
   // The logic inputs have a longer patience.
   Passe(20);
-  EXPECT_GT(rendus(el, 20.75), 8U);
+  EXPECT_GT(rendus(el, 20.75), 8);
 }
 
 TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
@@ -99,6 +136,31 @@ TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
   chassis.MetàJour();
   ASSERT_EQ(messages.textes.size(), 1U) << "without a record somebody must be told";
   EXPECT_TRUE(messages.textes[0].starts_with("Erreur N°91 ("));
+}
+
+// A failure that comes again on each pass would flush all others out of the record.
+TEST_F(UnePasse, DitUneFoisUnEchecQuiDureEtSaFin) {
+  AjouteBloc("Entrée Analogique", "DrvModBus");  // it has no line
+  double heure = 10;
+  const auto passent = [&](double durée) {
+    for (const double fin = heure + durée; heure < fin; heure += 0.01) Passe(heure);
+  };
+  passent(60);
+  ASSERT_EQ(registre->entrées.size(), 2U);
+  EXPECT_TRUE(registre->entrées[1].message.starts_with("Lectures perdues : aucune de 'c' depuis "));
+  const std::string échec = registre->entrées[0].message;
+  EXPECT_TRUE(échec.starts_with("Erreur N°91 (")) << échec;
+  simple->Fonctions()->Remove("1");
+  passent(9);
+  EXPECT_EQ(registre->entrées.size(), 2U);
+  passent(2);
+  ASSERT_EQ(registre->entrées.size(), 3U);
+  const std::string& fin = registre->entrées[2].message;
+  EXPECT_TRUE(fin.starts_with("Plus d'échec depuis 10 s, après 59")) << fin;
+  EXPECT_TRUE(fin.ends_with(" : " + échec)) << fin;
+  AjouteBloc("Entrée Analogique", "DrvModBus");
+  passent(0.4);
+  EXPECT_EQ(registre->entrées.size(), 4U) << "another outage is told";
 }
 
 class UnBus : public UnePasse {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -14,6 +15,7 @@
 #include "outils/temoins.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
+#include "platform/linux/fin_du_programme.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/messages_terminal.h"
 #include "platform/linux/minuterie.h"
@@ -24,6 +26,22 @@ namespace {
 using essai::DossierProvisoire;
 using essai::Lit;
 using essai::NuméroDe;
+
+// A device that is lost must not leave the others moving, even when it fails again meanwhile.
+TEST(LaFinDuProgramme, VientDerrièreLeDernierGesteEtMalgréLui) {
+  for (const bool lève : {false, true}) {
+    const auto finit = [&] {
+      FinDuProgrammeLinux fin(nullptr);
+      fin.Avant([&] {
+        fin.ArrêteLeProgramme("encore");
+        std::fputs("au repos\n", stderr);
+        if (lève) throw std::runtime_error("panne");
+      });
+      fin.ArrêteLeProgramme("perdu");
+    };
+    EXPECT_EXIT(finit(), testing::ExitedWithCode(EXIT_FAILURE), "zuma : perdu\nau repos\n");
+  }
+}
 
 TEST(Horloge, DortAuMoinsLeTempsDemandé) {
   HorlogeSystème horloge;

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 TEST(LeSchéma, NommeChaqueColonneUneFois) {
   const std::map<std::string_view, std::size_t> nombres{
       {"Chassis", 15},        {"Carte", 7},          {"Fonction", 19},
-      {"Canal", 14},          {"Capteur", 102},      {"Commande", 61},
+      {"Canal", 14},          {"Capteur", 103},      {"Commande", 61},
       {"Entrée Logique", 12}, {"Sortie Logique", 4}, {"WatchDog", 5}};
   for (const TableDuSchéma& table : TablesDuSchéma()) {
     std::set<std::string> noms;

@@ -5,7 +5,7 @@ _zuma() {
   local -A options=(
     [init]="--help"
     [check]="--frame --json --param --help"
-    [run]="--frame --sim --seconds --csv --json --param --fault --seed --fast --port --can --start-anyway --help"
+    [run]="--frame --sim --seconds --csv --ages --json --param --fault --seed --fast --port --can --start-anyway --help"
     [desktop]="--frame --sim --param --port --can --lang --person --start-anyway --help"
     [dump]="--frame --sim --seconds --out --json --param --port --can --start-anyway --help"
     [sim]="--seconds --json --help"

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/collaborateurs.h"
+
+namespace zuma {
+
+class Objet;
+
+/// Failures that come again on each pass: the first one is told at once, those behind it are
+/// counted, and one entry with their number tells the end. Without that an outage of ten minutes
+/// would flush everything else out of the record. Nothing costs anything while nothing fails.
+class SuiviDesEchecs {
+ public:
+  /// What makes two failures the same: object, operation, place and number. Their words may differ.
+  struct Signature {
+    const Objet* objet;
+    std::string_view opération;
+    int ligne;
+    int numéro;
+    bool operator==(const Signature&) const = default;
+  };
+
+  /// The failures are those of a pass, which come again with the next one. Outside of a pass each
+  /// one is told.
+  bool enPasse = false;
+
+  /// Counts a failure of that time, in seconds. True when it goes on and was told already.
+  [[nodiscard]] bool Répète(const Signature& signature, double heure);
+  /// The entry of a failure that is new, for its end.
+  void Retient(const Signature& signature, double heure, const std::string& message,
+               const Ref<ZED_Erreur>& registre);
+  /// Tells the end of what has not failed for ten seconds.
+  void Examine(double heure);
+
+ private:
+  struct Suite {
+    Signature signature;
+    std::string message;
+    Ref<ZED_Erreur> registre;
+    double début;
+    double dernier;
+    std::uint64_t nombre;
+  };
+  static void DitLaFin(const Suite& suite);
+
+  std::vector<Suite> suites_;
+};
+
+}  // namespace zuma
