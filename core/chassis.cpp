@@ -111,7 +111,7 @@ void Chassis::DateLeDépart() {
   LaPlateforme().heureDePasse = Timer()->LitMicrosecondes() / kMicrosecondes;
   for (const CarteRef& carte : *Cartes()) {
     for (const FonctionRef& bloc : carte->LesFonctions()) {
-      for (const CanalRef& canal : bloc->LesCanaux()) canal->DateLaLecture();
+      for (const CanalRef& canal : bloc->LesCanaux()) canal->DateLeDépart();
     }
   }
 }

@@ -6,7 +6,8 @@ namespace zuma::host {
 
 std::optional<double> LectureDe(const Capteur& capteur) {
   constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
-  if (!capteur.Enabled_bln() || !capteur.CapteurSelectionne() || capteur.Etat() == kNonValide) {
+  if (!capteur.Enabled_bln() || !capteur.CapteurSelectionne() || capteur.Etat() == kNonValide ||
+      !capteur.EstLu()) {
     return {};
   }
   const double valeur = capteur.ValeurCourante();

@@ -119,6 +119,9 @@ class Capteur : public Objet {
   /// Something that the value is made from is older than its device leaves it when all is well (see
   /// `Canal::AgeLimite`).
   [[nodiscard]] bool EstVieux() const { return LAge().vieux; }
+  /// False while the instrument behind the sensor, or behind one in service that it is made from, has
+  /// given nothing yet: the value is then no measure.
+  [[nodiscard]] bool EstLu() const { return LAge().lue; }
   /// Age in seconds beyond which the sensor is not valid and, when it may, stops the frame; 0 for
   /// none.
   [[nodiscard]] double AgeMaximal() const { return mdblAgeMaximal; }
@@ -153,7 +156,7 @@ class Capteur : public Objet {
   }
   void ValeurCourante(double valeur) {
     mdblValeurCourante = valeur;
-    heureDeMesure_ = LaPlateforme().heureDePasse;
+    DateLaMesure();
   }
   /// An `ENUM_ETAT_CAPTEUR`, as a number.
   [[nodiscard]] std::int16_t Etat() const { return static_cast<std::int16_t>(musrEtat); }
@@ -283,8 +286,13 @@ class Capteur : public Objet {
   struct AgeDeMesure {
     double secondes = 0;
     bool vieux = false;
+    bool lue = true;  ///< a first value has come
   };
   [[nodiscard]] AgeDeMesure LAge() const;
+  void DateLaMesure() {
+    heureDeMesure_ = LaPlateforme().heureDePasse;
+    mesuré_ = true;
+  }
   void ContrôleLAge();
   [[nodiscard]] std::string CauseDuDépassement() const;
   [[nodiscard]] std::string CauseDeLAge() const;
@@ -348,6 +356,7 @@ class Capteur : public Objet {
   double mdblAgeMaximal = 0;  ///< seconds
   bool tropVieux_ = false;    ///< the last refresh stopped the frame for its age
   double heureDeMesure_ = 0;  ///< of a value that came without a channel, seconds
+  bool mesuré_ = false;       ///< such a value came
   bool RazAutorise_bln_ = false;
   bool mblnArrêtSiDépassement = false;
   bool mblnAutoriseAU = true;

@@ -19,7 +19,7 @@ Capteur::AgeDeMesure Capteur::LAge() const {
 
 Capteur::AgeDeMesure Capteur::Calcul::AgeDuCanal(const Capteur& c) {
   if (!c.mobjCanal) return {};
-  return {c.mobjCanal->Age(), c.mobjCanal->EstVieux()};
+  return {c.mobjCanal->Age(), c.mobjCanal->EstVieux(), c.mobjCanal->EstLu()};
 }
 
 // A sensor found below itself is told where its value is asked.
@@ -29,19 +29,21 @@ Capteur::AgeDeMesure Capteur::Calcul::AgeDesFils(const Capteur& c) {
   const EnCours descente = c.Descend();
   for (const CapteurRef& fils : *c.CapteursFils_) {
     const AgeDeMesure sien = fils->LAge();
-    âge = {std::max(âge.secondes, sien.secondes), âge.vieux || sien.vieux};
+    const bool compte = fils->Enabled_bln() && fils->CapteurSelectionne();
+    âge = {std::max(âge.secondes, sien.secondes), âge.vieux || sien.vieux,
+           âge.lue && (sien.lue || !compte)};
   }
   return âge;
 }
 
 Capteur::AgeDeMesure Capteur::Calcul::AgeDeLInstrument(const Capteur& c) {
   const double secondes = c.LaPlateforme().heureDePasse - c.heureDeMesure_;
-  return {secondes, secondes > kSilenceDInstrument};
+  return {secondes, secondes > kSilenceDInstrument, c.mesuré_};
 }
 
 Capteur::AgeDeMesure Capteur::Calcul::AgeDuDehors(const Capteur& c) {
   const double secondes = c.LaPlateforme().heureDePasse - c.heureDeMesure_;
-  return {secondes, secondes > kSilenceDuDehors};
+  return {secondes, secondes > kSilenceDuDehors, c.mesuré_};
 }
 
 // An overrun stops for itself. Like the limits, the age is not watched while the sensor is open to

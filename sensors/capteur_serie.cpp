@@ -82,7 +82,7 @@ void Capteur::PrendLaMesure(const std::optional<trames_capteur::Mesure>& mesure)
   if (!mesure) return;
   if (!mesure->nombre) throw Echec(Numéro::NullIncorrect);
   mdblValeurCourante = table_.VersUnités(*mesure->nombre);
-  heureDeMesure_ = LaPlateforme().heureDePasse;
+  DateLaMesure();
   if (mesure->unité) UnitéEtalonnage_ = *mesure->unité;
 }
 
@@ -114,7 +114,7 @@ void Capteur::Calcul::Scout55(Capteur& c, Passe&) {
   c.Redemande(kScout55);
   if (!mesure->nombre) return;
   c.mdblValeurCourante = *mesure->nombre;
-  c.heureDeMesure_ = c.LaPlateforme().heureDePasse;
+  c.DateLaMesure();
 }
 
 }  // namespace zuma

@@ -76,6 +76,8 @@ class Canal : public Objet {
   /// readings, and a second at least.
   [[nodiscard]] double AgeLimite() const { return âgeLimite_; }
   [[nodiscard]] bool EstVieux() const { return Age() > âgeLimite_; }
+  /// False while the value is still the 0 of before the first reading.
+  [[nodiscard]] bool EstLu() const { return lue_; }
 
   /// Of an output: the value that the channel holds is the one that last reached its device, as far
   /// as the link can tell. A board that takes writes blindly counts as reached once it was written;
@@ -138,8 +140,13 @@ class Canal : public Objet {
   void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
   /// What the device holds is not known any more: a write failed, or the device was lost.
   void OublieAtteint() { valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN(); }
-  /// The value is of the present pass; at a start, ages count from there.
-  void DateLaLecture() { heureDeLecture_ = LaPlateforme().heureDePasse; }
+  /// The value is of the present pass.
+  void DateLaLecture() {
+    DateLeDépart();
+    lue_ = true;
+  }
+  /// Ages count from here.
+  void DateLeDépart() { heureDeLecture_ = LaPlateforme().heureDePasse; }
   /// A level other than true was written since the last call: a driver that is looked at once a
   /// pass sees a stop that changes nothing, and one that a start follows at once.
   [[nodiscard]] bool PrendLaBaisse() noexcept { return std::exchange(baissée_, false); }
@@ -182,6 +189,7 @@ class Canal : public Objet {
   std::int16_t mintNbLecture = 1;
   double mdblValeurCanal = 0;
   double heureDeLecture_ = 0;  ///< seconds
+  bool lue_ = false;
   double âgeLimite_ = 1;       ///< seconds
   double valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN();
   std::string Nom_;

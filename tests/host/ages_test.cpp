@@ -83,6 +83,28 @@ TEST_F(DesAges, DisentCeQuiNEstPlusLu) {
   }
 }
 
+// An instrument that was silent from the start has given nothing yet, and no 0.
+TEST_F(DesAges, NePrennentPasPourUnZéroCeQuiNAJamaisParlé) {
+  const struct {
+    const char* chassis;
+    Noms muets;
+  } cas[] = {
+      {"3", {"Balance LRPC", "Indicateur DEXAL", "Balance JADEVER", "Palpeur", "Température 1"}},
+      {"4", {"Allongement", "Jauge A", "Force CBR", "Poids"}},
+  };
+  for (const auto& c : cas) {
+    const auto vues = Tourne(Base(), c.chassis, "silence");
+    ASSERT_FALSE(vues.empty()) << fin.erreur;
+    std::size_t vus = 0;
+    for (const auto& capteur : vues.back()["sensors"]) {
+      if (!c.muets.contains(capteur["name"])) continue;
+      ++vus;
+      EXPECT_TRUE(capteur["value"].is_null()) << capteur["name"];
+    }
+    EXPECT_EQ(vus, c.muets.size());
+  }
+}
+
 TEST_F(DesAges, VontAvecLesLecturesDansUnEnregistrement) {
   const std::string csv = dossier.Fichier("a.csv");
   fin = Lance({"run", Base(), "--frame", "3", "--sim", "--fast", "--seconds", "4", "--fault",
