@@ -99,14 +99,22 @@ void Canal::Résout() {
   RetientLAgeLimite();
 }
 
-// A channel without a driver of its own is read by that of its board.
+// A channel without a driver of its own is read by that of its board. Slow slaves, whose board
+// gives them more time, make the walk over a bus longer.
 void Canal::RetientLAgeLimite() {
   constexpr double kFacteur = 5;
+  constexpr double kMillisecondes = 1000;
   constexpr double kMinimum = 1;  // seconds
   ENUM_DRIVER driver = musrDriver;
-  const Carte* carte = Parent() == nullptr ? nullptr : Parent()->Parent();
+  Carte* const carte = Parent() == nullptr ? nullptr : Parent()->Parent();
   if (driver == ENUM_DRIVER::DrvAucun && carte != nullptr) driver = carte->Driver_enm();
-  âgeLimite_ = std::max(kMinimum, kFacteur * LigneDuDriver(driver).période);
+  const LigneDriver& ligne = LigneDuDriver(driver);
+  double période = ligne.période;
+  if (ligne.service == ServiceCarte::BusAvecSuivante && carte != nullptr && carte->Fonctions()) {
+    const double tour = carte->Fonctions()->Count() * carte->TimeOutModbus() / kMillisecondes;
+    période = std::max(période, tour);
+  }
+  âgeLimite_ = std::max(kMinimum, kFacteur * période);
 }
 
 void Canal::Initialise() {
