@@ -119,8 +119,8 @@ class Capteur : public Objet {
   /// Something that the value is made from is older than its device leaves it when all is well (see
   /// `Canal::AgeLimite`).
   [[nodiscard]] bool EstVieux() const { return LAge().vieux; }
-  /// False while the instrument behind the sensor, or behind one in service that it is made from, has
-  /// given nothing yet: the value is then no measure.
+  /// False while the instrument behind the sensor, or behind one in service that it is made from,
+  /// has given nothing yet: the value is then no measure.
   [[nodiscard]] bool EstLu() const { return LAge().lue; }
   /// Age in seconds beyond which the sensor is not valid and, when it may, stops the frame; 0 for
   /// none.

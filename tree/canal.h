@@ -190,7 +190,7 @@ class Canal : public Objet {
   double mdblValeurCanal = 0;
   double heureDeLecture_ = 0;  ///< seconds
   bool lue_ = false;
-  double âgeLimite_ = 1;       ///< seconds
+  double âgeLimite_ = 1;  ///< seconds
   double valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN();
   std::string Nom_;
   std::int16_t NuméroCanal_ = 0;

@@ -21,9 +21,11 @@ class DesAges : public LeProgramme {
  protected:
   // The views of a run, and what it told.
   std::vector<nlohmann::json> Tourne(const std::string& base, const char* chassis,
-                                     const std::string& panne) {
-    fin = Lance({"run", base, "--frame", chassis, "--sim", "--fast", "--json", "--seconds", "18",
-                 "--fault", panne});
+                                     const std::string& panne, bool malgréTout = false) {
+    std::vector<std::string> options{"run",    base,        "--frame", chassis,   "--sim", "--fast",
+                                     "--json", "--seconds", "18",      "--fault", panne};
+    if (malgréTout) options.emplace_back("--start-anyway");
+    fin = Lance(options);
     std::vector<nlohmann::json> vues;
     std::istringstream lignes(fin.sortie);
     for (std::string ligne; std::getline(lignes, ligne);) {
@@ -93,7 +95,7 @@ TEST_F(DesAges, NePrennentPasPourUnZéroCeQuiNAJamaisParlé) {
       {"4", {"Allongement", "Jauge A", "Force CBR", "Poids"}},
   };
   for (const auto& c : cas) {
-    const auto vues = Tourne(Base(), c.chassis, "silence");
+    const auto vues = Tourne(Base(), c.chassis, "silence", true);
     ASSERT_FALSE(vues.empty()) << fin.erreur;
     std::size_t vus = 0;
     for (const auto& capteur : vues.back()["sensors"]) {

@@ -160,8 +160,9 @@ TEST_F(LesChassisDeDémonstration, MesurentParLesVraisAdaptateurs) {
     std::istringstream lignes(fin.sortie);
     for (std::string ligne; std::getline(lignes, ligne);) {
       const auto vue = nlohmann::json::parse(ligne);
-      for (const auto& capteur : vue["sensors"])
-        mesures[capteur["name"]].push_back(capteur["value"]);
+      for (const auto& capteur : vue["sensors"]) {
+        if (!capteur["value"].is_null()) mesures[capteur["name"]].push_back(capteur["value"]);
+      }
       for (const auto& canal : vue["channels"]) {
         const std::string place = canal["block"].get<std::string>() + "." + canal["channel"].dump();
         états[place] = canal.contains("on") ? canal["on"].get<bool>() : canal["points"] != 0;
