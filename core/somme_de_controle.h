@@ -12,7 +12,8 @@ namespace zuma {
 inline constexpr std::string_view kColonneSomme = "Somme de contrôle";
 
 /// Sum of a row, 16 hexadecimal digits, from the names and values of its fields in their order.
-/// Null fields take no part, nor the sum itself: a column that is added later changes nothing.
+/// Null fields take no part, nor the sum itself: a column that is added later changes nothing,
+/// unless a DEFAULT fills it in the rows that are there.
 [[nodiscard]] std::string SommeDeContrôle(std::span<const Champ> champs);
 
 /// False when the row holds a sum and it is not its own: somebody else changed the row, or the file

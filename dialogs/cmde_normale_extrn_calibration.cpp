@@ -1,6 +1,8 @@
 #include "dialogs/cmde_normale_extrn_calibration.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <utility>
 
 #include "commands/commande.h"
@@ -11,8 +13,20 @@
 namespace zuma {
 namespace {
 
+// The shortest text that reads back as this very number: a row that was only moved keeps its value.
 Valeur EnTexte(double nombre) {
-  return TexteDeNombre(nombre);
+  constexpr int kToujours = 17;  // digits that are enough for every number
+  std::string texte = TexteDeNombre(nombre);
+  double relu = 0;
+  for (int chiffres = 16; chiffres <= kToujours; ++chiffres) {
+    if (LitNombre(texte, relu) && relu == nombre) break;
+    std::array<char, 32> tampon{};
+    const auto fin =
+        std::to_chars(tampon.begin(), tampon.end(), nombre, std::chars_format::general, chiffres);
+    texte.assign(tampon.begin(), fin.ptr);
+    std::ranges::replace(texte, '.', ',');
+  }
+  return texte;
 }
 
 }  // namespace

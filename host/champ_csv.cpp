@@ -1,12 +1,14 @@
 #include "host/champ_csv.h"
 
+#include "platform/linux/texte_ligne.h"
+
 namespace zuma::host {
 
 std::string ChampCsv(std::string_view texte) {
   constexpr std::string_view kFormules = "=+-@\t\r";
   std::string champ;
   if (!texte.empty() && kFormules.find(texte.front()) != std::string_view::npos) champ = "'";
-  for (const char c : texte) champ += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+  champ += linux_::UneSeuleLigne(texte);
   // The semicolon too: a spreadsheet with French settings separates by it.
   if (champ.find_first_of(",;\"") == std::string::npos) return champ;
   std::string cité = "\"";

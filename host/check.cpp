@@ -160,8 +160,10 @@ Contenu ChargeEtLie(const Ref<BaseDeDonnées>& base, std::int32_t index,
 void VérifieLeFichier(const std::string& fichier, Recueil& recueil) {
   constexpr std::chrono::milliseconds kDurée{1500};  // some hundred megabytes
   const linux_::BaseSqlite base(fichier, {.lectureSeule = true, .bornes = {.durée = kDurée}});
-  for (std::string& texte : base.ProblèmesDIntégrité()) {
-    recueil.Ajoute({.origine = Origine::Fichier, .texte = std::move(texte)});
+  for (auto& [texte, certain] : base.ProblèmesDIntégrité()) {
+    recueil.Ajoute({.origine = Origine::Fichier,
+                    .texte = std::move(texte),
+                    .gravité = certain ? Gravité::Erreur : Gravité::Avertissement});
   }
 }
 

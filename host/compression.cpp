@@ -246,8 +246,8 @@ int Compression(const OptionsCompression& options) {
   Enregistreur enregistreur(nom + ".csv", Enregistreur::Retard::Attend);
   Rapport rapport;
   std::vector<Courbe> courbes;
+  const Interruption interruption;  // the end of the files, too, is not cut short
   {
-    const Interruption interruption;
     EssaiSimulé essai(options, *machine, recueil, enregistreur);
     rapport = essai.Tourne();
     courbes = essai.Courbes();

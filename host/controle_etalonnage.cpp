@@ -1,7 +1,9 @@
 #include "host/controle_etalonnage.h"
 
 #include <algorithm>
+#include <cmath>
 
+#include "core/echec.h"
 #include "core/valeur.h"
 
 namespace zuma::host {
@@ -28,7 +30,27 @@ std::string Texte(const Rangée& rangée) {
          std::to_string(rangée.numéro);
 }
 
-// (0, 0) is a row where it continues the table, and a row that was left out anywhere else.
+// The rows but that one give something else at 0 points.
+bool ChangeLaTable(const Rangées& rangées, std::size_t sans) {
+  constexpr double kArrondi = 1e-9;  // of the largest value
+  TableEtalonnage autres;
+  std::int16_t place = 0;
+  double échelle = 0;
+  for (std::size_t i = 0; i < rangées.size(); ++i) {
+    if (i == sans) continue;
+    ++place;
+    autres.PointX(place, rangées[i].unités);
+    autres.PointY(place, rangées[i].points);
+    échelle = std::max(échelle, std::abs(rangées[i].unités));
+  }
+  try {
+    return std::abs(autres.VersUnités(0)) > kArrondi * échelle;
+  } catch (const Echec&) {
+    return true;
+  }
+}
+
+// (0, 0) is a row where it continues the table, and may be one that was left out anywhere else.
 bool EstOubliée(const Rangées& rangées, std::size_t i) {
   if (!rangées[i].Vide() || i + 1 >= rangées.size()) return false;
   const Rangée& suivante = rangées[i + 1];
@@ -39,8 +61,9 @@ bool EstOubliée(const Rangées& rangées, std::size_t i) {
 
 void ExigeQueRienNeSuiveUneVide(const Rangées& rangées, Défauts& défauts) {
   for (std::size_t i = 0; i < rangées.size(); ++i) {
-    if (!EstOubliée(rangées, i)) continue;
+    if (!EstOubliée(rangées, i) || !ChangeLaTable(rangées, i)) continue;
     défauts.push_back({.rangée = rangées[i].numéro,
+                       .gravité = Gravité::Avertissement,
                        .texte = "an empty row has rows behind it, and counts as 0 for 0 points",
                        .trouvé = Texte(rangées[i]),
                        .attendu = "the rows in use first, the empty ones behind"});

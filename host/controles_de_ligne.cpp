@@ -36,10 +36,12 @@ bool PeutArrêter(const LigneLue& l) {
 void ExigeDesBornesDansLOrdre(const LigneLue& l, Constats& constats) {
   for (const Bornes& b : kBornes) {
     if (b.table != l.Table()) continue;
+    const bool seuils = b.basse.starts_with("Recouvrement");
+    if (seuils && l.Texte("Type de Capteur") != "Recouvrement") continue;
     const auto basse = l.Nombre(b.basse);
     const auto haute = l.Nombre(b.haute);
     if (!basse || !haute || *basse < *haute) continue;
-    if (*basse == *haute && !PeutArrêter(l)) continue;
+    if (*basse == *haute && (seuils || !PeutArrêter(l))) continue;
     constats.Dit(l, {.colonne = b.basse,
                      .texte = *basse == *haute ? "no value lies inside the limits: it always stops"
                                                : "the limits are the wrong way round",

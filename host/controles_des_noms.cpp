@@ -69,12 +69,11 @@ void ContrôleDesNoms::Prend(const LigneLue& ligne, Constats& constats) {
                                   ", or another name altogether"});
 }
 
-void ContrôleLesColonnes(std::string_view table, const std::vector<std::string_view>& attendues,
+void ContrôleLesColonnes(std::string_view table, const std::vector<std::string_view>& manquantes,
                          const Recordset& ligne, Constats& constats) {
   std::map<std::string, std::string_view> présentes;
   for (const Champ& champ : ligne.Fields()) présentes.emplace(NomRapproché(champ.Name), champ.Name);
-  for (const std::string_view colonne : attendues) {
-    if (ChercheChamp(ligne, colonne) != nullptr) continue;
+  for (const std::string_view colonne : manquantes) {
     const auto autre = présentes.find(NomRapproché(colonne));
     if (autre == présentes.end()) continue;
     constats.Dit(table, {},

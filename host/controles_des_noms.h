@@ -31,8 +31,9 @@ class ContrôleDesNoms {
   std::map<Place, Nom> vus_;
 };
 
-/// Columns of the table that the first row has in another case. Both outlive the call.
-void ContrôleLesColonnes(std::string_view table, const std::vector<std::string_view>& attendues,
+/// Tells which of the columns that are missing the first row has under another spelling. Both
+/// outlive the call.
+void ContrôleLesColonnes(std::string_view table, const std::vector<std::string_view>& manquantes,
                          const Recordset& ligne, Constats& constats);
 
 }  // namespace zuma::host

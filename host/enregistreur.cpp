@@ -10,6 +10,7 @@
 
 #include "host/champ_csv.h"
 #include "host/lecture.h"
+#include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
 namespace {
@@ -43,7 +44,9 @@ std::string Description(const std::string& fichier, Chassis& chassis,
   }
   auto& eprouvette = description["specimen"] = nlohmann::ordered_json::object();
   for (const auto& [nom, valeur] : spécimen) eprouvette[nom] = valeur;
-  return description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  const std::string texte =
+      description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return linux_::SansSéquence(texte) + "\n";
 }
 
 }  // namespace
@@ -65,14 +68,19 @@ void Enregistreur::Commence(Chassis& chassis,
     if (âges_ == Ages::Avec) entête += "," + ChampCsv(capteur->NomDuCapteur() + " age [s]");
   }
   const std::size_t parCapteur = âges_ == Ages::Avec ? 2 : 1;
-  description_ = Description(nom_, chassis, spécimen);
-  rangées_.emplace(capteurs_.size() * parCapteur, kRangées);
-  écrivain_.emplace(csv_, *rangées_, entête + "\n");
-  fil_ = std::thread([this] { Tourne(); });
+  try {
+    description_ = Description(nom_, chassis, spécimen);
+    rangées_.emplace(capteurs_.size() * parCapteur, kRangées);
+    écrivain_.emplace(csv_, *rangées_, entête + "\n");
+    fil_ = std::thread([this] { Tourne(); });
+  } catch (...) {
+    capteurs_.clear();  // they would outlive their frame
+    throw;
+  }
 }
 
 void Enregistreur::Note(double secondes) {
-  while (retard_ == Retard::Attend && rangées_->Pleine() && erreur_ != ENOMEM) {
+  while (retard_ == Retard::Attend && rangées_->Pleine() && !finie_) {
     réveil_.notify_one();
     std::this_thread::sleep_for(kPatience);
   }
@@ -118,7 +126,10 @@ void Enregistreur::Tourne() {
     écrivain_->Conclut(rangées_->Manque());
   } catch (const std::bad_alloc&) {
     erreur_ = ENOMEM;  // the recording ends here; the machine does not
+  } catch (...) {
+    erreur_ = EIO;
   }
+  finie_ = true;
 }
 
 void Enregistreur::DécritDansLeJson() {

@@ -60,7 +60,8 @@ class Enregistreur {
   std::vector<CapteurRef> capteurs_;
   std::optional<FileDeRangées> rangées_;
   std::optional<Ecrivain> écrivain_;
-  std::atomic<int> erreur_ = 0;  ///< of the JSON file, or ENOMEM once the writer has ended
+  std::atomic<int> erreur_ = 0;      ///< of the JSON file, or what ended the writer
+  std::atomic<bool> finie_ = false;  ///< the writer has ended: nothing takes rows any more
   std::mutex verrou_;
   std::condition_variable réveil_;
   bool fin_ = false;

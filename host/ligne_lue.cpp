@@ -61,6 +61,10 @@ bool LigneLue::Vrai(std::string_view colonne) const {
   }
 }
 
+const Valeur* Lue(const Recordset& lignes, const linux_::ColonneDuSchéma& colonne) {
+  return colonne.requise ? ChampNommé(lignes, colonne.nom) : ChercheChamp(lignes, colonne.nom);
+}
+
 void Constats::Dit(const LigneLue& ligne, Constat constat) {
   Dit(ligne.Table(), ligne.Désignation(), std::move(constat));
 }

@@ -9,6 +9,7 @@
 
 #include "host/problemes.h"
 #include "platform/base_de_donnees.h"
+#include "platform/linux/schema.h"
 
 namespace zuma::host {
 
@@ -41,6 +42,10 @@ class LigneLue {
   const Recordset& lignes_;
   std::unordered_map<std::string, std::size_t> rangs_;  ///< of the columns: looked up for each row
 };
+
+/// The column as the system reads it: a required one by its name in whatever case, any other in the
+/// walk over a row by exactly its name. None when it is not there.
+[[nodiscard]] const Valeur* Lue(const Recordset& lignes, const linux_::ColonneDuSchéma& colonne);
 
 /// What is wrong with a value of a row.
 struct Constat {

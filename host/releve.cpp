@@ -24,6 +24,7 @@ void PrendCanal(Relevé& r, std::int32_t clé, const LigneLue& l) {
 
 void PrendPilote(Relevé& r, std::int32_t clé, const LigneLue& l) {
   const std::string_view colonne = l.Table() == "WatchDog" ? "Pulse" : "Canal";
+  if (l.Texte("Type de Commande") == "Tout ou Rien") return;  // its logic outputs write, not it
   const std::int32_t canal = l.Renvoi(colonne);
   if (canal != 0) r.pilotes.push_back({l.Table(), colonne, clé, canal});
 }

@@ -155,12 +155,6 @@ auto Premier(const Liste& liste, Critère&& critère) {
   return trouvé == liste.end() ? nullptr : &*trouvé;
 }
 
-// The column as the system reads it: one read by its name in whatever case, one looked for in the
-// walk over a row in its own.
-const Valeur* Lue(const Recordset& lignes, const ColonneDuSchéma& colonne) {
-  return colonne.requise ? ChampNommé(lignes, colonne.nom) : ChercheChamp(lignes, colonne.nom);
-}
-
 class Vérification {
  public:
   Vérification(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles,
@@ -248,18 +242,18 @@ class Vérification {
     });
   }
 
-  // The columns that are there; those that are not are told.
+  // The columns that are there; those that are not and have to be are told.
   std::vector<ColonneLue> Colonnes(const TableDuSchéma& table, const Recordset& lignes) {
     const auto champs = lignes.Fields();
     std::vector<ColonneLue> lues;
     for (const ColonneDuSchéma& colonne : table.colonnes) {
       const Valeur* valeur = Lue(lignes, colonne);
       if (valeur == nullptr) {
+        if (!colonne.requise) continue;  // an older database: its default stays in place
         recueil_.Ajoute({.origine = Origine::Donnée,
                          .table = std::string(table.nom),
                          .colonne = colonne.nom,
-                         .texte = colonne.requise ? "missing column: its objects cannot be loaded"
-                                                  : "missing column: its default stays in place"});
+                         .texte = "missing column: its objects cannot be loaded"});
         continue;
       }
       const auto champ =

@@ -9,9 +9,12 @@
 namespace zuma::host {
 namespace {
 
-std::vector<std::string_view> Colonnes(const linux_::TableDuSchéma& table) {
+std::vector<std::string_view> Manquantes(const linux_::TableDuSchéma& table,
+                                         const Recordset& ligne) {
   std::vector<std::string_view> noms;
-  for (const linux_::ColonneDuSchéma& colonne : table.colonnes) noms.push_back(colonne.nom);
+  for (const linux_::ColonneDuSchéma& colonne : table.colonnes) {
+    if (Lue(ligne, colonne) == nullptr) noms.push_back(colonne.nom);
+  }
   return noms;
 }
 
@@ -23,7 +26,7 @@ struct Contrôles {
 
   void Prend(const linux_::TableDuSchéma& table, Recordset& lignes) {
     if (lignes.FinDeTable()) return;
-    ContrôleLesColonnes(table.nom, Colonnes(table), lignes, constats);
+    ContrôleLesColonnes(table.nom, Manquantes(table, lignes), lignes, constats);
     const LigneLue ligne(table.nom, lignes);
     for (; !lignes.FinDeTable(); lignes.MoveNext()) {
       relevé.Prend(ligne);

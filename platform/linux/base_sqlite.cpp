@@ -10,6 +10,8 @@
 namespace zuma::linux_ {
 namespace {
 
+using Problèmes = std::vector<BaseSqlite::Problème>;
+
 // A question to the file: one text a row, led by `titre`.
 struct Question {
   std::string_view titre;
@@ -31,23 +33,22 @@ constexpr std::array kQuestions{
              "WHERE sql LIKE 'CREATE VIRTUAL%'"},
 };
 
-void Répond(const ConnexionSqlite& connexion, const Question& question,
-            std::vector<std::string>& problèmes) {
+void Répond(const ConnexionSqlite& connexion, const Question& question, Problèmes& problèmes) {
   InstructionSqlite instruction(connexion, question.sql);
   while (instruction.Suivante()) {
     const Valeur texte = LitColonne(instruction.Brut(), 0, TypeColonne::Texte);
-    problèmes.push_back(std::string(question.titre) + VersTexte(texte));
+    problèmes.push_back({std::string(question.titre) + VersTexte(texte)});
   }
 }
 
 // SQLite fills a last page that is cut short with zeros and finds nothing wrong.
-void VérifieLaTaille(const ConnexionSqlite& connexion, std::vector<std::string>& problèmes) {
+void VérifieLaTaille(const ConnexionSqlite& connexion, Problèmes& problèmes) {
   InstructionSqlite instruction(connexion, "PRAGMA page_size");
   if (!instruction.Suivante()) return;
   const Valeur page = LitColonne(instruction.Brut(), 0, TypeColonne::Entier);
   const auto taille = std::filesystem::file_size(connexion.Chemin());
   if (taille % static_cast<std::uintmax_t>(VersEntier32(page)) != 0) {
-    problèmes.push_back("Fichier endommagé : tronqué à " + std::to_string(taille) + " octets");
+    problèmes.push_back({"Fichier endommagé : tronqué à " + std::to_string(taille) + " octets"});
   }
 }
 
@@ -80,19 +81,28 @@ void BaseSqlite::FinitLesLectures() noexcept {
   sqlite3_exec(connexion_->Brut(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-std::vector<std::string> BaseSqlite::ProblèmesDIntégrité() const {
+std::vector<BaseSqlite::Problème> BaseSqlite::ProblèmesDIntégrité() const {
   const ConnexionSqlite::LectureBornée borne(*connexion_);
-  std::vector<std::string> problèmes;
+  Problèmes problèmes;
+  // False once the time of the reading is over: no question behind it gets an answer.
   const auto demande = [&](std::string_view titre, auto&& question) {
     try {
       question();
     } catch (...) {
-      problèmes.push_back(std::string(titre) + EchecCourant(__LINE__).Description());
+      const Echec échec = EchecCourant(__LINE__);
+      if (échec.NuméroErreur() == static_cast<int>(Numéro::LectureInterrompue)) {
+        problèmes.push_back({"Fichier pas examiné jusqu'au bout : " + échec.Description(), false});
+        return false;
+      }
+      problèmes.push_back({std::string(titre) + échec.Description()});
     }
+    return true;
   };
-  demande("Taille du fichier : ", [&] { VérifieLaTaille(*connexion_, problèmes); });
+  if (!demande("Taille du fichier : ", [&] { VérifieLaTaille(*connexion_, problèmes); })) {
+    return problèmes;
+  }
   for (const Question& question : kQuestions) {
-    demande(question.titre, [&] { Répond(*connexion_, question, problèmes); });
+    if (!demande(question.titre, [&] { Répond(*connexion_, question, problèmes); })) break;
   }
   return problèmes;
 }

@@ -36,10 +36,15 @@ class BaseSqlite : public BaseDeDonnées {
   void DébuteLesLectures() override;
   void FinitLesLectures() noexcept override;
 
-  /// What is wrong with the file itself, one text a problem, empty when it is sound: damage,
-  /// references to rows that are gone, and what no database of this system has (triggers, views,
-  /// virtual tables). Reads the whole file.
-  [[nodiscard]] std::vector<std::string> ProblèmesDIntégrité() const;
+  /// Something about the file itself.
+  struct Problème {
+    std::string texte;
+    bool certain = true;  ///< false: the file was not looked at to its end
+  };
+  /// What is wrong with the file itself, empty when it is sound: damage, references to rows that
+  /// are gone, and what no database of this system has (triggers, views, virtual tables). Reads the
+  /// whole file, as far as the bounds of a reading allow.
+  [[nodiscard]] std::vector<Problème> ProblèmesDIntégrité() const;
 
  private:
   std::shared_ptr<ConnexionSqlite> connexion_;

@@ -36,6 +36,14 @@ bool ParcourueEntière(const ConnexionSqlite& connexion, const std::string& nom,
   return plan.starts_with("SCAN");
 }
 
+// Half a copy must not be read: what cannot be dropped goes with the transaction.
+void RetireOuAnnule(const ConnexionSqlite& connexion, const std::string& retire) noexcept {
+  const auto exécute = [&](const char* sql) {
+    return sqlite3_exec(connexion.Brut(), sql, nullptr, nullptr, nullptr);
+  };
+  if (exécute(retire.c_str()) != SQLITE_OK) exécute("ROLLBACK");
+}
+
 void Copie(ConnexionSqlite& connexion, const std::string& nom, std::string_view table,
            const std::vector<std::string_view>& colonnes) {
   constexpr std::string_view kDébut = "CREATE TABLE";
@@ -44,6 +52,7 @@ void Copie(ConnexionSqlite& connexion, const std::string& nom, std::string_view 
                              std::string(table) + "' COLLATE NOCASE");
   if (!définition.starts_with(kDébut)) return;
   définition.replace(0, kDébut.size(), "CREATE TEMP TABLE");
+  const std::string retire = "DROP TABLE IF EXISTS temp." + nom;
   connexion.Exécute(définition.c_str());
   try {
     connexion.Exécute(("INSERT INTO temp." + nom + " SELECT * FROM main." + nom).c_str());
@@ -54,7 +63,7 @@ void Copie(ConnexionSqlite& connexion, const std::string& nom, std::string_view 
               .c_str());
     }
   } catch (...) {
-    connexion.Exécute(("DROP TABLE temp." + nom).c_str());  // half a copy must not be read
+    RetireOuAnnule(connexion, retire);
     throw;
   }
 }
@@ -74,7 +83,10 @@ void CopieLesGrandesTables(ConnexionSqlite& connexion) {
       });
       if (!colonnes.empty()) Copie(connexion, nom, table.nom, colonnes);
     } catch (const Echec& échec) {
-      // A table that is missing, or that cannot be copied, is read where and as it stands.
+      // A table that is missing, or that cannot be copied, is read where and as it stands. Some
+      // failures end the transaction: a copy made after that would outlive it, hide the table of
+      // the file, and take the calibrations that are saved.
+      if (sqlite3_get_autocommit(connexion.Brut()) != 0) throw;
       if (échec.NuméroErreur() == static_cast<int>(Numéro::LectureInterrompue)) throw;
     }
   }

@@ -127,7 +127,7 @@ RecordsetSqlite::Ligne RecordsetSqlite::Relit(const std::string& table, const Va
     noms += (noms.empty() ? "" : ", ") + NomSql(colonnes_[i].origine);
     rangs.push_back(i);
   }
-  InstructionSqlite instruction(*connexion_, "SELECT " + noms + " FROM " + NomSql(table) +
+  InstructionSqlite instruction(*connexion_, "SELECT " + noms + " FROM main." + NomSql(table) +
                                                  " WHERE " + NomSql("Index") + "=?");
   instruction.Lie(1, index);
   if (!instruction.Suivante()) throw Echec(Numéro::LigneDisparue);
@@ -163,16 +163,18 @@ void RecordsetSqlite::ExigeLaLigneLue(const std::string& table, const Ligne& pr�
 }
 
 // A row that no longer held its sum does not get a new one: nobody has looked at what changed
-// there.
+// there. Nor does one of which not all columns are in hand: its sum would be that of a part.
 void RecordsetSqlite::SommeLaLigne(const std::string& table, const Valeur& index,
                                    Ligne& écrite) const {
   const auto somme = std::ranges::find_if(
       écrite, [&](const auto& champ) { return colonnes_[champ.first].nom == kColonneSomme; });
   if (somme == écrite.end() || !SommeTient(*this)) return;
+  const InstructionSqlite entière(*connexion_, "SELECT * FROM main." + NomSql(table));
+  if (écrite.size() != static_cast<std::size_t>(sqlite3_column_count(entière.Brut()))) return;
   std::vector<Champ> champs;
   for (const auto& [rang, valeur] : écrite) champs.push_back({colonnes_[rang].nom, valeur});
   somme->second = SommeDeContrôle(champs);
-  InstructionSqlite instruction(*connexion_, "UPDATE " + NomSql(table) + " SET " +
+  InstructionSqlite instruction(*connexion_, "UPDATE main." + NomSql(table) + " SET " +
                                                  NomSql(kColonneSomme) + "=? WHERE " +
                                                  NomSql("Index") + "=?");
   instruction.Lie(1, somme->second);
@@ -183,7 +185,8 @@ void RecordsetSqlite::SommeLaLigne(const std::string& table, const Valeur& index
 void RecordsetSqlite::EcritLaLigne() {
   const std::string table = colonnes_[brouillon_.begin()->first].table;
   const Valeur index = champs_[RangDeLIndex(table)].Value;
-  std::string sql = "UPDATE " + NomSql(table) + " SET ";
+  // Of the file, whatever stands before it under the same name.
+  std::string sql = "UPDATE main." + NomSql(table) + " SET ";
   for (const auto& [rang, valeur] : brouillon_) {
     if (colonnes_[rang].table != table) {
       Refuse(Numéro::BaseEnLectureSeule, "colonnes de deux tables en une écriture");

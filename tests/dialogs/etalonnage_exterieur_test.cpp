@@ -334,6 +334,10 @@ TEST_F(UnEtalonnage, NEcritQueCeQuiAEtéChangé) {
   EXPECT_EQ(Sql(R"(SELECT "Point 1 - Point"=1.0/3, "Point 2 - Unité", "Point 3 - Unité"=2.0/3,
                 "Point 3 - Point", "Nom affiché" FROM Capteur WHERE "Index"=7)"),
             "1|7.0|1|65536.0|Null|");
+  LaCommande().EtalonnageExterieur(&hôte);
+  fenêtres.commande->InsèreRangée(2);
+  fenêtres.commande->BtnOK();
+  EXPECT_EQ(Sql("SELECT \"Point 3 - Point\"=10000.0/3 FROM Commande WHERE \"Index\"=4"), "1|");
   LeCapteur().EtalonnageExterieur(&hôte);
   Tape(*fenêtres.capteur, 20, 0, "1");
   fenêtres.capteur->InsèreRangée(1);
@@ -449,6 +453,14 @@ TEST_F(UnEtalonnage, TientLaSommeDeContrôle) {
   EXPECT_EQ(étalonne("60003"), dits) << "nobody has looked at what changed";
   Sql("UPDATE Capteur SET \"Somme de contrôle\"=NULL");
   EXPECT_EQ(étalonne("60004"), dits.substr(28));
+
+  Sql("UPDATE Capteur SET \"Somme de contrôle\"=NULL");
+  const auto partie = linux_::BaseSqlite(fichier).OpenRecordset(
+      "SELECT [Index], [Nom affiché], [Somme de contrôle] FROM [Capteur]");
+  partie->Edit();
+  partie->Ecrit("Nom affiché", std::string("x"));
+  partie->Update();
+  EXPECT_EQ(Sql("SELECT count(\"Somme de contrôle\") FROM Capteur"), "0|") << "not that of a part";
 }
 
 // The record set stands on the row of another object: nothing is written.

@@ -61,7 +61,7 @@ const Cas kEtalonnages[] = {
      "a row of 0"},
     {"UPDATE Capteur SET [Point 4 - Unité]=120, [Point 4 - Point]=80000, [Point 1 - Unité]=-1, "
      "[Point 1 - Point]=-655 WHERE [Index]=1",
-     "Capteur", "1", "Point 3 - Unité", Erreur, "an empty row has rows behind it",
+     "Capteur", "1", "Point 3 - Unité", Avertissement, "an empty row has rows behind it",
      "0 for 0 points in row 3", "the empty ones behind"},
 };
 
@@ -124,9 +124,8 @@ const Cas kRenvois[] = {
     {"UPDATE [Liaison Chassis / Commande] SET Label='consigne 1' WHERE Commande=3",
      "Liaison Chassis / Commande", "(1, 3)", "Label", Avertissement, "differs from another name",
      "\"consigne 1\"", "\"Consigne 1\" as in row (1, 2)"},
-    {"ALTER TABLE [Liaison Chassis / Capteur] RENAME COLUMN Label TO label",
-     "Liaison Chassis / Capteur", "", "Label", Erreur, "the column is written otherwise",
-     "\"label\"", "\"Label\""},
+    {"ALTER TABLE Fonction RENAME COLUMN Temps TO temps", "Fonction", "", "Temps", Erreur,
+     "the column is written otherwise", "\"temps\"", "\"Temps\""},
 };
 
 void TrouveChacun(std::span<const Cas> tous) {
@@ -183,6 +182,18 @@ TEST(LesContrôles, LaissentCeQuiEstVoulu) {
            "UPDATE Capteur SET [Point 1 - Unité]=100, [Point 1 - Point]=1000, [Point 2 - Unité]=0,"
            "[Point 2 - Point]=0 WHERE [Index]=1",
            "UPDATE Capteur SET [Point 2 - Unité]=0, [Point 2 - Point]=0 WHERE [Index]=1",
+           // A row that the line through the others meets, wherever it stands.
+           "UPDATE Capteur SET [Point 1 - Unité]=50, [Point 1 - Point]=32768, [Point 2 - Unité]=0,"
+           "[Point 2 - Point]=0, [Point 3 - Unité]=100, [Point 3 - Point]=65536 WHERE [Index]=1",
+           // Thresholds of a sensor that has none.
+           "UPDATE Capteur SET [Recouvrement - Seuil bas %]=0, [Recouvrement - Seuil haut %]=0 "
+           "WHERE [Index]=1",
+           "UPDATE Capteur SET [Recouvrement - Seuil bas %]=5, [Recouvrement - Seuil haut %]=1 "
+           "WHERE [Index]=1",
+           // A column that is read by its name in whatever case.
+           "ALTER TABLE [Liaison Chassis / Capteur] RENAME COLUMN Label TO label",
+           // An on/off command: its logic outputs write, and may share a channel with it.
+           "UPDATE Commande SET Canal=1403 WHERE [Index]=5",
            // Two frames may drive one channel, each in its time.
            "UPDATE Commande SET Canal=2100 WHERE [Index]=3;"
            "UPDATE [Liaison Chassis / Commande] SET Chassis=2 WHERE Commande=3",

@@ -78,6 +78,7 @@ TEST(ChampCsv, RendUnNomInoffensif) {
       {"@F,G", "\"'@F,G\""},
       {"\t=F", "' =F"},
       {"\rF", "' F"},
+      {"C1 \xC2\x9B, \u202E\u2028 \xFF", "\"C1  ,    \uFFFD\""},
       {"", ""},
   };
   for (const auto& c : cas) EXPECT_EQ(host::ChampCsv(c.nom), c.champ);

@@ -30,6 +30,13 @@ TEST_F(LeProgramme, EcritUneBaseSaineEtNEcraseRien) {
       "the inputs on the first (ports 0 to 2)\nFrame 1: 10 boards, 21 blocks, "))
       << fin.sortie;
   EXPECT_TRUE(fin.sortie.ends_with(": no problem\n")) << fin.sortie;
+  // An older one lacks the columns that came later.
+  const Fin ancienne =
+      Lance({"check", Base("ALTER TABLE Carte DROP COLUMN [ModBus - Time-out];"
+                           "ALTER TABLE Canal DROP COLUMN [ModBus - Registre signé];"
+                           "ALTER TABLE Capteur DROP COLUMN [Age maximal (s)]")});
+  EXPECT_EQ(ancienne.code, 0);
+  EXPECT_EQ(ancienne.sortie, fin.sortie);
   fin = Lance({"check", base, "--json"});
   EXPECT_EQ(fin.code, 0);
   EXPECT_EQ(fin.sortie, "[]\n");
@@ -164,8 +171,9 @@ TEST_F(LeProgramme, DitChaqueProblèmeAvecSonLieu) {
        "(SELECT 1 UNION ALL SELECT x+1 FROM c) SELECT x AS [Index] FROM c",
        "data: table Carte: Table absente de la base de données"},
       {"DROP TABLE Commande", "Table absente de la base de données"},
-      {"ALTER TABLE Fonction DROP COLUMN Temps",
-       "data: table Fonction, column Temps: missing column: its default stays in place\n"},
+      {"ALTER TABLE WatchDog DROP COLUMN [Temps en seconde]",
+       "data: table WatchDog, column Temps en seconde: missing column: its objects cannot be "
+       "loaded\n"},
   };
   for (const auto& c : cas) {
     const Fin fin = Lance({"check", Base(c.sql), "--frame", c.chassis});

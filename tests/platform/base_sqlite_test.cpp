@@ -336,8 +336,8 @@ TEST_F(UneBase, NExécuteRienDeCeQueLeFichierContient) {
   EXPECT_EQ(Relit("Point 1 - Unité"), Valeur(0.0));
   const auto problèmes = base.ProblèmesDIntégrité();
   ASSERT_EQ(problèmes.size(), 2U);
-  EXPECT_NE(problèmes[0].find("déclencheur piège"), std::string::npos);
-  EXPECT_NE(problèmes[1].find("jamais lu : vue Vue"), std::string::npos);
+  EXPECT_NE(problèmes[0].texte.find("déclencheur piège"), std::string::npos);
+  EXPECT_NE(problèmes[1].texte.find("jamais lu : vue Vue"), std::string::npos);
 }
 
 // Nothing that a file holds keeps its reader for ever, nor takes all its memory.
@@ -372,6 +372,38 @@ TEST_F(UneBase, FinitDeLireQuoiQueLeFichierDemande) {
                                         }}});
   EXPECT_EQ(Echoue([&] { autre.OpenRecordset(kSansFin); }), 3059);
   EXPECT_EQ(Echoue([&] { autre.OpenRecordset("SELECT [Index] FROM [Capteur]"); }), 3059);
+  // Nor is a file that there was no time for a damaged one.
+  const auto problèmes = BaseSqlite(fichier, {.bornes = {.durée = {}}}).ProblèmesDIntégrité();
+  ASSERT_EQ(problèmes.size(), 1U);
+  EXPECT_FALSE(problèmes[0].certain) << problèmes[0].texte;
+}
+
+// However a copy ends, it ends the load with it: none outlives the transaction and takes, in the
+// place of the file, the calibration that is saved next.
+TEST_F(UneBase, EcritDansLeFichierAprèsUneCopieManquée) {
+  for (const char* table : {"Canal", "Capteur", "Commande"}) {
+    Autre((std::string("ALTER TABLE ") + table + " RENAME TO Vraie; CREATE TABLE " + table +
+           " AS SELECT * FROM Vraie; DROP TABLE Vraie; INSERT INTO " + table +
+           "([Index]) WITH RECURSIVE c(x) AS (SELECT 10 UNION ALL SELECT x+1 FROM c LIMIT 3000) "
+           "SELECT x FROM c")
+              .c_str());
+  }
+  static int regards;
+  bool jusquAuBout = false;
+  for (int coupé = 0; !jusquAuBout; ++coupé) {
+    ASSERT_LT(coupé, 1000);
+    regards = coupé;
+    BaseSqlite base(fichier, {.bornes = {.durée = std::chrono::hours(1), .interrompue = [] {
+                                           return regards-- == 0;  // that look alone
+                                         }}});
+    const int échec = Echoue([&] { base.DébuteLesLectures(); });
+    jusquAuBout = regards >= 0;
+    EXPECT_EQ(échec, jusquAuBout ? 0 : 3059) << coupé;
+    base.FinitLesLectures();
+    regards = -1;
+    EXPECT_EQ(Modifie(*Capteur(base, 7), "Point 1 - Point", Valeur(coupé + 1.0)), 0);
+    EXPECT_EQ(Relit("Point 1 - Point"), Valeur(coupé + 1.0)) << coupé;
+  }
 }
 
 // What a program that died in a save left is put right by whoever opens the file next, a reader
