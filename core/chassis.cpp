@@ -12,6 +12,10 @@ constexpr double kMicrosecondes = 1'000'000;
 }  // namespace
 
 Chassis::~Chassis() {
+  try {
+    LaPlateforme().échecs.Conclut(Erreur());
+  } catch (...) {  // a record that fails keeps no frame from its end
+  }
   Commandes_ = nullptr;
   // Sensors that were never sorted may keep each other.
   if (Capteurs_) {
@@ -111,7 +115,12 @@ void Chassis::DateLeDépart() {
   LaPlateforme().heureDePasse = Timer()->LitMicrosecondes() / kMicrosecondes;
   for (const CarteRef& carte : *Cartes()) {
     for (const FonctionRef& bloc : carte->LesFonctions()) {
-      for (const CanalRef& canal : bloc->LesCanaux()) canal->DateLeDépart();
+      const bool logique = bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctEntréesLogiques;
+      const double fréquence = logique ? mdblFréquenceEL : mdblFréquenceEA;
+      for (const CanalRef& canal : bloc->LesCanaux()) {
+        canal->RetientLAgeLimite(1 / fréquence);  // a rate of 0 is never due: no limit
+        canal->DateLeDépart();
+      }
     }
   }
 }

@@ -66,7 +66,8 @@ void détail::Signale(const Objet& objet, Forme forme, std::string_view nom, con
   // Held: who hears of the failure may let the object go, or give it another record.
   const Ref<ZED_Erreur> registre = objet.Erreur();
   Plateforme& plateforme = objet.LaPlateforme();
-  const SuiviDesEchecs::Signature signature{&objet, nom, échec.Ligne(), échec.NuméroErreur()};
+  const SuiviDesEchecs::Signature signature{registre.Brut(), &objet, nom, échec.Ligne(),
+                                            échec.NuméroErreur()};
   const bool suivi = registre && plateforme.échecs.enPasse;
   if (suivi && plateforme.échecs.Répète(signature, plateforme.heureDePasse)) return;
   const std::string message = Message(objet, forme, nom, Début(échec), échec.Ligne());

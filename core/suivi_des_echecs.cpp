@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <functional>
+#include <iterator>
 
 namespace zuma {
 namespace {
@@ -28,19 +30,31 @@ void SuiviDesEchecs::Retient(const Signature& signature, double heure, const std
 }
 
 void SuiviDesEchecs::Examine(double heure) {
-  const auto finie = [heure](const Suite& suite) { return heure - suite.dernier > kCalme; };
-  for (const Suite& suite : suites_) {
-    if (finie(suite) && suite.nombre > kIsolé) DitLaFin(suite);
-  }
-  std::erase_if(suites_, finie);
+  Dit("Plus d'échec depuis 10 s, après ", [heure](const Suite& suite) {
+    return heure - suite.dernier > kCalme || heure < suite.dernier;
+  });
 }
 
-void SuiviDesEchecs::DitLaFin(const Suite& suite) {
-  std::array<char, 64> durée{};
-  std::snprintf(durée.data(), durée.size(), "%.1f s", suite.dernier - suite.début);
-  suite.registre->AjouteErreur("Plus d'échec depuis 10 s, après " + std::to_string(suite.nombre) +
-                                   " en " + durée.data() + " : " + suite.message,
-                               TableVariables(1));
+void SuiviDesEchecs::Conclut(const Ref<ZED_Erreur>& registre) {
+  Dit("Echec qui durait encore, après ",
+      [&](const Suite& suite) { return suite.registre == registre; });
+}
+
+// Taken out first: a record may do anything when told, and fail again.
+template <class Finie>
+void SuiviDesEchecs::Dit(std::string_view début, Finie&& finie) {
+  const auto reste = std::ranges::stable_partition(suites_, std::not_fn(finie));
+  const std::vector<Suite> finies(std::make_move_iterator(reste.begin()),
+                                  std::make_move_iterator(reste.end()));
+  suites_.erase(reste.begin(), reste.end());
+  for (const Suite& suite : finies) {
+    if (suite.nombre == kIsolé) continue;
+    std::array<char, 64> durée{};
+    std::snprintf(durée.data(), durée.size(), "%.1f s", suite.dernier - suite.début);
+    suite.registre->AjouteErreur(std::string(début) + std::to_string(suite.nombre) + " en " +
+                                     durée.data() + " : " + suite.message,
+                                 TableVariables(1));
+  }
 }
 
 }  // namespace zuma

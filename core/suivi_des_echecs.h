@@ -16,8 +16,10 @@ class Objet;
 /// would flush everything else out of the record. Nothing costs anything while nothing fails.
 class SuiviDesEchecs {
  public:
-  /// What makes two failures the same: object, operation, place and number. Their words may differ.
+  /// What makes two failures the same: record, object, operation, place and number. Their words may
+  /// differ.
   struct Signature {
+    const ZED_Erreur* registre;
     const Objet* objet;
     std::string_view opération;
     int ligne;
@@ -34,8 +36,11 @@ class SuiviDesEchecs {
   /// The entry of a failure that is new, for its end.
   void Retient(const Signature& signature, double heure, const std::string& message,
                const Ref<ZED_Erreur>& registre);
-  /// Tells the end of what has not failed for ten seconds.
+  /// Tells the end of what has not failed for ten seconds. A time before that of a failure is of
+  /// another clock, and ends it too.
   void Examine(double heure);
+  /// Tells what still goes on in a record, and forgets it: its objects end.
+  void Conclut(const Ref<ZED_Erreur>& registre);
 
  private:
   struct Suite {
@@ -46,7 +51,8 @@ class SuiviDesEchecs {
     double dernier;
     std::uint64_t nombre;
   };
-  static void DitLaFin(const Suite& suite);
+  template <class Finie>
+  void Dit(std::string_view début, Finie&& finie);
 
   std::vector<Suite> suites_;
 };

@@ -121,6 +121,7 @@ void ChassisEnMarche::MetAuRepos() {
 // From inside a pass, on the way to the end of the process: what is still to be told is told here.
 void ChassisEnMarche::FinitAuRepos() {
   const std::size_t avant = recueil_->Problèmes().size();
+  machine_.Services().échecs.enPasse = false;  // each failure is told from here on
   MetAuRepos();
   for (std::size_t i = avant; i < recueil_->Problèmes().size(); ++i) {
     std::fprintf(stderr, "%s\n", Ligne(recueil_->Problèmes()[i]).c_str());

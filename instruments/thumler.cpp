@@ -135,7 +135,15 @@ void Thumler::EnvoieConsigne(Canal& canal) {
   EnvoiThumler("R");
 }
 
+// The process ends because of this drive, or of one like it: it gets its halt once more, and the
+// time that is left belongs to the others. A drive that is wedged holds each call for a second.
+void Thumler::FinitSansQuestion() {
+  if (!std::exchange(arrêtFinal_, true)) EnvoiThumler("H");
+  throw Echec(Numéro::ErreurDeLObjet, "Thumler : le programme se termine");
+}
+
 void Thumler::CommThumler(Carte& carte) {
+  if (matériel_.plateforme.fin && matériel_.plateforme.fin->EnCours()) FinitSansQuestion();
   Canal* canal = CanalDeConsigne(carte);
   if (canal != nullptr) EnvoieConsigne(*canal);
   muet_ = true;

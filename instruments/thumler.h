@@ -49,6 +49,7 @@ class Thumler : public Pilote {
   void Ecrit(std::string_view commande, std::int32_t purge);
   void Exige(std::int32_t état, std::string_view opération);
   [[noreturn]] void Arrête(std::string_view raison);
+  [[noreturn]] void FinitSansQuestion();
   void Attente(double microsecondes);
 
   Matériel matériel_;
@@ -56,8 +57,9 @@ class Thumler : public Pilote {
   std::int32_t poignée_ = 0;
   bool ouverte_ = false;
   std::int32_t dernièreConsigne_ = 0;
-  bool muet_ = false;    ///< the last question had no answer
-  bool tourne_ = false;  ///< the last answer told a speed
+  bool muet_ = false;        ///< the last question had no answer
+  bool arrêtFinal_ = false;  ///< given on the way to the end of the process
+  bool tourne_ = false;      ///< the last answer told a speed
   std::optional<double>
       heureDeLArrêt_;  ///< of the last "H", in microseconds; none before the first
 };

@@ -81,6 +81,8 @@ class FinDuProgramme {
   /// Ends the process; what a host does before that must take no longer than a stop. A test double
   /// may return or throw, and so may the service when asked again: the operation then fails.
   virtual void ArrêteLeProgramme(std::string_view raison) = 0;
+  /// The end was asked for, and the host is doing its last act.
+  [[nodiscard]] virtual bool EnCours() const { return false; }
 };
 
 }  // namespace zuma

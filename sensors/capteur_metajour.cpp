@@ -13,6 +13,7 @@ void Capteur::MetàJour() {
       *this, Forme::Méthode, "MetàJour",
       [&] {
         passe.chacun([&] { Rafraîchit(passe); });
+        if (CapteurSelectionne_) passe.chacun([&] { ContrôleLAge(); });
         passe.chacun.Termine();
       },
       [&](Variables& v) { RemplitLesVariables(v, passe); });
@@ -38,7 +39,6 @@ void Capteur::Rafraîchit(Passe& passe) {
       std::abs(mdblValeurCourante) < mdblSeuilDeLectureNonValide && !EtalonnageExterieurPossible_) {
     musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
   }
-  passe.chacun([&] { ContrôleLAge(); });
   if (AutoriseDétectionMaxi_ && genre_ != nullptr && genre_->extrêmes != nullptr) {
     genre_->extrêmes(*this);
   }
@@ -59,7 +59,6 @@ void Capteur::TientLaValeur(Passe& passe) {
   const double tenue = mdblValeurCourante;
   passe.chacun([&] { CalculeLaValeur(passe); });
   mdblValeurCourante = tenue;
-  passe.chacun([&] { ContrôleLAge(); });
 }
 
 bool Capteur::EntréeLAutorise() const {

@@ -101,7 +101,7 @@ void Canal::Résout() {
 
 // A channel without a driver of its own is read by that of its board. Slow slaves, whose board
 // gives them more time, make the walk over a bus longer.
-void Canal::RetientLAgeLimite() {
+void Canal::RetientLAgeLimite(double périodeDuChassis) {
   constexpr double kFacteur = 5;
   constexpr double kMillisecondes = 1000;
   constexpr double kMinimum = 1;  // seconds
@@ -109,12 +109,24 @@ void Canal::RetientLAgeLimite() {
   Carte* const carte = Parent() == nullptr ? nullptr : Parent()->Parent();
   if (driver == ENUM_DRIVER::DrvAucun && carte != nullptr) driver = carte->Driver_enm();
   const LigneDriver& ligne = LigneDuDriver(driver);
-  double période = ligne.période;
+  double période = std::max(ligne.période, périodeDuChassis);
   if (ligne.service == ServiceCarte::BusAvecSuivante && carte != nullptr && carte->Fonctions()) {
     const double tour = carte->Fonctions()->Count() * carte->TimeOutModbus() / kMillisecondes;
     période = std::max(période, tour);
   }
   âgeLimite_ = std::max(kMinimum, kFacteur * période);
+}
+
+Canal::Suite Canal::Regarde(double& durée) {
+  constexpr std::uint8_t kDite = 2;
+  if (!EstVieux()) {
+    durée = LaPlateforme().heureDePasse - heureAvantLaPerte_;
+    return std::exchange(regards_, std::uint8_t{0}) == kDite ? Suite::Retrouvée : Suite::Rien;
+  }
+  if (regards_ == kDite) return Suite::Rien;
+  heureAvantLaPerte_ = heureDeLecture_;
+  durée = Age();
+  return ++regards_ == kDite ? Suite::Perdue : Suite::Rien;
 }
 
 void Canal::Initialise() {

@@ -76,6 +76,11 @@ class Canal : public Objet {
   /// readings, and a second at least.
   [[nodiscard]] double AgeLimite() const { return âgeLimite_; }
   [[nodiscard]] bool EstVieux() const { return Age() > âgeLimite_; }
+  /// What has become of the readings since the last look.
+  enum class Suite : std::uint8_t { Rien, Perdue, Retrouvée };
+  /// For the frame, now and then. Told at the second look: one pass that waited long is no loss of
+  /// what it reads last. `durée` is the time without a reading, seconds.
+  [[nodiscard]] Suite Regarde(double& durée);
   /// False while the value is still the 0 of before the first reading.
   [[nodiscard]] bool EstLu() const { return lue_; }
 
@@ -145,6 +150,8 @@ class Canal : public Objet {
     DateLeDépart();
     lue_ = true;
   }
+  /// Settles `AgeLimite`; nothing is old before the refresh that reads it was due, seconds.
+  void RetientLAgeLimite(double périodeDuChassis = 0);
   /// Ages count from here.
   void DateLeDépart() { heureDeLecture_ = LaPlateforme().heureDePasse; }
   /// A level other than true was written since the last call: a driver that is looked at once a
@@ -183,14 +190,15 @@ class Canal : public Objet {
   void LitLigne(const Recordset& ligne, Valeur& vData);
   void LitDriver(const Recordset& ligne, Valeur& vData);
   void Résout();
-  void RetientLAgeLimite();
 
   std::int16_t mintGain = 0;
   std::int16_t mintNbLecture = 1;
   double mdblValeurCanal = 0;
   double heureDeLecture_ = 0;  ///< seconds
   bool lue_ = false;
-  double âgeLimite_ = 1;  ///< seconds
+  std::uint8_t regards_ = 0;      ///< looks at which the reading was old, two at most
+  double heureAvantLaPerte_ = 0;  ///< seconds
+  double âgeLimite_ = 1;          ///< seconds
   double valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN();
   std::string Nom_;
   std::int16_t NuméroCanal_ = 0;

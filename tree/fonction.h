@@ -180,11 +180,7 @@ class Fonction : public Objet {
   EchangeModbus Modbus_Echange_;
   EtatMETRO metro_;
   EtatSpider spider_;
-  struct Perte {
-    double depuis;  ///< instant of the last reading, seconds
-    bool dite;
-  };
-  std::optional<Perte> perte_;  ///< of its readings
+  std::int32_t annonces_ = 0;  ///< of readings lost and found
   std::string dernierCanal_;
   std::optional<std::uint32_t> motPrécédent_;
   PointeurSuivi<Carte> Parent_;

@@ -22,34 +22,48 @@ std::string Secondes(double durée) {
   return texte.data();
 }
 
-// The error indicator of a link is written by changes, and has no age.
-const Canal* LePlusVieux(const Canals& canaux) {
-  const Canal* vieux = nullptr;
-  for (const CanalRef& canal : canaux) {
-    if (canal->NuméroCanal() < 0 || !canal->EnService() || !canal->EstVieux()) continue;
-    if (vieux == nullptr || canal->Age() > vieux->Age()) vieux = canal.Brut();
+// What is told of the channels of a block at one look, in one entry.
+struct Annonce {
+  const Canal* premier = nullptr;
+  double durée = 0;
+  int autres = -1;
+
+  void Ajoute(const Canal& canal, double depuis) {
+    if (premier == nullptr) premier = &canal;
+    durée = std::max(durée, depuis);
+    ++autres;
   }
-  return vieux;
-}
+  [[nodiscard]] std::string Autres() const {
+    return autres > 0 ? " et " + std::to_string(autres) + " voie(s) de plus" : "";
+  }
+};
 
 }  // namespace
 
-// Told at the second look: one pass that waited long is no loss of what it reads last.
+// The error indicator of a link is written by changes, and has no age. Each entry bears a number:
+// a record may keep one text once, and the next loss would not be told.
 void Fonction::SurveilleSesLectures() {
   if (!EstUneEntrée(TypeDeFonction_) || !Enabled_ || !Canals_ || !Erreur()) return;
-  const Canal* vieux = LePlusVieux(*Canals_);
-  const double heure = LaPlateforme().heureDePasse;
-  if (vieux == nullptr) {
-    const auto perte = std::exchange(perte_, std::nullopt);
-    if (!perte || !perte->dite) return;
+  Annonce perdues;
+  Annonce retrouvées;
+  for (const CanalRef& canal : *Canals_) {
+    if (canal->NuméroCanal() < 0 || !canal->EnService()) continue;
+    double durée = 0;
+    const Canal::Suite suite = canal->Regarde(durée);
+    if (suite == Canal::Suite::Perdue) perdues.Ajoute(*canal, durée);
+    if (suite == Canal::Suite::Retrouvée) retrouvées.Ajoute(*canal, durée);
+  }
+  if (perdues.premier != nullptr) {
     Consigne(*this, Forme::Méthode, "MetàJour",
-             "Lectures du bloc " + Key() + " retrouvées après " + Secondes(heure - perte->depuis));
-  } else if (!perte_) {
-    perte_ = Perte{heure - vieux->Age(), false};
-  } else if (!std::exchange(perte_->dite, true)) {
-    Consigne(
-        *this, Forme::Méthode, "MetàJour",
-        "Lectures perdues : aucune de '" + vieux->Nom() + "' depuis " + Secondes(vieux->Age()));
+             "Lectures perdues : aucune de '" + perdues.premier->Nom() + "'" + perdues.Autres() +
+                 " depuis " + Secondes(perdues.durée) + " (n° " + std::to_string(++annonces_) +
+                 ")");
+  }
+  if (retrouvées.premier != nullptr) {
+    Consigne(*this, Forme::Méthode, "MetàJour",
+             "Lectures de '" + retrouvées.premier->Nom() + "'" + retrouvées.Autres() +
+                 " retrouvées après " + Secondes(retrouvées.durée) + " (n° " +
+                 std::to_string(++annonces_) + ")");
   }
 }
 

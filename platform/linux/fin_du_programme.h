@@ -36,6 +36,7 @@ class FinDuProgrammeLinux final : public FinDuProgramme {
     }
     std::_Exit(EXIT_FAILURE);
   }
+  [[nodiscard]] bool EnCours() const override { return finit_; }
 
  private:
   Ref<ZED_Erreur> registre_;

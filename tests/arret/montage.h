@@ -37,10 +37,12 @@ class MachineÀLEcoute : public host::Machine {
   }
   double AvanceJusquA(double secondes) override { return sim.AvanceJusquA(secondes); }
   std::string_view Fini() const override { return sim.fin.raison; }
+  void AvantLaFin(const std::function<void()>& geste) override { avantLaFin = geste; }
   sim::MachineSimulée* Jumelle() override { return &sim; }
 
   sim::MachineSimulée sim;
   essai::FenêtresDEssai fenêtres;
+  std::function<void()> avantLaFin;        ///< what a real process does before it is gone
   std::function<void()> avantLeDépart;     ///< the twins are plugged, the boards not started
   std::function<void()> pendantUnSommeil;  ///< called once, in the next sleep of the library
   std::function<void()> àChaqueLecture;    ///< called at each read of the time, in passes too

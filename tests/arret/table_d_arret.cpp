@@ -294,9 +294,19 @@ bool FinitAuRepos(const Sortie& sortie, bool exigée) {
                            .début = 0,
                            .fin = m.DepuisLeDépart() + kLiensMorts}};
   m.machine.AvanceJusquA(m.DepuisLeDépart());
-  if (exigée) m.machine.Services().fin->ArrêteLeProgramme("Essai");
-  m.marche.reset();
-  return sortie.auRepos(m);
+  if (!exigée) {
+    m.marche.reset();
+    return sortie.auRepos(m);
+  }
+  bool dansUnePasse = false;
+  m.machine.àChaqueLecture = [&] {
+    m.machine.àChaqueLecture = nullptr;
+    dansUnePasse = true;
+    m.machine.Services().fin->ArrêteLeProgramme("Essai");
+    m.machine.avantLaFin();
+  };
+  m.Passe(kPasCalme);
+  return dansUnePasse && sortie.auRepos(m);
 }
 
 std::string EnLong(const Verdict& v) {

@@ -23,11 +23,12 @@ class Ampli : public BibliothèqueSpider {
   }
   std::int32_t S8_MeasOneVal() override {
     ++mesures;
-    return kRéussi;
+    return résultat;
   }
   void S8_CloseDevice() noexcept override {}
   void S8_ClosePort() noexcept override {}
   int mesures = 0;
+  std::int32_t résultat = kRéussi;
 };
 
 // Logic inputs and outputs that do.
@@ -66,6 +67,9 @@ class UnePasse : public testing::Test, public essai::Banc {
                       {0}, timer, registre)
         ->Initialise();
   }
+  void Passent(double durée) {
+    for (const double fin = heure + durée; heure < fin; heure += 0.01) Passe(heure);
+  }
   void Passe(double secondes) {
     timer->heure = secondes * 1e6;
     chassis.MetàJour();
@@ -75,6 +79,7 @@ class UnePasse : public testing::Test, public essai::Banc {
   Chassis chassis{plateforme};
   CarteRef simple = AjouteCarte("0", "");
   int blocsSimples = 0;
+  double heure = 10;
 };
 
 TEST_F(UnePasse, SertChaqueTypeASonRythme) {
@@ -141,26 +146,41 @@ TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
 // A failure that comes again on each pass would flush all others out of the record.
 TEST_F(UnePasse, DitUneFoisUnEchecQuiDureEtSaFin) {
   AjouteBloc("Entrée Analogique", "DrvModBus");  // it has no line
-  double heure = 10;
-  const auto passent = [&](double durée) {
-    for (const double fin = heure + durée; heure < fin; heure += 0.01) Passe(heure);
-  };
-  passent(60);
+  Passent(60);
   ASSERT_EQ(registre->entrées.size(), 2U);
   EXPECT_TRUE(registre->entrées[1].message.starts_with("Lectures perdues : aucune de 'c' depuis "));
   const std::string échec = registre->entrées[0].message;
   EXPECT_TRUE(échec.starts_with("Erreur N°91 (")) << échec;
   simple->Fonctions()->Remove("1");
-  passent(9);
+  Passent(9);
   EXPECT_EQ(registre->entrées.size(), 2U);
-  passent(2);
+  Passent(2);
   ASSERT_EQ(registre->entrées.size(), 3U);
   const std::string& fin = registre->entrées[2].message;
   EXPECT_TRUE(fin.starts_with("Plus d'échec depuis 10 s, après 59")) << fin;
   EXPECT_TRUE(fin.ends_with(" : " + échec)) << fin;
   AjouteBloc("Entrée Analogique", "DrvModBus");
-  passent(0.4);
+  Passent(0.4);
   EXPECT_EQ(registre->entrées.size(), 4U) << "another outage is told";
+}
+
+TEST_F(UnePasse, DitChaquePerteDeLecturesEtSaFin) {
+  AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
+  for (const std::size_t n : {1U, 3U}) {
+    ampli.résultat = 1;
+    Passent(3);
+    ASSERT_EQ(registre->entrées.size(), n);
+    ampli.résultat = BibliothèqueSpider::kRéussi;
+    Passent(1);
+    ASSERT_EQ(registre->entrées.size(), n + 1);
+  }
+  EXPECT_NE(registre->entrées[0].message, registre->entrées[2].message) << "kept once by a record";
+  registre->entrées.clear();
+  chassis.FréquenceEA(0.2);
+  timer->heure = heure * 1e6;
+  chassis.Initialise();
+  Passent(21);
+  EXPECT_TRUE(registre->entrées.empty()) << "nothing is old before it is due";
 }
 
 class UnBus : public UnePasse {

@@ -103,7 +103,8 @@ TEST_F(UnSpider, RemplitLesCanauxDeSaCarteQuandLHôteLaRafraîchit) {
   }
   EXPECT_EQ(lib.mesures, 0) << "the pass refreshes the blocks, never the board";
   ASSERT_EQ(registre->entrées.size(), 1U) << "and the host does not either";
-  EXPECT_TRUE(registre->entrées[0].message.starts_with("Lectures perdues : aucune de 'c' depuis "));
+  EXPECT_TRUE(registre->entrées[0].message.starts_with(
+      "Lectures perdues : aucune de 'c' et 1 voie(s) de plus"));
   carte->MetàJour();
   EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(3))->ValeurCanal(), -2.5);
   EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(10))->ValeurCanal(), 0) << "above the count";
