@@ -1,4 +1,6 @@
 // Balances and indicators that send unasked, each read by a channel on the line of its block.
+#include <cmath>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -100,9 +102,11 @@ void LitJADEVER(Canal& canal) {
     écoute.Recommence();
     return;
   }
-  double valeur = canal.ValeurCanal();
+  constexpr double kSansNombre = std::numeric_limits<double>::quiet_NaN();  // an overload
+  double valeur = kSansNombre;
   const std::size_t avant = tampon.reçu.size();
-  if (trames_serie::DecortiqueJADEVER(tampon.reçu, valeur, valeur)) canal.ValeurCanal(valeur);
+  const bool trouvée = trames_serie::DecortiqueJADEVER(tampon.reçu, valeur, kSansNombre);
+  if (trouvée && std::isfinite(valeur)) canal.ValeurCanal(valeur);
   if (tampon.reçu.size() < avant) tampon.entamé = false;
 }
 

@@ -146,14 +146,13 @@ void RafraîchitMETRO(Fonction& bloc) {
   for (const CanalRef& canal : bloc.LesCanaux()) {
     if (auto* entrée = Entrée(table, *canal)) *entrée = canal->ValeurCanal();
   }
-  bool mesurée = false;
-  const bool fini =
-      trames_serie::Decortique_METRO(état.tampon, état.Metro_CanalActif, table, &mesurée);
+  trames_serie::JaugesLues lues;
+  const bool fini = trames_serie::Decortique_METRO(état.tampon, état.Metro_CanalActif, table, lues);
   for (const CanalRef& canal : bloc.LesCanaux()) {
     const auto* entrée = Entrée(table, *canal);
     if (entrée == nullptr || !*entrée) continue;
     canal->TientValeurCanal(**entrée);
-    if (mesurée) canal->DateLaLecture();
+    if (lues[static_cast<std::size_t>(canal->NuméroCanal())]) canal->DateLaLecture();
   }
   if (fini || état.Metro_Temps + kRelance < maintenant) DemandeMETRO(bloc, maintenant);
 }

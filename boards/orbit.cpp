@@ -1,5 +1,6 @@
 #include "boards/orbit.h"
 
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -71,22 +72,28 @@ void orbit::RafraîchitBloc(Fonction& bloc) {
 }
 
 // A failed reading counts as the last good one, so that a mean never takes in a 0 that no probe
-// gave. Once the reconnection has left the channel out of service its module is not asked again:
-// each attempt would hold the pass for another half second.
+// gave; without any good one there is no mean, and the value keeps its age. Once the reconnection
+// has left the channel out of service its module is not asked again: each attempt would hold the
+// pass for another half second.
 void orbit::LitCanal(Canal& canal) {
   RéseauOrbit& réseau = *canal.LaPlateforme().orbit;
   double dernière = canal.ValeurCanal() * kPleineEchelleOrbit / kPleineEchelle;
+  bool lue = false;
+  std::int32_t reste = canal.NbLecture();
+  const auto convertit = [&] {
+    std::int32_t compte = 0;
+    if (réseau.OrbitRead1(kRéseau, NuméroDeModule(canal), compte) == RéseauOrbit::kEchecDeLecture) {
+      Reconnecte(canal);
+    } else {
+      dernière = compte;
+      lue = true;
+    }
+  };
   canal.LitMoyenne(
       [&](std::int16_t&) {
-        if (!canal.EnService()) return dernière;
-        std::int32_t compte = 0;
-        if (réseau.OrbitRead1(kRéseau, NuméroDeModule(canal), compte) ==
-            RéseauOrbit::kEchecDeLecture) {
-          Reconnecte(canal);
-        } else {
-          dernière = compte;
-        }
-        return dernière;
+        if (canal.EnService()) convertit();
+        const bool aucune = --reste == 0 && !lue;
+        return aucune ? std::numeric_limits<double>::quiet_NaN() : dernière;
       },
       kPleineEchelleOrbit);
 }

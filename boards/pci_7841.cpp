@@ -259,13 +259,14 @@ void RafraîchitBloc26(Fonction& bloc) {
   const Canal& premier = **canaux.begin();
   auto& pilote = bloc.PiloteDe<PCI7841B>();
   auto port = pilote.Port(premier.HandlePort());
-  const auto positions = regles_mts::LireToutesPositions(
-      port, premier.PositionID(), pilote.LaRègle(premier.HandlePort(), premier.PositionID()).bloc);
+  auto& règle = pilote.LaRègle(premier.HandlePort(), premier.PositionID()).bloc;
+  const auto positions = regles_mts::LireToutesPositions(port, premier.PositionID(), règle);
   if (!positions) return;
   std::size_t rang = 0;
   for (const CanalRef& canal : canaux) {
     if (rang >= positions->size()) throw Echec(Numéro::AppelIncorrect);
-    canal->ValeurCanal((*positions)[rang++]);
+    canal->TientValeurCanal((*positions)[rang++]);
+    if (règle.reçue) canal->DateLaLecture();
   }
 }
 

@@ -248,6 +248,7 @@ std::int32_t LireRègleMulti(PortRègles& port, std::int16_t positionID, int aim
 std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positionID,
                                          LectureBloc& état) {
   Mémoire& m = état.mémoire;
+  état.reçue = false;
   m.q1 = m.c1;
   m.q2 = m.c2;
   TrameCAN trame;
@@ -259,6 +260,7 @@ std::optional<Paire> LireToutesPositions(PortRègles& port, std::int16_t positio
       m.c1 = lues->front();
       m.c2 = lues->back();
       FiltreBloc(m);
+      état.reçue = true;
     }
   } else if (état.heure && port.Maintenant() - *état.heure <= kRelance) {
     return {};

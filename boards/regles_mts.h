@@ -174,6 +174,7 @@ struct LectureSimple {
 struct LectureBloc {
   Mémoire mémoire;
   std::optional<double> heure;  ///< of the last request, microseconds
+  bool reçue = false;           ///< the last read took a frame of the ruler
 };
 /// The two filtered positions; none while no frame came. Never waits: a ruler that is silent is
 /// asked again every 200 milliseconds.

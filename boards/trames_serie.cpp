@@ -146,13 +146,15 @@ bool DecortiqueJADEVER(Octets& texte, double& valeur, double gardée) {
   return true;
 }
 
-bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table, bool* mesurée) {
+bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table, JaugesLues& lues) {
+  lues.reset();
   while (const auto ligne = ProchaineLigne(texte, kSimple)) {
     const LigneMETRO lue = DécodeLigne(*ligne, kSimple);
-    if (lue.mesure) table[static_cast<std::size_t>(lue.canal)] = lue.valeur;
-    if (mesurée != nullptr) *mesurée = *mesurée || (lue.mesure && lue.valeur);
+    const auto numéro = static_cast<std::size_t>(lue.canal);
+    if (lue.mesure) table[numéro] = lue.valeur;
+    if (lue.mesure) lues[numéro] = lue.valeur.has_value();
     if (texte.empty()) return false;
-    if (lue.canal == canalActif && table[static_cast<std::size_t>(lue.canal)]) return true;
+    if (lue.canal == canalActif && table[numéro]) return true;
   }
   return false;
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <tuple>
 
 #include "core/valeur.h"
 
@@ -35,13 +37,15 @@ bool DecortiqueJADEVER(Octets& texte, double& valeur, double gardée);
 
 /// Values of the gauges by channel number, from 1; none for a gauge that gave none.
 using TableMETRO = std::array<std::optional<double>, 33>;
+/// The gauges that gave a value, by channel number.
+using JaugesLues = std::bitset<std::tuple_size_v<TableMETRO>>;
 
 /// Walks the lines of a METRO link: channel in character 1, code in 3 and 4, value in 6 to 15. A
 /// line of code "MW" gives its value to the table, "#" and anything that is no number giving none.
 /// True at a line of the active channel, whose value is known, with more behind it: what is left
 /// stays in `texte`. The last line gives its value too, but nothing says yet that the frame ended.
-bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table,
-                      bool* mesurée = nullptr);
+/// `lues` tells the gauges whose value in the table is of this call.
+bool Decortique_METRO(Octets& texte, std::int32_t canalActif, TableMETRO& table, JaugesLues& lues);
 
 /// The same for the multiplexer, which answers one line for each request: code in characters 2 and
 /// 3, value in 14 to 23. True on an answer that gave a value.

@@ -28,7 +28,8 @@ void Balances(std::string_view texte) {
 void Jauges(std::string_view texte, std::int32_t actif) {
   Octets reste(texte);
   TableMETRO table;
-  const bool fini = Decortique_METRO(reste, actif, table);
+  JaugesLues lues;
+  const bool fini = Decortique_METRO(reste, actif, table, lues);
   Exige(!fini || table[static_cast<std::size_t>(actif)].has_value(), "METRO sans valeur");
   Exige(!fini || !reste.empty(), "METRO fini sans suite");
   Exige(texte.ends_with(reste), "METRO reste");

@@ -77,12 +77,25 @@ std::uint16_t Mot(const Canal& canal, const Ecriture& écriture) {
 struct Demande {
   std::int32_t registre;
   Valeurs données;
+  Poursuite impossibles;  ///< the channels without a value that goes
 };
+
+// Hazard: a set point that cannot go must not hold up the stops of the others. Its place takes 0.
+void AjouteAuBloc(Demande& demande, SortiesEnvoyées& sorties, const CanalRef& canal,
+                  const Ecriture& écriture) {
+  std::uint16_t mot = 0;
+  if (demande.impossibles([&] { mot = Mot(*canal, écriture); })) {
+    sorties.Ajoute(canal);
+  } else {
+    sorties.AjouteSansValeur(canal);
+  }
+  demande.données.Ajoute(mot);
+}
 
 // A write of one channel goes to the place that the channel's number tells; a write of all lays
 // them side by side, in the order of their numbers.
 Demande DemandeDe(const Fonction& bloc, SortiesEnvoyées& sorties) {
-  Demande demande{.registre = bloc.ModbusRegistreDeDepart(), .données = {}};
+  Demande demande{.registre = bloc.ModbusRegistreDeDepart(), .données = {}, .impossibles = {}};
   const Ecriture* écriture = EcritureDe(bloc);
   if (écriture == nullptr) {
     sorties.Vide();
@@ -94,10 +107,9 @@ Demande DemandeDe(const Fonction& bloc, SortiesEnvoyées& sorties) {
     }
   } else {
     sorties.Vide();
-    PourChaqueCanal(bloc, [&](const CanalRef& canal) {
-      demande.données.Ajoute(Mot(*canal, *écriture));
-      sorties.Ajoute(canal);
-    });
+    for (const CanalRef& canal : bloc.LesCanaux()) {
+      if (EstVoie(canal)) AjouteAuBloc(demande, sorties, canal, *écriture);
+    }
   }
   return demande;
 }
@@ -148,13 +160,14 @@ bool EstLaissé(Fonction& bloc, ZED_LiaisonSerie& liaison) {
   return laissé && !échange.sorties.ArrêtDonné();
 }
 
-void Envoie(Fonction& bloc) {
+// What could not go is told by the caller, once the rest has left.
+Poursuite Envoie(Fonction& bloc) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   const LiaisonSérieRef liaison = bloc.RS();
   if (bloc.Parent() != nullptr) {
     (void)bloc.Parent()->Reprise().Ouverte(*liaison, *bloc.LeTimer());
   }
-  if (EstLaissé(bloc, *liaison)) return;
+  if (EstLaissé(bloc, *liaison)) return {};
   const Demande demande = DemandeDe(bloc, échange.sorties);
   OutilsModbus::ConstruitQuestion(bloc.ModbusAdresse(), bloc.ModbusFonction(), demande.registre,
                                   bloc.LesCanaux().Count() - 1, demande.données.Toutes(),
@@ -165,6 +178,7 @@ void Envoie(Fonction& bloc) {
   liaison->EcritPort(échange.question);
   bloc.RafraichissementEnCours(true);
   échange.heureDEnvoi = bloc.LeTimer()->LitMicrosecondes();
+  return demande.impossibles;
 }
 
 double Logique(bool vrai) {
@@ -314,7 +328,9 @@ void Rafraîchit(Fonction& bloc) {
   if (bloc.RafraichissementEnCours()) {
     ChercheRéponse(bloc);
   } else {
-    SurLaLigne(bloc, [&] { Envoie(bloc); });
+    Poursuite impossibles;
+    SurLaLigne(bloc, [&] { impossibles = Envoie(bloc); });
+    impossibles.Termine();
   }
 }
 

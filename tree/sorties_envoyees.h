@@ -18,6 +18,9 @@ class SortiesEnvoyées {
   void Vide() noexcept { envois_.clear(); }
   /// Takes the channel with the value that it holds, for a write of all.
   void Ajoute(const CanalRef& canal) { envois_.push_back({canal, canal->ValeurCanal(), true}); }
+  /// The same for a channel whose place in the write takes a value that is not its own: from then
+  /// on it counts as reached by none.
+  void AjouteSansValeur(const CanalRef& canal) { envois_.push_back({.canal = canal, .enRoute = true}); }
   /// Knows the channels of `canaux` that `estSortie` admits, for writes of one each.
   template <class Canaux, class Filtre>
   void Suit(const Canaux& canaux, Filtre&& estSortie) {

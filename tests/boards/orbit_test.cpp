@@ -94,9 +94,12 @@ TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
 
   réseau.Débranche("A0");
   Le(0).NbLecture(10);
+  plateforme.heureDePasse = 100;
   EXPECT_LT(Passe(30), 510'000) << "one reconnection for a module that is gone";
   EXPECT_FALSE(Le(0).EnService());
   EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "its value stays";
+  EXPECT_EQ(Le(0).Age(), 100) << "and is not of now";
+  EXPECT_EQ(Le(2).Age(), 0);
   EXPECT_EQ(registre->entrées.size(), 2U) << "each of the two that were refused, once";
   EXPECT_TRUE(registre->Contient("Module Orbit 'A0' refusé"));
 }

@@ -340,6 +340,15 @@ TEST_F(SurLeCAN, LitDeuxAimantsEnUnBloc) {
   }
   EXPECT_NEAR(static_cast<double>(demandes() - avant), 5, 1) << "every 200 ms while it is silent";
   EXPECT_EQ(Le(bloc, 0).ValeurCanal(), 50000) << "the values stay";
+  plateforme.heureDePasse = 100;
+  for (const TrameCAN& vaine :
+       {TrameCAN{.identifiant = 0x555, .nombre = 8}, TrameCAN{.identifiant = 0x1A1, .nombre = 2}}) {
+    bus.Emet(vaine, 0);
+    horloge->Avance(1000);
+    bloc->MetàJour();
+    EXPECT_EQ(Le(bloc, 0).Age(), 100) << "a frame without a position is no reading";
+    EXPECT_EQ(Le(bloc, 0).ValeurCanal(), 50000);
+  }
   règle->muette = false;
   règle->aimants = {51000, 300000};
   horloge->Avance(250'000);
@@ -348,6 +357,7 @@ TEST_F(SurLeCAN, LitDeuxAimantsEnUnBloc) {
   bloc->MetàJour();
   EXPECT_EQ(Le(bloc, 0).ValeurCanal(), 51000);
   EXPECT_EQ(Le(bloc, 1).ValeurCanal(), 300000);
+  EXPECT_EQ(Le(bloc, 1).Age(), 0);
   EXPECT_TRUE(registre->entrées.empty());
 }
 

@@ -112,14 +112,16 @@ TEST(TramesSérie, METRO) {
   for (const auto& c : cas) {
     Octets texte = c.texte;
     TableMETRO table;
-    EXPECT_EQ(Decortique_METRO(texte, 1, table), c.finie) << c.pourquoi;
+    JaugesLues lues;
+    EXPECT_EQ(Decortique_METRO(texte, 1, table, lues), c.finie) << c.pourquoi;
     EXPECT_EQ(table[1], c.v1) << c.pourquoi;
     EXPECT_EQ(table[2], c.v2) << c.pourquoi;
     EXPECT_EQ(texte, c.reste) << c.pourquoi;
   }
   Octets texte = une + "\r\n";
   TableMETRO table;
-  EXPECT_TRUE(Decortique_METRO(texte, 1, table));
+  JaugesLues lues;
+  EXPECT_TRUE(Decortique_METRO(texte, 1, table, lues));
   texte = "3MW 000000000+0001.2500 mm \r\n";
   std::int32_t canal = 0;
   double valeur = 0;
@@ -181,10 +183,13 @@ TEST_F(UneLigneSérie, LitLesBalances) {
     const char* driver;
     Ref<sim::BalanceSimulée> balance;
     double poids;
+    const char* surcharge;
   } cas[] = {
-      {"RS232 - Balance LRPC 31", Crée<sim::BalanceLRPC31Simulée>(*horloge), -12.345},
-      {"RS232 - Indicateur DEXAL", Crée<sim::IndicateurDEXALSimulé>(*horloge), -12.34},
-      {"RS232 - Balance JADEVER", Crée<sim::BalanceJADEVERSimulée>(*horloge), -12.345},
+      {"RS232 - Balance LRPC 31", Crée<sim::BalanceLRPC31Simulée>(*horloge), -12.345, "+99999"},
+      {"RS232 - Indicateur DEXAL", Crée<sim::IndicateurDEXALSimulé>(*horloge), -12.34,
+       "\2SOVERLOA"},
+      {"RS232 - Balance JADEVER", Crée<sim::BalanceJADEVERSimulée>(*horloge), -12.345,
+       "S/N:0001 N.W.: OL\r\n"},
   };
   for (const auto& c : cas) {
     sim::LigneSérie& ligne = liaisons.Attache(3, c.balance);
@@ -216,6 +221,12 @@ TEST_F(UneLigneSérie, LitLesBalances) {
     c.balance->poids = 8.25;
     Passe(250);
     EXPECT_NEAR(canal.ValeurCanal(), 8.25, 1e-9) << c.driver << ": comes back";
+    c.balance->trameForcée = c.surcharge;
+    Passe(50);
+    plateforme.heureDePasse += 100;
+    Passe(250);
+    EXPECT_NEAR(canal.ValeurCanal(), 8.25, 1e-9) << c.driver;
+    EXPECT_EQ(canal.Age(), 100) << c.driver << ": no weight is no reading";
     registre->entrées.clear();
     carte.Fonctions()->Remove("1");
   }
@@ -281,7 +292,7 @@ TEST_F(UneLigneSérie, LitUneJaugeMETRO) {
   const auto jauges = Crée<sim::METROSimulé>(*horloge, false);
   jauges->jauges = {{3, 1.25}};
   sim::LigneSérie& ligne = liaisons.Attache(3, jauges);
-  const FonctionRef bloc = Bloc("Drv METRO RS232", {3});
+  const FonctionRef bloc = Bloc("Drv METRO RS232", {3, 1});
   Démarre();
   Canal& canal = *bloc->Canals()->Item(essai::CléDuCanal(3));
   EXPECT_TRUE(bloc->Enabled());
@@ -289,6 +300,8 @@ TEST_F(UneLigneSérie, LitUneJaugeMETRO) {
   jauges->demandes.clear();
   Passe(100);
   EXPECT_EQ(canal.ValeurCanal(), 1.25);
+  EXPECT_TRUE(canal.EstLu());
+  EXPECT_FALSE(bloc->Canals()->Item(essai::CléDuCanal(1))->EstLu()) << "of the line of another";
   EXPECT_NEAR(static_cast<double>(jauges->demandes.size()), 10, 2) << "ten times a second";
   jauges->suite = "OK";
   jauges->jauges[3] = -7.5;

@@ -134,11 +134,33 @@ TEST_F(UneCarteModbus, EcritLesSorties) {
     carte.Fonctions()->Remove("1");
     carte.FonctionSuivante({});
   }
-  const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0});
-  Démarre();
-  consignes->Canals()->Item("10")->ValeurCanal(70000);
-  Passe(4);
-  EXPECT_TRUE(registre->Contient("Erreur N°6 "));  // a set point out of a register is told
+  // A set point out of a register, which is told, goes as 0 and holds up none of the others.
+  for (const double impossible : {70000.0, std::numeric_limits<double>::quiet_NaN()}) {
+    const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0, 1});
+    const CanalRef fausse = consignes->Canals()->Item("10");
+    const CanalRef autre = consignes->Canals()->Item("11");
+    registre->entrées.clear();
+    fausse->ValeurCanal(9);
+    autre->ValeurCanal(9);
+    Démarre();
+    Passe(80);
+    ASSERT_TRUE(fausse->Atteint() && autre->Atteint());
+    fausse->ValeurCanal(impossible);
+    autre->ValeurCanal(0);
+    Passe(10);
+    EXPECT_TRUE(registre->Contient("Erreur N°6 "));
+    EXPECT_EQ(esclave->registres[200], 0);
+    EXPECT_EQ(esclave->registres[201], 0);
+    EXPECT_TRUE(autre->Atteint());
+    EXPECT_FALSE(fausse->Atteint());
+    EXPECT_EQ(Lues(consignes, {-1}), Points{0});
+    fausse->ValeurCanal(9);
+    EXPECT_FALSE(fausse->Atteint()) << "the slave holds 0";
+    Passe(10);
+    EXPECT_TRUE(fausse->Atteint());
+    carte.Fonctions()->Remove("1");
+    carte.FonctionSuivante({});
+  }
 }
 
 // One coil or register a write: a stop comes before the turns of the others, and one output that
