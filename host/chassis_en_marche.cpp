@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kRepos = 0.5;         // seconds
 constexpr double kReposAuPlus = 1.5;   // seconds: a tester sends its stop again each second
+constexpr double kReposMaximum = 15;   // seconds: the same on a bus of slow slaves
 constexpr double kPasDuRepos = 0.001;  // seconds
 
 // Its outputs leave with exchanges, over several steps.
@@ -27,6 +28,19 @@ bool EstLaissée(const Carte& carte) {
   const LigneDriver& ligne = LigneDuDriver(carte.Driver_enm());
   return ligne.service == ServiceCarte::ParFonction && ligne.carte != nullptr &&
          ligne.carte->rafraîchit != nullptr;
+}
+
+// A slave that is silent holds its bus for the whole time-out, and a stop behind it must still get
+// its turn, and one more.
+double ReposAuPlus(const std::vector<CarteRef>& pilotées) {
+  constexpr double kTours = 2;
+  constexpr double kMillisecondes = 1000;
+  double plusLong = kReposAuPlus;
+  for (const CarteRef& carte : pilotées) {
+    const double tour = carte->LesFonctions().Count() * carte->TimeOutModbus() / kMillisecondes;
+    plusLong = std::max(plusLong, kTours * tour);
+  }
+  return std::min(plusLong, kReposMaximum);
 }
 
 }  // namespace
@@ -129,7 +143,7 @@ void ChassisEnMarche::FinitAuRepos() {
 }
 
 // One step of a bus is not the write of its last block: each gets its turn, within half a second.
-// What was not confirmed by then gets the time in which it is sent again.
+// What was not confirmed by then gets the time in which it leaves, and is sent again.
 void ChassisEnMarche::SertLesLiens() {
   std::vector<CarteRef> pilotées;
   for (const CarteRef& carte : *chassis_.Cartes()) {
@@ -138,8 +152,8 @@ void ChassisEnMarche::SertLesLiens() {
   if (pilotées.empty()) return;
   double maintenant = machine_.AvanceJusquA(0);
   const double départ = maintenant;
-  while (maintenant < départ + kRepos ||
-         (maintenant < départ + kReposAuPlus && !linux_::ArrêtAtteint(chassis_))) {
+  const double auPlus = départ + ReposAuPlus(pilotées);
+  while (maintenant < départ + kRepos || (maintenant < auPlus && !linux_::ArrêtAtteint(chassis_))) {
     maintenant = machine_.AvanceJusquA(maintenant + kPasDuRepos);
     for (const CarteRef& carte : pilotées) carte->MetàJour();
   }

@@ -79,15 +79,14 @@ void LASER_EIR::TraiteRéponse() {
 // What comes behind a question without answer may belong to that one, and nothing in a measure
 // tells: each answer behind it would be taken for that of the next question, for ever. The answer
 // to a state names it. The laser answers in order, so that with it all that was late has passed.
-void LASER_EIR::TraiteDansLeDoute(double maintenant) {
+void LASER_EIR::TraiteDansLeDoute() {
   Octets& reçus = paquet_.ReceivedValue;
   const trames_laser::Echange* échange = trames_laser::EchangeDe(commande_);
   if (reçus.empty() || échange == nullptr) return;
   if (!std::exchange(entendu_, true)) repère_ = sélecteur_;
   if (commande_ == ReadDataBinary) {
-    if (reçus.size() < kOctetsDeMesure || EstSuspecte(maintenant)) return;
-    TraiteRéponse();
-    CommState_ = Pret;
+    // No measure is taken: three bytes of a late state would be one.
+    if (reçus.size() >= kOctetsDeMesure) CommState_ = Pret;
     return;
   }
   if (reçus.size() > kOctetsDEtat) reçus.erase(0, reçus.size() - kOctetsDEtat);
@@ -166,7 +165,7 @@ bool LASER_EIR::TientLePort(double maintenant) {
 bool LASER_EIR::ResteSansRéponse(double maintenant) {
   Relève();
   if (enDoute_) {
-    TraiteDansLeDoute(maintenant);
+    TraiteDansLeDoute();
   } else if (!EstSuspecte(maintenant)) {
     TraiteRéponse();
   }

@@ -92,7 +92,7 @@ class LASER_EIR {
   void EnvoiePaquet();
   void Relève();
   void TraiteRéponse();
-  void TraiteDansLeDoute(double maintenant);
+  void TraiteDansLeDoute();
   [[nodiscard]] bool EstSuspecte(double maintenant);
   void NoteLeSilence();
   bool CommandeSynchrone(EnumEIRCommande commande, std::string_view valeur);

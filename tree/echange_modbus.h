@@ -26,9 +26,12 @@ namespace echange_modbus {
 /// One step of the exchange of a `DrvModBus` block: sends a request, or looks for the answer of
 /// the one that is on the wire, for as long as the board's time-out says. Never waits. Ten failed
 /// exchanges in a row set the block's error channel to -1, a good one sets it to 0; in between the
-/// channels keep their values. A block whose slave is left alone behind a late answer, for half a
-/// second at most, sends nothing but a stop (a set point that went to 0). A line that is closed is
-/// opened anew every second.
+/// channels keep their values. A block whose slave is left alone behind a late answer sends nothing
+/// but a stop (a set point that went to 0) until no such answer can come any more. A line that is
+/// closed is opened anew every second.
+///
+/// In a write of all channels one without a value that a coil or register takes goes as 0, is told,
+/// and never counts as reached.
 ///
 /// A stop leaves with the next turn of its block: the time-out for each block of the bus at most.
 /// Functions 5 and 6 write one channel a turn, so that a stop of several takes as many turns.

@@ -20,7 +20,9 @@ class SortiesEnvoyées {
   void Ajoute(const CanalRef& canal) { envois_.push_back({canal, canal->ValeurCanal(), true}); }
   /// The same for a channel whose place in the write takes a value that is not its own: from then
   /// on it counts as reached by none.
-  void AjouteSansValeur(const CanalRef& canal) { envois_.push_back({.canal = canal, .enRoute = true}); }
+  void AjouteSansValeur(const CanalRef& canal) {
+    envois_.push_back({.canal = canal, .enRoute = true});
+  }
   /// Knows the channels of `canaux` that `estSortie` admits, for writes of one each.
   template <class Canaux, class Filtre>
   void Suit(const Canaux& canaux, Filtre&& estSortie) {

@@ -102,28 +102,37 @@ TEST_F(DesBusEnPanne, FinissentAvecLEntraînementUSB) {
   EXPECT_EQ(fin.sortie.find("2.50 s"), std::string::npos);
 }
 
-// A drive that follows a sensor must not go on at its last set point when the program ends.
+// A drive that follows a sensor must not go on at its last set point when the program ends, not
+// even behind an exchange that outlasts the usual rest.
 TEST_F(DesBusEnPanne, LaissentLesEntraînementsAuRepos) {
-  const auto recueil = Crée<host::Recueil>();
-  const auto machine = host::MachineSimulée(*recueil, host::Cadence::Libre);
-  const auto consigne = [&](std::uint16_t registre) {
-    auto* bus =
-        dynamic_cast<sim::BusModbus*>(machine->Jumelle()->liaisons.Ligne(10)->appareil.Brut());
-    return bus->Esclave(5)->registres[registre];
-  };
-  {
-    host::ChassisEnMarche marche(Base(), 3, *machine, recueil, {});
-    for (double t = 0; t < 2;) {
-      t = machine->AvanceJusquA(t + 0.001);
-      marche.Passe();
+  for (const bool muette : {false, true}) {
+    const auto recueil = Crée<host::Recueil>();
+    const auto machine = host::MachineSimulée(*recueil, host::Cadence::Libre);
+    const auto consigne = [&](std::uint16_t registre) {
+      auto* bus =
+          dynamic_cast<sim::BusModbus*>(machine->Jumelle()->liaisons.Ligne(10)->appareil.Brut());
+      return bus->Esclave(5)->registres[registre];
+    };
+    {
+      const std::string base = Base(muette ? "UPDATE Carte SET [ModBus - Time-out]=1800" : "");
+      host::ChassisEnMarche marche(base, 3, *machine, recueil, {});
+      for (double t = 0; t < 2;) {
+        t = machine->AvanceJusquA(t + 0.001);
+        marche.Passe();
+      }
+      EXPECT_EQ(consigne(500), 1);
+      EXPECT_TRUE(machine->Jumelle()->bus.Thumler().EnMarche());
+      machine->Jumelle()->liaisons.Ligne(10)->pannes.muette = muette;
+      for (int i = 0; muette && i < 300; ++i) {
+        (void)machine->AvanceJusquA(machine->AvanceJusquA(0) + 0.001);
+        marche.Passe();
+      }
     }
-    EXPECT_EQ(consigne(500), 1);
-    EXPECT_TRUE(machine->Jumelle()->bus.Thumler().EnMarche());
+    EXPECT_EQ(consigne(500), 0);
+    EXPECT_EQ(consigne(501), 0);
+    EXPECT_FALSE(machine->Jumelle()->bus.Thumler().EnMarche());
+    EXPECT_EQ(recueil->Problèmes().empty(), !muette);
   }
-  EXPECT_EQ(consigne(500), 0);
-  EXPECT_EQ(consigne(501), 0);
-  EXPECT_FALSE(machine->Jumelle()->bus.Thumler().EnMarche());
-  EXPECT_TRUE(recueil->Problèmes().empty());
 }
 
 }  // namespace

@@ -199,20 +199,24 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
   const struct {
     const char* quoi;
     void (*gêne)(UneCarteLaser&);
-    int pause;  // without measure, in milliseconds at the most
+    int pause;       // without measure, in milliseconds at the most
+    int durée = 20;  // of the disturbance, milliseconds
   } cas[] = {
       {"octet parasite", [](UneCarteLaser& t) { t.ligne.Emet("\x5A", 0); }, 150},
       {"deux octets", [](UneCarteLaser& t) { t.ligne.Emet("E0", 0); }, 150},
-      {"octet perdu", [](UneCarteLaser& t) { t.ligne.pannes.coupée = true; }, 150},
+      {"octet perdu", [](UneCarteLaser& t) { t.ligne.pannes.coupée = true; }, 170},
       {"réponse en retard de 110 ms", [](UneCarteLaser& t) { t.laser->latence = 110'000; }, 400},
       {"réponse en retard de 350 ms", [](UneCarteLaser& t) { t.laser->latence = 350'000; }, 900},
+      {"réponses lentes", [](UneCarteLaser& t) { t.laser->latence = 110'000; }, 900, 260},
       {"question perdue", [](UneCarteLaser& t) { t.ligne.pannes.sourde = true; }, 400},
   };
   ligne.débit = 0;
   int changées = 0;
   for (const auto& c : cas) {
     for (const int passe : {1000, 5000, 10'000}) {
-      for (int phase = 0; phase < 25; ++phase) {
+      for (int essai = 0; essai < 8 * 11; ++essai) {
+        const int phase = essai / 11 * 3;
+        const int échange = essai % 11;  // ten measures and a state
         const auto tourne = [&](int millisecondes, int phaseEnMicrosecondes = 0) {
           int immobile = 0;
           int plusLongue = 0;
@@ -238,8 +242,10 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
           horloge->Avance(passe);
         }
         ASSERT_LT(tourne(200), 35);
+        laser->demandes.clear();
+        while (laser->demandes.size() / 2 < static_cast<std::size_t>(échange)) tourne(passe / 1000);
         c.gêne(*this);
-        const int pause = tourne(20, phase * 800);
+        const int pause = tourne(c.durée, phase * 800);
         ligne.pannes = {};
         laser->latence = 5000;
         EXPECT_LT(pause + tourne(c.pause + 50), c.pause) << c.quoi << " " << passe << " " << phase;
