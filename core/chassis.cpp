@@ -12,10 +12,6 @@ constexpr double kMicrosecondes = 1'000'000;
 }  // namespace
 
 Chassis::~Chassis() {
-  try {
-    LaPlateforme().échecs.Conclut(Erreur());
-  } catch (...) {  // a record that fails keeps no frame from its end
-  }
   Commandes_ = nullptr;
   // Sensors that were never sorted may keep each other.
   if (Capteurs_) {
@@ -59,6 +55,8 @@ Valeur Chassis::Décharge() {
     for (const FonctionRef& fonction : carte->LesFonctions()) fonction->Décharge();
   }
   for (const CapteurRef& capteur : *Capteurs()) capteur->Décharge();
+  // Not in the destructor: who listens to the record may be gone by then.
+  LaPlateforme().échecs.Conclut(Erreur());
   return {};
 }
 
