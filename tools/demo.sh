@@ -27,10 +27,16 @@ for chassis in 1 3 4 5; do "$zuma" check "$base" --frame "$chassis"; done
 echo
 
 # A frame as fast as it goes; what it prints goes to a file, its sum to the screen.
+# A disturbed machine leaves entries, readings lost and found again, and then the code is 1.
 montre() {
-  local chassis=$1 titre=$2
+  local chassis=$1 titre=$2 admis=$(($# > 2)) code=0
   shift 2
-  "$zuma" run "$base" --frame "$chassis" --sim --fast --seconds 8 "$@" >"$dossier/frame$chassis.txt"
+  "$zuma" run "$base" --frame "$chassis" --sim --fast --seconds 8 "$@" \
+    >"$dossier/frame$chassis.txt" 2>"$dossier/frame$chassis.err" || code=$?
+  if [ "$code" -gt "$admis" ]; then
+    cat "$dossier/frame$chassis.err" >&2
+    exit "$code"
+  fi
   tools/resume_chassis.sh "Frame $chassis ($titre)" "$dossier/frame$chassis.txt"
 }
 montre 3 "buses and drives, wrong check sums from 2 to 5 s" --fault crc@2-5
