@@ -21,9 +21,9 @@ struct Instantané {
   const linux_::Securite& sécurité;
   const SuiviDeLArrêt& suivi;
   double secondes;
-  std::int32_t capteurChoisi;  ///< rank, from 0
-  double plusLonguePasse;      ///< milliseconds, since the start
-  std::string_view panne{};    ///< fault put on by hand; empty for none
+  std::int32_t capteurChoisi;                           ///< rank, from 0
+  double plusLonguePasse;                               ///< milliseconds, since the start
+  std::string_view panne{};                             ///< fault put on by hand; empty for none
   std::optional<EtatDEnregistrement> enregistrement{};  ///< none: nothing is recorded
 };
 
