@@ -23,7 +23,12 @@ if [ -e "$base" ]; then
 fi
 [ -e "$base" ] || "$zuma" init "$base"
 for chassis in 1 3 4 5; do "$zuma" check "$base" --frame "$chassis"; done
-"$zuma" run "$base" --frame 1 --sim --csv "$dossier/run.csv" ${secondes:+--seconds "$secondes"}
+# No recording is written over: each demo gets the first number that is free.
+numero=1 csv="$dossier/run.csv"
+while [ -e "$csv" ] || [ -e "$csv.json" ]; do
+  numero=$((numero + 1)) csv="$dossier/run-$numero.csv"
+done
+"$zuma" run "$base" --frame 1 --sim --csv "$csv" ${secondes:+--seconds "$secondes"}
 echo
 
 # A frame as fast as it goes; what it prints goes to a file, its sum to the screen.
