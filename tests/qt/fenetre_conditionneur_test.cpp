@@ -1,7 +1,4 @@
 // The maintenance window of the digital conditioners.
-#include <QLabel>
-
-#include "dialogs/qt/fenetre_qt.h"
 #include "instruments/conditionneur_num_k9_v1_00.h"
 #include "instruments/instrument.h"
 #include "outils/banc_instrument.h"

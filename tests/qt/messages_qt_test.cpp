@@ -1,6 +1,4 @@
 // Messages of the library as boxes, and the end of an application before its windows.
-#include <QLabel>
-
 #include "qt/banc_qt.h"
 
 namespace zuma {

@@ -46,9 +46,8 @@ TEST_F(LesLiensDUnCapteur, DisentCeQuiNEstPasTrouvé) {
                                     "un paramètre 'Unité' d'index '103'",
                                     "un paramètre 'Offset' d'index '104'"};
   for (std::string& texte : attendus) {
-    const bool masculin = texte.starts_with("un canal");
-    texte = "Attention : Le capteur 'Force' utilise " + texte + " qui n'a pas été trouvé" +
-            (masculin ? "." : "e.");
+    const char* const fin = texte.starts_with("un canal") ? "é." : "ée.";
+    texte = "Attention : Le capteur 'Force' utilise " + texte + " qui n'a pas été trouv" + fin;
   }
   EXPECT_EQ(messages.textes, attendus);
   EXPECT_EQ(c->CapteursFils()->Count(), 1);

@@ -56,22 +56,22 @@ TEST_F(UnRecouvrement, PasseALaGrandeCelluleSansSautEtEnRevient) {
   EXPECT_DOUBLE_EQ(capteur->MaxiDétecté(), 300);
 }
 
-TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
-  for (const int mini : {3, 2, 1}) {
-    Monte(6, mini);
-    (void)Sous(50);
-    (void)Sous(85);
-    EXPECT_DOUBLE_EQ(Sous(120), mini == 1 ? 120 : 126);
-  }
-  // What is no number is no gap: neither counted nor learned.
+TEST_F(UnRecouvrement, CorrigeDuDernierEcartSIlALuAssez) {
   constexpr double kAucun = std::numeric_limits<double>::quiet_NaN();
-  for (const auto& [écarts, montrée] :
-       essai::Cas<std::vector<double>, double>{{{kAucun}, 126},
-                                               {{4, kAucun}, 126},
-                                               {{kAucun, 4}, 126},
-                                               {{kAucun, 4, 8}, 120},
-                                               {{4, kAucun, 8}, 120}}) {
-    Monte(6, 2);
+  // Gaps while in the band, then what 120 kN reads as behind it, 6 kN too much on the large cell.
+  for (const auto& [mini, écarts, montrée] : essai::Cas<int, std::vector<double>, double>{
+           {3, {6}, 126},
+           {2, {6}, 126},
+           {1, {6}, 120},
+           // Half of each new gap: 4, then (8 + 4) / 2, then (0 + 6) / 2.
+           {2, {4, 8, 0}, 123},
+           // What is no number is no gap: neither counted nor learned.
+           {2, {kAucun}, 126},
+           {2, {4, kAucun}, 126},
+           {2, {kAucun, 4}, 126},
+           {2, {kAucun, 4, 8}, 120},
+           {2, {4, kAucun, 8}, 120}}) {
+    Monte(6, mini);
     (void)Sous(50);
     for (const double écart : écarts) {
       écart_ = écart;
@@ -80,6 +80,10 @@ TEST_F(UnRecouvrement, ChangeSansCorrigerQuandIlATropPeuLu) {
     écart_ = 6;
     EXPECT_DOUBLE_EQ(Sous(120), montrée) << testing::PrintToString(écarts);
   }
+  // Back in the band the count begins again: still the old tare.
+  (void)Sous(85);
+  écart_ = 9;
+  EXPECT_DOUBLE_EQ(Sous(120), 123);
 }
 
 TEST_F(UnRecouvrement, DitQuIlEstSonPropreFils) {
@@ -99,20 +103,6 @@ TEST_F(UnRecouvrement, DitQuIlEstSonPropreFils) {
   capteur->CapteursFils({});
 }
 
-// Half of each new gap: 4, then (8 + 4) / 2, then (0 + 6) / 2.
-TEST_F(UnRecouvrement, ApprendUnEcartQuiPèseLesDernièresLectures) {
-  Monte(4, 2);
-  (void)Sous(50);
-  for (const double écart : {4, 8, 0}) {
-    écart_ = écart;
-    (void)Sous(85);
-  }
-  EXPECT_DOUBLE_EQ(Sous(120), 117);
-  (void)Sous(85);
-  écart_ = 9;
-  EXPECT_DOUBLE_EQ(Sous(120), 126);  // back in the band the count began again: still the old tare
-}
-
 TEST_F(UnRecouvrement, EchoueTantQuIlNAPasQuittéLaBande) {
   Monte(6, 3);
   EXPECT_EQ(Sous(85), 0);
@@ -120,6 +110,8 @@ TEST_F(UnRecouvrement, EchoueTantQuIlNAPasQuittéLaBande) {
   registre->entrées.clear();
   EXPECT_DOUBLE_EQ(Sous(120), 126);  // the large one, not corrected
   EXPECT_TRUE(registre->entrées.empty());
+  Monte(6, 0, 100);  // equal cells: the second one is the large one, and the small one shows
+  EXPECT_DOUBLE_EQ(Sous(50), 56);
 }
 
 TEST_F(UnRecouvrement, NeRemetAZéroQueLaPetiteCellule) {
@@ -132,11 +124,6 @@ TEST_F(UnRecouvrement, NeRemetAZéroQueLaPetiteCellule) {
   EXPECT_DOUBLE_EQ(petit->ValeurCourante(), 0);
   capteur->AnnuleRaz();
   EXPECT_DOUBLE_EQ(Sous(30), 30);
-}
-
-TEST_F(UnRecouvrement, PrendLaSecondePourGrandeAEgalité) {
-  Monte(6, 0, 100);
-  EXPECT_DOUBLE_EQ(Sous(50), 56);  // key "1" is the small one, and it reads 6 too much
 }
 
 }  // namespace

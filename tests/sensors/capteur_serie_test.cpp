@@ -7,17 +7,6 @@
 namespace zuma {
 namespace {
 
-struct Instrument {
-  const char* type;
-  const char* demande;
-  std::vector<std::string> textes;  // shown on a silence
-};
-const Instrument kInstruments[] = {
-    {"Réservé 1", "\x1BP", {"Pas de réponse (ou alors incorrecte) de la balance", "Réémission"}},
-    {"Réservé 2", "\x02", {}},
-    {"Scout 55", "\x02MSV?;\x03", {}},
-};
-
 class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
  protected:
   void Démarre(const char* type) {
@@ -75,42 +64,34 @@ TEST_F(UnCapteurSérie, LitLaBalanceParMorceauxEtRedemande) {
 }
 
 TEST_F(UnCapteurSérie, OuvreSaLigneEtRelanceUnInstrumentMuet) {
-  for (const auto& [type, demande, textes] : kInstruments) {
+  const std::vector<std::string> vaine{"Pas de réponse (ou alors incorrecte) de la balance",
+                                       "Réémission"};
+  // What it is asked, shown on a silence, an answer, and whether that keeps it from being asked.
+  for (const auto& [type, demande, textes, réponse, compte] :
+       essai::Cas<const char*, std::string, std::vector<std::string>, const char*, bool>{
+           {"Réservé 1", "\x1BP", vaine, "+\r", true},
+           {"Réservé 2", "\x02", {}, "+\r", true},
+           {"Scout 55", "\x02MSV?;\x03", {}, "13.0 N\r\n", false}}) {
+    const std::string relance = "[ferme][ouvre]" + demande;
     messages.textes.clear();
     Démarre(type);
-    EXPECT_EQ(Trace(), std::string("v4800 a2 d7 s15 p2 [ouvre]") + demande) << type;
-    timer->heure += 5e6;
-    (void)Reçoit("morceau");
-    EXPECT_EQ(Trace(), "") << type;  // 5 seconds are not yet a silence
-    timer->heure += 0.25e6;
-    (void)Reçoit("morceau");
-    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + demande) << type;
+    EXPECT_EQ(Trace(), "v4800 a2 d7 s15 p2 [ouvre]" + demande) << type;
+    const auto après = [&](double secondes, const char* reçu) {
+      timer->heure += secondes * 1e6;
+      (void)Reçoit(reçu);
+      return Trace();
+    };
+    EXPECT_EQ(après(5, "morceau"), "") << type << ": 5 seconds are not yet a silence";
+    EXPECT_EQ(après(0.25, "morceau"), relance) << type;
     EXPECT_EQ(messages.textes, textes);
     // A port that has gone is told once a silence, then it heals.
     lignes.ligne->absente = true;
-    timer->heure += 6e6;
-    (void)Reçoit("");
-    (void)Reçoit("");
-    EXPECT_EQ(Trace(), "[ferme][ouvre]") << type;
+    EXPECT_EQ(après(6, "") + après(0, ""), "[ferme][ouvre]") << type;
     EXPECT_EQ(registre->entrées.size(), 1U);
     lignes.ligne->absente = false;
-    timer->heure += 6e6;
-    (void)Reçoit("");
-    EXPECT_EQ(Trace(), std::string("[ferme][ouvre]") + demande) << type;
-  }
-}
-
-TEST_F(UnCapteurSérie, NeRelancePasCeluiQuiRépondSaufLIndicateur) {
-  for (const auto& [type, demande, textes] : kInstruments) {
-    const bool indicateur = std::string_view(type) == "Scout 55";
-    const std::string réponse = indicateur ? "13.0 N\r\n" : "+\r";
-    Démarre(type);
-    timer->heure += 4e6;
-    (void)Reçoit(réponse);
-    (void)Trace();
-    timer->heure += 2e6;  // 6 seconds after the start
-    (void)Reçoit("");
-    EXPECT_EQ(Trace(), indicateur ? std::string("[ferme][ouvre]") + demande : "") << type;
+    EXPECT_EQ(après(6, ""), relance) << type;
+    (void)après(4, réponse);
+    EXPECT_EQ(après(2, ""), compte ? "" : relance) << type << ": 6 seconds after the question";
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "outils/arbre.h"
+#include "outils/cas.h"
 #include "outils/ligne_retive.h"
 #include "sim/bus_modbus.h"
 #include "sim/liaisons_simulees.h"
@@ -11,7 +12,14 @@
 namespace zuma {
 namespace {
 
+using essai::Cas;
+using Numéros = std::vector<std::int32_t>;
 using Points = std::vector<double>;
+
+constexpr auto kEA = "Entrée Analogique";
+constexpr auto kEL = "Entrée Logique";
+constexpr auto kSA = "Sortie Analogique";
+constexpr auto kSL = "Sortie Logique";
 
 class UneCarteModbus : public testing::Test, protected essai::Banc {
  public:
@@ -22,18 +30,31 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
   }
 
   FonctionRef Ajoute(const char* clé, const char* type, const char* fonctionHexa,
-                     std::int32_t départ, const std::vector<std::int32_t>& numéros,
+                     std::int32_t départ, const Numéros& numéros, const char* adresse = "05",
                      bool parFonction = true) {
     return essai::AjouteBloc(carte, clé,
                              {{"Driver", "DrvModBus"},
                               {"Type de Fonction", type},
                               {"Mise à Jour par Fonction", parFonction},
-                              {"ModBus - Adresse", "05"},
+                              {"ModBus - Adresse", adresse},
                               {"ModBus - Fonction", fonctionHexa},
                               {"ModBus - Regitre départ", départ}},
                              numéros, horloge, registre);
   }
-
+  void Retire(const char* clé) {
+    carte.Fonctions()->Remove(clé);
+    carte.FonctionSuivante({});
+  }
+  // A second slave beside the first one, on port 5.
+  void PartageLaLigne() {
+    const auto bus = Crée<sim::BusModbus>(*horloge);
+    bus->Attache(5, esclave);
+    bus->Attache(6, second);
+    fabrique.Attache(5, bus);
+  }
+  static CanalRef Le(const FonctionRef& bloc, std::int32_t numéro) {
+    return bloc->Canals()->Item(essai::CléDuCanal(numéro));
+  }
   void Démarre(const char* réglages = "3,19200,N,8,1") {
     essai::LitCarte(carte, "DrvModBus", réglages);
     carte.Initialise();
@@ -46,24 +67,23 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
       horloge->Avance(5000);
     }
   }
-  static Points Lues(const FonctionRef& bloc, const std::vector<std::int32_t>& numéros) {
+  static Points Lues(const FonctionRef& bloc, const Numéros& numéros) {
     Points lues;
-    for (const std::int32_t n : numéros) {
-      lues.push_back(bloc->Canals()->Item(essai::CléDuCanal(n))->ValeurCanal());
-    }
+    for (const std::int32_t n : numéros) lues.push_back(Le(bloc, n)->ValeurCanal());
     return lues;
   }
 
   Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>();
   sim::FabriqueLiaisonsSimulée fabrique;
   Ref<sim::EsclaveModbus> esclave = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{5});
+  Ref<sim::EsclaveModbus> second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
   sim::LigneSérie& ligne = fabrique.Attache(3, esclave);
   Carte carte{plateforme};
 };
 
 TEST_F(UneCarteModbus, LitSansAttendreEtSertTousLesBlocs) {
-  const FonctionRef mesures = Ajoute("1", "Entrée Analogique", "3", 100, {-1, 0, 1, 2});
-  const FonctionRef états = Ajoute("2", "Entrée Logique", "2", 0, {-1, 0, 5, 7});
+  const FonctionRef mesures = Ajoute("1", kEA, "3", 100, {-1, 0, 1, 2});
+  const FonctionRef états = Ajoute("2", kEL, "2", 0, {-1, 0, 5, 7});
   esclave->registres = {{100, 0}, {101, 40000}, {102, 65535}};
   esclave->bits = {{0, true}, {1, false}, {2, false}};
   Démarre();
@@ -78,8 +98,8 @@ TEST_F(UneCarteModbus, LitSansAttendreEtSertTousLesBlocs) {
 }
 
 TEST_F(UneCarteModbus, RangeLesRegistresDUnBlocLogique) {
-  const FonctionRef parFonction = Ajoute("1", "Entrée Logique", "3", 10, {-1, 0, 6, 15});
-  const FonctionRef parCanal = Ajoute("2", "Entrée Logique", "3", 10, {-1, 0, 1, 2}, false);
+  const FonctionRef parFonction = Ajoute("1", kEL, "3", 10, {-1, 0, 6, 15});
+  const FonctionRef parCanal = Ajoute("2", kEL, "3", 10, {-1, 0, 1, 2}, "05", false);
   esclave->registres = {{10, 0x8001}, {11, 0xFF00}, {12, 0x0080}};
   Démarre();
   Passe(12);
@@ -90,58 +110,43 @@ TEST_F(UneCarteModbus, RangeLesRegistresDUnBlocLogique) {
 // Every function that writes, in blocks of either type: what the slave holds at and behind register
 // or coil 200, and that it is told as arrived.
 TEST_F(UneCarteModbus, EcritLesSorties) {
-  const struct {
-    const char* type;
-    const char* fonction;
-    std::vector<std::int32_t> numéros;
-    Points voulues;
-    std::map<std::uint16_t, std::uint16_t> registres;
-    std::map<std::uint16_t, bool> bits;
-  } cas[] = {
-      {"Sortie Analogique",
-       "10",
-       {-1, 0, 1, 4},
-       {1234.5, -2, 65535.4},
-       {{200, 1235}, {201, 0xFFFE}, {202, 65535}},
-       {}},
-      {"Sortie Analogique", "6", {-1, 0, 3}, {7, -2}, {{200, 7}, {203, 0xFFFE}}, {}},
-      {"Sortie Analogique", "5", {-1, 0, 1}, {3, 0}, {}, {{200, true}, {201, false}}},
-      {"Sortie Logique", "5", {-1, 0, 9}, {-1, 0}, {}, {{200, true}, {209, false}}},
-      {"Sortie Logique",
-       "F",
-       {-1, 0, 1, 2},
-       {-1, 0, 1},
-       {},
-       {{200, true}, {201, false}, {202, true}}},
-      {"Sortie Logique", "6", {-1, 0, 2}, {-1, 0}, {{200, 1}, {202, 0}}, {}},
-      {"Sortie Logique", "10", {-1, 0, 1}, {0, -1}, {{200, 0}, {201, 1}}, {}},
-  };
-  for (const auto& c : cas) {
-    const FonctionRef sorties = Ajoute("1", c.type, c.fonction, 200, c.numéros);
+  using Registres = std::map<std::uint16_t, std::uint16_t>;
+  using Bits = std::map<std::uint16_t, bool>;
+  const Registres trois{{200, 1235}, {201, 0xFFFE}, {202, 65535}};
+  for (const auto& [type, fonction, numéros, voulues, registres, bits] :
+       Cas<const char*, const char*, Numéros, Points, Registres, Bits>{
+           {kSA, "10", {0, 1, 4}, {1234.5, -2, 65535.4}, trois, {}},
+           {kSA, "6", {0, 3}, {7, -2}, {{200, 7}, {203, 0xFFFE}}, {}},
+           {kSA, "5", {0, 1}, {3, 0}, {}, {{200, true}, {201, false}}},
+           {kSL, "5", {0, 9}, {-1, 0}, {}, {{200, true}, {209, false}}},
+           {kSL, "F", {0, 1, 2}, {-1, 0, 1}, {}, {{200, true}, {201, false}, {202, true}}},
+           {kSL, "6", {0, 2}, {-1, 0}, {{200, 1}, {202, 0}}, {}},
+           {kSL, "10", {0, 1}, {0, -1}, {{200, 0}, {201, 1}}, {}}}) {
+    SCOPED_TRACE(std::string(type) + fonction);
+    Numéros avecErreur = numéros;
+    avecErreur.insert(avecErreur.begin(), -1);
+    const FonctionRef sorties = Ajoute("1", type, fonction, 200, avecErreur);
     esclave->registres.clear();
     esclave->bits.clear();
-    for (std::size_t i = 0; i < c.voulues.size(); ++i) {
-      sorties->Canals()->Item(essai::CléDuCanal(c.numéros[i + 1]))->ValeurCanal(c.voulues[i]);
-    }
+    for (std::size_t i = 0; i < voulues.size(); ++i)
+      Le(sorties, numéros[i])->ValeurCanal(voulues[i]);
     Démarre();
     Passe(80);  // what the former block asked may still be answered
-    EXPECT_EQ(esclave->registres, c.registres) << c.type << c.fonction;
-    EXPECT_EQ(esclave->bits, c.bits) << c.type << c.fonction;
+    EXPECT_EQ(esclave->registres, registres);
+    EXPECT_EQ(esclave->bits, bits);
     for (const CanalRef& canal : *sorties->Canals()) {
-      EXPECT_EQ(canal->Atteint(), canal->NuméroCanal() != -1) << c.type << c.fonction;
+      EXPECT_EQ(canal->Atteint(), canal->NuméroCanal() != -1);
     }
-    EXPECT_TRUE(registre->entrées.empty()) << c.type << c.fonction;
-    carte.Fonctions()->Remove("1");
-    carte.FonctionSuivante({});
+    EXPECT_TRUE(registre->entrées.empty());
+    Retire("1");
   }
   // A set point out of a register, which is told, goes as 0 and holds up none of the others.
   for (const double impossible : {70000.0, std::numeric_limits<double>::quiet_NaN()}) {
-    const FonctionRef consignes = Ajoute("1", "Sortie Analogique", "10", 200, {-1, 0, 1});
-    const CanalRef fausse = consignes->Canals()->Item("10");
-    const CanalRef autre = consignes->Canals()->Item("11");
+    const FonctionRef consignes = Ajoute("1", kSA, "10", 200, {-1, 0, 1});
+    const CanalRef fausse = Le(consignes, 0);
+    const CanalRef autre = Le(consignes, 1);
     registre->entrées.clear();
-    fausse->ValeurCanal(9);
-    autre->ValeurCanal(9);
+    for (const CanalRef& canal : {fausse, autre}) canal->ValeurCanal(9);
     Démarre();
     Passe(80);
     ASSERT_TRUE(fausse->Atteint() && autre->Atteint());
@@ -149,25 +154,22 @@ TEST_F(UneCarteModbus, EcritLesSorties) {
     autre->ValeurCanal(0);
     Passe(10);
     EXPECT_TRUE(registre->Contient("Erreur N°6 "));
-    EXPECT_EQ(esclave->registres[200], 0);
-    EXPECT_EQ(esclave->registres[201], 0);
-    EXPECT_TRUE(autre->Atteint());
-    EXPECT_FALSE(fausse->Atteint());
+    EXPECT_EQ(esclave->registres[200] + esclave->registres[201], 0);
+    EXPECT_TRUE(autre->Atteint() && !fausse->Atteint());
     EXPECT_EQ(Lues(consignes, {-1}), Points{0});
     fausse->ValeurCanal(9);
     EXPECT_FALSE(fausse->Atteint()) << "the slave holds 0";
     Passe(10);
     EXPECT_TRUE(fausse->Atteint());
-    carte.Fonctions()->Remove("1");
-    carte.FonctionSuivante({});
+    Retire("1");
   }
 }
 
 // One coil or register a write: a stop comes before the turns of the others, and one output that
 // the slave refuses keeps none of them.
 TEST_F(UneCarteModbus, EcritUnArrêtAvantLesAutresVoies) {
-  const FonctionRef sorties = Ajoute("1", "Sortie Analogique", "6", 200, {-1, 0, 1, 2, 3, 4, 5});
-  const auto canal = [&](int n) { return sorties->Canals()->Item(essai::CléDuCanal(n)); };
+  const FonctionRef sorties = Ajoute("1", kSA, "6", 200, {-1, 0, 1, 2, 3, 4, 5});
+  const auto canal = [&](int n) { return Le(sorties, n); };
   for (int n = 0; n < 6; ++n) canal(n)->ValeurCanal(9);
   Démarre();
   Passe(60);
@@ -192,14 +194,13 @@ TEST_F(UneCarteModbus, EcritUnArrêtAvantLesAutresVoies) {
 // With a number beyond the answer, which is told each time, the other channels are read and the
 // error channel falls.
 TEST_F(UneCarteModbus, LitLesAutresVoiesQuandLUneNExistePas) {
-  const FonctionRef mots = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0, 1, 7});
-  const FonctionRef bits = Ajoute("2", "Entrée Logique", "2", 0, {-1, 0, 20});
+  const FonctionRef mots = Ajoute("1", kEA, "3", 0, {-1, 0, 1, 7});
+  const FonctionRef bits = Ajoute("2", kEL, "2", 0, {-1, 0, 20});
   esclave->registres = {{0, 40000}, {1, 5}, {2, 6}};
   esclave->bits = {{0, true}, {1, true}};
-  mots->Canals()->Item("11")->ParamètresDepuisBD(
-      essai::UneLigne({{"Numéro du Canal", essai::Nombre(0)},
-                       {"Nom du Canal", essai::Texte("signé")},
-                       {"ModBus - Registre signé", Valeur(true)}}));
+  Le(mots, 1)->ParamètresDepuisBD(essai::UneLigne({{"Numéro du Canal", essai::Nombre(0)},
+                                                   {"Nom du Canal", essai::Texte("signé")},
+                                                   {"ModBus - Registre signé", Valeur(true)}}));
   Démarre();
   ligne.pannes.muette = true;
   Passe(500);
@@ -214,80 +215,72 @@ TEST_F(UneCarteModbus, LitLesAutresVoiesQuandLUneNExistePas) {
 // The answer to ten registers at 4800 bits per second takes 75 ms: with the usual time-out it is
 // late and gives nothing, with a longer one it is right. A value of another block is never taken.
 TEST_F(UneCarteModbus, DonneASesEsclavesLeTempsDeSaConfiguration) {
-  const FonctionRef un =
-      Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
-  const FonctionRef deux =
-      Ajoute("2", "Entrée Analogique", "3", 10, {-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9});
+  const Numéros tous{-1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+  const FonctionRef un = Ajoute("1", kEA, "3", 0, tous);
+  const FonctionRef deux = Ajoute("2", kEA, "3", 10, tous);
   for (std::uint16_t i = 0; i < 20; ++i) esclave->registres[i] = i < 10 ? 1 : 2;
-  const struct {
-    Valeur timeOut;
-    const char* message;
-    int erreur;
-  } cas[] = {
-      {Valeur(), "", -1},
-      {Valeur(100), "", 0},
-      {Valeur(40.5), "", -1},
-      {essai::Texte("250"), "", 0},
-      {Valeur(50), "", -1},
-      {Valeur(0), "'0': 1 to 10000 ms expected", 0},  // what was read before stays
-      {essai::Texte("vite"), "'vite': 1 to 10000 ms expected", 0},
-  };
-  for (const auto& c : cas) {
+  const auto règle = [&](const Valeur& timeOut) {
     messages.textes.clear();
-    carte.ParamètresDepuisBD(essai::UneLigne({{"ModBus - Time-out", c.timeOut}}));
-    EXPECT_EQ(messages.textes.empty(), *c.message == 0);
-    if (*c.message != 0) {
-      EXPECT_NE(messages.textes.back().find(c.message), std::string::npos) << messages.textes[0];
-      carte.ParamètresDepuisBD(essai::UneLigne({{"ModBus - Time-out", Valeur(100)}}));
-    }
+    carte.ParamètresDepuisBD(essai::UneLigne({{"ModBus - Time-out", timeOut}}));
+    return messages.textes.empty() ? "" : messages.textes.back();
+  };
+  for (const auto& [timeOut, refusé, erreur] :
+       Cas<Valeur, std::string, double>{{Valeur(), "", -1},
+                                        {100, "", 0},
+                                        {40.5, "", -1},
+                                        {"250", "", 0},
+                                        {50, "", -1},
+                                        {0, "'0'", 0},  // what was read before stays
+                                        {"vite", "'vite'", 0}}) {
+    if (!refusé.empty()) (void)règle(100);
+    const std::string dit = règle(timeOut);
+    EXPECT_EQ(dit, refusé.empty() ? ""
+                                  : "'ModBus - Time-out' of card 'Carte' is " + refusé +
+                                        ": 1 to 10000 ms expected. Default time-out: 50 ms");
     Démarre("3,4800,N,8,1");
-    for (const FonctionRef& bloc : {un, deux}) bloc->Canals()->Item("10")->ValeurCanal(0);
+    for (const FonctionRef& bloc : {un, deux}) Le(bloc, 0)->ValeurCanal(0);
     Passe(1200);
     for (int i = 0; i < 2000; ++i) {
       Passe(1);
-      const Points v1 = Lues(un, {-1, 0});
-      const Points v2 = Lues(deux, {-1, 0});
-      ASSERT_TRUE(v1[1] == 1 || (v1[1] == 0 && v1[0] == c.erreur)) << i;
-      ASSERT_TRUE(v2[1] == 2 || (v2[1] == 0 && v2[0] == c.erreur)) << i;
+      for (const auto& [bloc, valeur] : {std::pair(un, 1.0), std::pair(deux, 2.0)}) {
+        const Points lues = Lues(bloc, {-1, 0});
+        ASSERT_TRUE(lues[1] == valeur || lues == (Points{erreur, 0})) << i;
+      }
     }
-    EXPECT_EQ(Lues(un, {-1}), Points{static_cast<double>(c.erreur)});
+    EXPECT_EQ(Lues(un, {-1}), Points{erreur});
   }
 }
 
 TEST_F(UneCarteModbus, LèveLeCanalDErreurAprèsDixEchecsEtLeRetire) {
-  const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "4", 0, {-1, 0});
+  const FonctionRef bloc = Ajoute("1", kEA, "4", 0, {-1, 0});
   esclave->registres = {{0, 77}};
   Démarre();
   Passe(4);
-  const struct {
-    const char* quoi;
-    void (*abîme)(UneCarteModbus&);
-    int passesParEchec;
-  } cas[] = {
-      {"silence", [](UneCarteModbus& t) { t.ligne.pannes.muette = true; }, 12},
-      {"parasites", [](UneCarteModbus& t) { t.ligne.pannes.parasitée = true; }, 4},
-      {"coupures", [](UneCarteModbus& t) { t.ligne.pannes.coupée = true; }, 12},
-      {"autre esclave", [](UneCarteModbus& t) { t.esclave->fausseAdresse = 6; }, 4},
-      {"registre absent", [](UneCarteModbus& t) { t.esclave->registres.clear(); }, 4},
-      {"port débranché", [](UneCarteModbus& t) { t.ligne.pannes.débranchée = true; }, 1},
-  };
-  for (const auto& c : cas) {
-    c.abîme(*this);
+  sim::Pannes& pannes = ligne.pannes;
+  for (const auto& [quoi, abîme, passesParEchec] : Cas<const char*, std::function<void()>, int>{
+           {"silence", [&] { pannes.muette = true; }, 12},
+           {"parasites", [&] { pannes.parasitée = true; }, 4},
+           {"coupures", [&] { pannes.coupée = true; }, 12},
+           {"autre esclave", [&] { esclave->fausseAdresse = 6; }, 4},
+           {"registre absent", [&] { esclave->registres.clear(); }, 4},
+           {"port débranché", [&] { pannes.débranchée = true; }, 1}}) {
+    SCOPED_TRACE(quoi);
+    abîme();
     int passes = 0;
     for (; Lues(bloc, {-1}) == Points{0} && passes < 200; ++passes) Passe(1);
-    EXPECT_GE(passes, 10) << c.quoi << ": fewer than ten exchanges";
-    EXPECT_LE(passes, c.passesParEchec * 10 + 12) << c.quoi;
-    EXPECT_EQ(Lues(bloc, {-1, 0}), (Points{-1, 77})) << c.quoi << ": the value holds";
+    EXPECT_GE(passes, 10) << "fewer than ten exchanges";
+    EXPECT_LE(passes, passesParEchec * 10 + 12);
+    EXPECT_EQ(Lues(bloc, {-1, 0}), (Points{-1, 77})) << "the value holds";
     ligne.pannes = {};
     esclave->fausseAdresse = 0;
     esclave->registres = {{0, 77}};
     Passe(130);  // late answers may come for half a second
-    EXPECT_EQ(Lues(bloc, {-1}), Points{0}) << c.quoi << ": a good answer clears it";
+    EXPECT_EQ(Lues(bloc, {-1}), Points{0}) << "a good answer clears it";
   }
 }
 
 TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
-  const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "4", 0, {-1, 0});
+  const FonctionRef bloc = Ajoute("1", kEA, "4", 0, {-1, 0});
   Démarre("4,19200,N,8,1");  // nothing is plugged there
   EXPECT_EQ(registre->entrées.size(), 1U);
   registre->entrées.clear();
@@ -301,50 +294,37 @@ TEST_F(UneCarteModbus, DitUnPortQuiNeSOuvrePasParLeCanalDErreur) {
   EXPECT_EQ(Lues(bloc, {-1, 0}), (Points{0, 77}));
 }
 
-// On either bus, whatever keeps the line or a block from its turn.
+// On either bus, whatever keeps a block from its turn.
 TEST_F(UneCarteModbus, FaitArriverUnArrêt) {
-  const FonctionRef premier = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  const FonctionRef consignes = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
-  (void)Ajoute("3", "Entrée Analogique", "3", 0, {-1, 0});
-  const auto fil = Crée<essai::LigneRétive>(*horloge, esclave);
-  fabrique.Attache(5, fil);
+  const FonctionRef premier = Ajoute("1", kEA, "3", 0, {-1, 0});
+  const FonctionRef consignes = Ajoute("2", kSA, "10", 200, {-1, 0});
+  (void)Ajoute("3", kEA, "3", 0, {-1, 0});
   esclave->registres = {{0, 77}};
-  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  const CanalRef canal = Le(consignes, 0);
   const auto règle = [&](const char* fonction) {
     premier->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
-                                                 {"Type de Fonction", "Entrée Analogique"},
+                                                 {"Type de Fonction", kEA},
                                                  {"ModBus - Adresse", "05"},
                                                  {"ModBus - Fonction", fonction}}));
   };
-  const struct {
-    const char* quoi;
-    std::function<void()> gêne;
-  } cas[] = {
-      {"rien", [] {}},
-      {"600 ms", [&] { fil->retard = 600'000; }},
-      {"réponses perdues", [&] { fil->perdRéponses = 9999; }},
-      {"hors service", [&] { consignes->Enabled(false); }},
-      {"premier bloc impossible", [&] { règle("63"); }},
-      {"port fermé", [&] { carte.RS()->FermePort(); }},
-  };
   for (const char* driver : {"DrvModBus", "Drv_UMV4301_Modbus"}) {
-    for (const auto& c : cas) {
-      essai::LitCarte(carte, driver, "5,19200,N,8,1");
+    for (const auto& [quoi, gêne] : Cas<const char*, std::function<void()>>{
+             {"hors service", [&] { consignes->Enabled(false); }},
+             {"premier bloc impossible", [&] { règle("63"); }},
+             {"port fermé", [&] { carte.RS()->FermePort(); }}}) {
+      SCOPED_TRACE(std::string(driver) + quoi);
+      essai::LitCarte(carte, driver, "3,19200,N,8,1");
       carte.Initialise();
       consignes->Enabled(true);
       canal->ValeurCanal(9);
       Passe(300);
-      ASSERT_EQ(esclave->registres[200], 9) << driver << " " << c.quoi;
-      ASSERT_TRUE(canal->Atteint()) << driver << " " << c.quoi;
-      c.gêne();
+      ASSERT_TRUE(canal->Atteint() && esclave->registres[200] == 9);
+      gêne();
       Passe(200);
       canal->ValeurCanal(0);
       Passe(210);
-      EXPECT_EQ(esclave->registres[200], 0) << driver << " " << c.quoi;
-      fil->retard = 10'000;
-      fil->perdRéponses = 0;
-      Passe(300);
-      EXPECT_TRUE(canal->Atteint()) << driver << " " << c.quoi;
+      EXPECT_EQ(esclave->registres[200], 0);
+      EXPECT_TRUE(canal->Atteint());
       règle("3");
     }
   }
@@ -353,14 +333,14 @@ TEST_F(UneCarteModbus, FaitArriverUnArrêt) {
 // A late answer is that of no other question: neither a value of another block, nor the arrival of
 // a set point.
 TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
-  const FonctionRef un = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  const FonctionRef deux = Ajoute("2", "Entrée Analogique", "3", 1, {-1, 0});
-  const FonctionRef consignes = Ajoute("3", "Sortie Analogique", "10", 200, {-1, 0});
+  const FonctionRef un = Ajoute("1", kEA, "3", 0, {-1, 0});
+  const FonctionRef deux = Ajoute("2", kEA, "3", 1, {-1, 0});
+  const FonctionRef consignes = Ajoute("3", kSA, "10", 200, {-1, 0});
   const auto fil = Crée<essai::LigneRétive>(*horloge, esclave);
   fabrique.Attache(5, fil);
   esclave->registres = {{0, 1}, {1, 2}};
   Démarre("5,19200,N,8,1");
-  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  const CanalRef canal = Le(consignes, 0);
   essai::Tirage tire;
   int bonnes = 0;
   int atteintes = 0;
@@ -370,8 +350,9 @@ TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
     for (std::uint32_t n = tire(200); n > 0; --n) {
       Passe(1);
       bonnes += Lues(un, {0}) == Points{1} && Lues(deux, {0}) == Points{2} ? 1 : 0;
-      ASSERT_TRUE(Lues(un, {0}) == Points{0} || Lues(un, {0}) == Points{1}) << i;
-      ASSERT_TRUE(Lues(deux, {0}) == Points{0} || Lues(deux, {0}) == Points{2}) << i;
+      for (const auto& [bloc, valeur] : {std::pair(un, 1.0), std::pair(deux, 2.0)}) {
+        ASSERT_TRUE(Lues(bloc, {0}) == Points{0} || Lues(bloc, {0}) == Points{valeur}) << i;
+      }
       if (!canal->Atteint()) continue;
       ++atteintes;
       ASSERT_EQ(esclave->registres[200], canal->ValeurCanal()) << i;
@@ -383,21 +364,11 @@ TEST_F(UneCarteModbus, NePrendPasUneRéponseTardivePourUneAutre) {
 
 // The late answer of one slave may touch the answer of the one that is asked: that one counts.
 TEST_F(UneCarteModbus, EntendLaRéponseQuiToucheUneRéponseTardive) {
-  const FonctionRef lent = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  const FonctionRef prompt = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
-  prompt->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
-                                              {"Type de Fonction", "Sortie Analogique"},
-                                              {"ModBus - Adresse", "06"},
-                                              {"ModBus - Fonction", "10"},
-                                              {"ModBus - Regitre départ", 200}}));
-  const auto second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
-  const auto bus = Crée<sim::BusModbus>(*horloge);
-  bus->Attache(5, esclave);
-  bus->Attache(6, second);
-  fabrique.Attache(5, bus);
+  (void)Ajoute("1", kEA, "3", 0, {-1, 0});
+  const CanalRef canal = Le(Ajoute("2", kSA, "10", 200, {-1, 0}, "06"), 0);
+  PartageLaLigne();
   esclave->registres = {{0, 1}};
   Démarre("5,9600,N,8,1");
-  const CanalRef canal = prompt->Canals()->Item(essai::CléDuCanal(0));
   Passe(100);
   ASSERT_TRUE(canal->Atteint());
   esclave->latence = 66'000;  // its answer ends where that of the other begins
@@ -414,9 +385,9 @@ TEST_F(UneCarteModbus, EntendLaRéponseQuiToucheUneRéponseTardive) {
 // While noise comes, a question is followed by another only when it has left: a stop does not wait
 // behind a queue of them.
 TEST_F(UneCarteModbus, NEntassePasSesQuestionsDevantLeBruit) {
-  (void)Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  const FonctionRef consignes = Ajoute("2", "Sortie Analogique", "10", 200, {-1, 0});
-  const CanalRef canal = consignes->Canals()->Item(essai::CléDuCanal(0));
+  (void)Ajoute("1", kEA, "3", 0, {-1, 0});
+  const FonctionRef consignes = Ajoute("2", kSA, "10", 200, {-1, 0});
+  const CanalRef canal = Le(consignes, 0);
   esclave->registres = {{0, 1}};
   Démarre("3,9600,N,8,1");
   canal->ValeurCanal(9);
@@ -430,18 +401,10 @@ TEST_F(UneCarteModbus, NEntassePasSesQuestionsDevantLeBruit) {
 }
 
 TEST_F(UneCarteModbus, LaisseEnPaixLesAutresEsclavesDUnLent) {
-  const FonctionRef lent = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
-  const FonctionRef prompt = Ajoute("2", "Entrée Analogique", "3", 0, {-1, 0});
-  prompt->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"},
-                                              {"Type de Fonction", "Entrée Analogique"},
-                                              {"ModBus - Adresse", "06"},
-                                              {"ModBus - Fonction", "3"}}));
-  const auto bus = Crée<sim::BusModbus>(*horloge);
-  const auto second = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{6});
-  bus->Attache(5, esclave);
-  bus->Attache(6, second);
-  fabrique.Attache(5, bus);
-  esclave->registres = second->registres = {{0, 1}};
+  const FonctionRef lent = Ajoute("1", kEA, "3", 0, {-1, 0});
+  const FonctionRef prompt = Ajoute("2", kEA, "3", 0, {-1, 0}, "06");
+  PartageLaLigne();
+  esclave->registres = {{0, 1}};
   esclave->latence = 60'000;
   Démarre("5,19200,N,8,1");
   for (int i = 0; i < 20; ++i) {
@@ -453,7 +416,7 @@ TEST_F(UneCarteModbus, LaisseEnPaixLesAutresEsclavesDUnLent) {
 }
 
 TEST_F(UneCarteModbus, AccepteEncoreUneRéponseACinquanteMillisecondes) {
-  const FonctionRef bloc = Ajoute("1", "Entrée Analogique", "3", 0, {-1, 0});
+  const FonctionRef bloc = Ajoute("1", kEA, "3", 0, {-1, 0});
   for (const int retard : {49'999, 50'000}) {  // the pass's own read of the clock adds one
     esclave->registres = {{0, static_cast<std::uint16_t>(retard)}};
     if (retard == 49'999) Démarre();

@@ -1,15 +1,23 @@
 // What boards, blocks and channels make of their rows, good and bad.
+#include <algorithm>
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
+#include "outils/cas.h"
 #include "tree/carte.h"
+#include "tree/driver_table.h"
 
 namespace zuma {
 namespace {
 
 using essai::Avec;
+using essai::Cas;
 using essai::Ligne;
 using essai::Sans;
+using Nombres = std::vector<int>;
+using Textes = std::vector<std::string>;
 
 class DesLignes : public testing::Test, protected essai::BancCapteur {
  protected:
@@ -50,10 +58,9 @@ class DesLignes : public testing::Test, protected essai::BancCapteur {
 TEST_F(DesLignes, DonnentUnCanal) {
   const auto c = Lu<Canal>(canal);
   EXPECT_EQ(c->Nom() + c->NuméroDeSérie(), "Règle1A2B3C4D");
-  EXPECT_EQ((std::vector<int>{c->NuméroCanal(), c->NuméroDeNoeud(), c->ModeOpératoire(),
-                              c->NombreDAimants(), c->PositionDeLAimant(), c->PositionID(),
-                              c->StatusID(), c->EnFréquence()}),
-            (std::vector<int>{3, 7, 4, 5, 2, 0x181, 0x701, 1}));
+  EXPECT_EQ((Nombres{c->NuméroCanal(), c->NuméroDeNoeud(), c->ModeOpératoire(), c->NombreDAimants(),
+                     c->PositionDeLAimant(), c->PositionID(), c->StatusID(), c->EnFréquence()}),
+            (Nombres{3, 7, 4, 5, 2, 0x181, 0x701, 1}));
   EXPECT_EQ(c->Driver(), ENUM_DRIVER::DrvRègleMTS3Aimants2_1);
   Attend(nullptr);
   // The driver counts only in a table with "Status ID".
@@ -64,22 +71,17 @@ TEST_F(DesLignes, DonnentUnCanal) {
 }
 
 TEST_F(DesLignes, DisentLaColonneQuiManqueAUnCanal) {
-  const struct {
-    Ligne ligne;
-    const char* échec;
-  } cas[] = {
-      {Sans(canal, "Numéro du Canal"), "Erreur N°3265 "},
-      {Sans(canal, "Driver canal"), "Erreur N°3265 "},
-      {Avec(canal, "Nom du Canal", Nul{}), "Erreur N°94 "},
-      {Avec(canal, "Numéro du Canal", 40000), "Erreur N°6 "},
-      {Sans(canal, "N° de série"), nullptr},
-      {Avec(canal, "N° de Node", Nul{}), nullptr},
-      {Avec(canal, "Mode opératoire", ""), nullptr},
-      {Sans(canal, "Canal en fréquence"), nullptr},
-  };
-  for (const auto& c : cas) {
-    Lu<Canal>(c.ligne);
-    Attend(c.échec);
+  for (const auto& [ligne, échec] :
+       Cas<Ligne, const char*>{{Sans(canal, "Numéro du Canal"), "Erreur N°3265 "},
+                               {Sans(canal, "Driver canal"), "Erreur N°3265 "},
+                               {Avec(canal, "Nom du Canal", Nul{}), "Erreur N°94 "},
+                               {Avec(canal, "Numéro du Canal", 40000), "Erreur N°6 "},
+                               {Sans(canal, "N° de série"), nullptr},
+                               {Avec(canal, "N° de Node", Nul{}), nullptr},
+                               {Avec(canal, "Mode opératoire", ""), nullptr},
+                               {Sans(canal, "Canal en fréquence"), nullptr}}) {
+    Lu<Canal>(ligne);
+    Attend(échec);
   }
   Lu<Canal>(Avec(canal, "N° de Node", "sept"));
   EXPECT_EQ(registre->entrées[0].variables[1],
@@ -93,115 +95,116 @@ TEST_F(DesLignes, DonnentUnBlocDontLesCanauxOntLeTypeEtLeDriver) {
   f.Canals()->Add("2")->Driver(ENUM_DRIVER::DrvRègleMTS1Aimant);
   f.ParamètresDepuisBD(essai::UneLigne(bloc));
   Attend(nullptr);
-  EXPECT_EQ((std::vector<int>{f.MAJParFonction(), f.ModbusAdresse(), f.ModbusFonction(),
-                              f.ModbusRegistreDeDepart(), f.NombreDeCanaux()}),
-            (std::vector<int>{0, 0x1F, 16, 1032, 4}));
+  EXPECT_EQ((Nombres{f.MAJParFonction(), f.ModbusAdresse(), f.ModbusFonction(),
+                     f.ModbusRegistreDeDepart(), f.NombreDeCanaux()}),
+            (Nombres{0, 0x1F, 16, 1032, 4}));
   EXPECT_EQ(f.Canals()->Item("1")->Driver(), ENUM_DRIVER::DrvA826PG_DB16B);
   EXPECT_EQ(f.Canals()->Item("2")->Driver(), ENUM_DRIVER::DrvRègleMTS1Aimant);
   EXPECT_EQ(f.Canals()->Item("2")->TypeCanal(), ENUM_TYPE_FONCTION::FctEntréesAnalogiques);
 }
 
 TEST_F(DesLignes, DisentCeQuUnBlocRefuse) {
-  const std::string refus = "Unauthorized RS232 - ";
-  const struct {
-    const char* colonne;
-    Valeur valeur;
-    std::vector<std::string> messages;
-    const char* échec = nullptr;
-  } cas[] = {
-      {"RS232 - Baud Rate",
-       12345,
-       {refus + "Baud Rate for function 'Efforts'. Default baud rate : 9600"}},
-      {"RS232 - Baud Rate", -15872, {}},  // low half of 115200
-      {"RS232 - Baud Rate", 38400, {}, " : colonne 'RS232 - Baud Rate')"},
-      {"RS232 - Parity", "Odd", {refus + "Parity  for function 'Efforts'."}},
-      {"RS232 - Parity", "Space parity", {}},
-      {"RS232 - Data", 9, {refus + "Data  for function 'Efforts'."}},
-      {"RS232 - Data", 4, {}},
-      {"RS232 - Data", Nul{}, {}},
-      {"RS232 - Stop", 1.25, {refus + "Stop  for function 'Efforts'."}},
-      {"RS232 - Stop", "1,5", {}},
-      {"Temps", "abc", {}, " : colonne 'Temps')"},
-      {"ModBus - Adresse", "0x1F", {}, " : colonne 'ModBus - Adresse')"},
-      {"Nombre de Canaux", 1e12, {}, " : colonne 'Nombre de Canaux')"},
-  };
-  for (const auto& c : cas) {
-    EXPECT_EQ(Lu<Fonction>(Avec(bloc, c.colonne, c.valeur))->NomPourErreur(), "Efforts");
-    EXPECT_EQ(messages.textes, c.messages);
-    Attend(c.échec);
+  const auto refus = [](const std::string& quoi) { return Textes{"Unauthorized RS232 - " + quoi}; };
+  for (const auto& [colonne, valeur, dits, échec] : Cas<const char*, Valeur, Textes, const char*>{
+           {"RS232 - Baud Rate", 12345,
+            refus("Baud Rate for function 'Efforts'. Default baud rate : 9600"), nullptr},
+           {"RS232 - Baud Rate", -15872, {}, nullptr},  // low half of 115200
+           {"RS232 - Baud Rate", 38400, {}, " : colonne 'RS232 - Baud Rate')"},
+           {"RS232 - Parity", "Odd", refus("Parity  for function 'Efforts'."), nullptr},
+           {"RS232 - Parity", "Space parity", {}, nullptr},
+           {"RS232 - Data", 9, refus("Data  for function 'Efforts'."), nullptr},
+           {"RS232 - Data", 4, {}, nullptr},
+           {"RS232 - Data", Nul{}, {}, nullptr},
+           {"RS232 - Stop", 1.25, refus("Stop  for function 'Efforts'."), nullptr},
+           {"RS232 - Stop", "1,5", {}, nullptr},
+           {"Temps", "abc", {}, " : colonne 'Temps')"},
+           {"ModBus - Adresse", "0x1F", {}, " : colonne 'ModBus - Adresse')"},
+           {"Nombre de Canaux", 1e12, {}, " : colonne 'Nombre de Canaux')"}}) {
+    EXPECT_EQ(Lu<Fonction>(Avec(bloc, colonne, valeur))->NomPourErreur(), "Efforts");
+    EXPECT_EQ(messages.textes, dits);
+    Attend(échec);
   }
 }
 
 TEST_F(DesLignes, DonnentUneCarteEtSaLigne) {
-  const struct {
-    const char* configuration;
-    const char* trace;
-    std::size_t messages;
-  } cas[] = {
-      {"2,19200,E,8,1", "v19200 a2 d8 s1 p2 [ouvre]", 0},
-      {"20,1953125,S,4,1.5", "v1953125 a4 d4 s15 p20 [ouvre]", 0},
-      {"21,9601,X,9,3", "v9600 a0 d0 s0 p0 [ouvre]", 1},
-      {"1, 9600,N ,8,2", "v9600 a0 d8 s2 p1 [ouvre]", 1},
-      {"1,9600", "v9600 a0 d0 s0 p1 [ouvre]", 0},
-      {"1,9600,N,8,1,1.5", "v9600 a0 d8 s1 p1 [ouvre]", 0},
-  };
-  for (const auto& c : cas) {
+  for (const auto& [configuration, trace, dits] : Cas<const char*, std::string, std::size_t>{
+           {"2,19200,E,8,1", "v19200 a2 d8 s1 p2 ", 0},
+           {"20,1953125,S,4,1.5", "v1953125 a4 d4 s15 p20 ", 0},
+           {"21,9601,X,9,3", "v9600 a0 d0 s0 p0 ", 1},
+           {"1, 9600,N ,8,2", "v9600 a0 d8 s2 p1 ", 1},
+           {"1,9600", "v9600 a0 d0 s0 p1 ", 0},
+           {"1,9600,N,8,1,1.5", "v9600 a0 d8 s1 p1 ", 0}}) {
     lignes.ligne->trace.clear();
-    const auto lue = Lu<Carte>(Avec(carte, "Configuration ModBus", c.configuration));
+    const auto lue = Lu<Carte>(Avec(carte, "Configuration ModBus", configuration));
     lue->Fonctions()->Add("1");
     lue->Adresse(lue->Adresse());
     lue->Initialise();
     EXPECT_EQ(lue->Fonctions()->Item("1")->Adresse(), 0x2A0);
-    EXPECT_EQ(lignes.ligne->trace, c.trace) << c.configuration;
-    EXPECT_EQ(messages.textes.size(), c.messages) << c.configuration;
+    EXPECT_EQ(lignes.ligne->trace, trace + "[ouvre]") << configuration;
+    EXPECT_EQ(messages.textes.size(), dits) << configuration;
     Attend(nullptr);
   }
 }
 
 TEST_F(DesLignes, DisentCeQuiManqueAUneCarte) {
   constexpr auto kAucun = ENUM_DRIVER::DrvAucun;
-  const struct {
-    Ligne ligne;
-    const char* échec;
-    ENUM_DRIVER driver;
-  } cas[] = {
-      {Sans(carte, "Adresse"), nullptr, ENUM_DRIVER::DrvModBus},
-      {Avec(carte, "Driver de la Carte", Nul{}), nullptr, kAucun},
-      {Avec(carte, "Configuration ModBus", Nul{}), nullptr, ENUM_DRIVER::DrvModBus},
-      {Avec(carte, "Config EIR", Nul{}), nullptr, ENUM_DRIVER::DrvModBus},
-      {Avec(carte, "Adresse", "port"), "colonne 'Adresse'", kAucun},
-      {Avec(carte, "Nom de la Carte", Nul{}), "Erreur N°94 ", kAucun},
-      {Avec(carte, "Configuration ModBus", "1,9600,N,8,1,vite"), "colonne 'Configuration ModBus'",
-       ENUM_DRIVER::DrvModBus},
-  };
-  for (const auto& c : cas) {
-    EXPECT_EQ(Lu<Carte>(c.ligne)->Driver_enm(), c.driver);
-    Attend(c.échec);
+  constexpr auto kModbus = ENUM_DRIVER::DrvModBus;
+  constexpr auto kConfiguration = "Configuration ModBus";
+  for (const auto& [ligne, échec, driver] : Cas<Ligne, const char*, ENUM_DRIVER>{
+           {Sans(carte, "Adresse"), nullptr, kModbus},
+           {Avec(carte, "Driver de la Carte", Nul{}), nullptr, kAucun},
+           {Avec(carte, kConfiguration, Nul{}), nullptr, kModbus},
+           {Avec(carte, "Config EIR", Nul{}), nullptr, kModbus},
+           {Avec(carte, "Adresse", "port"), "colonne 'Adresse'", kAucun},
+           {Avec(carte, "Nom de la Carte", Nul{}), "Erreur N°94 ", kAucun},
+           {Avec(carte, kConfiguration, "1,9600,N,8,1,x"), "'Configuration ModBus'", kModbus}}) {
+    EXPECT_EQ(Lu<Carte>(ligne)->Driver_enm(), driver);
+    Attend(échec);
   }
 }
 
 TEST_F(DesLignes, CherchentPourLeLaserLeParamètreDeSaConfiguration) {
   paramètres->push_back({});
   const auto douze = Partage(12, "");
-  const std::vector<std::string> perdu{"Parameter not found. Please check card 'Bus'."};
+  const Textes perdu{"Parameter not found. Please check card 'Bus'."};
   const Ligne laser = Avec(carte, "Driver de la Carte", "Extensometre EIR LASER");
-  const struct {
-    Ligne ligne;
-    ParamètresRef donnés;
-    bool trouvé;
-    std::vector<std::string> messages;
-  } cas[] = {
-      {laser, paramètres, true, {}},
-      {laser, {}, false, {}},
-      {Avec(laser, "Config EIR", "13"), paramètres, false, perdu},
-      {Avec(laser, "Config EIR", ""), paramètres, false, {}},
-      {Avec(carte, "Config EIR", "13"), paramètres, false, {}},
-  };
-  for (const auto& c : cas) {
-    const auto lue = Lu<Carte>(c.ligne);
-    lue->Lien(c.donnés);
-    EXPECT_EQ(lue->ParamètreEIR() == douze, c.trouvé);
-    EXPECT_EQ(messages.textes, c.messages);
+  for (const auto& [ligne, donnés, trouvé, dits] : Cas<Ligne, ParamètresRef, bool, Textes>{
+           {laser, paramètres, true, {}},
+           {laser, {}, false, {}},
+           {Avec(laser, "Config EIR", "13"), paramètres, false, perdu},
+           {Avec(laser, "Config EIR", ""), paramètres, false, {}},
+           {Avec(carte, "Config EIR", "13"), paramètres, false, {}}}) {
+    const auto lue = Lu<Carte>(ligne);
+    lue->Lien(donnés);
+    EXPECT_EQ(lue->ParamètreEIR() == douze, trouvé);
+    EXPECT_EQ(messages.textes, dits);
+  }
+}
+
+// The demo frames name every driver of the table: here what they must not be taken for.
+TEST(LesTextesDesDrivers, ValentAUnNiveauEtALaLettre) {
+  for (const auto& [texte, deCarte, deBloc, deCanal] :
+       Cas<const char*, int, int, int>{{"DrvModBus", 300, 300, 0},
+                                       {"Drv_UMV4301_Modbus", 3001, 3001, 0},
+                                       {"Variateur LS Modbus et soft K9", 3002, 3002, 0},
+                                       {"DrvPCI 6208 V", 1002, 0, 0},
+                                       {"DrvWDT01", 0, 40, 0},
+                                       {"DrvPCL813_PCLD881", 0, 20, 0},
+                                       {"DrvA826PG_DB16P", 0, 4, 0},
+                                       {"Règle MTS Multimagnet", 0, 0, 220},
+                                       {"drvmodbus", 0, 0, 0},
+                                       {"DrvModBus ", 0, 0, 0},
+                                       {"DrvAucun", 0, 0, 0},
+                                       {"", 0, 0, 0}}) {
+    EXPECT_EQ(static_cast<int>(DriverDeCarte(texte)), deCarte) << texte;
+    EXPECT_EQ(static_cast<int>(DriverDeFonction(texte)), deBloc) << texte;
+    EXPECT_EQ(static_cast<int>(DriverDeCanal(texte)), deCanal) << texte;
+  }
+  const auto table = TableDesDrivers();
+  EXPECT_EQ(std::ranges::adjacent_find(table, std::greater_equal{}, &LigneDriver::valeur),
+            table.end());
+  for (const Valeur& valeur : {Valeur(300), Valeur(Nul{})}) {
+    EXPECT_EQ(DriverDeCarte(valeur), ENUM_DRIVER::DrvAucun);
   }
 }
 
