@@ -2,37 +2,27 @@
 #include <gtest/gtest.h>
 
 #include "outils/allocations.h"
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
 #include "sim/orbit_simule.h"
 
 namespace zuma {
 namespace {
 
-using essai::Nombre;
-using essai::Texte;
 using Valeurs = std::vector<double>;
 
-class UnRéseauOrbit : public testing::Test, public essai::Banc {
+class UnRéseauOrbit : public testing::Test, public essai::BancInstrument {
  public:
   UnRéseauOrbit() {
     plateforme.orbit = &réseau;
-    carte.TimerExact(horloge);
-    carte.ChargeErreur(registre);
-    essai::LitCarte(carte, "Drv SOLARTRON LVDT", "");
-    bloc = essai::AjouteBloc(carte, "1",
-                             {{"Driver", Texte("Drv SOLARTRON LVDT")},
-                              {"Type de Fonction", Texte("Entrée Analogique")},
-                              {"Nom de la Fonction", Texte("Bloc")}},
-                             {0, 1, 2}, horloge, registre);
     for (int i = 0; i < 3; ++i) {
       const std::string identité = "A" + std::to_string(i);
-      Le(i).ParamètresDepuisBD(essai::UneLigne({{"Numéro du Canal", Nombre(i)},
-                                                {"Nom du Canal", Texte("c")},
-                                                {"N° de série", Valeur(identité)}}));
+      LitCanal(Le(i), {{"N° de série", identité}});
       réseau.Module(identité).compte = static_cast<std::int16_t>(100 * (i + 1));
     }
   }
-  Canal& Le(std::int32_t numéro) { return *bloc->Canals()->Item(essai::CléDuCanal(numéro)); }
+  ~UnRéseauOrbit() override { chassis.Cartes({}); }
+  Canal& Le(std::int32_t numéro) { return BancInstrument::Le(bloc, numéro); }
+  void Démarre() { BancInstrument::Démarre("Drv SOLARTRON LVDT"); }
   Valeurs Lues() { return {Le(0).ValeurCanal(), Le(1).ValeurCanal(), Le(2).ValeurCanal()}; }
   // Refreshes of the block, and the microseconds that they took.
   double Passe(int nombre) {
@@ -41,14 +31,12 @@ class UnRéseauOrbit : public testing::Test, public essai::Banc {
     return horloge->Maintenant() - départ;
   }
 
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
   sim::OrbitSimulé réseau{*horloge};
-  Carte carte{plateforme};
-  FonctionRef bloc;
+  FonctionRef bloc = Ajoute("Entrée Analogique", {0, 1, 2}, {{"Driver", "Drv SOLARTRON LVDT"}});
 };
 
 TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
-  carte.Initialise();
+  Démarre();
   for (const Valeurs& après : {Valeurs{200, 0, 0}, {200, 400, 0}, {200, 400, 600}}) {
     Passe(1);
     EXPECT_EQ(Lues(), après);
@@ -65,20 +53,20 @@ TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
 
 TEST_F(UnRéseauOrbit, DitQuIlNyAAucunModule) {
   réseau.sansCarte = true;
-  carte.Initialise();
+  Démarre();
   ASSERT_EQ(registre->entrées.size(), 4U) << "and each channel that is refused";
   const std::string& message = registre->entrées[0].message;
   EXPECT_TRUE(message.starts_with(
       "Erreur d'initialisation (Aucun de module détecté - probablement débranché) du carte "
       "Solartron à la ligne "))
       << message;
-  EXPECT_TRUE(message.ends_with(" de la méthode Initialise de l'objet Carte (Carte).")) << message;
+  EXPECT_TRUE(message.ends_with(" de la méthode Initialise de l'objet Carte ().")) << message;
   EXPECT_LT(Passe(3), 100) << "channels out of service: no attempt to connect again";
 }
 
 TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
   réseau.Débranche("A1");
-  carte.Initialise();
+  Démarre();
   Passe(3);
   EXPECT_EQ(Lues(), (Valeurs{200, 0, 600})) << "out of service since the start";
 

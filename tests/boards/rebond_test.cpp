@@ -14,31 +14,18 @@ namespace {
 // What happens before each read of the machine.
 using AvantLecture = std::function<void()>;
 
-class PortsQuiRebondissent : public PortsES {
- public:
-  PortsQuiRebondissent(PortsES& bus, const AvantLecture& avant) : bus_(bus), avant_(avant) {}
-  std::uint8_t Inp(std::uint16_t port) override { return avant_(), bus_.Inp(port); }
-  std::uint16_t Inpw(std::uint16_t port) override { return avant_(), bus_.Inpw(port); }
-  std::uint32_t Inpd(std::uint16_t port) override { return avant_(), bus_.Inpd(port); }
-  void Outp(std::uint16_t port, std::uint8_t octet) override { bus_.Outp(port, octet); }
-  void Outpw(std::uint16_t port, std::uint16_t mot) override { bus_.Outpw(port, mot); }
-  void Outpd(std::uint16_t port, std::uint32_t mot) override { bus_.Outpd(port, mot); }
-
- private:
-  PortsES& bus_;
-  const AvantLecture& avant_;
+struct PortsQuiRebondissent : sim::BusPorts {
+  std::uint8_t Inp(std::uint16_t port) override { return avant(), BusPorts::Inp(port); }
+  std::uint16_t Inpw(std::uint16_t port) override { return avant(), BusPorts::Inpw(port); }
+  std::uint32_t Inpd(std::uint16_t port) override { return avant(), BusPorts::Inpd(port); }
+  AvantLecture avant = [] {};
 };
 
-class PCIQuiRebondit : public sim::BibliothèquePCISimulée {
- public:
-  explicit PCIQuiRebondit(const AvantLecture& avant) : avant_(avant) {}
+struct PCIQuiRebondit : sim::BibliothèquePCISimulée {
   std::int16_t DI_ReadPort(std::uint16_t carte, std::uint16_t port, std::uint32_t& mot) override {
-    avant_();
-    return BibliothèquePCISimulée::DI_ReadPort(carte, port, mot);
+    return avant(), BibliothèquePCISimulée::DI_ReadPort(carte, port, mot);
   }
-
- private:
-  const AvantLecture& avant_;
+  AvantLecture avant = [] {};
 };
 
 struct Cas {
@@ -55,16 +42,15 @@ class UnContactQuiRebondit : public testing::Test, protected essai::BancLogique 
   // Number of ways of opening, of 256, that 12 passes do not tell: the contact is open or closed at
   // each of eight reads, then open for good.
   int OuverturesPerdues(const Cas& c) {
-    AvantLecture avant = [] {};
-    PCIQuiRebondit pci(avant);
-    sim::BusPorts leBus;
-    PortsQuiRebondissent ports(leBus, avant);
+    PCIQuiRebondit pci;
+    PortsQuiRebondissent ports;
+    AvantLecture& avant = c.jumeau ? ports.avant : pci.avant;
     plateforme.pci = &pci;
     plateforme.ports = &ports;
-    if (c.jumeau) leBus.Attache(0x220, 16, *c.jumeau);
-    sim::Bornes& bornes =
-        c.jumeau ? c.jumeau->bornes : pci.Enfiche(BibliothèquePCI::kType9111, 0x220).bornes;
-
+    if (c.jumeau) ports.Attache(0x220, 16, *c.jumeau);
+    std::uint32_t& contacts =
+        (c.jumeau ? c.jumeau->bornes : pci.Enfiche(BibliothèquePCI::kType9111, 0x220).bornes)
+            .entréesLogiques;
     Chassis leChassis{plateforme};
     const CarteRef carte = leChassis.Cartes()->Add("1");
     carte->ChargeErreur(registre);
@@ -90,12 +76,12 @@ class UnContactQuiRebondit : public testing::Test, protected essai::BancLogique 
 
     int perdues = 0;
     for (unsigned motif = 0; motif < 256; ++motif) {
-      avant = [&] { bornes.entréesLogiques = c.fermé; };
+      avant = [&] { contacts = c.fermé; };
       for (int i = 0; i < 2; ++i) passe();
       sécurité->arrêts = 0;
       avant = [&, lectures = 0U]() mutable {
         const bool ouvert = lectures >= 8 || (motif >> lectures & 1U) != 0;
-        bornes.entréesLogiques = ouvert ? ~c.fermé : c.fermé;
+        contacts = ouvert ? ~c.fermé : c.fermé;
         ++lectures;
       };
       for (int i = 0; i < 12; ++i) passe();

@@ -3,33 +3,22 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
 #include "sim/spider_simule.h"
 
 namespace zuma {
 namespace {
 
-using essai::Texte;
+class UnBlocSpider : public testing::Test, public essai::BancInstrument {};
 
-TEST(UnBlocSpider, MesureSesCanauxDansLeurOrdreEtFermeAvecLui) {
-  essai::Banc banc;
-  sim::HorlogeVirtuelle horloge;
-  sim::SpiderSimulé lib(horloge);
-  banc.plateforme.spider = &lib;
+TEST_F(UnBlocSpider, MesureSesCanauxDansLeurOrdreEtFermeAvecLui) {
+  sim::SpiderSimulé lib(*horloge);
+  plateforme.spider = &lib;
   lib.Chaîne(90).resize(1);
   lib.Voie(90, 0).grandeur = 1;
-  const auto ajoute = [&](Carte& carte) {
-    return essai::AjouteBloc(carte, "1",
-                             {{"Driver", Texte("Drv RS232 - SPIDER")},
-                              {"Type de Fonction", Texte("Entrée Analogique")},
-                              {"Nom de la Fonction", Texte("Bloc")}},
-                             {2, 5}, banc.timer, banc.registre);
-  };
-  Carte carte(banc.plateforme);
-  FonctionRef bloc = ajoute(carte);
-  const auto valeur = [&](std::int32_t numéro) {
-    return bloc->Canals()->Item(essai::CléDuCanal(numéro))->ValeurCanal();
-  };
+  const essai::Ligne driver{{"Driver", "Drv RS232 - SPIDER"}};
+  FonctionRef bloc = Ajoute("Entrée Analogique", {2, 5}, driver);
+  const auto valeur = [&](std::int32_t numéro) { return Le(bloc, numéro).ValeurCanal(); };
   for (int départ = 0; départ < 2; ++départ) bloc->Initialise();
   EXPECT_FALSE(lib.Voie(90, 2).choisie);
   lib.Voie(90, 0).grandeur = 1.5;
@@ -49,13 +38,11 @@ TEST(UnBlocSpider, MesureSesCanauxDansLeurOrdreEtFermeAvecLui) {
   lib.muet = true;
   bloc->MetàJour();
   EXPECT_EQ(valeur(2), 0.5) << "an error leaves the value";
-  EXPECT_TRUE(banc.registre->entrées.empty());
+  EXPECT_TRUE(registre->entrées.empty());
 
   bloc->Décharge();
-  {
-    Carte jamaisDémarrée(banc.plateforme);
-    (void)ajoute(jamaisDémarrée);
-  }
+  (void)AjouteSur(AjouteCarte("2"), "Entrée Analogique", {2, 5}, driver);  // never started
+  chassis.Cartes()->Remove("2");
   EXPECT_TRUE(lib.AppareilOuvert()) << "neither closes what this block has open";
   carte.Fonctions({});
   bloc = {};

@@ -12,27 +12,45 @@
 
 namespace zuma::essai {
 
-/// The board of one instrument on a simulated line, passed at 200 Hz.
+/// A frame on the simulated clock with the board of one instrument, on simulated lines, and more
+/// boards where a test wants them. Passed at 200 Hz.
 class BancInstrument : public Banc {
  public:
   BancInstrument() {
     plateforme.liaisons = &liaisons;
     plateforme.horloge = horloge.Brut();
     chassis.ChargeErreur(registre);
-    carte.TimerExact(horloge);
-    carte.ChargeErreur(registre);
   }
-  FonctionRef Ajoute(const char* type, const std::vector<std::int32_t>& numéros) {
-    return AjouteBloc(carte, type,
-                      {{"Type de Fonction", Texte(type)}, {"Nom de la Fonction", Texte("Bloc")}},
-                      numéros, horloge, registre);
+  /// A block of that type, of these fields beside it.
+  FonctionRef Ajoute(const char* type, const std::vector<std::int32_t>& numéros,
+                     const Ligne& champs = {}) {
+    return AjouteSur(carte, type, numéros, champs);
+  }
+  FonctionRef AjouteSur(Carte& sur, const char* type, const std::vector<std::int32_t>& numéros,
+                        const Ligne& champs = {}) {
+    Ligne tous{{"Type de Fonction", type}, {"Nom de la Fonction", "Bloc"}};
+    tous.insert(tous.end(), champs.begin(), champs.end());
+    return AjouteBloc(sur, std::to_string(sur.Fonctions()->Count() + 1), tous, numéros, horloge,
+                      registre);
+  }
+  Carte& AjouteCarte(const std::string& clé) {
+    Carte& une = *chassis.Cartes()->Add(clé);
+    une.TimerExact(horloge);
+    une.ChargeErreur(registre);
+    return une;
   }
   static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
     return *bloc->Canals()->Item(CléDuCanal(numéro));
   }
-  void Démarre(const char* driver, const char* réglages) {
-    ligne->lignes = {
-        {{"Driver de la Carte", Texte(driver)}, {"Configuration ModBus", Texte(réglages)}}};
+  /// Reads the row of a channel: these fields beside its number and its name.
+  static void LitCanal(Canal& canal, Ligne champs) {
+    champs.push_back({"Numéro du Canal", canal.NuméroCanal()});
+    champs.push_back({"Nom du Canal", "c"});
+    canal.ParamètresDepuisBD(UneLigne(std::move(champs)));
+  }
+  void Démarre(const char* driver, const char* réglages = "", const char* adresse = nullptr) {
+    ligne->lignes = {{{"Driver de la Carte", driver}, {"Configuration ModBus", réglages}}};
+    if (adresse != nullptr) ligne->lignes[0].push_back({"Adresse", adresse});
     carte.ParamètresDepuisBD(ligne);
     carte.Initialise();
   }
@@ -51,7 +69,7 @@ class BancInstrument : public Banc {
   FenêtresDEssai fenêtres;
   Ref<RecordsetFixe> ligne = Crée<RecordsetFixe>(std::vector<Ligne>());
   Chassis chassis{plateforme};
-  Carte& carte = *chassis.Cartes()->Add("1");
+  Carte& carte = AjouteCarte("1");
 };
 
 }  // namespace zuma::essai
