@@ -5,23 +5,20 @@
 
 #include <gtest/gtest.h>
 
-#include "core/chassis.h"
 #include "outils/allocations.h"
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
 #include "sim/spider_simule.h"
 
 namespace zuma {
 namespace {
 
-using essai::Texte;
-
-class UnSpider : public testing::Test, public essai::Banc {
+class UnSpider : public testing::Test, public essai::BancInstrument {
  public:
   UnSpider() {
     plateforme.spider = &lib;
     spider.TimerExact(horloge);
   }
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(1);
+  ~UnSpider() override { chassis.Cartes({}); }
   sim::SpiderSimulé lib{*horloge};
   ClassSpider spider{plateforme};
 };
@@ -84,19 +81,9 @@ TEST_F(UnSpider, LitA50HertzEtRattrapeSonRetard) {
 TEST_F(UnSpider, RemplitLesCanauxDeSaCarteQuandLHôteLaRafraîchit) {
   lib.Chaîne(7).resize(1);
   lib.Voie(7, 3).grandeur = -2.5;
-  Chassis chassis(plateforme);
   chassis.TimerExact(horloge);
-  chassis.ChargeErreur(registre);
-  const CarteRef carte = chassis.Cartes()->Add("1");
-  carte->TimerExact(horloge);
-  carte->ChargeErreur(registre);
-  const FonctionRef bloc = essai::AjouteBloc(*carte, "1",
-                                             {{"Type de Fonction", Texte("Entrée Analogique")},
-                                              {"Nom de la Fonction", Texte("Bloc")},
-                                              {"Driver", Texte("")}},
-                                             {-1, 3, 10}, horloge, registre);
-  essai::LitCarte(*carte, "Spider V1", "", "7");
-  carte->Initialise();
+  const FonctionRef bloc = Ajoute("Entrée Analogique", {-1, 3, 10}, {{"Driver", ""}});
+  Démarre("Spider V1", "", "7");
   for (int i = 0; i < 5; ++i) {
     horloge->Avance(2'000'000);
     chassis.MetàJour();
@@ -105,9 +92,9 @@ TEST_F(UnSpider, RemplitLesCanauxDeSaCarteQuandLHôteLaRafraîchit) {
   ASSERT_EQ(registre->entrées.size(), 1U) << "and the host does not either";
   EXPECT_TRUE(registre->entrées[0].message.starts_with(
       "Lectures perdues : aucune de 'c' et 1 voie(s) de plus"));
-  carte->MetàJour();
-  EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(3))->ValeurCanal(), -2.5);
-  EXPECT_EQ(bloc->Canals()->Item(essai::CléDuCanal(10))->ValeurCanal(), 0) << "above the count";
+  carte.MetàJour();
+  EXPECT_EQ(Le(bloc, 3).ValeurCanal(), -2.5);
+  EXPECT_EQ(Le(bloc, 10).ValeurCanal(), 0) << "above the count";
   EXPECT_TRUE(registre->Contient("canal 0 de l'amplificateur"));
 }
 

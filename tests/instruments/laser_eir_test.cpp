@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "core/chassis.h"
 #include "instruments/liaison_en_port.h"
 #include "outils/allocations.h"
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "platform/linux/parametres.h"
 #include "sim/laser_simule.h"
 #include "sim/machine_instruments.h"
@@ -15,7 +15,6 @@
 namespace zuma {
 namespace {
 
-using essai::Texte;
 using enum EnumEIRCommande;
 
 // What a reply does: a word, or the letters of the states that it sets and the measure, from all
@@ -33,40 +32,33 @@ std::string Effet(EnumEIRCommande commande, const char* envoyée, const Octets& 
 }
 
 TEST(TramesDuLaser, JugeChaqueRéponse) {
-  const struct {
-    EnumEIRCommande commande;
-    const char* envoyée;
-    Octets reçue;
-    const char* effet;
-  } cas[] = {
-      {ReadEcho, "", "E0", "incomplète"},
-      {ReadEcho, "", "E0:", "E7"},
-      {ReadEcho, "", "E1:", "7"},
-      {ReadEcho, "", "Z0:", "fausse"},
-      {ReadEcho, "", "E0;", "fausse"},
-      {ReadZero, "", "Z0:", "Z7"},
-      {ReadUnit, "", "UM:", "fausse"},
-      {ReadUnit, "", ":MU", "7"},
-      {ReadTargetDistance, "", "T12:", "7"},
-      {ReadMeasuringType, "", "T1:", "fausse"},
-      {ReadLaserState, "", "L0:", "L7"},
-      {ReadDataBinary, "", "ab", "incomplète"},
-      {ReadDataBinary, "", "abcd", "incomplète"},
-      {ReadDataBinary, "", Octets("\x01\x02\x00", 3), "513"},
-      {ReadDataBinary, "", "\xFF\xFF\x7F", "0"},
-      {ReadDataBinary, "", Octets("\x00\x00\x80", 3), "-8388608"},
-      {ReadDataBinary, "", "\xFF\xFF\xFF", "-1"},
-      {WriteEcho, "1", ":", "Z7"},
-      {WriteZero, "1", "?", "fausse"},
-      {WriteUnit, "M", "", "incomplète"},
-      {WriteTargetDistance, "5", "T5:", "7"},
-      {WriteMeasuringType, "1", "?", "fausse"},
-      {writeLaserState, "1", ":", "L7"},
-      {writeLaserState, "1", "L:", "incomplète"},
-      {ReadCounts, "", ":", "muette"},
-      {ActionNextSegment, "", ":", "muette"},
-  };
-  for (const auto& c : cas) EXPECT_EQ(Effet(c.commande, c.envoyée, c.reçue), c.effet) << c.reçue;
+  for (const auto& [commande, envoyée, reçue, effet] :
+       essai::Cas<EnumEIRCommande, const char*, Octets, const char*>{
+           {ReadEcho, "", "E0", "incomplète"},
+           {ReadEcho, "", "E0:", "E7"},
+           {ReadEcho, "", "E1:", "7"},
+           {ReadEcho, "", "Z0:", "fausse"},
+           {ReadEcho, "", "E0;", "fausse"},
+           {ReadZero, "", "Z0:", "Z7"},
+           {ReadUnit, "", "UM:", "fausse"},
+           {ReadUnit, "", ":MU", "7"},
+           {ReadTargetDistance, "", "T12:", "7"},
+           {ReadMeasuringType, "", "T1:", "fausse"},
+           {ReadLaserState, "", "L0:", "L7"},
+           {ReadDataBinary, "", "abcd", "incomplète"},
+           {ReadDataBinary, "", Octets("\x01\x02\x00", 3), "513"},
+           {ReadDataBinary, "", "\xFF\xFF\x7F", "0"},
+           {ReadDataBinary, "", Octets("\x00\x00\x80", 3), "-8388608"},
+           {WriteEcho, "1", ":", "Z7"},
+           {WriteZero, "1", "?", "fausse"},
+           {WriteUnit, "M", "", "incomplète"},
+           {WriteTargetDistance, "5", "T5:", "7"},
+           {writeLaserState, "1", ":", "L7"},
+           {writeLaserState, "1", "L:", "incomplète"},
+           {ReadCounts, "", ":", "muette"},
+           {ActionNextSegment, "", ":", "muette"}}) {
+    EXPECT_EQ(Effet(commande, envoyée, reçue), effet) << reçue;
+  }
 }
 
 // The laser, and all that it is asked.
@@ -80,22 +72,12 @@ class LaserEcouté : public sim::LaserSimulé {
   Octets demandes;
 };
 
-class UneCarteLaser : public testing::Test, public essai::Banc {
+class UneCarteLaser : public testing::Test, public essai::BancInstrument {
  public:
   UneCarteLaser() {
-    plateforme.liaisons = &fabrique;
-    carte.TimerExact(horloge);
-    carte.ChargeErreur(registre);
-    mesure = Ajoute("1", "Entrée Analogique", {0, 1});
-    états = Ajoute("2", "Entrée Logique", {0, 1, 2, 3});
     essai::LitCarte(carte, "Extensometre EIR LASER", "3,9600,N,8,1");
     laser->demandes.reserve(1000);
-    ligne.débit = 115'200;  // an answer within each pass
-  }
-  FonctionRef Ajoute(const char* clé, const char* type, const std::vector<std::int32_t>& numéros) {
-    return essai::AjouteBloc(
-        carte, clé, {{"Type de Fonction", Texte(type)}, {"Nom de la Fonction", Texte("Bloc")}},
-        numéros, horloge, registre);
+    prise.débit = 115'200;  // an answer within each pass
   }
   // Passes of 10 ms, and what the laser was asked in them.
   Octets Passe(int fois) {
@@ -113,12 +95,10 @@ class UneCarteLaser : public testing::Test, public essai::Banc {
     return vrais;
   }
 
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
-  sim::FabriqueLiaisonsSimulée fabrique;
   Ref<LaserEcouté> laser = Crée<LaserEcouté>(*horloge);
-  sim::LigneSérie& ligne = fabrique.Attache(3, laser);
-  Carte carte{plateforme};
-  FonctionRef mesure, états;
+  sim::LigneSérie& prise = liaisons.Attache(3, laser);
+  FonctionRef mesure = Ajoute("Entrée Analogique", {0, 1});
+  FonctionRef états = Ajoute("Entrée Logique", {0, 1, 2, 3});
 };
 
 TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
@@ -143,11 +123,11 @@ TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
   EXPECT_EQ(Etats(), "0110");
   while (Passe(1) != "E\r") continue;
   EXPECT_EQ(Passe(9), dix.substr(2));
-  ligne.pannes.muette = true;
+  prise.pannes.muette = true;
   EXPECT_EQ(Passe(11), "B\rE\r") << "behind the tenth measure a try again asks the last state";
-  ligne.pannes.muette = false;
+  prise.pannes.muette = false;
   EXPECT_EQ(Passe(12), "E\rZ\rB\r");
-  ligne.pannes.muette = true;
+  prise.pannes.muette = true;
   laser->demandes.clear();
   carte.Initialise();
   EXPECT_EQ(laser->demandes, "T1\rT1\rT1\rE0\rE0\rE0\rM1\rM1\rM1\rUM\rUM\rUM\rZ0\rZ0\rZ0\r");
@@ -157,7 +137,7 @@ TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
 TEST_F(UneCarteLaser, PrendSaDistanceDansUnParamètre) {
   linux_::Parametres paramètres;
   const auto distance = paramètres.Ajoute(1, "250", "Distance");
-  carte.ParamètresDepuisBD(essai::UneLigne({{"Config EIR", Texte("Distance")}}));
+  carte.ParamètresDepuisBD(essai::UneLigne({{"Config EIR", "Distance"}}));
   carte.Lien(paramètres.Collection());
   (void)Passe(1);
   carte.Initialise();
@@ -174,14 +154,14 @@ TEST_F(UneCarteLaser, DitLeSilenceALaQuatrièmeFoisEtGardeSaMesure) {
   laser->extension = 77;
   (void)Passe(1);
   for (int fois = 0; fois < 2; ++fois) {
-    ligne.pannes.muette = true;
+    prise.pannes.muette = true;
     (void)Passe(1);
     EXPECT_EQ(Passe(39), "B\rB\rB\r") << "behind the one that is out";
     EXPECT_EQ(Etats().back(), '0');
     (void)Passe(1);
     EXPECT_EQ(Etats().back(), '1');
     EXPECT_EQ(Mesure(), 77);
-    ligne.pannes.muette = false;
+    prise.pannes.muette = false;
     if (fois == 0) (void)Passe(4);
   }
   EXPECT_EQ(Passe(6), "B\rE\rB\rB\rB\r") << "and a state that tells whose answers come";
@@ -202,15 +182,15 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
     int pause;       // without measure, in milliseconds at the most
     int durée = 20;  // of the disturbance, milliseconds
   } cas[] = {
-      {"octet parasite", [](UneCarteLaser& t) { t.ligne.Emet("\x5A", 0); }, 150},
-      {"deux octets", [](UneCarteLaser& t) { t.ligne.Emet("E0", 0); }, 150},
-      {"octet perdu", [](UneCarteLaser& t) { t.ligne.pannes.coupée = true; }, 170},
+      {"octet parasite", [](UneCarteLaser& t) { t.prise.Emet("\x5A", 0); }, 150},
+      {"deux octets", [](UneCarteLaser& t) { t.prise.Emet("E0", 0); }, 150},
+      {"octet perdu", [](UneCarteLaser& t) { t.prise.pannes.coupée = true; }, 170},
       {"réponse en retard de 110 ms", [](UneCarteLaser& t) { t.laser->latence = 110'000; }, 400},
       {"réponse en retard de 350 ms", [](UneCarteLaser& t) { t.laser->latence = 350'000; }, 900},
       {"réponses lentes", [](UneCarteLaser& t) { t.laser->latence = 110'000; }, 900, 260},
-      {"question perdue", [](UneCarteLaser& t) { t.ligne.pannes.sourde = true; }, 400},
+      {"question perdue", [](UneCarteLaser& t) { t.prise.pannes.sourde = true; }, 400},
   };
-  ligne.débit = 0;
+  prise.débit = 0;
   int changées = 0;
   for (const auto& c : cas) {
     for (const int passe : {1000, 5000, 10'000}) {
@@ -246,7 +226,7 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
         while (laser->demandes.size() / 2 < static_cast<std::size_t>(échange)) tourne(passe / 1000);
         c.gêne(*this);
         const int pause = tourne(c.durée, phase * 800);
-        ligne.pannes = {};
+        prise.pannes = {};
         laser->latence = 5000;
         EXPECT_LT(pause + tourne(c.pause + 50), c.pause) << c.quoi << " " << passe << " " << phase;
         EXPECT_LT(tourne(200), 35) << c.quoi << " " << passe << " " << phase;
@@ -260,28 +240,26 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
 
 TEST_F(UneCarteLaser, RessaieChaqueSecondeUnPortAbsentOuPerdu) {
   laser->extension = 5;
-  ligne.pannes.débranchée = true;
+  prise.pannes.débranchée = true;
   carte.Initialise();
   EXPECT_TRUE(registre->Contient("COM3 absent"));
   for (int fois = 1; fois <= 2; ++fois) {
     (void)Passe(205);
     EXPECT_EQ(Etats().back(), '1') << "an old measure is told as one";
-    ligne.pannes.débranchée = false;
+    prise.pannes.débranchée = false;
     (void)Passe(80);
-    EXPECT_EQ(ligne.ouvertures, fois - 1) << "not before its second is over";
+    EXPECT_EQ(prise.ouvertures, fois - 1) << "not before its second is over";
     (void)Passe(40);
-    EXPECT_EQ(ligne.ouvertures, fois);
+    EXPECT_EQ(prise.ouvertures, fois);
     EXPECT_EQ(Mesure(), 5);
     EXPECT_EQ(Etats().back(), '0');
-    ligne.pannes.débranchée = true;
+    prise.pannes.débranchée = true;
   }
   EXPECT_EQ(registre->entrées.size(), 1U);
 }
 
 TEST_F(UneCarteLaser, TrouveSonJumeauDansLaMachine) {
-  Chassis chassis(plateforme);
-  essai::LitCarte(*chassis.Cartes()->Add("1"), "Extensometre EIR LASER", "3,9600,N,8,1");
-  sim::MachineInstruments machine(*horloge, fabrique);
+  sim::MachineInstruments machine(*horloge, liaisons);
   machine.Branche(chassis);
   machine.Anime(2);
   carte.Initialise();
@@ -290,7 +268,7 @@ TEST_F(UneCarteLaser, TrouveSonJumeauDansLaMachine) {
 }
 
 TEST_F(UneCarteLaser, SertUnHôteSansCarte) {
-  const auto port = Crée<LiaisonEnPort>(fabrique.CréeLiaison());
+  const auto port = Crée<LiaisonEnPort>(liaisons.CréeLiaison());
   port->ConfigurePort("COM4,9600,N,8,1", true);
   EXPECT_FALSE(port->PortConfiguré() || port->PortExiste());
   port->ConfigurePort("3,9600,N,8,1", false);

@@ -3,14 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/arbre.h"
-#include "sim/horloge_virtuelle.h"
+#include "outils/banc_instrument.h"
 #include "sim/thumler_simule.h"
 
 namespace zuma {
 namespace {
-
-using essai::Texte;
 
 class Fin : public FinDuProgramme {
  public:
@@ -18,27 +15,14 @@ class Fin : public FinDuProgramme {
   std::vector<std::string> raisons;
 };
 
-class UnThumler : public testing::Test, public essai::Banc {
+class UnThumler : public testing::Test, public essai::BancInstrument {
  public:
   UnThumler() {
     plateforme.ftdi = &usb;
     plateforme.fin = &fin;
-    carte.TimerExact(horloge);
-    carte.ChargeErreur(registre);
-    consigne = Ajoute("1", "Sortie Analogique", {0});
-    mesures = Ajoute("2", "Entrée Analogique", {0, 1});
     essai::LitCarte(carte, "Thumler", "");
   }
-  FonctionRef Ajoute(const char* clé, const char* type, const std::vector<std::int32_t>& numéros) {
-    return essai::AjouteBloc(carte, clé,
-                             {{"Type de Fonction", Texte(type)},
-                              {"Nom de la Fonction", Texte("Bloc")},
-                              {"Driver", Texte("")}},
-                             numéros, horloge, registre);
-  }
-  static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
-    return *bloc->Canals()->Item(essai::CléDuCanal(numéro));
-  }
+  ~UnThumler() override { chassis.Cartes({}); }
   // What a pass sends.
   std::vector<std::string> Passe() {
     usb.commandes.clear();
@@ -47,11 +31,10 @@ class UnThumler : public testing::Test, public essai::Banc {
   }
 
   using Commandes_ = std::vector<std::string>;
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
   sim::ThumlerSimulé usb;
   Fin fin;
-  Carte carte{plateforme};
-  FonctionRef consigne, mesures;
+  Canal& consigne = Le(Ajoute("Sortie Analogique", {0}), 0);
+  FonctionRef mesures = Ajoute("Entrée Analogique", {0, 1});
 };
 
 TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
@@ -61,17 +44,17 @@ TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
   EXPECT_EQ(carte.Adresse(), poignée) << "the same device, and not one numbered like its handle";
   EXPECT_EQ(usb.vitesseLigne, 1953125);
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
-  Le(consigne, 0).ValeurCanal(42.9);
+  consigne.ValeurCanal(42.9);
   usb.charge = 12.5;
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$V042", "$R", "$A"}));
   EXPECT_EQ(Le(mesures, 0).ValeurCanal(), 42);
   EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 12.5);
-  Le(consigne, 0).ValeurCanal(42.1);
+  consigne.ValeurCanal(42.1);
   EXPECT_EQ(Passe(), (Commandes_{"$A"})) << "the integer part did not change";
-  Le(consigne, 0).ValeurCanal(0);
+  consigne.ValeurCanal(0);
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
   EXPECT_FALSE(usb.EnMarche());
-  Le(consigne, 0).ValeurCanal(42);
+  consigne.ValeurCanal(42);
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$V042", "$R", "$A"})) << "runs again after a halt";
   EXPECT_TRUE(registre->entrées.empty());
 }
@@ -79,44 +62,43 @@ TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
 // A stop leaves until an answer behind it says that the drive is at rest.
 TEST_F(UnThumler, DoitUnArrêtJusquAuRepos) {
   carte.Initialise();
-  Canal& canal = Le(consigne, 0);
   const auto tourne = [&] {
-    canal.ValeurCanal(42);
+    consigne.ValeurCanal(42);
     (void)Passe();
-    EXPECT_TRUE(usb.EnMarche() && canal.Atteint());
+    EXPECT_TRUE(usb.EnMarche() && consigne.Atteint());
   };
   const auto attend = [&](double secondes) { horloge->Avance(secondes * 1e6); };
 
   tourne();
   usb.muet = true;
-  canal.ValeurCanal(0);
+  consigne.ValeurCanal(0);
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"})) << "as long as nothing answers";
-    EXPECT_FALSE(canal.Atteint());
+    EXPECT_FALSE(consigne.Atteint());
   }
   usb.muet = false;
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
-  EXPECT_TRUE(canal.Atteint());
+  EXPECT_TRUE(consigne.Atteint());
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
 
   tourne();
-  canal.ValeurCanal(0);
+  consigne.ValeurCanal(0);
   usb.réponseForcée = "A 00042;0000.00\n";  // runs down, or lost the "H"
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
-  EXPECT_FALSE(canal.Atteint());
+  EXPECT_FALSE(consigne.Atteint());
   attend(1);
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
   usb.réponseForcée.clear();
   (void)Passe();
   attend(1);
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
-  EXPECT_TRUE(canal.Atteint());
+  EXPECT_TRUE(consigne.Atteint());
 
-  canal.ValeurCanal(42);
+  consigne.ValeurCanal(42);
   usb.muet = true;
   (void)Passe();
-  EXPECT_FALSE(canal.Atteint());
+  EXPECT_FALSE(consigne.Atteint());
   EXPECT_EQ(Passe(), (Commandes_{"$A"})) << "a set point is not repeated: its \"H\" would halt it";
   EXPECT_TRUE(registre->entrées.empty());
 }
@@ -127,20 +109,20 @@ TEST_F(UnThumler, ArrêteCeQuiTourneSousUneConsigneDeZéro) {
   for (const char* commande : {"$V042", "$R"}) (void)usb.FT_Write(tenue, commande);
   carte.Initialise();
   EXPECT_EQ(Passe(), (Commandes_{"$A"}));
-  EXPECT_FALSE(Le(consigne, 0).Atteint());
+  EXPECT_FALSE(consigne.Atteint());
   EXPECT_TRUE(registre->Contient("trouvé en marche"));
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$A"}));
   EXPECT_FALSE(usb.EnMarche());
-  EXPECT_TRUE(Le(consigne, 0).Atteint());
+  EXPECT_TRUE(consigne.Atteint());
   EXPECT_EQ(registre->entrées.size(), 1U);
   // A device without a speed among its measures: the answer alone confirms.
   plateforme.réglages.vitesseThumler = -1;
   usb.réponseForcée = "A 00042;0000.00\n";
-  Le(consigne, 0).ValeurCanal(1);
+  consigne.ValeurCanal(1);
   (void)Passe();
-  Le(consigne, 0).ValeurCanal(0);
+  consigne.ValeurCanal(0);
   (void)Passe();
-  EXPECT_TRUE(Le(consigne, 0).Atteint());
+  EXPECT_TRUE(consigne.Atteint());
 }
 
 TEST_F(UnThumler, GardeSesMesuresDansLeSilence) {

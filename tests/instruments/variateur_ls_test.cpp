@@ -3,16 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "outils/ligne_retive.h"
 #include "sim/collaborateurs.h"
-#include "sim/liaisons_simulees.h"
 
 namespace zuma {
 namespace {
-
-using essai::Nombre;
-using essai::Texte;
 
 TEST(ConsigneDuVariateur, TientEnTroisRegistres) {
   const struct {
@@ -34,21 +31,12 @@ TEST(AttenteDuVariateur, DonnePlusAuxLiaisonsRapides) {
   EXPECT_EQ(VariateurLS::TimeOut(10, 38400), 150'000);
 }
 
-class UnVariateur : public testing::Test, public essai::Banc {
+class UnVariateur : public testing::Test, public essai::BancInstrument {
  public:
   UnVariateur() {
-    plateforme.liaisons = &fabrique;
     plateforme.fichiers = &fichiers;
-    plateforme.horloge = horloge.Brut();
-    carte.TimerExact(horloge);
-    carte.ChargeErreur(registre);
-    consigne = Ajoute("1", "Sortie Analogique", "10", 500, {-1, 0});
-    sorties = Ajoute("2", "Sortie Logique", "10", 500, {0, 3});
-    états = Ajoute("3", "Entrée Logique", "3", 600, {-1, 0, 9, 20});
-    vitesse = Ajoute("4", "Entrée Analogique", "3", 600, {0});
     esclave->registres = {{1032, 7}, {1146, 7}, {600, 0x0201}, {601, 0x1234}, {602, 0}};
-    essai::LitCarte(carte, "Variateur LS Modbus et soft K9", "4,38400,N,8,1,0.7");
-    carte.Initialise();
+    Démarre("Variateur LS Modbus et soft K9", "4,38400,N,8,1,0.7");
   }
   // Asked to move, it does, and nothing of it is on the line any more.
   void Tourne() {
@@ -59,16 +47,13 @@ class UnVariateur : public testing::Test, public essai::Banc {
   // The drive holds the set point's whole part.
   [[nodiscard]] bool Reçue() { return esclave->registres[501] == Le(consigne, 0).ValeurCanal(); }
   [[nodiscard]] double Défaut() const { return Le(consigne, -1).ValeurCanal(); }
-  FonctionRef Ajoute(const char* clé, const char* type, const char* fonction, std::int32_t départ,
+  FonctionRef Ajoute(const char* type, const char* fonction, std::int32_t départ,
                      const std::vector<std::int32_t>& numéros) {
-    return essai::AjouteBloc(carte, clé,
-                             {{"Driver", Texte("Variateur LS Modbus et soft K9")},
-                              {"Type de Fonction", Texte(type)},
-                              {"Nom de la Fonction", Texte("Bloc")},
-                              {"ModBus - Adresse", Texte("05")},
-                              {"ModBus - Fonction", Texte(fonction)},
-                              {"ModBus - Regitre départ", Nombre(départ)}},
-                             numéros, horloge, registre);
+    return BancInstrument::Ajoute(type, numéros,
+                                  {{"Driver", "Variateur LS Modbus et soft K9"},
+                                   {"ModBus - Adresse", "05"},
+                                   {"ModBus - Fonction", fonction},
+                                   {"ModBus - Regitre départ", départ}});
   }
   void Passe(int fois) {
     for (; fois > 0; --fois) {
@@ -76,18 +61,15 @@ class UnVariateur : public testing::Test, public essai::Banc {
       horloge->Avance(2000);
     }
   }
-  static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
-    return *bloc->Canals()->Item(essai::CléDuCanal(numéro));
-  }
 
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>(10);
-  sim::FabriqueLiaisonsSimulée fabrique;
   sim::FichiersEnMémoire fichiers;
   Ref<sim::EsclaveModbus> esclave = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{5});
   Ref<essai::LigneRétive> fil = Crée<essai::LigneRétive>(*horloge, esclave);
-  sim::LigneSérie& ligne = fabrique.Attache(4, fil);
-  Carte carte{plateforme};
-  FonctionRef consigne, sorties, états, vitesse;
+  sim::LigneSérie& prise = liaisons.Attache(4, fil);
+  FonctionRef consigne = Ajoute("Sortie Analogique", "10", 500, {-1, 0});
+  FonctionRef sorties = Ajoute("Sortie Logique", "10", 500, {0, 3});
+  FonctionRef états = Ajoute("Entrée Logique", "3", 600, {-1, 0, 9, 20});
+  FonctionRef vitesse = Ajoute("Entrée Analogique", "3", 600, {0});
 };
 
 TEST_F(UnVariateur, DémarrePuisEcritEtLitTourATour) {
@@ -115,18 +97,18 @@ TEST_F(UnVariateur, DémarrePuisEcritEtLitTourATour) {
 
 TEST_F(UnVariateur, SigneUnePanneSansRetenirLaBoucle) {
   Passe(100);
-  ligne.pannes.parasitée = true;
+  prise.pannes.parasitée = true;
   Passe(200);
   EXPECT_EQ(Le(consigne, -1).ValeurCanal(), -1);
   EXPECT_EQ(Le(états, -1).ValeurCanal(), -1);
   ASSERT_GE(fichiers.lignes.size(), 3U);
   EXPECT_EQ(fichiers.lignes[2].substr(8), ",Erreur CRC,3");
   EXPECT_EQ(fichiers.lignes[2].substr(0, 3), "08:");
-  ligne.pannes = {};
+  prise.pannes = {};
   Passe(100);
   EXPECT_EQ(Le(consigne, -1).ValeurCanal(), 0);
   fichiers.lignes.clear();
-  ligne.pannes.muette = true;
+  prise.pannes.muette = true;
   Passe(400);
   EXPECT_EQ(Défaut(), 0);
   Passe(150);
@@ -154,8 +136,8 @@ TEST_F(UnVariateur, RéponseTardiveOuPerdueNeRetientPasUnArrêt) {
       {"60 ms", [](UnVariateur& t) { t.fil->retard = 60'000; }},
       {"600 ms", [](UnVariateur& t) { t.fil->retard = 600'000; }},
       {"réponses perdues", [](UnVariateur& t) { t.fil->perdRéponses = 1'000; }},
-      {"parasites", [](UnVariateur& t) { t.ligne.pannes.parasitée = true; }},
-      {"coupures", [](UnVariateur& t) { t.ligne.pannes.coupée = true; }},
+      {"parasites", [](UnVariateur& t) { t.prise.pannes.parasitée = true; }},
+      {"coupures", [](UnVariateur& t) { t.prise.pannes.coupée = true; }},
   };
   Passe(1);
   for (const auto& c : cas) {
@@ -176,7 +158,7 @@ TEST_F(UnVariateur, RéponseTardiveOuPerdueNeRetientPasUnArrêt) {
         const Octets première = fil->questions.front();
         EXPECT_EQ(première[1], 16) << c.quoi << ": the next question is the stop";
         EXPECT_EQ(première[bloc == consigne ? 10 : 16], 0) << c.quoi;
-        ligne.pannes = {};
+        prise.pannes = {};
         fil->retard = 10'000;
         fil->perdQuestions = fil->perdRéponses = 0;
         Passe(1000);
@@ -208,10 +190,10 @@ TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
   for (const bool auDépart : {true, false}) {
     if (auDépart) {
       carte.RS()->FermePort();
-      ligne.pannes.débranchée = true;
+      prise.pannes.débranchée = true;
     } else {
       Tourne();
-      ligne.pannes.débranchée = true;
+      prise.pannes.débranchée = true;
     }
     registre->entrées.clear();
     Passe(600);
@@ -220,7 +202,7 @@ TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
     EXPECT_LE(registre->entrées.size(), 3U) << "told every second and not on each pass";
     Le(consigne, 0).ValeurCanal(0);
     esclave->registres[501] = 12;
-    ligne.pannes = {};
+    prise.pannes = {};
     Passe(550);
     EXPECT_EQ(esclave->registres[501], 0) << auDépart;
     Passe(550);
@@ -235,7 +217,7 @@ TEST_F(UnVariateur, NeSeTaitPasDevantUneLigneQuiBavarde) {
   Tourne();
   fil->perdRéponses = 1;
   Passe(75);  // the late answer that is in doubt
-  ligne.pannes.babillarde = true;
+  prise.pannes.babillarde = true;
   (void)fil->Genres();
   Passe(5000);
   EXPECT_FALSE(fil->questions.empty());
@@ -243,13 +225,13 @@ TEST_F(UnVariateur, NeSeTaitPasDevantUneLigneQuiBavarde) {
 }
 
 TEST_F(UnVariateur, ReprendUnDépartQuiAEchoué) {
-  ligne.pannes.muette = true;
+  prise.pannes.muette = true;
   Passe(1);
   ASSERT_EQ(messages.textes.size(), 1U);
   EXPECT_EQ(messages.textes[0],
             "Internal program speed controler stopped. Please Call K9 (++00 (0)0 00 00 00 00).");
   esclave->registres[1032] = esclave->registres[1146] = 7;
-  ligne.pannes = {};
+  prise.pannes = {};
   (void)fil->Genres();
   Le(consigne, 0).ValeurCanal(1);
   double plusLongue = 0;
