@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "outils/cas.h"
 #include "sim/journal_borne.h"
 
 namespace zuma::sim {
@@ -70,31 +71,32 @@ TEST_F(UneLigne, GardeEtEnvoieCeQueTientUnPort) {
 
 // What the device hears of "question" and what comes back, under each fault.
 TEST_F(UneLigne, PerdDansUnSeulSens) {
-  const struct {
-    bool Pannes::* panne;
-    const char *entendus, *reçus;
-  } cas[] = {{&Pannes::muette, "x", ""},
-             {&Pannes::sourde, "", ""},
-             {&Pannes::coupée, "x", "ab"},
-             {&Pannes::débranchée, "", ""},
-             {&Pannes::tardive, "x", ""}};
-  for (const auto& c : cas) {
+  for (const auto& [panne, entendus, reçus] :
+       essai::Cas<bool Pannes::*, const char*, const char*>{{&Pannes::muette, "x", ""},
+                                                            {&Pannes::sourde, "", ""},
+                                                            {&Pannes::coupée, "x", "ab"},
+                                                            {&Pannes::débranchée, "", ""},
+                                                            {&Pannes::tardive, "x", ""}}) {
     appareil->entendus.clear();
     ligne.pannes = {};
-    ligne.pannes.*c.panne = true;
-    EXPECT_EQ(Demande("x", 10), c.reçus);
-    EXPECT_EQ(appareil->entendus, c.entendus);
+    ligne.pannes.*panne = true;
+    EXPECT_EQ(Demande("x", 10), reçus);
+    EXPECT_EQ(appareil->entendus, entendus);
   }
   EXPECT_EQ(Après(kRetard * 1000), "abc") << "late, and not lost";
 }
 
-TEST_F(UneLigne, RépèteLaPremièreRéponseDUnAppareilFigé) {
+TEST_F(UneLigne, RépèteLaPremièreRéponseDUnAppareilFigéEtBabilleÀSaVitesse) {
   ligne.pannes.figée = true;
   EXPECT_EQ(Demande("x", 10), "abc");
   appareil->réponse = "def";
   EXPECT_EQ(Demande("x", 10), "abc");
-  ligne.pannes.figée = false;
+  ligne.pannes = {};
   EXPECT_EQ(Demande("x", 10), "def");
+  ligne.pannes.babillarde = true;
+  EXPECT_NEAR(static_cast<double>(Après(100).size()), 100, 1);
+  ligne.pannes = {};
+  EXPECT_EQ(Après(100), "");
 }
 
 // One byte now and then, both ways, never more than one, and the same by the same seed.
@@ -125,13 +127,6 @@ TEST_F(UneLigne, AbîmeUnOctetDeTempsEnTemps) {
     EXPECT_NEAR(static_cast<double>(std::ranges::count(passages[0], 'x')), 100, 30);
     EXPECT_EQ(passages[0], passages[1]);
   }
-}
-
-TEST_F(UneLigne, BabilleÀSaVitesse) {
-  ligne.pannes.babillarde = true;
-  EXPECT_NEAR(static_cast<double>(Après(100).size()), 100, 1);
-  ligne.pannes.babillarde = false;
-  EXPECT_EQ(Après(100), "");
 }
 
 TEST(LesJournauxDesJumeaux, OublientLeDébut) {

@@ -3,155 +3,105 @@
 
 #include <gtest/gtest.h>
 
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "sim/compteurs_virtuels.h"
 
 namespace zuma::sim {
 namespace {
 
-using essai::Texte;
-
-class UneMachine : public testing::Test, protected essai::Banc {
+class UneMachine : public testing::Test, protected essai::BancInstrument {
  protected:
   UneMachine() {
     plateforme.ports = &machine.Bus();
     plateforme.compteurs = &compteurs;
-    plateforme.horloge = horloge.Brut();
   }
-  // A board with one block, its channels numbered so that no rank equals a number.
-  FonctionRef Ajoute(const char* adresse, const char* driver, const char* type, bool parFonction) {
-    const CarteRef carte = chassis.Cartes()->Add(adresse);
-    carte->TimerExact(horloge);
-    carte->ChargeErreur(registre);
-    const FonctionRef bloc = essai::AjouteBloc(*carte, "1",
-                                               {{"Driver", Texte(driver)},
-                                                {"Type de Fonction", Texte(type)},
-                                                {"Nom de la Fonction", Texte("Bloc")},
-                                                {"Mise à Jour par Fonction", Valeur(parFonction)}},
-                                               {1, 2, 5}, horloge, registre);
+  ~UneMachine() override { chassis.Cartes({}); }
+  // A started board with one block, its channels numbered so that no rank equals a number.
+  FonctionRef Monte(const char* driver, const char* type, bool parFonction = true,
+                    const char* adresse = nullptr) {
+    const std::string libre = std::to_string(20 + chassis.Cartes()->Count()) + "0";
+    Carte& une = AjouteCarte(libre);
+    const FonctionRef bloc = AjouteSur(
+        une, type, {1, 2, 5}, {{"Driver", driver}, {"Mise à Jour par Fonction", parFonction}});
     const bool pet = std::string_view(driver).starts_with("DrvPET");
-    essai::LitCarte(*carte, pet ? "DrvPET48DIO" : "", "", adresse);
-    return bloc;
-  }
-  std::string Suivante() { return std::to_string(++dernière) + "0"; }
-  void Démarre() {
+    essai::LitCarte(une, pet ? "DrvPET48DIO" : "", "", adresse ? adresse : libre.c_str());
     machine.Branche(chassis);
-    for (const CarteRef& carte : *chassis.Cartes()) carte->Initialise();
+    une.Initialise();
+    return bloc;
   }
   Borne La(const CanalRef& canal) const { return machine.BorneDe(*canal).value(); }
 
-  Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>(1);
   CompteursVirtuels compteurs{*horloge};
   MachinePorts machine{*horloge};
-  Chassis chassis{plateforme};
-  int dernière = 20;  // address of the last board, without its last digit
 };
 
-struct Cas {
-  const char* driver;
-  bool parFonction = true;
-};
-
-TEST_F(UneMachine, MetUneEntréeAVraiPourSonCanalSeul) {
-  const Cas tous[] = {
-      {"DrvPCL731_PCLD782B"},   {"DrvPET48DIO_TB24P"},           {"DrvPET48DIO_TB24P", false},
-      {"DrvPET48DIO_PCLD782B"}, {"DrvPET48DIO_PCLD782B", false}, {"DrvACL8316_ACLD9182"},
-      {"DrvA826PG_DB16P"},      {"DrvACL6126_ACLD9182"}};
-  std::vector<FonctionRef> blocs;
-  for (const Cas& c : tous) {
-    blocs.push_back(Ajoute(Suivante().c_str(), c.driver, "Entrée Logique", c.parFonction));
-  }
-  Démarre();
-  for (const FonctionRef& bloc : blocs) {
-    for (const CanalRef& vrai : *bloc->Canals()) {
-      for (const CanalRef& canal : *bloc->Canals()) {
-        La(canal).EntréeLogique(canal.Brut() == vrai.Brut());
-      }
-      bloc->MetàJour();
-      for (const CanalRef& canal : *bloc->Canals()) {
-        EXPECT_EQ(canal->ValeurCanal(), canal.Brut() == vrai.Brut() ? kVrai : 0)
-            << static_cast<int>(bloc->Driver_enm()) << " " << canal->NuméroCanal();
+TEST_F(UneMachine, DonneÀChaqueCanalSaBorneEtNulleAutre) {
+  const auto essaie = [&](const char* type, const std::vector<const char*>& drivers,
+                          bool parFonction, auto choisit, auto juste) {
+    for (const char* driver : drivers) {
+      const FonctionRef bloc = Monte(driver, type, parFonction);
+      for (const CanalRef& choisi : *bloc->Canals()) {
+        for (const CanalRef& canal : *bloc->Canals()) choisit(canal, canal == choisi);
+        bloc->MetàJour();
+        for (const CanalRef& canal : *bloc->Canals()) {
+          EXPECT_TRUE(juste(canal, canal == choisi)) << driver << parFonction;
+        }
       }
     }
-  }
-  EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(UneMachine, MontreLEtatDUneSortieDeBloc) {
-  std::vector<FonctionRef> blocs;
-  for (const char* driver : {"DrvPCL731_PCLD7225", "DrvPET48DIO_TB24R", "DrvPET48DIO_PCLD7225",
-                             "DrvACL8316_ACLD9185", "DrvA826PG_DB16R", "DrvACL6126_ACLD9185"}) {
-    blocs.push_back(Ajoute(Suivante().c_str(), driver, "Sortie Logique", true));
-  }
-  Démarre();
-  for (const FonctionRef& bloc : blocs) {
-    for (const CanalRef& canal : *bloc->Canals()) {
-      canal->ValeurCanal(canal->NuméroCanal() == 2 ? kVrai : 0);
-    }
-    bloc->MetàJour();
-    for (const CanalRef& canal : *bloc->Canals()) {
-      EXPECT_EQ(La(canal).SortieLogique(), canal->NuméroCanal() == 2)
-          << static_cast<int>(bloc->Driver_enm());
-    }
-  }
-  EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(UneMachine, DonneLesPointsDUneTension) {
-  const Cas tous[] = {{"DrvACL8316_ACLD8125"},
-                      {"DrvACL8316_ACLD8125", false},
-                      {"DrvA826PG_DB8225"},
-                      {"DrvACL8113"},
-                      {"DrvPCL813_PCLD881"}};
-  std::vector<FonctionRef> blocs;
-  for (const Cas& c : tous) {
-    blocs.push_back(Ajoute(Suivante().c_str(), c.driver, "Entrée Analogique", c.parFonction));
-  }
-  Démarre();
-  for (const FonctionRef& bloc : blocs) {
-    for (const CanalRef& canal : *bloc->Canals()) {
-      La(canal).TensionEntrée(1.5 * canal->NuméroCanal());
-    }
-    bloc->MetàJour();
-    for (const CanalRef& canal : *bloc->Canals()) {
-      EXPECT_NEAR(canal->ValeurCanal(), PointsPourVolts(1.5 * canal->NuméroCanal()), 16)
-          << static_cast<int>(bloc->Driver_enm());
-    }
+  };
+  const auto ferme = [&](const CanalRef& c, bool oui) { La(c).EntréeLogique(oui); };
+  const auto lit = [](const CanalRef& c, bool oui) { return c->ValeurCanal() == (oui ? -1 : 0); };
+  const char* type = "Entrée Logique";
+  essaie(type, {"DrvPET48DIO_TB24P", "DrvPET48DIO_PCLD782B"}, false, ferme, lit);
+  essaie(type,
+         {"DrvPET48DIO_TB24P", "DrvPET48DIO_PCLD782B", "DrvPCL731_PCLD782B", "DrvACL8316_ACLD9182",
+          "DrvA826PG_DB16P", "DrvACL6126_ACLD9182"},
+         true, ferme, lit);
+  essaie(
+      "Sortie Logique",
+      {"DrvPET48DIO_TB24R", "DrvPET48DIO_PCLD7225", "DrvPCL731_PCLD7225", "DrvACL8316_ACLD9185",
+       "DrvA826PG_DB16R", "DrvACL6126_ACLD9185"},
+      true, [](const CanalRef& c, bool oui) { c->ValeurCanal(oui ? kVrai : 0); },
+      [&](const CanalRef& c, bool oui) { return La(c).SortieLogique() == oui; });
+  for (const bool parFonction : {false, true}) {
+    essaie(
+        "Entrée Analogique",
+        {"DrvACL8316_ACLD8125", "DrvA826PG_DB8225", "DrvACL8113", "DrvPCL813_PCLD881"}, parFonction,
+        [&](const CanalRef& c, bool oui) { La(c).TensionEntrée(oui ? 4.5 : 1); },
+        [](const CanalRef& c, bool oui) {
+          return std::abs(c->ValeurCanal() - PointsPourVolts(oui ? 4.5 : 1)) < 16;
+        });
   }
   EXPECT_TRUE(registre->entrées.empty());
 }
 
 // Boards of few ports stand close together on a real bus.
 TEST_F(UneMachine, DistingueDesCartesVoisines) {
-  const struct {
-    const char* driver;
-    const char* adresses[2];
-  } cas[] = {{"DrvPCL731_PCLD782B", {"300", "308"}}, {"DrvPET48DIO_TB24P", {"310", "312"}}};
-  for (const auto& c : cas) {
-    const FonctionRef un = Ajoute(c.adresses[0], c.driver, "Entrée Logique", true);
-    const FonctionRef deux = Ajoute(c.adresses[1], c.driver, "Entrée Logique", true);
-    Démarre();
-    const CanalRef canal = deux->Canals()->Item(essai::CléDuCanal(2));
-    La(canal).EntréeLogique(true);
+  for (const auto& [driver, adresse, voisine] : essai::Cas<const char*, const char*, const char*>{
+           {"DrvPCL731_PCLD782B", "400", "408"}, {"DrvPET48DIO_TB24P", "410", "412"}}) {
+    const FonctionRef un = Monte(driver, "Entrée Logique", true, adresse);
+    const FonctionRef deux = Monte(driver, "Entrée Logique", true, voisine);
+    La(deux->Canals()->Item(essai::CléDuCanal(2))).EntréeLogique(true);
     un->MetàJour();
     deux->MetàJour();
-    EXPECT_EQ(canal->ValeurCanal(), kVrai) << c.driver;
-    EXPECT_EQ(un->Canals()->Item(essai::CléDuCanal(2))->ValeurCanal(), 0) << c.driver;
-    EXPECT_EQ(deux->Canals()->Item(essai::CléDuCanal(1))->ValeurCanal(), 0) << c.driver;
+    EXPECT_EQ(Le(deux, 2).ValeurCanal(), kVrai) << driver;
+    EXPECT_EQ(Le(un, 2).ValeurCanal(), 0) << driver;
+    EXPECT_EQ(Le(deux, 1).ValeurCanal(), 0) << driver;
   }
 }
 
 TEST_F(UneMachine, NeDonnePasDeBorneAUnCanalQuiNEnAPas) {
-  const FonctionRef bloc = Ajoute("220", "DrvACL8316_ACLD9185", "Sortie Logique", true);
-  Démarre();
-  Canal ailleurs(plateforme);
-  ailleurs.Driver(ENUM_DRIVER::DrvRègleMTS1Aimant);
-  ailleurs.Adresse(0x220);
-  EXPECT_FALSE(machine.BorneDe(ailleurs).has_value());
-  ailleurs.Driver(ENUM_DRIVER::DrvACL8316);
-  EXPECT_TRUE(machine.BorneDe(ailleurs).has_value());
-  ailleurs.Adresse(0x240);
-  EXPECT_FALSE(machine.BorneDe(ailleurs).has_value());
+  (void)Monte("DrvACL8316_ACLD9185", "Sortie Logique", true, "400");
+  for (const auto& [driver, adresse, présente] :
+       essai::Cas<ENUM_DRIVER, int, bool>{{ENUM_DRIVER::DrvRègleMTS1Aimant, 0x400, false},
+                                          {ENUM_DRIVER::DrvACL8316, 0x400, true},
+                                          {ENUM_DRIVER::DrvACL8316, 0x420, false}}) {
+    Canal ailleurs(plateforme);
+    ailleurs.Driver(driver);
+    ailleurs.Adresse(adresse);
+    EXPECT_EQ(machine.BorneDe(ailleurs).has_value(), présente);
+  }
 }
 
 }  // namespace

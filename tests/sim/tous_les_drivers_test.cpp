@@ -16,17 +16,6 @@ namespace {
 
 using enum ENUM_TYPE_FONCTION;
 
-class TousLesDrivers : public testing::Test {
- public:
-  TousLesDrivers() {
-    const std::string fichier = dossier.Fichier("demo.db");
-    linux_::CréeBase(fichier, linux_::LignesDeDémonstration());
-    base = Crée<linux_::BaseSqlite>(fichier);
-  }
-  essai::DossierProvisoire dossier;
-  Ref<linux_::BaseSqlite> base;
-};
-
 /// The blinking inputs of the demo ask for stops, which would hide what the outputs do.
 class SansArrêt : public ZED_Securite {
  public:
@@ -101,14 +90,10 @@ class UnChassis {
   // What an output does is seen at its terminal, where it has one.
   void EcritLesSorties() {
     for (const Suivi& suivi : suivis) {
-      const ENUM_TYPE_FONCTION type = suivi.bloc->TypeDeFonction();
-      if (type != FctSortiesLogiques && type != FctSortiesAnalogiques) continue;
-      const bool logique = type == FctSortiesLogiques;
+      const bool logique = suivi.bloc->TypeDeFonction() == FctSortiesLogiques;
       const auto borne = machine.BorneDe(*suivi.canal);
-      const auto lue = [&] {
-        if (!borne) return 0.0;
-        return logique ? static_cast<double>(borne->SortieLogique()) : borne->TensionSortie();
-      };
+      if (!borne || (!logique && suivi.bloc->TypeDeFonction() != FctSortiesAnalogiques)) continue;
+      const auto lue = [&] { return logique ? borne->SortieLogique() : borne->TensionSortie(); };
       const double avant = lue();
       suivi.canal->ValeurCanal(logique ? kVrai : 1000);
       suivi.bloc->MetàJour();
@@ -123,7 +108,10 @@ class UnChassis {
   std::set<ENUM_DRIVER> montrés;
 };
 
-TEST_F(TousLesDrivers, LisentOuEcriventSurLeurJumeau) {
+TEST(TousLesDrivers, LisentOuEcriventSurLeurJumeau) {
+  const essai::DossierProvisoire dossier;
+  linux_::CréeBase(dossier.Fichier("demo.db"), linux_::LignesDeDémonstration());
+  const auto base = Crée<linux_::BaseSqlite>(dossier.Fichier("demo.db"));
   std::set<ENUM_DRIVER> montrés;
   for (const std::int32_t index : {linux_::kChassisDeDémonstration, linux_::kChassisDesBus,
                                    linux_::kChassisDesAppareils, linux_::kChassisPCI}) {
