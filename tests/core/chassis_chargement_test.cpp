@@ -24,6 +24,11 @@ class UnChassisDansUnFichier : public testing::Test, public essai::Banc {
     linux_::CréeBase(dossier.Fichier("base.db"), lignes);
     return Crée<linux_::BaseSqlite>(dossier.Fichier("base.db"));
   }
+  void Exécute(const std::string& fichier, const std::string& sql) {
+    linux_::ConnexionSqlite(dossier.Fichier(fichier), linux_::Accès::Ecriture,
+                            std::chrono::seconds(1))
+        .Exécute(sql.c_str());
+  }
   void Charge(Chassis& chassis, const Ref<BaseDeDonnées>& base, std::int32_t index = 1,
               bool lie = true) {
     registre->entrées.clear();
@@ -31,6 +36,11 @@ class UnChassisDansUnFichier : public testing::Test, public essai::Banc {
     chassis.ChargeErreur(registre);
     chassis.ChargeLeChassis(base, index);
     if (lie) chassis.Lien(base, std::to_string(index));
+  }
+  // Makes the table again without its key.
+  static std::string SansClé(const std::string& table) {
+    return "CREATE TABLE Copie AS SELECT * FROM [" + table + "]; DROP TABLE [" + table +
+           "]; ALTER TABLE Copie RENAME TO [" + table + "]; ";
   }
   essai::DossierProvisoire dossier;
 };
@@ -91,11 +101,8 @@ TEST_F(UnChassisDansUnFichier, LitParLeurNomLesColonnesDUneAutreCasse) {
            {"Capteur", "Index", "INDEX"},
            {"Capteur", "Remise à Zéro Autorisée", "REMISE À ZÉRO AUTORISÉE"},
            {"Commande", "Nom de la Commande", "nom de la commande"}}) {
-    linux_::ConnexionSqlite(dossier.Fichier("base.db"), linux_::Accès::Ecriture,
-                            std::chrono::seconds(1))
-        .Exécute((std::string("ALTER TABLE [") + table + "] RENAME COLUMN [" + colonne + "] TO [" +
-                  autre + "]")
-                     .c_str());
+    Exécute("base.db", std::string("ALTER TABLE [") + table + "] RENAME COLUMN [" + colonne +
+                           "] TO [" + autre + "]");
   }
   Chassis chassis(plateforme);
   Charge(chassis, base);
@@ -108,37 +115,25 @@ TEST_F(UnChassisDansUnFichier, LitParLeurNomLesColonnesDUneAutreCasse) {
 // times as much, in time of the processor. Sixteen times would be a search through all for each.
 TEST_F(UnChassisDansUnFichier, ChargeEnProportionDuNombre) {
   const auto durée = [&](int nombre) {
-    const std::string fichier = dossier.Fichier(std::to_string(nombre) + ".db");
-    linux_::CréeBase(fichier, {});
-    const std::string n = " WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 FROM c LIMIT " +
-                          std::to_string(nombre) + ") ";
-    std::string sql =
-        "INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (1, 'a'); BEGIN;"
-        "INSERT INTO Carte ([Index])" +
-        n +
-        "SELECT x FROM c WHERE x%20=0;"
-        "INSERT INTO [Liaison Chassis / Carte]" +
-        n +
-        "SELECT 1, x FROM c WHERE x%20=0;"
-        "INSERT INTO Fonction ([Index], Carte)" +
-        n +
-        "SELECT x, x FROM c WHERE x%20=0;"
-        "INSERT INTO Canal ([Index], Fonction)" +
-        n +
-        "SELECT x, x-x%20 FROM c WHERE x>=20;"
-        "INSERT INTO Capteur ([Index], Canal, [Capteur Fils N° 1], [Type de Capteur])" +
-        n +
-        "SELECT x, x, CASE WHEN x%2 THEN 'l'||(x+1) END, CASE WHEN x%2 THEN 'Moyen' ELSE 'Normal' "
-        "END FROM c; INSERT INTO [Liaison Chassis / Capteur]" +
-        n + "SELECT x, 1, x, 'l'||x FROM c;";
-    for (const char* table : {"Carte", "Fonction", "Canal", "Capteur"}) {
-      sql += std::string("CREATE TABLE Copie AS SELECT * FROM ") + table + "; DROP TABLE " + table +
-             "; ALTER TABLE Copie RENAME TO " + table + ";";
-    }
-    linux_::ConnexionSqlite(fichier, linux_::Accès::Ecriture, std::chrono::seconds(1))
-        .Exécute((sql + "COMMIT").c_str());
+    const std::string fichier = std::to_string(nombre) + ".db";
+    linux_::CréeBase(dossier.Fichier(fichier), {});
+    Exécute(
+        fichier,
+        "CREATE TABLE c AS WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 FROM c LIMIT " +
+            std::to_string(nombre) + ") SELECT x FROM c");
+    Exécute(fichier, R"(
+        INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (1, 'a');
+        INSERT INTO Carte ([Index]) SELECT x FROM c WHERE x%20=0;
+        INSERT INTO [Liaison Chassis / Carte] SELECT 1, x FROM c WHERE x%20=0;
+        INSERT INTO Fonction ([Index], Carte) SELECT x, x FROM c WHERE x%20=0;
+        INSERT INTO Canal ([Index], Fonction) SELECT x, x-x%20 FROM c WHERE x>=20;
+        INSERT INTO Capteur ([Index], Canal, [Capteur Fils N° 1], [Type de Capteur]) SELECT x, x,
+          CASE WHEN x%2 THEN 'l'||(x+1) END, CASE WHEN x%2 THEN 'Moyen' ELSE 'Normal' END FROM c;
+        INSERT INTO [Liaison Chassis / Capteur] SELECT x, 1, x, 'l'||x FROM c;)");
+    for (const char* table : {"Carte", "Fonction", "Canal", "Capteur"})
+      Exécute(fichier, SansClé(table));
     const auto base = Crée<linux_::BaseSqlite>(
-        fichier, linux_::RéglagesBase{.bornes = {.durée = std::chrono::hours(1)}});
+        dossier.Fichier(fichier), linux_::RéglagesBase{.bornes = {.durée = std::chrono::hours(1)}});
     Chassis chassis(plateforme);
     const std::clock_t début = std::clock();
     {
@@ -213,13 +208,9 @@ TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneAbîmée) {
 
 // What is there twice, or has no number, is told with table and row; what stands behind it loads.
 TEST_F(UnChassisDansUnFichier, ChargeCeQuiSuitUneLigneFautive) {
-  const auto sansClé = [](const std::string& table, const std::string& puis) {
-    return "CREATE TABLE Copie AS SELECT * FROM [" + table + "]; DROP TABLE [" + table +
-           "]; ALTER TABLE Copie RENAME TO [" + table + "]; " + puis;
-  };
-  const auto deuxFois = [&](const std::string& table, const char* index) {
-    return sansClé(
-        table, "INSERT INTO [" + table + "] SELECT * FROM [" + table + "] WHERE [Index]=" + index);
+  const auto deuxFois = [](const std::string& table, const char* index) {
+    return SansClé(table) + "INSERT INTO [" + table + "] SELECT * FROM [" + table +
+           "] WHERE [Index]=" + index;
   };
   const auto compte = [](Chassis& chassis) {
     std::vector<int> nombres{chassis.Cartes()->Count(), chassis.Capteurs()->Count(),
@@ -233,7 +224,6 @@ TEST_F(UnChassisDansUnFichier, ChargeCeQuiSuitUneLigneFautive) {
     }
     return nombres;
   };
-  const std::string chemin = dossier.Fichier("base.db");
   for (const auto& [sql, dit] : essai::Cas<std::string, std::string>{
            {"", ""},
            {"INSERT INTO [Liaison Chassis / Capteur] ([Index], Chassis, Capteur) VALUES (999, 1, "
@@ -245,16 +235,15 @@ TEST_F(UnChassisDansUnFichier, ChargeCeQuiSuitUneLigneFautive) {
            {deuxFois("Commande", "1"), "'1' : table 'Commande', ligne 1) à"},
            {deuxFois("Entrée Logique", "1"), "'1' : table 'Entrée Logique', ligne 1) à"},
            {deuxFois("Sortie Logique", "1"), "'1' : table 'Sortie Logique', ligne 1) à"},
-           {sansClé("Canal", "INSERT INTO Canal (Fonction, [Numéro du Canal]) VALUES (11, -5)"),
+           {SansClé("Canal") + "INSERT INTO Canal (Fonction, [Numéro du Canal]) VALUES (11, -5)",
             " : table 'Canal') à"},
        }) {
     SCOPED_TRACE(sql);
-    std::filesystem::remove(chemin);
+    std::filesystem::remove(dossier.Fichier("base.db"));
     const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
     Chassis bon(plateforme);
     Charge(bon, base);
-    linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
-        .Exécute(sql.c_str());
+    Exécute("base.db", sql);
     Chassis chassis(plateforme);
     Charge(chassis, base);
     EXPECT_EQ(compte(chassis), compte(bon));

@@ -2,70 +2,37 @@
 // failure leaves undone.
 #include <gtest/gtest.h>
 
-#include "core/chassis.h"
-#include "outils/arbre.h"
+#include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "outils/passes_mesurees.h"
 #include "sim/esclave_modbus.h"
-#include "sim/liaisons_simulees.h"
+#include "sim/spider_simule.h"
 
 namespace zuma {
 namespace {
 
-// Analog inputs that count their refreshes.
-class Ampli : public BibliothèqueSpider {
- public:
-  std::int32_t S8_InitAll(std::int32_t, std::int32_t) override { return kRéussi; }
-  std::int32_t S8_GetDevSettings(std::int32_t, std::int32_t&) override { return kRéussi; }
-  std::int32_t S8_GetChanSettings(std::int32_t, std::int32_t, float&) override { return kRéussi; }
-  std::int32_t S8_ACQSetup(std::span<const std::int32_t>, std::int32_t) override { return kRéussi; }
-  std::int32_t S8_TareSetup(std::span<const std::int32_t>, std::int32_t) override {
-    return kRéussi;
-  }
-  std::int32_t S8_MeasOneVal() override {
-    ++mesures;
-    return résultat;
-  }
-  void S8_CloseDevice() noexcept override {}
-  void S8_ClosePort() noexcept override {}
-  int mesures = 0;
-  std::int32_t résultat = kRéussi;
-};
-
-// Logic inputs and outputs that do.
+// Logic inputs and outputs that count their refreshes.
 class Ports : public essai::passes::PortsFigés {
  public:
-  std::uint16_t Inpw(std::uint16_t) override {
-    ++lectures;
-    return 0;
-  }
+  std::uint16_t Inpw(std::uint16_t) override { return ++lectures, 0; }
   void Outpw(std::uint16_t, std::uint16_t) override { ++écritures; }
   int lectures = 0;
   int écritures = 0;
 };
 
-class UnePasse : public testing::Test, public essai::Banc {
+class UnePasse : public testing::Test, public essai::BancInstrument {
  public:
   UnePasse() {
     plateforme.spider = &ampli;
     plateforme.ports = &ports;
+    ampli.Chaîne(90).resize(1);
     chassis.TimerExact(timer);
-    chassis.ChargeErreur(registre);
+    carte.TimerExact(timer);
+    essai::LitCarte(carte, "", "");
   }
-  CarteRef AjouteCarte(const char* clé, const char* driver, const char* configuration = "") {
-    const CarteRef carte = chassis.Cartes()->Add(clé);
-    carte->TimerExact(timer);
-    carte->ChargeErreur(registre);
-    essai::LitCarte(*carte, driver, configuration);
-    return carte;
-  }
+  ~UnePasse() override { chassis.Cartes({}); }
   void AjouteBloc(const char* type, const char* driver) {
-    essai::AjouteBloc(*simple, std::to_string(++blocsSimples),
-                      {{"Driver", driver},
-                       {"Type de Fonction", type},
-                       {"Nom de la Fonction", "Bloc"},
-                       {"Mise à Jour par Fonction", Valeur(true)}},
-                      {0}, timer, registre)
-        ->Initialise();
+    Ajoute(type, {0}, {{"Driver", driver}, {"Mise à Jour par Fonction", true}})->Initialise();
   }
   void Passent(double durée) {
     for (const double fin = heure + durée; heure < fin; heure += 0.01) Passe(heure);
@@ -74,11 +41,8 @@ class UnePasse : public testing::Test, public essai::Banc {
     timer->heure = secondes * 1e6;
     chassis.MetàJour();
   }
-  Ampli ampli;
+  sim::SpiderSimulé ampli{*horloge};
   Ports ports;
-  Chassis chassis{plateforme};
-  CarteRef simple = AjouteCarte("0", "");
-  int blocsSimples = 0;
   double heure = 10;
 };
 
@@ -151,7 +115,7 @@ TEST_F(UnePasse, DitUneFoisUnEchecQuiDureEtSaFin) {
   EXPECT_TRUE(registre->entrées[1].message.starts_with("Lectures perdues : aucune de 'c' depuis "));
   const std::string échec = registre->entrées[0].message;
   EXPECT_TRUE(échec.starts_with("Erreur N°91 (")) << échec;
-  simple->Fonctions()->Remove("1");
+  carte.Fonctions()->Remove("1");
   Passent(9);
   EXPECT_EQ(registre->entrées.size(), 2U);
   Passent(2);
@@ -167,10 +131,10 @@ TEST_F(UnePasse, DitUneFoisUnEchecQuiDureEtSaFin) {
 TEST_F(UnePasse, DitChaquePerteDeLecturesEtSaFin) {
   AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
   for (const std::size_t n : {1U, 3U}) {
-    ampli.résultat = 1;
+    ampli.muet = true;
     Passent(3);
     ASSERT_EQ(registre->entrées.size(), n);
-    ampli.résultat = BibliothèqueSpider::kRéussi;
+    ampli.muet = false;
     Passent(1);
     ASSERT_EQ(registre->entrées.size(), n + 1);
   }
@@ -183,25 +147,19 @@ TEST_F(UnePasse, DitChaquePerteDeLecturesEtSaFin) {
   EXPECT_TRUE(registre->entrées.empty()) << "nothing is old before it is due";
 }
 
-class UnBus : public UnePasse {
- public:
+struct UnBus : essai::BancInstrument {
   UnBus() {
-    plateforme.liaisons = &fabrique;
     chassis.TimerExact(horloge);
-    carte = AjouteCarte("1", "DrvModBus", "2,19200,N,8,1");
-    carte->TimerExact(horloge);
-    for (const char* clé : {"1", "2", "3"}) {
-      blocs.push_back(essai::AjouteBloc(*carte, clé,
-                                        {{"Driver", "DrvModBus"},
-                                         {"Type de Fonction", "Entrée Analogique"},
-                                         {"Nom de la Fonction", clé},
-                                         {"ModBus - Adresse", "5"},
-                                         {"ModBus - Fonction", "3"},
-                                         {"ModBus - Regitre départ", 0}},
-                                        {-1, 0}, horloge, registre));
+    for (int i = 0; i < 3; ++i) {
+      blocs.push_back(Ajoute("Entrée Analogique", {-1, 0},
+                             {{"Driver", "DrvModBus"},
+                              {"ModBus - Adresse", "5"},
+                              {"ModBus - Fonction", "3"},
+                              {"ModBus - Regitre départ", 0}}));
     }
     esclave->registres = {{0, 1}};
-    carte->Initialise();
+    liaisons.Attache(2, esclave);
+    Démarre("DrvModBus", "2,19200,N,8,1");
   }
   // The blocks that send a request, in order, over `passes` passes of 5 ms.
   std::string Servis(int passes) {
@@ -217,32 +175,23 @@ class UnBus : public UnePasse {
     }
     return servis;
   }
-  Ref<sim::HorlogeVirtuelle> horloge = Crée<sim::HorlogeVirtuelle>();
-  sim::FabriqueLiaisonsSimulée fabrique;
   Ref<sim::EsclaveModbus> esclave = Crée<sim::EsclaveModbus>(*horloge, std::uint8_t{5});
-  sim::LigneSérie& ligne = fabrique.Attache(2, esclave);
-  CarteRef carte;
   std::vector<FonctionRef> blocs;
 };
 
-TEST_F(UnBus, TientUnEchangeALaFois) {
-  // The turn mark is Nothing at first and wraps: 1 after 1, then 2, then 3; behind the last block
-  // nothing is started and the walk begins anew.
-  EXPECT_EQ(Servis(60).substr(0, 6), "112312");
-  EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(UnBus, NeDémarreRienSansBlocEnServiceDerrière) {
-  blocs[2]->Enabled(false);
-  EXPECT_EQ(Servis(60).substr(0, 6), "112112");
-}
-
-TEST_F(UnBus, DémarreLaSuivanteMêmeHorsServiceTantQuUneAutreLaSuit) {
-  blocs[1]->Enabled(false);
-  EXPECT_EQ(Servis(60).substr(0, 6), "112312");
-  for (const FonctionRef& bloc : blocs) bloc->Enabled(false);
-  Servis(60);
-  EXPECT_EQ(Servis(20), "");
+// The turn mark is Nothing at first and wraps: 1 after 1, then 2, then 3. Nothing is started
+// without a block in service behind, though one that is out of service has its turn before another.
+TEST(UnChassisSurUnBus, TientUnEchangeALaFois) {
+  for (const auto& [horsService, servis] :
+       essai::Cas<std::size_t, const char*>{{9, "112312"}, {2, "112112"}, {1, "112312"}}) {
+    UnBus bus;
+    for (std::size_t i = 0; i < 3; ++i) bus.blocs[i]->Enabled(i != horsService);
+    EXPECT_EQ(bus.Servis(60).substr(0, 6), servis);
+    EXPECT_TRUE(bus.registre->entrées.empty());
+    for (const FonctionRef& bloc : bus.blocs) bloc->Enabled(false);
+    bus.Servis(60);
+    EXPECT_EQ(bus.Servis(20), "");
+  }
 }
 
 }  // namespace
