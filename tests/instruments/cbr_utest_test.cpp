@@ -1,16 +1,20 @@
-// The CBR tester: its frames, its exchanges, and its board from the machine to the channels.
+// The CBR tester: its frames, its exchanges, its board from the machine to the channels, and its
+// stops: each arrives, whatever the line, the machine and the host do meanwhile.
 #include "instruments/cbr_utest.h"
+
+#include <algorithm>
+#include <functional>
 
 #include <gtest/gtest.h>
 
 #include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "sim/testeur_cbr_simule.h"
 
 namespace zuma {
 namespace {
 
-using essai::Nombre;
-using essai::Texte;
+using essai::Cas;
 using trames_utest::Code;
 using Fonctions_ = std::vector<int>;
 
@@ -26,34 +30,25 @@ Octets Trame(int fonction, const Octets& données) {
 
 const Octets kMesures = Trame(11, Octets("\2\0\0\0\x40\xE2\1\0\x40\xE2\1\0", 12));
 
-TEST(LesTramesUTEST, ReçoiventLeurCode) {
+TEST(LesTramesUTEST, ReçoiventLeurCodeEtSeDécodent) {
   Octets fausse = kMesures;
   fausse[12] = static_cast<char>(fausse[12] ^ 1);
-  const struct {
-    const char* quoi;
-    Octets reçus;
-    Code code;
-  } cas[] = {
-      {"no header", "UTES" + kMesures.substr(5), Code::SansEntête},
-      {"garbage, then a frame", "UTE\xFF" + kMesures, Code::Bonne},
-      {"eight bytes", kMesures.substr(0, 8), Code::Incomplète},
-      {"all but the last byte", kMesures.substr(0, 21), Code::Incomplète},
-      {"one bit wrong", fausse, Code::SommeFausse},
-      {"other function", Trame(1, "ab"), Code::AutreFonction},
-      {"echo of a request", Trame(11, ""), Code::Incomplète},
-      {"two frames", kMesures + kMesures, Code::SommeFausse},
-  };
-  for (const auto& [quoi, reçus, code] : cas) {
+  for (const auto& [quoi, reçus, code] : Cas<const char*, Octets, Code>{
+           {"no header", "UTES" + kMesures.substr(5), Code::SansEntête},
+           {"garbage, then a frame", "UTE\xFF" + kMesures, Code::Bonne},
+           {"eight bytes", kMesures.substr(0, 8), Code::Incomplète},
+           {"all but the last byte", kMesures.substr(0, 21), Code::Incomplète},
+           {"one bit wrong", fausse, Code::SommeFausse},
+           {"other function", Trame(1, "ab"), Code::AutreFonction},
+           {"echo of a request", Trame(11, ""), Code::Incomplète},
+           {"two frames", kMesures + kMesures, Code::SommeFausse}}) {
     Octets tampon = reçus;
     EXPECT_EQ(trames_utest::Analyse(tampon, trames_utest::kMesures), code) << quoi;
   }
-}
-
-TEST(LesTramesUTEST, DonnentUneForceSignéeEtUnDéplacementQuiNeLEstPas) {
-  const std::tuple<Octets, double, double> cas[] = {
-      {"\xFF\xFF\xFF\xFF", -0.00001, 4294967.295},
-      {Octets("\0\0\0\x80", 4), -21474.83648, 2147483.648}};
-  for (const auto& [octets, force, déplacement] : cas) {
+  // A signed force and a displacement that is not.
+  for (const auto& [octets, force, déplacement] :
+       Cas<Octets, double, double>{{"\xFF\xFF\xFF\xFF", -0.00001, 4294967.295},
+                                   {Octets("\0\0\0\x80", 4), -21474.83648, 2147483.648}}) {
     const auto lues = trames_utest::DécodeMesures(Trame(11, "\2..." + octets + octets));
     EXPECT_DOUBLE_EQ(lues.force, force);
     EXPECT_DOUBLE_EQ(lues.déplacement, déplacement);
@@ -173,18 +168,70 @@ TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
   }
 }
 
+// A host's clock that serves one event while it sleeps.
+class HorlogeQuiSert : public Horloge {
+ public:
+  explicit HorlogeQuiSert(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+  [[nodiscard]] std::string TexteHeure() const override { return {}; }
+  void Dort(double secondes) override {
+    const double fin = horloge_.Maintenant() + secondes * 1e6;
+    if (événement && heure <= fin) {
+      AvanceJusquà(heure);
+      std::exchange(événement, nullptr)();
+    }
+    AvanceJusquà(fin);
+  }
+  void AvanceJusquà(double cible) {
+    if (cible > horloge_.Maintenant()) horloge_.Avance(cible - horloge_.Maintenant());
+  }
+  std::function<void()> événement;
+  double heure = 0;  ///< of the event, microseconds
+
+ private:
+  sim::HorlogeVirtuelle& horloge_;
+};
+
 class UneCarteCBR : public testing::Test, public essai::BancInstrument {
  public:
+  UneCarteCBR() {
+    plateforme.horloge = &sommeil;
+    sortie->ParamètresDepuisBD(essai::UneLigne({{"Index", 1},
+                                                {"Nom de la Sortie Logique", "Marche"},
+                                                {"Etat d'Activation", 1},
+                                                {"Canal", 10}}));
+    sortie->Lien({}, {}, {}, &chassis);
+  }
+  void DémarreLaCarte(const char* réglages = "3,9600,N,8,1") { Démarre("UTS-0107", réglages); }
+  void Lance() {
+    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+    Passe(2);
+    ASSERT_TRUE(machine->EnMarche());
+  }
+  // Seconds until the machine stands still, at most a minute.
+  double ArrêtéeEn() {
+    const double départ = Secondes();
+    while (machine->EnMarche() && Secondes() - départ < 60) Passe(0.005);
+    return Secondes() - départ;
+  }
+  [[nodiscard]] double Secondes() const { return horloge->Maintenant() / 1e6; }
+  // What the machine was told since it had been told `avant`.
+  [[nodiscard]] Fonctions_ Depuis(std::size_t avant) const {
+    return {machine->Commandes().begin() + static_cast<std::ptrdiff_t>(avant),
+            machine->Commandes().end()};
+  }
+
+  HorlogeQuiSert sommeil{*horloge};
   Ref<sim::TesteurCBRSimulé> machine = Crée<sim::TesteurCBRSimulé>(*horloge);
   sim::Pannes& pannes = liaisons.Attache(3, machine).pannes;
   Canal& marche = Le(Ajoute("Sortie Logique", {0}), 0);
   FonctionRef mesures = Ajoute("Entrée Analogique", {0, 1});
   FonctionRef états = Ajoute("Entrée Logique", {0, 1});
+  SortieLogiqueRef sortie = chassis.SortiesLogiques()->Add("1");
 };
 
 TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
   marche.ValeurCanal(-1);  // left there before the frame started
-  Démarre("UTS-0107", "3,9600,N,8,1");
+  DémarreLaCarte();
   Passe(1);
   EXPECT_EQ(machine->Commandes(), Fonctions_{}) << "nothing moves by itself";
   marche.ValeurCanal(0);
@@ -210,23 +257,15 @@ TEST_F(UneCarteCBR, DémarreSurOrdreSeulementEtMesure) {
 }
 
 TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
-  const SortieLogiqueRef sortie = chassis.SortiesLogiques()->Add("1");
-  sortie->ParamètresDepuisBD(essai::UneLigne({{"Index", Nombre(1)},
-                                              {"Nom de la Sortie Logique", Texte("Marche")},
-                                              {"Etat d'Activation", Nombre(1)},
-                                              {"Canal", Nombre(10)}}));
-  sortie->Lien({}, {}, {}, &chassis);
-  Démarre("UTS-0107", "3,9600,N,8,1");
+  DémarreLaCarte();
   for (int décalage = 0; décalage < 40; décalage += 7) {  // wherever the exchange stands
-    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
-    Passe(2);
+    Lance();
     horloge->Avance(1000.0 * décalage);
     carte.MetàJour();
-    ASSERT_TRUE(machine->EnMarche());
-    const double départ = horloge->Maintenant();
+    const double départ = Secondes();
     chassis.DéclencheAU();
     EXPECT_FALSE(machine->EnMarche()) << décalage;
-    EXPECT_LT(horloge->Maintenant() - départ, 350'000);
+    EXPECT_LT(Secondes() - départ, 0.35);
   }
   // A start that was asked in the middle of an exchange and overtaken by the stop is forgotten.
   pannes.muette = true;
@@ -236,42 +275,123 @@ TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
   carte.MetàJour();
   chassis.DéclencheAU();
   Passe(2);
-  const auto premier = machine->Commandes().begin() + static_cast<std::ptrdiff_t>(avant);
-  EXPECT_EQ(Fonctions_(premier, machine->Commandes().end()), (Fonctions_{3, 3, 3}))
-      << "the stop alone, each second while nothing answers";
+  EXPECT_EQ(Depuis(avant), (Fonctions_{3, 3, 3})) << "the stop alone, each second in the silence";
+  EXPECT_FALSE(sortie->Atteinte()) << "it stands still, but did not say so";
+  pannes.muette = false;
+  Passe(3);
+  EXPECT_TRUE(sortie->Atteinte());
+  Passe(5);
+  chassis.DéclencheAU();
+  EXPECT_LE(Depuis(avant).size(), 4U) << "a machine that stands still is left alone";
 }
 
-// A block without a line fails on each refresh of its board: when that was, in seconds.
-class Passages : public essai::Registre {
- public:
-  explicit Passages(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
-  void AjouteErreur(std::string_view, const TableVariables&) override {
-    heures.push_back(horloge_.Maintenant() / 1e6);
+// Given each second while no pass runs, and the port missing from the start.
+TEST_F(UneCarteCBR, ArrêteDèsQueLaLigneLeLaissePasser) {
+  machine->DémarreAuPupitre();
+  pannes.débranchée = true;
+  DémarreLaCarte();
+  for (int i = 0; i < 5; ++i) {
+    horloge->Avance(1e6);
+    chassis.DéclencheAU();
   }
-  std::vector<double> heures;
+  EXPECT_TRUE(machine->EnMarche());
+  EXPECT_FALSE(sortie->Atteinte());
+  pannes.débranchée = false;
+  horloge->Avance(1e6);
+  chassis.DéclencheAU();
+  EXPECT_LT(ArrêtéeEn(), 1.3);
+  Passe(1);
+  EXPECT_TRUE(sortie->Atteinte());
+}
 
- private:
-  sim::HorlogeVirtuelle& horloge_;
-};
+TEST_F(UneCarteCBR, TrouveUneMachineQueRienIciNaMiseEnMarche) {
+  machine->DémarreAuPupitre();
+  DémarreLaCarte();
+  EXPECT_TRUE(registre->Contient("la machine tourne sans que")) << "told with the start";
+  for (std::size_t fois = 1; fois <= 2; ++fois) {
+    Passe(5);
+    EXPECT_EQ(registre->entrées.size(), fois) << "once";
+    EXPECT_TRUE(machine->EnMarche() && !sortie->Atteinte()) << "nobody asked for a stop";
+    chassis.DéclencheAU();
+    EXPECT_TRUE(!machine->EnMarche() && sortie->Atteinte()) << "known by the end of the call";
+    Passe(1);
+    machine->DémarreAuPupitre();
+  }
+  Passe(1);
+  sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
+  Passe(0.1);
+  EXPECT_FALSE(machine->EnMarche()) << "the output written with the level that it has";
+}
+
+TEST_F(UneCarteCBR, TermineUnDépartALaFinDeSaPause) {
+  DémarreLaCarte();
+  const auto parLaPasse = [&] {
+    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
+    carte.MetàJour();
+  };
+  const auto deuxFois = [&] {
+    sommeil.heure += 50'000;  // while the first one sleeps
+    sommeil.événement = [&] { chassis.DéclencheAU(); };
+    chassis.DéclencheAU();
+  };
+  const std::function<void()> arrêts[] = {[&] { chassis.DéclencheAU(); }, parLaPasse, deuxFois};
+  for (const auto& arrête : arrêts) {
+    for (const double après : {0.0, 0.2, 0.6, 1.05, 1.15}) {  // seconds of the start
+      SCOPED_TRACE(testing::Message() << "stop " << &arrête - arrêts << " after " << après);
+      sommeil.événement = nullptr;
+      sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
+      Passe(2);
+      const std::size_t avant = machine->Commandes().size();
+      sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+      double arrivé = 0;
+      sommeil.heure = horloge->Maintenant() + 30'000 + après * 1e6;
+      sommeil.événement = [&] {
+        arrivé = Secondes();
+        arrête();
+      };
+      while (sommeil.événement) Passe(0.005);
+      (void)ArrêtéeEn();
+      EXPECT_LT(Secondes() - arrivé, 1.1);
+      Passe(3);
+      EXPECT_FALSE(machine->EnMarche());
+      const Fonctions_ reçues = Depuis(avant);
+      EXPECT_EQ(reçues.back(), 3) << "the stop is the last word";
+      EXPECT_EQ(std::ranges::count(reçues, 2), après < 0.9 ? 0 : 1) << "the start went no further";
+    }
+  }
+}
+
+TEST_F(UneCarteCBR, ArrêteAvantUnDépartDemandéDerrièreEntreDeuxPasses) {
+  DémarreLaCarte();
+  for (const bool muette : {false, true}) {
+    Lance();
+    const std::size_t avant = machine->Commandes().size();
+    pannes.muette = muette;
+    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
+    sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Actif);
+    Passe(3);
+    EXPECT_TRUE(muette || Depuis(avant) == (Fonctions_{3, 3, 7, 2, 1}));
+    pannes.muette = false;
+    Passe(5);
+    EXPECT_EQ(machine->EnMarche(), !muette) << "too late for a start once it answers again";
+  }
+}
 
 TEST_F(UneCarteCBR, NeRetardeNiLArrêtNiLaPasseDesCartesDerrièreElle) {
   chassis.TimerExact(horloge);
-  Démarre("UTS-0107", "3,9600,N,8,1");
-  Carte& derrière = *chassis.Cartes()->Add("2");
-  derrière.ChargeErreur(registre);
-  const auto passages = Crée<Passages>(*horloge);
-  essai::AjouteBloc(derrière, "1",
-                    {{"Driver", "DrvModBus"},
-                     {"Type de Fonction", "Entrée Analogique"},
-                     {"Nom de la Fonction", "Bloc"},
-                     {"ModBus - Fonction", "3"}},
-                    {-1, 0}, horloge, passages);
+  DémarreLaCarte();
+  // A block without a line fails on each refresh of its board.
+  Carte& derrière = AjouteCarte("2");
+  double rafraîchie = 0;
+  (void)AjouteSur(derrière, "Entrée Analogique", {-1, 0},
+                  {{"Driver", "DrvModBus"}, {"ModBus - Fonction", "3"}});
+  registre->réaction = [&] { rafraîchie = std::min(rafraîchie, Secondes()); };
   const auto retard = [&](auto&& appel) {
-    passages->heures.clear();
-    const double départ = horloge->Maintenant() / 1e6;
+    rafraîchie = 1e9;
+    const double départ = Secondes();
     appel();
-    EXPECT_GT(horloge->Maintenant() / 1e6, départ + 0.2) << "the tester takes its pauses";
-    return passages->heures.empty() ? 60 : passages->heures.front() - départ;
+    EXPECT_GT(Secondes(), départ + 0.2) << "the tester takes its pauses";
+    return rafraîchie - départ;
   };
   horloge->Avance(2e6);
   marche.ValeurCanal(-1);
@@ -285,7 +405,7 @@ TEST_F(UneCarteCBR, NeRetardeNiLArrêtNiLaPasseDesCartesDerrièreElle) {
 TEST_F(UneCarteCBR, DitUnPortInutilisableEtResteSansEchange) {
   for (const char* réglages : {"9,9600,N,8,1", "3,9600,X,8,1"}) {
     registre->entrées.clear();
-    Démarre("UTS-0107", réglages);
+    DémarreLaCarte(réglages);
     Passe(2);
     ASSERT_EQ(registre->entrées.size(), 1U) << réglages;
     EXPECT_TRUE(registre->Contient("'" + std::string(réglages) + "'"));
@@ -300,9 +420,8 @@ TEST_F(UneCarteCBR, DemandeUnPortPuisLEcritOuDitPourquoiNon) {
     if (fenêtres.montrées > 1) feuille.BtnAutoScan();  // closed at first with nothing chosen
   };
   ligne->panne = Numéro::BaseEnLectureSeule;
-  Démarre("UTS-0107", "9,9600,N,8,1");
+  DémarreLaCarte("9,9600,N,8,1");
   EXPECT_TRUE(registre->Contient("Erreur N°3027"));
-  EXPECT_EQ(fenêtres.montrées, 2);
   machine->précharge = 0.25;
   Passe(0.2);
   EXPECT_EQ(Le(mesures, 0).ValeurCanal(), 0.25) << "the exchange goes on";

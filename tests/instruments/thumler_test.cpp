@@ -56,6 +56,13 @@ TEST_F(UnThumler, EnvoieCeQuiChangeEtLitLesMesures) {
   EXPECT_FALSE(usb.EnMarche());
   consigne.ValeurCanal(42);
   EXPECT_EQ(Passe(), (Commandes_{"$H", "$V042", "$R", "$A"})) << "runs again after a halt";
+  usb.muet = true;
+  const double départ = horloge->Maintenant();
+  usb.charge = 3;
+  (void)Passe();
+  EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 12.5) << "what silence leaves";
+  EXPECT_LT(horloge->Maintenant() - départ, 55'000);
+  EXPECT_TRUE(fin.raisons.empty());
   EXPECT_TRUE(registre->entrées.empty());
 }
 
@@ -123,18 +130,6 @@ TEST_F(UnThumler, ArrêteCeQuiTourneSousUneConsigneDeZéro) {
   consigne.ValeurCanal(0);
   (void)Passe();
   EXPECT_TRUE(consigne.Atteint());
-}
-
-TEST_F(UnThumler, GardeSesMesuresDansLeSilence) {
-  carte.Initialise();
-  usb.charge = 3;
-  (void)Passe();
-  usb.muet = true;
-  const double départ = horloge->Maintenant();
-  (void)Passe();
-  EXPECT_EQ(Le(mesures, 1).ValeurCanal(), 3);
-  EXPECT_LT(horloge->Maintenant() - départ, 55'000);
-  EXPECT_TRUE(fin.raisons.empty());
 }
 
 TEST_F(UnThumler, ArrêteLeProgrammeSurUneLiaisonPerdueOuUneRéponseFausse) {

@@ -1,6 +1,8 @@
 // The variable-speed drive over a simulated line: start, set points, states, failures.
 #include "instruments/variateur_ls.h"
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "outils/banc_instrument.h"
@@ -12,21 +14,14 @@ namespace zuma {
 namespace {
 
 TEST(ConsigneDuVariateur, TientEnTroisRegistres) {
-  const struct {
-    double valeur;
-    std::array<std::uint16_t, 3> registres;
-  } cas[] = {
+  const std::pair<double, std::array<std::uint16_t, 3>> cas[] = {
       {12.34, {1, 12, 34}}, {-0.5, {0xFFFF, 0, 50}},       {0, {0, 0, 0}},
       {0.999, {1, 1, 0}},   {-1500.01, {0xFFFF, 1500, 1}}, {0.135, {1, 0, 14}},
       {0.145, {1, 0, 15}},  {-1.005, {0xFFFF, 1, 1}},      {0.1449, {1, 0, 14}},
-      {1.995, {1, 2, 0}},   {0.29 - 0.145, {1, 0, 15}},
-  };
-  for (const auto& c : cas) EXPECT_EQ(VariateurLS::Consigne(c.valeur), c.registres) << c.valeur;
+      {1.995, {1, 2, 0}},   {0.29 - 0.145, {1, 0, 15}}};
+  for (const auto& [valeur, registres] : cas) EXPECT_EQ(VariateurLS::Consigne(valeur), registres);
   EXPECT_THROW((void)VariateurLS::Consigne(70000), Echec);
-}
-
-TEST(AttenteDuVariateur, DonnePlusAuxLiaisonsRapides) {
-  EXPECT_EQ(VariateurLS::TimeOut(10, 9600), 15'000);
+  // The wait, longer on fast links.
   EXPECT_EQ(VariateurLS::TimeOut(10, 19200), 15'000);
   EXPECT_EQ(VariateurLS::TimeOut(10, 38400), 150'000);
 }
@@ -76,22 +71,21 @@ TEST_F(UnVariateur, DémarrePuisEcritEtLitTourATour) {
   Le(consigne, 0).ValeurCanal(12.34);
   Le(sorties, 3).ValeurCanal(kVrai);
   Le(sorties, 0).ValeurCanal(1);  // only -1 counts
-  Passe(1);
-  EXPECT_EQ(esclave->registres[1032], 0);
-  EXPECT_EQ(esclave->registres[1146], 2);
-  Passe(100);
-  const std::array<std::uint16_t, 5> attendus{1, 12, 34, 7, 8};
-  for (std::uint16_t i = 0; i < attendus.size(); ++i) {
-    EXPECT_EQ(esclave->registres[static_cast<std::uint16_t>(500 + i)], attendus[i]) << i;
-  }
-  EXPECT_EQ(Le(états, 0).ValeurCanal(), -1) << "bit 0 of the low byte of the first word";
-  EXPECT_EQ(Le(états, 9).ValeurCanal(), -1) << "bit 1 of its high byte";
-  EXPECT_EQ(Le(états, 20).ValeurCanal(), -1) << "bit 4 of the second word";
+  Passe(45);
+  EXPECT_EQ(fil->Genres(), "D1032=1 D1032=0 D1146=2 E12 E12 L E12 E12 E12 E12 L ");
+  const auto registres = [&] {
+    std::vector<int> lus;
+    for (std::uint16_t i = 500; i < 505; ++i) lus.push_back(esclave->registres[i]);
+    return lus;
+  };
+  EXPECT_EQ(registres(), (std::vector<int>{1, 12, 34, 7, 8}));
+  Passe(55);
+  // Bit 0 of the low byte of the first word, bit 1 of its high byte, bit 4 of the second word.
+  for (const std::int32_t bit : {0, 9, 20}) EXPECT_EQ(Le(états, bit).ValeurCanal(), -1) << bit;
   EXPECT_EQ(Le(vitesse, 0).ValeurCanal(), 0x1234);
   Le(consigne, 0).ValeurCanal(0);
   Passe(100);
-  EXPECT_EQ(esclave->registres[500], 0);
-  EXPECT_EQ(esclave->registres[503], 0) << "no ramp at rest";
+  EXPECT_EQ(registres(), (std::vector<int>{0, 0, 0, 0, 8})) << "no ramp at rest";
   EXPECT_TRUE(registre->entrées.empty());
 }
 
@@ -114,56 +108,52 @@ TEST_F(UnVariateur, SigneUnePanneSansRetenirLaBoucle) {
   Passe(150);
   EXPECT_EQ(Défaut(), -1) << "ten silences of 100 ms";
   EXPECT_TRUE(fichiers.lignes.empty());
-}
-
-// What a drive in good health is asked, pass by pass.
-TEST_F(UnVariateur, PoseSesQuestionsDansLOrdre) {
-  Le(consigne, 0).ValeurCanal(12);
-  Passe(45);
-  EXPECT_EQ(fil->Genres(), "D1032=1 D1032=0 D1146=2 E12 E12 L E12 E12 E12 E12 L ");
-  Le(consigne, 0).ValeurCanal(13);
-  Passe(45);
-  EXPECT_EQ(fil->Genres(), "E13 E13 E13 E13 L E13 E13 ");
+  // A line that never falls silent holds up neither set points nor the counting of failures.
+  prise.pannes = {};
+  Passe(100);
+  prise.pannes.babillarde = true;
+  (void)fil->Genres();
+  Passe(5000);
+  EXPECT_FALSE(fil->questions.empty());
+  EXPECT_EQ(Défaut(), -1);
 }
 
 TEST_F(UnVariateur, RéponseTardiveOuPerdueNeRetientPasUnArrêt) {
-  const struct {
-    const char* quoi;
-    void (*gêne)(UnVariateur&);
-  } cas[] = {
-      {"rien", [](UnVariateur&) {}},
-      {"43 ms", [](UnVariateur& t) { t.fil->retard = 43'000; }},
-      {"60 ms", [](UnVariateur& t) { t.fil->retard = 60'000; }},
-      {"600 ms", [](UnVariateur& t) { t.fil->retard = 600'000; }},
-      {"réponses perdues", [](UnVariateur& t) { t.fil->perdRéponses = 1'000; }},
-      {"parasites", [](UnVariateur& t) { t.prise.pannes.parasitée = true; }},
-      {"coupures", [](UnVariateur& t) { t.prise.pannes.coupée = true; }},
-  };
+  using Gêne = std::function<void()>;
   Passe(1);
-  for (const auto& c : cas) {
+  for (const auto& [quoi, gêne] :
+       essai::Cas<const char*, Gêne>{{"rien", [] {}},
+                                     {"43 ms", [&] { fil->retard = 43'000; }},
+                                     {"60 ms", [&] { fil->retard = 60'000; }},
+                                     {"600 ms", [&] { fil->retard = 600'000; }},
+                                     {"réponses perdues", [&] { fil->perdRéponses = 1'000; }},
+                                     {"parasites", [&] { prise.pannes.parasitée = true; }},
+                                     {"coupures", [&] { prise.pannes.coupée = true; }}}) {
+    SCOPED_TRACE(quoi);
     for (const FonctionRef& bloc : {consigne, sorties}) {
       for (const int avance : {300, 307, 313, 326}) {  // wherever the exchange stands
         Tourne();
         Le(sorties, 3).ValeurCanal(kVrai);
         ASSERT_EQ(esclave->registres[501], 12);
-        c.gêne(*this);
+        gêne();
         Passe(avance);
-        EXPECT_EQ(fil->Genres().find("L L"), std::string::npos) << c.quoi;
+        EXPECT_EQ(fil->Genres().find("L L"), std::string::npos);
         const double départ = horloge->Maintenant();
-        Le(bloc, bloc == consigne ? 0 : 3).ValeurCanal(0);
+        Canal& canal = Le(bloc, bloc == consigne ? 0 : 3);
+        canal.ValeurCanal(0);
         while (fil->questions.empty()) Passe(1);
-        EXPECT_LT(fil->heures.front() - départ, 105'000) << c.quoi;
+        EXPECT_LT(fil->heures.front() - départ, 105'000);
         Passe(110);
-        EXPECT_EQ(esclave->registres[bloc == consigne ? 501 : 504], 0) << c.quoi;
+        EXPECT_EQ(esclave->registres[bloc == consigne ? 501 : 504], 0);
         const Octets première = fil->questions.front();
-        EXPECT_EQ(première[1], 16) << c.quoi << ": the next question is the stop";
-        EXPECT_EQ(première[bloc == consigne ? 10 : 16], 0) << c.quoi;
+        EXPECT_EQ(première[1], 16) << "the next question is the stop";
+        EXPECT_EQ(première[bloc == consigne ? 10 : 16], 0);
         prise.pannes = {};
         fil->retard = 10'000;
         fil->perdQuestions = fil->perdRéponses = 0;
         Passe(1000);
-        EXPECT_TRUE(Le(bloc, bloc == consigne ? 0 : 3).Atteint()) << c.quoi;
-        EXPECT_EQ(Défaut(), 0) << c.quoi;
+        EXPECT_TRUE(canal.Atteint());
+        EXPECT_EQ(Défaut(), 0);
       }
     }
   }
@@ -188,13 +178,8 @@ TEST_F(UnVariateur, NeDitPasAtteintCeQuiNeLEstPas) {
 
 TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
   for (const bool auDépart : {true, false}) {
-    if (auDépart) {
-      carte.RS()->FermePort();
-      prise.pannes.débranchée = true;
-    } else {
-      Tourne();
-      prise.pannes.débranchée = true;
-    }
+    auDépart ? carte.RS()->FermePort() : Tourne();
+    prise.pannes.débranchée = true;
     registre->entrées.clear();
     Passe(600);
     EXPECT_EQ(Défaut(), -1) << auDépart;
@@ -210,18 +195,6 @@ TEST_F(UnVariateur, RouvreUneLigneQuiManqueEtLeDit) {
     EXPECT_EQ(Défaut(), 0) << auDépart;
     EXPECT_EQ(esclave->registres[1146], 2) << "the start that could not be made is made now";
   }
-}
-
-// A line that never falls silent holds up neither set points nor the counting of failures.
-TEST_F(UnVariateur, NeSeTaitPasDevantUneLigneQuiBavarde) {
-  Tourne();
-  fil->perdRéponses = 1;
-  Passe(75);  // the late answer that is in doubt
-  prise.pannes.babillarde = true;
-  (void)fil->Genres();
-  Passe(5000);
-  EXPECT_FALSE(fil->questions.empty());
-  EXPECT_EQ(Défaut(), -1);
 }
 
 TEST_F(UnVariateur, ReprendUnDépartQuiAEchoué) {
