@@ -377,20 +377,6 @@ TEST_F(UneCommande, NAttendJamaisSonDither) {
   EXPECT_TRUE(registre->entrées.empty());
 }
 
-TEST_F(UneCommande, MontreSaValeurÀSonParamètre) {
-  const auto parametre = Partage(5, "");
-  const auto commande = Prêt<Commande>(LigneDeCommande("Normale", {{"Paramètre", 5}}));
-  CanalDe(kCanal)->ValeurCanal(100 + 40.0 / 3);
-  commande->MetàJour();
-  const auto avant = essai::Allocations();
-  commande->MetàJour();
-  EXPECT_EQ(essai::Allocations(), avant);
-  EXPECT_EQ(parametre->écritures, 1);
-  parametre->ValeurParamètre("autre");
-  commande->MetàJour();
-  EXPECT_EQ(parametre->ValeurParamètre(), "0,333333333333333");
-}
-
 TEST_F(UneCommande, SansCanalOuDUnTypeInconnuNeFaitRien) {
   for (const Valeur& type : {Valeur("normale"), Valeur(Nul{})}) {
     const auto commande = EnService(LigneDeCommande("", {{"Type de Commande", type}}));

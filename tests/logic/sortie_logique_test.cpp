@@ -44,7 +44,6 @@ TEST_F(UneSortieLogique, EcritSonNiveauSurLaCarteAussitôt) {
 TEST_F(UneSortieLogique, EstMiseAuReposParLArrêtQuiRafraîchitLesCartes) {
   const auto sortie = Prêt<SortieLogique>(LigneDeSortie());
   chassis.SortiesLogiques()->Référence(sortie, sortie->Key());
-  EXPECT_EQ(chassis.SortiesLogiques()->Item("21"), sortie);
   sortie->ValeurCourante(Actif);
   Ecritures();
   sortie->DéclencheAU();

@@ -87,7 +87,7 @@ TEST_F(UnWatchdog, ParleÀSaCarteÀChaqueEvènement) {
   EXPECT_TRUE(registre->entrées.empty());
 }
 
-TEST_F(UnWatchdog, TientLaChaîneTantQuIlEstRafraîchi) {
+TEST_F(UnWatchdog, TientLaChaîneSansJamaisAttendreDansUnePasse) {
   const auto chien = Fait();
   Passes(*chien, 10);
   EXPECT_EQ(Reçues(), (Textes{"E", "T=0.5", "E"})) << "not enabled: no refresh";
@@ -109,20 +109,15 @@ TEST_F(UnWatchdog, TientLaChaîneTantQuIlEstRafraîchi) {
   EXPECT_TRUE(carte.ContactFermé());
   Passes(*chien, 2, 20'000);
   EXPECT_FALSE(carte.ContactFermé()) << "a stop drops it unless the refresh is fast";
-}
-
-TEST_F(UnWatchdog, NAttendJamaisDansUnePasse) {
-  const auto chien = Fait();
-  chien->Enabled(true);
   Ecritures();
   carte.DuréeOctet(5000);
   Passes(*chien, 10);  // one pass in three finds the board ready
   EXPECT_EQ(Ecritures(), 4U);
   carte.Panne(true);
-  const double avant = horloge->Maintenant();
+  const double début = horloge->Maintenant();
   chien->MetàJour();
   EXPECT_EQ(Ecritures(), 0U);
-  EXPECT_LT(horloge->Maintenant() - avant, 10);
+  EXPECT_LT(horloge->Maintenant() - début, 10);
   carte.Panne(false);  // the release of the watchdog waits for its board
   EXPECT_EQ(carte.OctetsPerdus(), 0U);
 }
@@ -178,31 +173,28 @@ TEST_F(UnWatchdog, AbandonneUneCarteAvecSaBoîte) {
   EXPECT_EQ(Reçues(), (Textes{"E", "T=0.5", "E"})) << "what it was given before it hung";
 }
 
-TEST_F(UnWatchdog, NeToucheAucunPortSansCarte) {
-  const auto chien = Fait({{"Adresse", "0"}});
-  Ecritures();
-  chien->Enabled(true);
-  chien->Temps(2);
-  chien->DéclencheAU();
-  chien->Réarme();
-  Passes(*chien, 4);
-  chien->Enabled(false);
-  EXPECT_EQ(Ecritures(), 0U);
-
-  // Without a time the board stays stopped, and the frame never refreshes it.
-  const auto sansTemps = Fait({{"Temps en seconde", 0}});
-  chassis.Watchdog(sansTemps);
-  sansTemps->Enabled(true);
-  EXPECT_EQ(Reçues(), (Textes{"E"}));
-  Ecritures();
-  for (int i = 0; i < 5; ++i) {
-    timer->heure += 1e6;
-    chassis.MetàJour();
+TEST_F(UnWatchdog, NeToucheAucunPortSansCarteNiSansTemps) {
+  for (const auto& [colonne, valeur, envoyées] :
+       Cas<const char*, Valeur, Textes>{{"Adresse", "0", {}}, {"Temps en seconde", 0, {"E"}}}) {
+    const auto chien = Fait({{colonne, valeur}});
+    chassis.Watchdog(chien);
+    chien->Enabled(true);
+    EXPECT_EQ(Reçues(), envoyées);
+    Ecritures();
+    for (int i = 0; i < 5; ++i) {
+      timer->heure += 1e6;
+      chassis.MetàJour();
+    }
+    chien->Temps(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_TRUE(Dit("Erreur N°5 "));
+    EXPECT_EQ(Ecritures(), 0U);
+    chassis.Watchdog({});
   }
-  sansTemps->Temps(std::numeric_limits<double>::quiet_NaN());
-  EXPECT_TRUE(Dit("Erreur N°5 "));
+  const auto sansCarte = Fait({{"Adresse", "0"}});
+  Ecritures();
+  sansCarte->DéclencheAU();
+  sansCarte->Réarme();
   EXPECT_EQ(Ecritures(), 0U);
-  chassis.Watchdog({});
 }
 
 TEST_F(UnWatchdog, EnPulseBatAuPlusToutesLes20Millisecondes) {

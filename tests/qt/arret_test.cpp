@@ -70,25 +70,11 @@ class UnArrêtEnCours : public essai::UnBureau {
     }
     return false;
   }
+  // The frame anew, with its command in service and its sensor chosen.
   void Remet() {
-    Le<QPushButton>("interromptEssai").click();
-    Laisse(200);
-    (void)bureau->LaMarche().Acquitte();
-    (void)bureau->LaMarche().RemetEnService();
-    (void)LaRecopie()->ResetFeuilleEtalonnage();
-    const CapteurRef vérin = LeCapteur("Déplacement");
-    (void)vérin->ResetFeuilleEtalonnage();
-    vérin->AnnuleTare();
-    vérin->AnnuleRaz();
-    vérin->PointX(2, 200.0);
-    LaRecopie()->PointX(2, 100.0);
-    LeChassis().Watchdog()->Enabled(false);
-    for (const SortieLogiqueRef& sortie : *LeChassis().SortiesLogiques()) {
-      sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
-    }
+    Ouvre(kSuitUnCapteur);
     LeChassis().Commandes()->Item("2")->Enabled(true);
-    LeChassis().Commandes()->Item("2")->ValeurCouranteEnUnité(0);
-    Choisit(*vérin);
+    Choisit(*LeCapteur("Déplacement"));
     dit.clear();
     Laisse(250);  // a form leaves the screen
     bureau->Fenêtre().activateWindow();
@@ -131,16 +117,13 @@ class UnArrêtEnCours : public essai::UnBureau {
 // Each act: without a stop it moves something, with one nothing, whether the stop was there before
 // or fires half-way.
 TEST_F(UnArrêtEnCours, NeLaisseRienBouger) {
-  Ouvre(kSuitUnCapteur);
   const auto entrée = [&] { QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Return); };
   const Cas<const char*, std::function<void(const Arrêt&)>> actes{
       {"set point and Enter",
        [&](const Arrêt& arrêt) { Tape("consigne2", "77"), arrêt(), entrée(); }},
       {"set point and its button",
        [&](const Arrêt& arrêt) {
-         Tape("consigne2", "77");
-         Laisse(150);
-         arrêt();
+         Tape("consigne2", "77"), Laisse(150), arrêt();
          Clique<QPushButton>("applique2");
        }},
       {"an output's toggle", [&](const Arrêt& a) { a(), Clique<QPushButton>("sortie1"); }},
@@ -184,8 +167,6 @@ TEST_F(UnArrêtEnCours, NeLaisseRienBouger) {
 }
 
 TEST_F(UnArrêtEnCours, RefuseCeQueLesFeuillesOuvertesEnregistreraient) {
-  Ouvre(kSuitUnCapteur);
-  const CapteurRef vérin = LeCapteur("Déplacement");
   for (const auto& [élément, colonne, refus] :
        Cas<const char*, int, const char*>{{"CmbCapteurARecopier", 0, "Nothing was saved"},
                                           {"TxtNomAffiche", 1, "Nothing was saved"},
@@ -193,7 +174,7 @@ TEST_F(UnArrêtEnCours, RefuseCeQueLesFeuillesOuvertesEnregistreraient) {
     for (const bool sans : {true, false}) {
       Remet();
       (void)(colonne == 0 ? LaRecopie()->EtalonnageExterieur(&hôte)
-                          : vérin->EtalonnageExterieur(&hôte));
+                          : LeCapteur("Déplacement")->EtalonnageExterieur(&hôte));
       QWidget* const fenêtre = essai::FenêtreAvec(élément);
       std::vector<double> état;
       const Arrêt arrête = [&] {
@@ -304,18 +285,6 @@ TEST_F(UnArrêtEnCours, SArrêteSousToutCeQuiEstOuvert) {
       EXPECT_GT(passes, avant + 10) << nom << parTouche;
     }
   }
-}
-
-TEST_F(UnArrêtEnCours, AbandonneLaConsigneTapéeMêmeAcquittéAvantLaPasseSuivante) {
-  Ouvre();
-  LeChassis().Commandes()->Item("2")->Enabled(true);
-  Laisse(250);
-  Tape("consigne2", "77");
-  bureau->LeBattement().Arrête();
-  QTest::keyClick(&bureau->Fenêtre(), Qt::Key_F12);
-  EXPECT_TRUE(bureau->LaMarche().Acquitte());
-  QTest::keyClick(&Le<QLineEdit>("consigne2"), Qt::Key_Return);
-  EXPECT_EQ(Volts("2"), 0);
 }
 
 // A form of the library inside a pass: no pass comes to look.

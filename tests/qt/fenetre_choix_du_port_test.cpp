@@ -45,7 +45,8 @@ TEST_F(LeChoixDuPortEnFenêtre, DitUneRechercheVaineOuImpossible) {
   Montre([&](QWidget* fenêtre) {
     const QLabel& avis = Trouve<QLabel>(fenêtre, "LblAvis");
     Clique(fenêtre, "BtnAutoScan");
-    EXPECT_EQ(essayés.size(), 4U);
+    EXPECT_EQ(essayés, (std::vector<std::string>{"/dev/a,1200,N,8,1", "/dev/a,9600,N,8,1",
+                                                 "/dev/b,1200,N,8,1", "/dev/b,9600,N,8,1"}));
     EXPECT_EQ(avis.text(), "No instrument answered on any port.");
     réaction = [] { throw Echec(Numéro::MatérielAbsent, "unplugged"); };
     Clique(fenêtre, "BtnAutoScan");
@@ -60,6 +61,7 @@ TEST_F(LeChoixDuPortEnFenêtre, SeFermePendantUneRechercheEtÀLaFinDuProgramme) 
     réaction = [&, fenêtre] {
       EXPECT_EQ(Trouve<QLabel>(fenêtre, "LblEtat").text(), "/dev/a,1200,N,8,1");
       EXPECT_TRUE(Trouve<QProgressBar>(fenêtre, "Recherche").isVisible());
+      feuille.BtnAutoScan();  // an impatient operator
       Ensuite([fenêtre] { Clique(fenêtre, "BtnClose"); });
     };
     Clique(fenêtre, "BtnAutoScan");

@@ -15,10 +15,7 @@ using essai::Cas;
 using essai::Ligne;
 using Causes = std::vector<std::string>;
 
-constexpr int kCorrect = 0;
-constexpr int kNonValide = 1;
-constexpr int kNonDangereux = 2;
-constexpr int kDangereux = 3;
+enum { kCorrect, kNonValide, kNonDangereux, kDangereux };
 constexpr auto kAcquisition = ENUM_OPERATION_MAV::Acquisition;
 constexpr auto kRepos = ENUM_OPERATION_MAV::RienFaire;
 
@@ -38,17 +35,6 @@ class UnCapteurDeForce : public testing::Test, protected essai::BancCapteur {
   }
   Ref<Capteur> capteur = Monté();
 };
-
-TEST_F(UnCapteurDeForce, ConvertitLesPointsDeSonCanal) {
-  EXPECT_DOUBLE_EQ(Sur(250), 25);
-  capteur->Enabled_bln(false);
-  EXPECT_EQ(capteur->ValeurCourante(), 0);
-  EXPECT_EQ(capteur->ValeurEnPoints(), 0);
-  capteur->Enabled_bln(true);
-  EXPECT_EQ(capteur->ValeurEnPoints(), 250);
-  capteur->Canal({});
-  EXPECT_EQ(Sur(250), 0);
-}
 
 TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
   for (const auto& [quoi, colonnes, points, état] : Cas<const char*, Ligne, double, int>{
@@ -75,6 +61,12 @@ TEST_F(UnCapteurDeForce, DonneSonEtatSurChaqueBord) {
   capteur->InterditAU();
   Sur(1200);
   EXPECT_EQ(capteur->Etat(), kNonDangereux);
+  capteur->Enabled_bln(false);
+  EXPECT_EQ(capteur->ValeurCourante() + capteur->ValeurEnPoints(), 0);
+  capteur->Enabled_bln(true);
+  EXPECT_EQ(capteur->ValeurEnPoints(), 1200);
+  capteur->Canal({});
+  EXPECT_EQ(Sur(250), 0);
 }
 
 TEST_F(UnCapteurDeForce, DéclencheAChaquePasseAvecSaCause) {
@@ -161,13 +153,11 @@ TEST_F(UnCapteurDeForce, NeLitQueSiSonParamètreLeSélectionne) {
   const auto mode = Partage(4, "Traction de la barre");
   capteur = Monté({{"Parametre de sélection", 4}, {"Valeur de selection", "Traction de la barre"}});
   Sur(-50);
-  Sur(500);
-  EXPECT_TRUE(capteur->CapteurSelectionne());
+  EXPECT_DOUBLE_EQ(Sur(500), 50);
   capteur->Raz();
   mode->ValeurParamètre("traction de la barre");
-  Sur(600);
+  EXPECT_EQ(Sur(600), 0);
   EXPECT_FALSE(capteur->CapteurSelectionne());
-  EXPECT_EQ(capteur->ValeurCourante(), 0);
   EXPECT_EQ(capteur->MaxiDétecté(), 0);
   EXPECT_DOUBLE_EQ(capteur->MiniDétecté(), -5);
   EXPECT_EQ(capteur->ValeurEnPoints(), 500);
@@ -221,16 +211,14 @@ TEST_F(UnCapteurDeForce, MesureSonZéroSurLesPointsBruts) {
 }
 
 TEST_F(UnCapteurDeForce, ReferenceSonZéroAuPointQuiLitZéro) {
-  capteur->PointX(1, -20);
-  capteur->PointY(1, 0);  // 0 units stand at 1000 / 6 points
+  capteur->PointX(1, -20);  // 0 units stand at 1000 / 6 points
   capteur->Raz();
-  Sur(400, 4);
-  EXPECT_NEAR(capteur->ValeurCourante(), 0, 1e-12);
+  EXPECT_NEAR(Sur(400, 4), 0, 1e-12);
   capteur->PointX(1, 0);
   capteur->PointX(2, 0);  // every point reads 0 units: no zero to be had
   capteur->ValeurTare(3);
   capteur->Raz();
-  EXPECT_EQ(Sur(2500), -3);  // the refresh is finished, limits and all
+  EXPECT_EQ(Sur(2500), -3) << "the refresh is finished, limits and all";
   EXPECT_EQ(sécurité->arrêts, 1);
   EXPECT_EQ(capteur->EtatRAZ(), kRepos);
   EXPECT_TRUE(registre->Contient("Erreur N°11 "));

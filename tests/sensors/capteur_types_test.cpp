@@ -66,7 +66,13 @@ TEST_F(UnCapteurDérivé, CombineSesFils) {
   EXPECT_EQ(Rafraîchi(inconnu), 75);
 }
 
-TEST_F(UnCapteurDérivé, EchoueSansSesFilsOuSansLePremier) {
+TEST_F(UnCapteurDérivé, PrendLesFilsQueSaCollectionAMaintenant) {
+  const auto différence =
+      Monté({{"Type de Capteur", "Combinaison"}, {"Opérateur", "-"}}, {Libre(5), Libre(2)});
+  EXPECT_EQ(Rafraîchi(différence), 3);
+  différence->CapteursFils()->Remove("1");
+  différence->CapteursFils()->Référence(Libre(9), "1");
+  EXPECT_EQ(Rafraîchi(différence), 7);
   const auto orphelin = Libre();
   orphelin->TypeDeCapteur(T::CapteurMoyen);
   orphelin->MetàJour();
@@ -75,15 +81,6 @@ TEST_F(UnCapteurDérivé, EchoueSansSesFilsOuSansLePremier) {
   troué->CapteursFils()->Référence(Libre(3), "2");
   troué->MetàJour();
   EXPECT_TRUE(registre->Contient("Erreur N°5 "));
-}
-
-TEST_F(UnCapteurDérivé, PrendLesFilsQueSaCollectionAMaintenant) {
-  const auto différence =
-      Monté({{"Type de Capteur", "Combinaison"}, {"Opérateur", "-"}}, {Libre(5), Libre(2)});
-  EXPECT_EQ(Rafraîchi(différence), 3);
-  différence->CapteursFils()->Remove("1");
-  différence->CapteursFils()->Référence(Libre(9), "1");
-  EXPECT_EQ(Rafraîchi(différence), 7);
 }
 
 TEST_F(UnCapteurDérivé, DonneLeTempsDansSonUnité) {
@@ -155,15 +152,14 @@ TEST_F(UnCapteurDérivé, PrendLePlusPetitFilsSelectionné) {
                 "Problem on sensor 'Force'. Unit of sensors linked are not the same."});
 }
 
-TEST_F(UnCapteurDérivé, PasseLeZéroEtLaMiseEnServiceASesFils) {
+TEST_F(UnCapteurDérivé, PasseLeZéroEtLaMiseEnServiceÀSesFils) {
   const Capteurs_ fils{Monté(), Monté()};
   const auto plusPetit = Monté("PPC", fils);
   plusPetit->Raz();
   for (const auto& f : fils) EXPECT_EQ(f->EtatRAZ(), ENUM_OPERATION_MAV::Acquisition);
   fils[1]->Enabled_bln(false);
   plusPetit->Enabled_bln(false);
-  EXPECT_TRUE(fils[0]->Enabled_bln());
-  EXPECT_FALSE(fils[1]->Enabled_bln());  // only enabling reaches the children
+  EXPECT_TRUE(fils[0]->Enabled_bln() && !fils[1]->Enabled_bln());  // only enabling reaches them
   plusPetit->Enabled_bln(true);
   EXPECT_TRUE(fils[1]->Enabled_bln());
 }

@@ -173,17 +173,14 @@ TEST_F(UneContrainteSurEprouvette, TientLaForceDuMaximumDeSonFils) {
   EXPECT_NEAR(c->MiniDétecté(), 5, 1e-9);  // left alone by this kind
 }
 
-TEST_F(UneContrainteSurEprouvette, SArrêteQuandDeuxCapteursSePartagentLaSection) {
-  const auto cylindre = Contrainte();
-  p["Forme eprouvette"] = Partage(9, "Prisme");
-  const auto prisme = Contrainte();
-  côté->ValeurParamètre("3");  // each writes its own section to the shared parameter
-  EXPECT_NEAR(Sous(*cylindre, kForce), 10, 1e-9);
-  EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(UneContrainteSurEprouvette, DitUneSectionIllisibleSousLeNomDuGestionnaire) {
+TEST_F(UneContrainteSurEprouvette, TientUneSectionPartagéeOuIllisible) {
   const auto c = Contrainte();
+  p["Forme eprouvette"] = Partage(9, "Prisme");
+  auto prisme = Contrainte();
+  côté->ValeurParamètre("3");  // each writes its own section to the shared parameter
+  EXPECT_NEAR(Sous(*c, kForce), 10, 1e-9);
+  EXPECT_TRUE(registre->entrées.empty());
+  prisme = {};
   section->ValeurParamètre("grande");
   EXPECT_TRUE(registre->Contient("Erreur N°13 "));
   EXPECT_TRUE(registre->Contient(" de la méthode S_mobj_Change de l'objet Capteur (Force)."));
@@ -197,19 +194,22 @@ TEST_F(UneContrainteSurEprouvette, ParleDesTypesObsolètes) {
   using T = ENUM_TYPE_CONTRAINTE;
   const auto c = Contrainte();
   traducteur->mots = {{"Flexion", "Bending"}, {"Surface", "Area"}};
-  for (const auto& [type, texte, obsolète] : Cas<T, std::string, bool>{
-           {T::surface, "Surface", true},
-           {T::TractionCompressionCylindre, "Traction/Compression de cylindre", true},
-           {T::Flexion, "Bending", false},  // alone written in the operator's language
-           {T::Compression, "Compression", false}}) {
+  const auto dit = [](const std::string& texte) {
+    return std::vector{"'" + texte +
+                       "' est un type de calcul obsolete. Veuillez apporter les "
+                       "correction nécessaire dans le capteur 'Force'."};
+  };
+  for (const auto& [type, texte, dits] : Cas<T, std::string, std::vector<std::string>>{
+           {T::surface, "Surface", dit("Surface")},
+           {T::TractionCompressionCylindre, "Traction/Compression de cylindre",
+            dit("Traction/Compression de cylindre")},
+           {T::Flexion, "Bending", {}},  // alone written in the operator's language
+           {T::Compression, "Compression", {}}}) {
     messages.textes.clear();
     c->TypeCalculContrainte(type);
     EXPECT_EQ(essai->ValeurParamètre(), texte);
     EXPECT_EQ(c->TypeCalculContrainte(), type);
-    const std::string dit = "'" + texte +
-                            "' est un type de calcul obsolete. Veuillez apporter les "
-                            "correction nécessaire dans le capteur 'Force'.";
-    EXPECT_EQ(messages.textes, std::vector<std::string>(obsolète ? 1 : 0, dit));
+    EXPECT_EQ(messages.textes, dits);
   }
   c->TypeCalculContrainte(static_cast<T>(7));
   EXPECT_EQ(essai->ValeurParamètre(), "Compression");

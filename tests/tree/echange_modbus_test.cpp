@@ -81,30 +81,25 @@ class UneCarteModbus : public testing::Test, protected essai::Banc {
   Carte carte{plateforme};
 };
 
-TEST_F(UneCarteModbus, LitSansAttendreEtSertTousLesBlocs) {
+TEST_F(UneCarteModbus, LitTousLesBlocsSansAttendre) {
   const FonctionRef mesures = Ajoute("1", kEA, "3", 100, {-1, 0, 1, 2});
   const FonctionRef états = Ajoute("2", kEL, "2", 0, {-1, 0, 5, 7});
-  esclave->registres = {{100, 0}, {101, 40000}, {102, 65535}};
+  const FonctionRef parFonction = Ajoute("3", kEL, "3", 10, {-1, 0, 6, 15});
+  const FonctionRef parCanal = Ajoute("4", kEL, "3", 10, {-1, 0, 1, 2}, "05", false);
+  esclave->registres = {{100, 0},     {101, 40000}, {102, 65535},
+                        {10, 0x8001}, {11, 0xFF00}, {12, 0x0080}};
   esclave->bits = {{0, true}, {1, false}, {2, false}};
   Démarre();
   for (int i = 0; i < 2; ++i) {
     carte.MetàJour();
     EXPECT_TRUE(mesures->RafraichissementEnCours());  // the answer is still on the wire
   }
-  Passe(12);
+  Passe(24);
   EXPECT_EQ(Lues(mesures, {-1, 0, 1, 2}), (Points{0, 0, 40000, 65535}));  // words are unsigned
   EXPECT_EQ(Lues(états, {5, 7}), (Points{0, -1}));  // input 0 is the low bit of the only byte
-  EXPECT_TRUE(registre->entrées.empty());
-}
-
-TEST_F(UneCarteModbus, RangeLesRegistresDUnBlocLogique) {
-  const FonctionRef parFonction = Ajoute("1", kEL, "3", 10, {-1, 0, 6, 15});
-  const FonctionRef parCanal = Ajoute("2", kEL, "3", 10, {-1, 0, 1, 2}, "05", false);
-  esclave->registres = {{10, 0x8001}, {11, 0xFF00}, {12, 0x0080}};
-  Démarre();
-  Passe(12);
   EXPECT_EQ(Lues(parFonction, {0, 6, 15}), (Points{-1, 0, -1}));  // two bytes, high bits first
   EXPECT_EQ(Lues(parCanal, {0, 1, 2}), (Points{-1, 0, -1}));      // the low byte of each register
+  EXPECT_TRUE(registre->entrées.empty());
 }
 
 // Every function that writes, in blocks of either type: what the slave holds at and behind register

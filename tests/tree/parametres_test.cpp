@@ -55,19 +55,30 @@ class DesLignes : public testing::Test, protected essai::BancCapteur {
                     {"Config EIR", "12"}};
 };
 
-TEST_F(DesLignes, DonnentUnCanal) {
+TEST_F(DesLignes, DonnentLeurDriverAuxCanaux) {
+  // That of a channel counts only in a table with "Status ID".
   const auto c = Lu<Canal>(canal);
-  EXPECT_EQ(c->Nom() + c->NuméroDeSérie(), "Règle1A2B3C4D");
+  for (const auto& [ligne, driver] :
+       Cas<Ligne, ENUM_DRIVER>{{canal, ENUM_DRIVER::DrvRègleMTS3Aimants2_1},
+                               {Sans(Avec(canal, "Driver canal", ""), "Status ID"),
+                                ENUM_DRIVER::DrvRègleMTS3Aimants2_1},
+                               {Avec(canal, "Driver canal", "inconnu"), ENUM_DRIVER::DrvAucun}}) {
+    c->ParamètresDepuisBD(essai::UneLigne(ligne));
+    EXPECT_EQ(c->Driver(), driver);
+  }
   EXPECT_EQ((Nombres{c->NuméroCanal(), c->NuméroDeNoeud(), c->ModeOpératoire(), c->NombreDAimants(),
                      c->PositionDeLAimant(), c->PositionID(), c->StatusID(), c->EnFréquence()}),
             (Nombres{3, 7, 4, 5, 2, 0x181, 0x701, 1}));
-  EXPECT_EQ(c->Driver(), ENUM_DRIVER::DrvRègleMTS3Aimants2_1);
-  Attend(nullptr);
-  // The driver counts only in a table with "Status ID".
-  c->ParamètresDepuisBD(essai::UneLigne(Sans(Avec(canal, "Driver canal", ""), "Status ID")));
-  EXPECT_EQ(c->Driver(), ENUM_DRIVER::DrvRègleMTS3Aimants2_1);
-  c->ParamètresDepuisBD(essai::UneLigne(Avec(canal, "Driver canal", "inconnu")));
-  EXPECT_EQ(c->Driver(), ENUM_DRIVER::DrvAucun);
+  Fonction f(plateforme);
+  f.ChargeErreur(registre);
+  f.Canals()->Add("1");
+  f.Canals()->Add("2")->Driver(ENUM_DRIVER::DrvRègleMTS1Aimant);
+  f.ParamètresDepuisBD(essai::UneLigne(bloc));
+  EXPECT_EQ(f.Canals()->Item("1")->Driver(), ENUM_DRIVER::DrvA826PG_DB16B);
+  EXPECT_EQ(f.Canals()->Item("2")->Driver(), ENUM_DRIVER::DrvRègleMTS1Aimant);
+  EXPECT_EQ(f.Canals()->Item("2")->TypeCanal(), ENUM_TYPE_FONCTION::FctEntréesAnalogiques);
+  EXPECT_EQ((Nombres{f.ModbusAdresse(), f.ModbusFonction(), f.ModbusRegistreDeDepart()}),
+            (Nombres{0x1F, 16, 1032}));
 }
 
 TEST_F(DesLignes, DisentLaColonneQuiManqueAUnCanal) {
@@ -86,21 +97,6 @@ TEST_F(DesLignes, DisentLaColonneQuiManqueAUnCanal) {
   Lu<Canal>(Avec(canal, "N° de Node", "sept"));
   EXPECT_EQ(registre->entrées[0].variables[1],
             (TableVariables::value_type{"Variable vData", "sept"}));
-}
-
-TEST_F(DesLignes, DonnentUnBlocDontLesCanauxOntLeTypeEtLeDriver) {
-  Fonction f(plateforme);
-  f.ChargeErreur(registre);
-  f.Canals()->Add("1");
-  f.Canals()->Add("2")->Driver(ENUM_DRIVER::DrvRègleMTS1Aimant);
-  f.ParamètresDepuisBD(essai::UneLigne(bloc));
-  Attend(nullptr);
-  EXPECT_EQ((Nombres{f.MAJParFonction(), f.ModbusAdresse(), f.ModbusFonction(),
-                     f.ModbusRegistreDeDepart(), f.NombreDeCanaux()}),
-            (Nombres{0, 0x1F, 16, 1032, 4}));
-  EXPECT_EQ(f.Canals()->Item("1")->Driver(), ENUM_DRIVER::DrvA826PG_DB16B);
-  EXPECT_EQ(f.Canals()->Item("2")->Driver(), ENUM_DRIVER::DrvRègleMTS1Aimant);
-  EXPECT_EQ(f.Canals()->Item("2")->TypeCanal(), ENUM_TYPE_FONCTION::FctEntréesAnalogiques);
 }
 
 TEST_F(DesLignes, DisentCeQuUnBlocRefuse) {
