@@ -10,12 +10,14 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "outils/cas.h"
 #include "outils/dossier_provisoire.h"
 #include "outils/numero.h"
 #include "outils/temoins.h"
 #include "platform/linux/compteurs_linux.h"
 #include "platform/linux/fichiers_linux.h"
 #include "platform/linux/fin_du_programme.h"
+#include "platform/linux/ftdi_usb.h"
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/messages_terminal.h"
 #include "platform/linux/minuterie.h"
@@ -25,38 +27,33 @@ namespace {
 
 using essai::DossierProvisoire;
 using essai::Lit;
+using namespace std::string_view_literals;
 using essai::NuméroDe;
 
 // A device that is lost must not leave the others moving, even when it fails again meanwhile.
 TEST(LaFinDuProgramme, VientDerrièreLeDernierGesteEtMalgréLui) {
   for (const bool lève : {false, true}) {
-    const auto finit = [&] {
-      FinDuProgrammeLinux fin(nullptr);
-      fin.Avant([&] {
-        fin.ArrêteLeProgramme("encore");
-        std::fputs("au repos\n", stderr);
-        if (lève) throw std::runtime_error("panne");
-      });
-      fin.ArrêteLeProgramme("perdu");
-    };
-    EXPECT_EXIT(finit(), testing::ExitedWithCode(EXIT_FAILURE), "zuma : perdu\nau repos\n");
+    FinDuProgrammeLinux fin(nullptr);
+    fin.Avant([&] {
+      fin.ArrêteLeProgramme("encore");
+      std::fputs("au repos\n", stderr);
+      if (lève) throw std::runtime_error("panne");
+    });
+    EXPECT_EXIT(fin.ArrêteLeProgramme("perdu"), testing::ExitedWithCode(EXIT_FAILURE),
+                "zuma : perdu\nau repos\n");
   }
 }
 
-TEST(Horloge, DortAuMoinsLeTempsDemandé) {
+TEST(Horloge, DortAuMoinsLeTempsDemandéEtDonneLHeureLocale) {
   HorlogeSystème horloge;
   Minuterie minuterie;
   const double début = minuterie.LitMicrosecondes();
-  horloge.Dort(0.02);
-  EXPECT_GE(minuterie.LitMicrosecondes() - début, 20000);
   // Nothing to wait for: a day's sleep here would hang the test.
-  for (const double rien : {0.0, -1.0, std::nan("")}) horloge.Dort(rien);
-}
+  for (const double secondes : {0.02, 0.0, -1.0, std::nan("")}) horloge.Dort(secondes);
+  EXPECT_GE(minuterie.LitMicrosecondes() - début, 20000);
 
-TEST(Horloge, DonneLHeureLocale) {
   ::setenv("TZ", "XXX-5:30", 1);  // five hours and a half ahead of UTC
   ::tzset();
-  const HorlogeSystème horloge;
   const std::string texte = horloge.TexteHeure();
   const double décalée = std::fmod(static_cast<double>(std::time(nullptr)) + 5.5 * 3600, 86400);
   ::unsetenv("TZ");
@@ -64,46 +61,39 @@ TEST(Horloge, DonneLHeureLocale) {
   int h = 0;
   int m = 0;
   int s = 0;
-  ASSERT_EQ(std::sscanf(texte.c_str(), "%2d:%2d:%2d", &h, &m, &s), 3);
-  EXPECT_EQ(texte.size(), 8U);
+  ASSERT_TRUE(std::sscanf(texte.c_str(), "%2d:%2d:%2d", &h, &m, &s) == 3 && texte.size() == 8);
   EXPECT_NEAR(std::remainder(h * 3600 + m * 60 + s - décalée, 86400), 0, 2);
 }
 
 TEST(Compteurs, ComptentParPoignée) {
   const auto timer = Crée<essai::Minuterie>();
   CompteursLinux compteurs(timer);
-  timer->heure = 500;
   const std::int16_t a = compteurs.Ouvre("a");
   timer->heure = 700;
   const std::int16_t b = compteurs.Ouvre("b");
   timer->heure = 1000;
-  EXPECT_EQ(compteurs.Lit(a), 500);
+  EXPECT_EQ(compteurs.Lit(a), 1000);
   EXPECT_EQ(compteurs.Lit(b), 300);
-
-  compteurs.Ferme(a);
-  compteurs.Ferme(a);
-  EXPECT_THROW((void)compteurs.Lit(a), Echec);
+  for (const int inconnue : {static_cast<int>(a), static_cast<int>(a), 0, -1, 9}) {
+    compteurs.Ferme(static_cast<std::int16_t>(inconnue));
+    EXPECT_THROW((void)compteurs.Lit(static_cast<std::int16_t>(inconnue)), Echec);
+  }
   EXPECT_EQ(compteurs.Ouvre("c"), a);
   EXPECT_EQ(compteurs.Lit(a), 0);
-
   timer->heure = 1e13;
   EXPECT_EQ(compteurs.Lit(b), std::numeric_limits<std::int32_t>::max());
-  for (const std::int16_t inconnue : {std::int16_t{0}, std::int16_t{-1}, std::int16_t{9}}) {
-    EXPECT_THROW((void)compteurs.Lit(inconnue), Echec);
-    compteurs.Ferme(inconnue);
-  }
 }
 
 TEST(Fichiers, RangeLesCheminsSousLaRacine) {
   const FichiersLinux fichiers("/racine");
-  const std::pair<std::string_view, std::string_view> cas[] = {
-      {R"(c:\K9\journaux\Erreur été.txt)", "/racine/c/K9/journaux/Erreur été.txt"},
-      {R"(D:\a.txt)", "/racine/d/a.txt"},
-      {R"(\a\.\b.txt)", "/racine/a/b.txt"},
-      {"/etc/passwd", "/racine/etc/passwd"},
-      {"..a/b..", "/racine/..a/b.."},
-  };
-  for (const auto& [donné, réel] : cas) EXPECT_EQ(fichiers.Réel(donné), réel) << donné;
+  for (const auto& [donné, réel] : essai::Cas<const char*, const char*>{
+           {R"(c:\K9\journaux\Erreur été.txt)", "/racine/c/K9/journaux/Erreur été.txt"},
+           {R"(D:\a.txt)", "/racine/d/a.txt"},
+           {R"(\a\.\b.txt)", "/racine/a/b.txt"},
+           {"/etc/passwd", "/racine/etc/passwd"},
+           {"..a/b..", "/racine/..a/b.."}}) {
+    EXPECT_EQ(fichiers.Réel(donné), réel) << donné;
+  }
   for (const char* interdit : {R"(c:\..\x)", "..", "a/../../x", R"(a\..)"}) {
     EXPECT_THROW((void)fichiers.Réel(interdit), Echec) << interdit;
   }
@@ -113,35 +103,26 @@ TEST(Fichiers, AjouteDesLignesEtSupprime) {
   const DossierProvisoire dossier;
   FichiersLinux fichiers(dossier.Chemin());
   constexpr std::string_view kJournal = R"(c:\journaux\é.txt)";
-  try {
-    fichiers.AjouteLigne(kJournal, "perdue");
-    FAIL();
-  } catch (const Echec& échec) {
-    EXPECT_EQ(échec.NuméroErreur(), static_cast<int>(Numéro::CheminIntrouvable));
-  }
+  const auto journal = dossier.Chemin() / "c/journaux/é.txt";
+  EXPECT_EQ(NuméroDe([&] { fichiers.AjouteLigne(kJournal, "perdue"); }), 76);
   fichiers.CréeDossier(kJournal);
   fichiers.AjouteLigne(kJournal, "14:03:22,Erreur CRC,3");
   fichiers.AjouteLigne(kJournal, "deux\nlignes");
-  EXPECT_EQ(Lit(dossier.Chemin() / "c/journaux/é.txt"), "14:03:22,Erreur CRC,3\ndeux lignes\n");
+  EXPECT_EQ(Lit(journal), "14:03:22,Erreur CRC,3\ndeux lignes\n");
 
-  fichiers.Supprime(kJournal);
-  fichiers.Supprime(kJournal);
-  EXPECT_FALSE(std::filesystem::exists(dossier.Chemin() / "c/journaux/é.txt"));
-  fichiers.Supprime("");
-  fichiers.Supprime("c:\\journaux");
-  fichiers.Supprime("..");
-  EXPECT_TRUE(std::filesystem::exists(dossier.Chemin() / "c/journaux"));
-}
+  for (const std::string_view nom : {kJournal, kJournal, std::string_view(),
+                                     std::string_view("c:\\journaux"), std::string_view("..")}) {
+    fichiers.Supprime(nom);
+  }
+  EXPECT_FALSE(std::filesystem::exists(journal));
+  EXPECT_TRUE(std::filesystem::exists(journal.parent_path()));
 
-TEST(Fichiers, NeSuitPasUnLienHorsDeLaRacine) {
-  const DossierProvisoire dossier;
-  std::ofstream(dossier.Chemin() / "dehors.txt") << "intact";
-  std::filesystem::create_directory(dossier.Chemin() / "racine");
-  std::filesystem::create_symlink(dossier.Chemin() / "dehors.txt",
-                                  dossier.Chemin() / "racine/x.txt");
-  FichiersLinux fichiers(dossier.Chemin() / "racine");
+  // A link does not lead out of the root.
+  const DossierProvisoire dehors;
+  std::filesystem::create_symlink(dehors.Fichier("dehors.txt"), dossier.Chemin() / "x.txt");
+  std::ofstream(dehors.Fichier("dehors.txt")) << "intact";
   EXPECT_THROW(fichiers.AjouteLigne("x.txt", "écrasé"), Echec);
-  EXPECT_EQ(Lit(dossier.Chemin() / "dehors.txt"), "intact");
+  EXPECT_EQ(Lit(dehors.Fichier("dehors.txt")), "intact");
 }
 
 // A dump goes where the host says; no name within it forges a line.
@@ -177,6 +158,23 @@ TEST(Messages, EcritUneLigneEtNAttendQueSIlYAQuelquUn) {
   // Answered once, then the input ended during the second question: the third is not asked.
   constexpr std::string_view kQuestion = "Entrée pour continuer... ";
   EXPECT_EQ(sortie.str(), "m\n" + std::string(kQuestion) + "m\n" + std::string(kQuestion) + "m\n");
+}
+
+// The USB adapter where no device is plugged: every call says so, and none is fatal.
+TEST(FtdiUsb, DitUnAppareilAbsent) {
+  FtdiUsb usb;
+  std::int32_t poignée = 0;
+  std::int32_t réception = 0;
+  std::int32_t émission = 0;
+  Octets octets;
+  for (const std::int32_t absent : {250, -1}) EXPECT_EQ(usb.FT_Open(absent, poignée), 2);
+  EXPECT_EQ(usb.FT_SetTimeouts(poignée, 1000, 1000), 3);
+  EXPECT_EQ(usb.FT_SetBaudRate(poignée, 1953125), 3);
+  EXPECT_EQ(usb.FT_Purge(poignée, FTD2XX::kPurgeRéception), 3);
+  EXPECT_EQ(usb.FT_Write(poignée, "$A"), 3);
+  EXPECT_EQ(usb.FT_GetStatus(poignée, réception, émission), 3);
+  EXPECT_EQ(usb.FT_Read(poignée, 10, octets), 3);
+  usb.FT_Close(poignée);
 }
 
 }  // namespace

@@ -1,64 +1,23 @@
 #include <chrono>
-#include <filesystem>
 #include <thread>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include "core/echec.h"
+#include "outils/cas.h"
+#include "platform/bout_de_ligne.h"
 #include "platform/linux/liaison_serie_linux.h"
 
 namespace zuma::linux_ {
 namespace {
 
+using essai::BoutDeLigne;
 using namespace std::chrono_literals;
-
-/// The other end of a line: a pseudo-terminal, reached under a name that can be pulled and put
-/// back like a cable.
-class BoutDeLigne {
- public:
-  BoutDeLigne() { Branche(); }
-  ~BoutDeLigne() {
-    Débranche();
-    std::filesystem::remove_all(dossier_);
-  }
-  void Branche() {
-    maître_ = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
-    ::grantpt(maître_);
-    ::unlockpt(maître_);
-    std::filesystem::create_symlink(::ptsname(maître_), Nom());
-  }
-  void Débranche() {
-    if (maître_ < 0) return;
-    ::close(maître_);
-    maître_ = -1;
-    std::filesystem::remove(Nom());
-  }
-  [[nodiscard]] std::string Nom() const { return (dossier_ / "port").string(); }
-  void Envoie(std::string_view octets) const {
-    ASSERT_EQ(::write(maître_, octets.data(), octets.size()), static_cast<ssize_t>(octets.size()));
-  }
-  [[nodiscard]] std::string Reçu() const {
-    char tampon[256];
-    const ssize_t n = ::read(maître_, tampon, sizeof tampon);
-    return {tampon, static_cast<std::size_t>(n > 0 ? n : 0)};
-  }
-
- private:
-  static std::filesystem::path Dossier() {
-    std::string modèle = (std::filesystem::temp_directory_path() / "zuma-serie-XXXXXX").string();
-    return ::mkdtemp(modèle.data());
-  }
-  std::filesystem::path dossier_ = Dossier();
-  int maître_ = -1;
-};
 
 // The kernel hands bytes over asynchronously.
 template <class Condition>
-bool Attend(Condition&& condition, std::chrono::milliseconds délai = 2000ms) {
-  const auto fin = std::chrono::steady_clock::now() + délai;
+bool Attend(Condition&& condition) {
+  const auto fin = std::chrono::steady_clock::now() + 3000ms;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > fin) return false;
     std::this_thread::sleep_for(2ms);
@@ -68,11 +27,10 @@ bool Attend(Condition&& condition, std::chrono::milliseconds délai = 2000ms) {
 
 TEST(LiaisonSérieLinux, PasseTousLesOctetsSansLesToucher) {
   BoutDeLigne bout;
-  const CarteDesPorts ports{{3, bout.Nom()}};
+  const CarteDesPorts ports{{3, bout.nom}};
   LiaisonSérieLinux liaison(ports);
   liaison.VitesseSérie(1953125);
   liaison.PortSérie(3);
-  EXPECT_EQ(liaison.EtatPort(), 0);
   liaison.OuvrePort();
   EXPECT_EQ(liaison.EtatPort(), 1);
 
@@ -92,7 +50,7 @@ TEST(LiaisonSérieLinux, PasseTousLesOctetsSansLesToucher) {
 
 TEST(LiaisonSérieLinux, GuéritDUnCâbleDébranchéPuisRebranché) {
   BoutDeLigne bout;
-  const CarteDesPorts ports{{1, bout.Nom()}};
+  const CarteDesPorts ports{{1, bout.nom}};
   LiaisonSérieLinux liaison(ports);
   liaison.PortSérie(1);
   liaison.OuvrePort();
@@ -100,12 +58,7 @@ TEST(LiaisonSérieLinux, GuéritDUnCâbleDébranchéPuisRebranché) {
   EXPECT_TRUE(Attend([&] { return liaison.LitTampon({}).empty() && liaison.EtatPort() == 0; }));
   EXPECT_THROW(liaison.EcritPort("x"), Echec);
   bout.Branche();
-  EXPECT_TRUE(Attend(
-      [&] {
-        (void)liaison.OctetsReçus();
-        return liaison.EtatPort() == 1;
-      },
-      3000ms));
+  EXPECT_TRUE(Attend([&] { return liaison.OctetsReçus() == 0 && liaison.EtatPort() == 1; }));
   bout.Envoie("ok");
   EXPECT_TRUE(Attend([&] { return liaison.OctetsReçus() == 2; }));
   liaison.FermePort();
@@ -122,36 +75,28 @@ TEST(LiaisonSérieLinux, DitQuelPortManqueEtQueFaire) {
       liaison.OuvrePort();
       ADD_FAILURE() << nom;
     } catch (const Echec& e) {
-      EXPECT_NE(e.Description().find(nom), std::string::npos) << e.Description();
+      EXPECT_PRED_FORMAT2(testing::IsSubstring, nom, e.Description());
     }
     EXPECT_EQ(liaison.EtatPort(), 0);
   }
 }
 
 TEST(PortInstrumentLinux, LitSesRéglagesDUnSeulTexte) {
-  const struct {
-    const char* texte;
-    bool valide;
-    const char* port;
-    RéglagesPort ligne;
-  } cas[] = {
-      {"3,9600,N,8,1", true, "3", {9600, 0, 8, 1}},
-      {"/dev/ttyUSB0, 115200, E, 7, 2", true, "/dev/ttyUSB0", {115200, 2, 7, 2}},
-      {"19200,O,5,1.5", true, "", {19200, 1, 5, 15}},
-      {"3,9600,X,8,1", false, "3", {}},
-      {"3,9600,N,9,1", false, "3", {}},
-      {"3,-1,N,8,1", false, "3", {}},
-      {"3,9600,N,8", false, "", {}},
-      {"", false, "", {}},
-      {",,,,", false, "", {}},
-  };
-  for (const auto& c : cas) {
-    const RéglagesInstrument lus = LitRéglages(c.texte);
-    EXPECT_EQ(lus.valides, c.valide) << c.texte;
-    EXPECT_EQ(lus.port, c.port) << c.texte;
-    if (c.valide) {
-      EXPECT_TRUE(lus.ligne == c.ligne) << c.texte;
-    }
+  for (const auto& [texte, port, ligne] :
+       essai::Cas<const char*, const char*, std::optional<RéglagesPort>>{
+           {"3,9600,N,8,1", "3", RéglagesPort{9600, 0, 8, 1}},
+           {"/dev/ttyUSB0, 115200, E, 7, 2", "/dev/ttyUSB0", RéglagesPort{115200, 2, 7, 2}},
+           {"19200,O,5,1.5", "", RéglagesPort{19200, 1, 5, 15}},
+           {"3,9600,X,8,1", "3", {}},
+           {"3,9600,N,9,1", "3", {}},
+           {"3,-1,N,8,1", "3", {}},
+           {"3,9600,N,8", "", {}},
+           {"", "", {}},
+           {",,,,", "", {}}}) {
+    const RéglagesInstrument lus = LitRéglages(texte);
+    EXPECT_EQ(lus.valides, ligne.has_value()) << texte;
+    EXPECT_EQ(lus.port, port) << texte;
+    EXPECT_TRUE(!ligne || lus.ligne == *ligne) << texte;
   }
 }
 
@@ -159,7 +104,7 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
   BoutDeLigne bout;
   const CarteDesPorts ports;
   PortInstrumentLinux port(ports);
-  port.ConfigurePort(bout.Nom() + ",38400,N,8,1", true);
+  port.ConfigurePort(bout.nom + ",38400,N,8,1", true);
   EXPECT_TRUE(port.PortExiste());
   EXPECT_TRUE(port.PortConfiguré());
   EXPECT_TRUE(port.PortOuvert());
@@ -177,7 +122,7 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
   for (const bool perdu : {true, false}) {
     bout.Débranche();
     if (perdu) (void)port.LitEntrée({});
-    if (!perdu) port.ConfigurePort(bout.Nom() + ",9600,N,8,1", true);
+    if (!perdu) port.ConfigurePort(bout.nom + ",9600,N,8,1", true);
     EXPECT_FALSE(port.PortExiste());
     EXPECT_FALSE(port.PortOuvert());
     EXPECT_EQ(port.PortConfiguré(), perdu);
@@ -188,7 +133,7 @@ TEST(PortInstrumentLinux, DitSiSonPortExisteEtSOuvreSansEchouer) {
     EXPECT_TRUE(port.PortOuvert());
     EXPECT_TRUE(port.PortConfiguré());
   }
-  port.ConfigurePort(bout.Nom() + ",9600,X,8,1", false);
+  port.ConfigurePort(bout.nom + ",9600,X,8,1", false);
   port.PortOuvert(true);
   EXPECT_FALSE(port.PortOuvert()) << "never with settings that were not understood";
 }

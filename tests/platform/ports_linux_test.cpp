@@ -10,12 +10,14 @@
 namespace zuma::linux_ {
 namespace {
 
+using Demandes = std::vector<std::pair<int, int>>;
+
 /// Ports in memory, byte by byte in the order of the bus; ports from `refusés` on are refused.
 class PortsEnMémoire : public InstructionsES {
  public:
   int Demande(std::uint16_t début, std::uint16_t nombre) noexcept override {
     demandes.emplace_back(début, nombre);
-    return début < refusés ? 0 : erreur;
+    return début < refusés ? 0 : EPERM;
   }
   std::uint32_t Lit(std::uint16_t port, unsigned octets) noexcept override {
     std::uint32_t valeur = 0;
@@ -28,9 +30,8 @@ class PortsEnMémoire : public InstructionsES {
     }
   }
   std::map<unsigned, std::uint8_t> mémoire;
-  std::vector<std::pair<int, int>> demandes;
+  Demandes demandes;
   unsigned refusés = 0x10000;
-  int erreur = EPERM;
 };
 
 TEST(PortsLinux, DemandeChaqueGroupeUneFois) {
@@ -42,10 +43,9 @@ TEST(PortsLinux, DemandeChaqueGroupeUneFois) {
   EXPECT_EQ(ports.Inp(0x300), 0xA5);
   EXPECT_EQ(ports.Inpw(0x306), 0xBEEF);
   EXPECT_EQ(ports.Inpd(0x30C), 0x12345678U);
-  EXPECT_EQ(mémoire.demandes, (std::vector<std::pair<int, int>>{{0x300, 16}}));
+  EXPECT_EQ(mémoire.demandes, (Demandes{{0x300, 16}}));
   (void)ports.Inpw(0x31F);  // across two groups
-  EXPECT_EQ(mémoire.demandes,
-            (std::vector<std::pair<int, int>>{{0x300, 16}, {0x310, 16}, {0x320, 16}}));
+  EXPECT_EQ(mémoire.demandes, (Demandes{{0x300, 16}, {0x310, 16}, {0x320, 16}}));
   EXPECT_FALSE(ports.Refusés());
 }
 
