@@ -1,10 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "bench/lignes.h"
 #include "host/chassis_en_marche.h"
@@ -24,13 +24,21 @@ struct Objet {
   [[nodiscard]] CanalRef Canal() const { return commande ? commande->Canal() : sortie->Canal(); }
 };
 
-/// The simulated machine with ears: whatever sleeps lets events be served, as a host's clock may.
-class MachineÀLEcoute : public host::Machine {
+/// The simulated machine with ears: whatever sleeps lets events be served, as a host's clock may,
+/// and who reads the time may be looked at meanwhile.
+class MachineÀLEcoute : public host::Machine, public Horloge {
  public:
-  explicit MachineÀLEcoute(BoîteDeMessage& messages);
-  ~MachineÀLEcoute() override;
+  explicit MachineÀLEcoute(BoîteDeMessage& messages) : sim(messages) {
+    sim.services.horloge = this;
+    sim.services.fenêtres = &fenêtres;
+  }
+  std::string TexteHeure() const override { return sim.horloge->TexteHeure(); }
+  void Dort(double secondes) override {
+    if (auto événement = std::exchange(pendantUnSommeil, nullptr)) événement();
+    sim.horloge->Dort(secondes);
+  }
   Plateforme& Services() override { return sim.services; }
-  Ref<ZED_Timer> Timer() override;
+  Ref<ZED_Timer> Timer() override { return minuterie_; }
   void Branche(Chassis& chassis) override {
     sim.Branche(chassis);
     if (avantLeDépart) avantLeDépart();
@@ -48,18 +56,22 @@ class MachineÀLEcoute : public host::Machine {
   std::function<void()> àChaqueLecture;    ///< called at each read of the time, in passes too
 
  private:
-  class Horloge;
-  class Minuterie;
-  std::shared_ptr<Horloge> horloge_;
-  Ref<Minuterie> minuterie_;
+  struct Minuterie : ZED_Timer {
+    explicit Minuterie(MachineÀLEcoute& m) : machine(m) {}
+    double LitMicrosecondes() override {
+      const double maintenant = machine.sim.horloge->LitMicrosecondes();
+      if (machine.àChaqueLecture) machine.àChaqueLecture();
+      return maintenant;
+    }
+    MachineÀLEcoute& machine;
+  };
+  Ref<Minuterie> minuterie_ = Crée<Minuterie>(*this);
 };
 
 /// A frame made of rows, running on the machine under the program's own host.
 class Montage {
  public:
   static constexpr std::string_view kSujet = "Essai";  ///< name of the output under trial
-  static constexpr std::string_view kPorte = "Porte";
-  static constexpr std::string_view kEcouteur = "Ecouteur";
 
   /// The rows that every frame of the proof begins with.
   [[nodiscard]] static Lignes Départ();
@@ -70,13 +82,13 @@ class Montage {
   void Dénude();
   /// One pass, `pas` seconds after the one before.
   void Passe(double pas);
-  void OuvreLaPorte(bool ouverte) { ouverte_ = ouverte; }
-  void LèveLEcouteur(bool levé) { levé_ = levé; }
+  /// The guard door, and the input that somebody listens to.
+  EntréeLogique& Porte() { return **marche->LeChassis().EntréesLogiques()->begin(); }
+  EntréeLogique& Ecouteur() { return **std::next(marche->LeChassis().EntréesLogiques()->begin()); }
   /// Seconds on the frame's timer.
   [[nodiscard]] double Maintenant() const { return machine.sim.horloge->Maintenant() / 1e6; }
   /// Seconds after the start, as faults are planned.
   [[nodiscard]] double DepuisLeDépart() const { return secondes_; }
-  [[nodiscard]] EntréeLogique& Ecouteur();
   [[nodiscard]] Objet LObjet();
   /// The host tells that the output of that name was not reached.
   [[nodiscard]] bool EstDite(std::string_view nom);
@@ -85,12 +97,12 @@ class Montage {
   void FixeLesEntrées();
 
   essai::DossierProvisoire dossier_;
-  bool ouverte_ = false;
-  bool levé_ = false;
   bool nu_ = false;
   double secondes_ = 0;
 
  public:
+  bool ouverte = false;  ///< the door
+  bool levé = false;     ///< the input that is listened to
   Ref<host::Recueil> recueil = Crée<host::Recueil>();
   MachineÀLEcoute machine{*recueil};
   std::optional<host::ChassisEnMarche> marche;

@@ -19,30 +19,20 @@ using banc::Texte;
 
 constexpr std::int32_t kConsigne = 100;  ///< register of the Modbus set point
 constexpr std::int32_t kConsigneVariateur = 500;
-constexpr std::int32_t kEtatVariateur = 600;
-constexpr std::uint8_t kEsclave = 1;
-constexpr std::uint8_t kAdresseVariateur = 5;
-constexpr std::int32_t kPortModbus = 9;
-constexpr std::int32_t kPortVariateur = 10;
-constexpr std::int32_t kPortTesteur = 12;
 
-// Points as units, for what takes numbers and not codes.
-std::vector<Champ> Droite(std::vector<Champ> champs) {
-  for (int n = 1; n <= 20; ++n) {
-    const double x = n == 2 ? 1000 : 0;
-    champs.push_back(Réel("Point " + std::to_string(n) + " - Unité", x));
-    champs.push_back(Réel("Point " + std::to_string(n) + " - Point", x));
-  }
-  return champs;
-}
-
+// With points as units, for what takes numbers and not codes.
 void AjouteLObjet(Lignes& lignes, std::string_view type, std::int32_t canal, bool droite = false) {
   if (type == kSL) {
     lignes.Objet(kSL, {Texte("Nom de la Sortie Logique", Montage::kSujet), Entier("Canal", canal)});
     return;
   }
   std::vector<Champ> champs{Texte("Nom de la Commande", Montage::kSujet), Entier("Canal", canal)};
-  lignes.Objet("Commande", droite ? Droite(std::move(champs)) : champs);
+  for (int n = 1; droite && n <= 20; ++n) {
+    for (const char* colonne : {" - Unité", " - Point"}) {
+      champs.push_back(Réel("Point " + std::to_string(n) + colonne, n == 2 ? 1000 : 0));
+    }
+  }
+  lignes.Objet("Commande", champs);
 }
 
 // --- Boards whose terminals are lines and voltages
@@ -98,22 +88,21 @@ void MonteModbus(Lignes& lignes, const Sortie& s) {
   AjouteLObjet(lignes, kSA, canal, true);
 }
 
-sim::EsclaveModbus& Esclave(Montage& m, std::int32_t port, std::uint8_t adresse) {
-  auto& bus = dynamic_cast<sim::BusModbus&>(*m.machine.sim.liaisons.Ligne(port)->appareil);
-  return *bus.Esclave(adresse);
+// The set point in a slave: the motor of a drive takes its own time behind it.
+template <std::int32_t kPort, std::uint8_t kAdresse, std::int32_t kRegistre>
+std::uint16_t& Registre(Montage& m) {
+  auto& bus = dynamic_cast<sim::BusModbus&>(*m.machine.sim.liaisons.Ligne(kPort)->appareil);
+  return bus.Esclave(kAdresse)->registres[kRegistre];
 }
-
-bool ModbusAuRepos(Montage& m) {
-  return Esclave(m, kPortModbus, kEsclave).registres[kConsigne] == 0;
+constexpr auto kModbus = &Registre<9, 1, kConsigne>;
+constexpr auto kVariateur = &Registre<10, 5, kConsigneVariateur>;
+template <auto kRegistre>
+bool RegistreAuRepos(Montage& m) {
+  return kRegistre(m) == 0;
 }
-
-void ModbusEnMarche(Montage& m) {
-  Esclave(m, kPortModbus, kEsclave).registres[kConsigne] = 50;
-}
-
-// Left running by a program that ended.
-void ThumlerEnMarche(Montage& m) {
-  m.machine.sim.bus.Thumler().MetEnMarche();
+template <auto kRegistre>
+void RegistreEnMarche(Montage& m) {
+  kRegistre(m) = 1;
 }
 
 // --- Variable-speed drive
@@ -122,21 +111,8 @@ void MonteVariateur(Lignes& lignes, const Sortie& s) {
   lignes.Carte(s.driverCarte, "10,38400,N,8,1,600");
   const std::int32_t canal =
       lignes.Bloc(kSA, s.driverCarte, 1, false, Modbus("5", "10", kConsigneVariateur));
-  lignes.Bloc(kEL, s.driverCarte, 2, true, Modbus("5", "3", kEtatVariateur));
+  lignes.Bloc(kEL, s.driverCarte, 2, true, Modbus("5", "3", 600));
   AjouteLObjet(lignes, kSA, canal, true);
-}
-
-sim::EsclaveModbus& Variateur(Montage& m) {
-  return Esclave(m, kPortVariateur, kAdresseVariateur);
-}
-
-// The sign of its set point: the motor takes its own time behind it.
-bool VariateurAuRepos(Montage& m) {
-  return Variateur(m).registres[kConsigneVariateur] == 0;
-}
-
-void VariateurEnMarche(Montage& m) {
-  Variateur(m).registres[kConsigneVariateur] = 1;
 }
 
 // --- USB drive
@@ -145,10 +121,6 @@ void MonteThumler(Lignes& lignes, const Sortie& s) {
   lignes.Carte(s.driverCarte, {}, {Texte("Adresse", "0")});
   const std::int32_t canal = lignes.Bloc(kSA, {}, 1, false);
   AjouteLObjet(lignes, kSA, canal, true);
-}
-
-bool ThumlerAuRepos(Montage& m) {
-  return !m.machine.sim.bus.Thumler().EnMarche();
 }
 
 // --- CBR tester
@@ -160,30 +132,13 @@ void MonteTesteur(Lignes& lignes, const Sortie& s) {
 }
 
 sim::TesteurCBRSimulé& Testeur(Montage& m) {
-  return dynamic_cast<sim::TesteurCBRSimulé&>(
-      *m.machine.sim.liaisons.Ligne(kPortTesteur)->appareil);
-}
-
-void TesteurEnMarche(Montage& m) {
-  Testeur(m).DémarreAuPupitre();
-}
-
-bool TesteurAuRepos(Montage& m) {
-  return !Testeur(m).EnMarche();
+  return dynamic_cast<sim::TesteurCBRSimulé&>(*m.machine.sim.liaisons.Ligne(12)->appareil);
 }
 
 // --- Watchdog board: its contact opens
 
 void MonteChienDeGarde(Lignes& lignes, const Sortie&) {
   lignes.Watchdog({Texte("Adresse", "700"), Réel("Temps en seconde", 0.5)});
-}
-
-bool ChienAuRepos(Montage& m) {
-  return !m.machine.sim.ChienDeGarde()->ContactFermé();
-}
-
-void ArmeLeChien(Montage& m) {
-  m.marche->LeChassis().Watchdog()->Enabled(true);
 }
 
 constexpr double kPasse = 0.005;   // what is written at once, in the pass of the stop
@@ -198,13 +153,7 @@ constexpr std::string_view kPCI9111 = "DrvPCI9111HR";
 constexpr Sortie SurUnPort(std::string_view nom, std::string_view type, std::string_view driver,
                            std::string_view driverCarte = {},
                            decltype(Sortie::monte) monte = &MonteCarte) {
-  return {.nom = nom,
-          .monte = monte,
-          .auRepos = &BorneAuRepos,
-          .délai = kPasse,
-          .type = type,
-          .driver = driver,
-          .driverCarte = driverCarte};
+  return {nom, monte, &BorneAuRepos, kPasse, type, driver, driverCarte};
 }
 
 // The same of a board behind a library, which can refuse.
@@ -219,12 +168,7 @@ constexpr Sortie SurPCI(std::string_view nom, std::string_view type, std::string
 constexpr Sortie SurUnLien(std::string_view nom, std::string_view driverCarte, double délai,
                            decltype(Sortie::monte) monte, decltype(Sortie::auRepos) auRepos,
                            decltype(Sortie::enMarcheAvant) enMarcheAvant) {
-  return {.nom = nom,
-          .monte = monte,
-          .auRepos = auRepos,
-          .délai = délai,
-          .driverCarte = driverCarte,
-          .enMarcheAvant = enMarcheAvant};
+  return {nom, monte, auRepos, délai, {}, {}, driverCarte, enMarcheAvant};
 }
 
 constexpr std::array kSorties{
@@ -243,18 +187,25 @@ constexpr std::array kSorties{
     SurPCI("logic, PCI 9111", kSL, "DrvPCI9111HR/Vorlanex SL", kPCI9111),
     SurPCI("analog, PCI 9111", kSA, "DrvPCI9111HR/Vorlanex SA", kPCI9111),
     SurPCI("analog, PCI 6208", kSA, "DrvPCI6208V/Vorlanex SA", "DrvPCI 6208 V"),
-    SurUnLien("Modbus block", "DrvModBus", kBus, &MonteModbus, &ModbusAuRepos, &ModbusEnMarche),
-    SurUnLien("Modbus block, UMV", "Drv_UMV4301_Modbus", kBus, &MonteModbus, &ModbusAuRepos,
-              &ModbusEnMarche),
+    SurUnLien("Modbus block", "DrvModBus", kBus, &MonteModbus, &RegistreAuRepos<kModbus>,
+              &RegistreEnMarche<kModbus>),
+    SurUnLien("Modbus block, UMV", "Drv_UMV4301_Modbus", kBus, &MonteModbus,
+              &RegistreAuRepos<kModbus>, &RegistreEnMarche<kModbus>),
     SurUnLien("variable-speed drive", "Variateur LS Modbus et soft K9", kBus, &MonteVariateur,
-              &VariateurAuRepos, &VariateurEnMarche),
-    SurUnLien("USB drive", "Thumler", kPasse, &MonteThumler, &ThumlerAuRepos, &ThumlerEnMarche),
-    SurUnLien("CBR tester", "UTS-0107", kTesteur, &MonteTesteur, &TesteurAuRepos, &TesteurEnMarche),
+              &RegistreAuRepos<kVariateur>, &RegistreEnMarche<kVariateur>),
+    SurUnLien(
+        "USB drive", "Thumler", kPasse, &MonteThumler,
+        [](Montage& m) { return !m.machine.sim.bus.Thumler().EnMarche(); },
+        [](Montage& m) { m.machine.sim.bus.Thumler().MetEnMarche(); }),
+    SurUnLien(
+        "CBR tester", "UTS-0107", kTesteur, &MonteTesteur,
+        [](Montage& m) { return !Testeur(m).EnMarche(); },
+        [](Montage& m) { Testeur(m).DémarreAuPupitre(); }),
     Sortie{.nom = "watchdog board",
            .monte = &MonteChienDeGarde,
-           .auRepos = &ChienAuRepos,
+           .auRepos = [](Montage& m) { return !m.machine.sim.ChienDeGarde()->ContactFermé(); },
            .délai = kContact,
-           .metEnRoute = &ArmeLeChien},
+           .metEnRoute = [](Montage& m) { m.marche->LeChassis().Watchdog()->Enabled(true); }},
     SurUnPort("beside a pulse, PET 48", kSL, "DrvPET48DIO_TB24R", kPET48, &MonteAvecUneImpulsion),
     SurUnPort("beside a pulse, PCL 731", kSL, "DrvPCL731_PCLD7225", {}, &MonteAvecUneImpulsion),
 };

@@ -1,6 +1,6 @@
 #include "arret/table_d_arret.h"
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <sstream>
 
@@ -19,24 +19,41 @@ using banc::kSL;
 using banc::Réel;
 using banc::Texte;
 
+constexpr double kMilliseconde = 1000;
+
+constexpr std::array kRudesses{
+    Rudesse{.nom = "none"},
+    Rudesse{.nom = "slow 60 ms", .pasDePasse = 0.06, .lenteur = 60 * kMilliseconde},
+    Rudesse{.nom = "slow 600 ms", .pasDePasse = 0.6, .lenteur = 600 * kMilliseconde},
+    Rudesse{.nom = "answers lost", .panne = sim::GenreDePanne::Silence},
+    Rudesse{.nom = "cable out 5 s", .câbleSorti = true},
+    Rudesse{.nom = "byte lost", .panne = sim::GenreDePanne::Perte},
+    Rudesse{.nom = "line babbles", .panne = sim::GenreDePanne::Babillage},
+    Rudesse{.nom = "neighbour hung", .voisinFigé = true},
+    Rudesse{.nom = "command fails", .commandeFautive = true},
+    Rudesse{.nom = "board forgets", .oubli = true},
+    Rudesse{.nom = "found running", .occasion = Occasion::EntrePasses, .trouvéeEnMarche = true},
+    Rudesse{.nom = "in a pass", .occasion = Occasion::PorteBrève},
+    Rudesse{.nom = "listener", .occasion = Occasion::Ecouteur},
+    Rudesse{.nom = "between passes", .occasion = Occasion::EntrePasses},
+    Rudesse{.nom = "in a start", .occasion = Occasion::UnDépart},
+    Rudesse{.nom = "in a calibration", .occasion = Occasion::UnEtalonnage}};
+
 constexpr double kAvant = 1.5;       // seconds of running before the stop, in kind conditions
 constexpr double kPasCalme = 0.005;  // seconds
 constexpr double kAprès = 8;         // seconds watched behind it
-constexpr std::int32_t kPorts = 32;
 constexpr double kTenue = 1.5;       // seconds
 constexpr double kVue = 0.01;        // seconds until inputs are read
 constexpr double kBrève = 0.02;      // seconds that a door stands open
 constexpr double kLiensMorts = 0.3;  // seconds
 constexpr double kOubli = 0.03;      // seconds behind the stop
-constexpr double kVoltsPerdus = 5;
-constexpr double kHertzPerdus = 1000;
 constexpr double kFinesse = 0.0001;  // seconds between two looks inside a pass
 constexpr double kMarche = 50;       // set point, in units
 
 // --- The frame
 
 void AjouteLesVoisins(Lignes& lignes, const Sortie& sortie) {
-  if (sortie.type == kSL || sortie.type == kSA || !sortie.driverCarte.empty()) {
+  if (sortie.metEnRoute == nullptr) {
     lignes.Watchdog({Texte("Adresse", "700"), Réel("Temps en seconde", 0.5)});
   }
   lignes.Carte("UTS-0107", "13,9600,N,8,1");
@@ -61,17 +78,15 @@ Lignes Cadre(const Sortie& sortie, const Rudesse& rudesse) {
 // --- What is done to it
 
 void Ralentit(Montage& m, double microsecondes) {
-  for (std::int32_t port = 0; port < kPorts && microsecondes > 0; ++port) {
+  for (std::int32_t port = 0; port < 32 && microsecondes > 0; ++port) {
     sim::LigneSérie* ligne = m.machine.sim.liaisons.Ligne(port);
     if (ligne == nullptr) continue;
     if (auto* testeur = dynamic_cast<sim::TesteurCBRSimulé*>(&*ligne->appareil)) {
       testeur->latence = microsecondes;
     }
     auto* bus = dynamic_cast<sim::BusModbus*>(&*ligne->appareil);
-    for (const std::uint8_t adresse : {std::uint8_t{1}, std::uint8_t{5}}) {
-      if (bus != nullptr && bus->Esclave(adresse) != nullptr) {
-        bus->Esclave(adresse)->latence = microsecondes;
-      }
+    for (std::uint8_t adresse = 1; bus != nullptr && adresse <= 5; ++adresse) {
+      if (auto* esclave = bus->Esclave(adresse)) esclave->latence = microsecondes;
     }
   }
 }
@@ -96,9 +111,9 @@ void Planifie(Montage& m, sim::GenreDePanne genre, double durée) {
 void FaitOublier(Montage& m) {
   const CanalRef canal = m.LObjet().Canal();
   sim::Bornes& bornes = m.machine.sim.BorneDe(*canal)->DeLaCarte();
-  bornes.sortiesAnalogiques.fill(kVoltsPerdus);
+  bornes.sortiesAnalogiques.fill(5);
   bornes.sortiesLogiques = ~bornes.sortiesLogiques;
-  bornes.fréquence = kHertzPerdus;
+  bornes.fréquence = 1000;
 }
 
 void Eprouve(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
@@ -109,13 +124,10 @@ void Eprouve(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
     Planifie(m, sim::GenreDePanne::Débranchement, kCâbleDehors);
   }
   if (rudesse.commandeFautive) RendFautive(m);
-  if (rudesse.voisinFigé) {
-    if (auto* chien = m.machine.sim.ChienDeGarde();
-        chien != nullptr && sortie.metEnRoute == nullptr) {
-      chien->Panne(true);
-    }
-    m.machine.sim.liaisons.Ligne(13)->pannes.muette = true;
-  }
+  if (!rudesse.voisinFigé) return;
+  m.machine.sim.liaisons.Ligne(13)->pannes.muette = true;
+  auto* chien = m.machine.sim.ChienDeGarde();
+  if (chien != nullptr && sortie.metEnRoute == nullptr) chien->Panne(true);
 }
 
 // --- The stop
@@ -153,11 +165,11 @@ void Arrête(Montage& m, const Sortie& sortie, const Rudesse& rudesse) {
   switch (rudesse.occasion) {
     case Occasion::Porte:
     case Occasion::PorteBrève:
-      m.OuvreLaPorte(true);
+      m.ouverte = true;
       return m.Passe(rudesse.pasDePasse);
     case Occasion::Ecouteur:
       (void)m.Ecouteur().AbonneChange([&m](ENUM_ETAT_LOGIQUE) { m.marche->Arrête(); });
-      m.LèveLEcouteur(true);
+      m.levé = true;
       return m.Passe(rudesse.pasDePasse);
     case Occasion::EntrePasses:
       return m.marche->Arrête();
@@ -172,16 +184,14 @@ void Passe(Montage& m, double secondes, double pas) {
   for (const double fin = m.Maintenant() + secondes; m.Maintenant() < fin;) m.Passe(pas);
 }
 
-bool GêneLesLiens(const Rudesse& rudesse) {
-  return rudesse.panne || rudesse.câbleSorti || rudesse.lenteur > 0 || rudesse.voisinFigé;
-}
-
 // The stated time, from the instant at which the machine gives cause to stop: the output's own, and
 // behind a link in trouble the time to tell it. A neighbour that hangs holds the pass in which
 // links are served, and a bare host, which drives the watchdog board before the outputs.
 double Délai(const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
   double délai = sortie.délai + 2 * rudesse.pasDePasse;
-  if (sortie.EstUnLien() && GêneLesLiens(rudesse)) délai += host::SuiviDeLArrêt::kDélai / 1e6;
+  const bool gêne =
+      rudesse.panne || rudesse.câbleSorti || rudesse.lenteur > 0 || rudesse.voisinFigé;
+  if (sortie.EstUnLien() && gêne) délai += host::SuiviDeLArrêt::kDélai / 1e6;
   if (rudesse.voisinFigé && (sortie.EstUnLien() || hôte == Hôte::Nu)) délai += kTenue;
   if (rudesse.occasion <= Occasion::Ecouteur) délai += kVue;
   if (rudesse.oubli) délai += kOubli + linux_::Securite::kReprise / 1e6;
@@ -197,8 +207,6 @@ class Regard {
     montage.machine.àChaqueLecture = [this] { Note(); };
   }
   ~Regard() { montage_.machine.àChaqueLecture = nullptr; }
-  Regard(const Regard&) = delete;
-  Regard& operator=(const Regard&) = delete;
 
   /// Seconds since the stop.
   [[nodiscard]] double Depuis() const { return montage_.Maintenant() - arrêt_; }
@@ -230,20 +238,17 @@ class Regard {
   bool dite_ = false;
 };
 
-// A board on ports: nothing tells that it lost what it was written.
-bool PeutOublier(const Sortie& sortie) {
-  return !sortie.EstUnLien() && sortie.débranche == nullptr;
-}
-
 void Suit(Regard& regard, Montage& m, const Sortie& sortie, const Rudesse& rudesse, Hôte hôte) {
-  bool oublie = rudesse.oubli && PeutOublier(sortie) && hôte == Hôte::Fourni;
+  // A board on ports: nothing tells that it lost what it was written.
+  const bool surDesPorts = !sortie.EstUnLien() && sortie.débranche == nullptr;
+  bool oublie = rudesse.oubli && surDesPorts && hôte == Hôte::Fourni;
   while (regard.Depuis() < kAprès) {
     if (oublie && regard.Depuis() > kOubli) {
       FaitOublier(m);
       oublie = false;
     }
     regard.Ecoute();
-    if (rudesse.occasion == Occasion::PorteBrève) m.OuvreLaPorte(regard.Depuis() < kBrève);
+    if (rudesse.occasion == Occasion::PorteBrève) m.ouverte = regard.Depuis() < kBrève;
     if (regard.Depuis() > kCâbleDehors && sortie.débranche != nullptr) sortie.débranche(m, false);
     m.Passe(rudesse.pasDePasse);
   }
@@ -251,6 +256,13 @@ void Suit(Regard& regard, Montage& m, const Sortie& sortie, const Rudesse& rudes
 }
 
 }  // namespace
+
+std::span<const Rudesse> Rudesses() {
+  return kRudesses;
+}
+std::string_view Nom(const Rudesse& rudesse) {
+  return rudesse.nom;
+}
 
 bool Concerne(Hôte hôte, const Sortie& sortie) {
   return hôte == Hôte::Fourni || sortie.metEnRoute == nullptr;

@@ -1,8 +1,6 @@
 // A recording: whole rows or none, what is missing told where it is missing, and no machine that
 // waits for a disk.
 #include <csignal>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -12,6 +10,7 @@
 #include "host/champ_csv.h"
 #include "host/enregistreur.h"
 #include "outils/allocations.h"
+#include "outils/cas.h"
 #include "outils/chassis_de_demo.h"
 #include "outils/fenetres_d_essai.h"
 #include "outils/programme.h"
@@ -19,7 +18,6 @@
 namespace zuma {
 namespace {
 
-using essai::Fin;
 using essai::Lit;
 using host::Ecrivain;
 using host::Enregistreur;
@@ -29,16 +27,11 @@ using host::FileDeRangées;
 // A size beyond which no file of this process grows, as a full disk without a disk.
 class LimiteDeTaille {
  public:
-  LimiteDeTaille() {
-    ::getrlimit(RLIMIT_FSIZE, &avant_);
-    signal_ = std::signal(SIGXFSZ, SIG_IGN);
-  }
+  LimiteDeTaille() { ::getrlimit(RLIMIT_FSIZE, &avant_); }
   ~LimiteDeTaille() {
     Lève();
     std::signal(SIGXFSZ, signal_);
   }
-  LimiteDeTaille(const LimiteDeTaille&) = delete;
-  LimiteDeTaille& operator=(const LimiteDeTaille&) = delete;
   void Pose(std::uintmax_t octets) const { Règle(static_cast<rlim_t>(octets)); }
   void Lève() const { Règle(avant_.rlim_cur); }
 
@@ -48,7 +41,7 @@ class LimiteDeTaille {
     ::setrlimit(RLIMIT_FSIZE, &limite);
   }
   rlimit avant_{};
-  void (*signal_)(int) = SIG_DFL;
+  void (*signal_)(int) = std::signal(SIGXFSZ, SIG_IGN);
 };
 
 class UnEnregistrement : public essai::LeProgramme {
@@ -64,24 +57,22 @@ class UnEnregistrement : public essai::LeProgramme {
 };
 
 TEST(ChampCsv, RendUnNomInoffensif) {
-  const struct {
-    std::string nom, champ;
-  } cas[] = {
-      {"Force [kN]", "Force [kN]"},
-      {"a,b", "\"a,b\""},
-      {"a;b", "\"a;b\""},
-      {"dit \"F\"", "\"dit \"\"F\"\"\""},
-      {"deux\r\nlignes\x1b[2J", "deux  lignes [2J"},
-      {"=1+1", "'=1+1"},
-      {"+F", "'+F"},
-      {"-F", "'-F"},
-      {"@F,G", "\"'@F,G\""},
-      {"\t=F", "' =F"},
-      {"\rF", "' F"},
-      {"C1 \xC2\x9B, \u202E\u2028 \xFF", "\"C1  ,    \uFFFD\""},
-      {"", ""},
-  };
-  for (const auto& c : cas) EXPECT_EQ(host::ChampCsv(c.nom), c.champ);
+  for (const auto& [nom, champ] : essai::Cas<std::string, std::string>{
+           {"Force [kN]", "Force [kN]"},
+           {"a,b", "\"a,b\""},
+           {"a;b", "\"a;b\""},
+           {"dit \"F\"", "\"dit \"\"F\"\"\""},
+           {"deux\r\nlignes\x1b[2J", "deux  lignes [2J"},
+           {"=1+1", "'=1+1"},
+           {"+F", "'+F"},
+           {"-F", "'-F"},
+           {"@F,G", "\"'@F,G\""},
+           {"\t=F", "' =F"},
+           {"\rF", "' F"},
+           {"C1 \xC2\x9B, \u202E\u2028 \xFF", "\"C1  ,    \uFFFD\""},
+           {"", ""}}) {
+    EXPECT_EQ(host::ChampCsv(nom), champ);
+  }
 }
 
 TEST_F(UnEnregistrement, DitLesRangéesQuiNOntPasEuDePlace) {
@@ -148,31 +139,33 @@ TEST(UnFichierEnAjout, NeJointPasUnTexteCoupéAuSuivant) {
 }
 
 TEST_F(UnEnregistrement, RefuseCeQuiExisteEtNeLaisseRienDeVide) {
+  const auto rien = [&] {
+    return !std::filesystem::exists(csv) && !std::filesystem::exists(csv + ".json");
+  };
   for (const char* fin : {"", ".json"}) {
     std::ofstream(csv + fin) << "12 months of work\n";
-    const Fin refus = Lance({"run", Base(), "--sim", "--seconds", "1", "--csv", csv});
+    const essai::Fin refus = Lance("run " + Base() + " --sim --seconds 1 --csv " + csv);
     EXPECT_EQ(refus.code, 2);
     EXPECT_EQ(refus.erreur, "zuma: " + csv + fin +
                                 " is there already and is not overwritten: give another name, or "
                                 "move it away\n");
     EXPECT_EQ(Lit(csv + fin), "12 months of work\n");
     std::filesystem::remove(csv + fin);
-    EXPECT_FALSE(std::filesystem::exists(csv) || std::filesystem::exists(csv + ".json"));
+    EXPECT_TRUE(rien());
   }
   // A start that is refused recorded nothing: the name stays free.
   const std::string mauvaise = Base("UPDATE Carte SET Adresse='port' WHERE [Index]=2");
-  EXPECT_EQ(Lance({"run", mauvaise, "--sim", "--csv", csv}).code, 1);
-  EXPECT_FALSE(std::filesystem::exists(csv) || std::filesystem::exists(csv + ".json"));
-  EXPECT_EQ(Lance({"run", Base(), "--sim", "--csv", dossier.Fichier("absent/x.csv")}).code, 2);
+  EXPECT_EQ(Lance("run " + mauvaise + " --sim --csv " + csv).code, 1);
+  EXPECT_TRUE(rien());
+  EXPECT_EQ(Lance("run " + Base() + " --sim --csv " + dossier.Fichier("absent/x.csv")).code, 2);
 }
 
 // Far faster than any disk: rows wait in simulated time, and are lost and told in a machine's.
 TEST_F(UnEnregistrement, CompteToutesSesRangées) {
   constexpr std::uint64_t kNombre = 20'000;
-  const essai::BaseDeDémo base;
   host::Recueil messages;
   essai::FenêtresDEssai fenêtres;
-  const essai::ChassisDeDémo chassis(base.chemin, 1, messages, fenêtres, essai::EnAnglais());
+  const essai::ChassisDeDémo chassis(Base(), 1, messages, fenêtres, essai::EnAnglais());
   for (const auto retard : {Enregistreur::Retard::Attend, Enregistreur::Retard::Perd}) {
     const std::string nom = dossier.Fichier(std::to_string(static_cast<int>(retard)) + ".csv");
     Enregistreur enregistreur(nom, retard);
@@ -185,49 +178,40 @@ TEST_F(UnEnregistrement, CompteToutesSesRangées) {
     const host::EtatDEnregistrement état = enregistreur.Etat();
     EXPECT_EQ(état.écrites + état.perdues, kNombre);
     EXPECT_TRUE(état.Complet() || retard == Enregistreur::Retard::Perd);
-    std::istringstream lignes(Lit(nom));
-    std::string ligne;
-    std::getline(lignes, ligne);
-    const auto colonnes = std::ranges::count(ligne, ',');
+    const std::string écrit = Lit(nom);
+    const auto lignes = Découpe(écrit, '\n');
     std::uint64_t vues = 0;
-    while (std::getline(lignes, ligne)) {
-      EXPECT_EQ(std::ranges::count(ligne, ','), colonnes) << ligne;
-      vues += ligne.starts_with("# ") ? std::stoull(ligne.substr(2)) : 1;
+    for (std::size_t i = 1; i + 1 < lignes.size(); ++i) {
+      EXPECT_EQ(std::ranges::count(lignes[i], ','), std::ranges::count(lignes[0], ','));
+      vues += lignes[i].starts_with("# ") ? std::stoull(std::string(lignes[i].substr(2))) : 1;
     }
     EXPECT_EQ(vues, kNombre);
   }
 }
 
 TEST_F(UnEnregistrement, QuiSArrêteEstDitEtNArrêtePasLaMachine) {
-  const struct {
-    std::string avant;    // in the shell, before the program
-    std::string pendant;  // beside it, once rows are in the file
-    std::string raison;
-  } cas[] = {
-      {"ulimit -f 40; ", ":", "the file has reached the size limit"},
-      {"", "rm -r " + dossier.Fichier("d"), "the file was removed"},
-  };
-  for (const auto& c : cas) {
+  const std::string fichier = dossier.Fichier("d/x.csv");
+  // What the shell does before the program, and beside it once rows are in the file.
+  for (const auto& [avant, pendant, raison] : essai::Cas<std::string, std::string, std::string>{
+           {"ulimit -f 40; ", ":", "the file has reached the size limit"},
+           {"", "rm -r " + dossier.Fichier("d"), "the file was removed"}}) {
+    SCOPED_TRACE(raison);
     std::filesystem::remove_all(dossier.Fichier("d"));
     std::filesystem::create_directory(dossier.Fichier("d"));
-    const std::string fichier = dossier.Fichier("d/x.csv");
-    const std::string script = "(while ! [ -s " + fichier + " ]; do sleep 0.1; done; " + c.pendant +
-                               ") & { (" + c.avant + "'" ZUMA_PROGRAMME "' run '" + Base() +
-                               "' --sim --json --seconds 4 --csv " + fichier + "; echo $? >" +
+    const std::string script = "(while ! [ -s " + fichier + " ]; do sleep 0.1; done; " + pendant +
+                               ") & { (" + avant + "'" ZUMA_PROGRAMME "' run " + Base() +
+                               " --sim --json --seconds 4 --csv " + fichier + "; echo $? >" +
                                dossier.Fichier("code") + ") 2>" + dossier.Fichier("erreur") +
                                "; } | cat >" + dossier.Fichier("sortie");
     ASSERT_EQ(std::system(script.c_str()), 0);
-    EXPECT_EQ(Lit(dossier.Fichier("code")), "1\n") << c.raison;
-    const std::string erreur = Lit(dossier.Fichier("erreur"));
-    EXPECT_TRUE(erreur.starts_with("zuma: RECORDING STOPPED: " + fichier + ": " + c.raison))
-        << erreur;
-    std::istringstream vues(Lit(dossier.Fichier("sortie")));
-    nlohmann::json dernière;
-    int nombre = 0;
-    for (std::string vue; std::getline(vues, vue); ++nombre) dernière = nlohmann::json::parse(vue);
-    EXPECT_EQ(nombre, 8) << "the machine goes on to its end";
-    EXPECT_EQ(dernière["recording"]["stopped"], true) << c.raison;
-    EXPECT_EQ(dernière["recording"]["reason"], c.raison);
+    EXPECT_EQ(Lit(dossier.Fichier("code")), "1\n");
+    const essai::Fin fin{1, Lit(dossier.Fichier("sortie")), Lit(dossier.Fichier("erreur"))};
+    EXPECT_TRUE(fin.erreur.starts_with("zuma: RECORDING STOPPED: " + fichier + ": " + raison))
+        << fin.erreur;
+    const auto vues = fin.Vues();
+    ASSERT_EQ(vues.size(), 8U) << "the machine goes on to its end";
+    EXPECT_EQ(vues[7]["recording"]["stopped"], true);
+    EXPECT_EQ(vues[7]["recording"]["reason"], raison);
     EXPECT_TRUE(!std::filesystem::exists(fichier) || Lit(fichier).ends_with("\n"));
   }
 }

@@ -6,6 +6,7 @@
 
 #include "host/chassis_en_marche.h"
 #include "host/machine.h"
+#include "outils/cas.h"
 #include "outils/programme.h"
 #include "sim/cartes_pci.h"
 #include "sim/machine_simulee.h"
@@ -13,50 +14,40 @@
 namespace zuma {
 namespace {
 
+using essai::Cas;
 using essai::Fin;
-using essai::LeProgramme;
+using testing::IsSubstring;
 
-class DesPannes : public LeProgramme {
+class DesPannes : public essai::LeProgramme {
  protected:
-  Fin Tourne(const char* chassis, const std::vector<std::string>& options) {
-    std::vector<std::string> mots{"run",    base,        "--frame", chassis, "--sim",
-                                  "--fast", "--seconds", "4",       "--json"};
-    mots.insert(mots.end(), options.begin(), options.end());
-    return Lance(mots);
+  Fin Tourne(const std::string& chassis, const std::string& options) {
+    return Lance("run " + base + " --sim --fast --seconds 4 --json --frame " + chassis + options);
   }
-  std::string base = Base();
+  const std::string base = Base();
 };
 
 TEST_F(DesPannes, FontCeQuEllesDisent) {
-  const struct {
-    const char *chassis, *panne;
-    int code;
-    const char* texte;
-  } cas[] = {
-      {"1", "bounce@2-3", 0, "l'entrée logique Porte fermée"},
-      {"1", "dead:0x220@2-3", 0, "l'entrée logique Arrêt d'urgence, état détecté : actif"},
-      {"1", "hang", 1, "TimeOut Watch dog"},
-      {"1", "dead:boards@3", 0, "l'entrée logique Arrêt d'urgence"},
-      {"3", "unplug:9", 1, "COM9 absent"},
-      {"3", "deaf:can", 1, "initialiser le CAN"},
-      {"3", "running:usb", 1, "Thumler : trouvé en marche"},
-      {"4", "running", 1, "la machine tourne sans que ce programme l'ait mise en marche"},
-      {"4", "deaf:13", 1, "'13,9600,N,8,1' non détecté"},
-  };
-  for (const auto& c : cas) {
-    const Fin fin = Tourne(c.chassis, {"--fault", c.panne});
-    EXPECT_EQ(fin.code, c.code) << c.panne;
-    EXPECT_NE((fin.sortie + fin.erreur).find(c.texte), std::string::npos)
-        << c.chassis << " " << c.panne << "\n"
-        << fin.erreur;
+  for (const auto& [chassis, panne, code, texte] : Cas<const char*, std::string, int, const char*>{
+           {"1", "bounce@2-3", 0, "l'entrée logique Porte fermée"},
+           {"1", "dead:0x220@2-3", 0, "l'entrée logique Arrêt d'urgence, état détecté : actif"},
+           {"1", "hang", 1, "TimeOut Watch dog"},
+           {"1", "dead:boards@3", 0, "l'entrée logique Arrêt d'urgence"},
+           {"3", "unplug:9", 1, "COM9 absent"},
+           {"3", "deaf:can", 1, "initialiser le CAN"},
+           {"3", "running:usb", 1, "Thumler : trouvé en marche"},
+           {"4", "running", 1, "la machine tourne sans que ce programme l'ait mise en marche"},
+           {"4", "deaf:13", 1, "'13,9600,N,8,1' non détecté"}}) {
+    const Fin fin = Tourne(chassis, " --fault " + panne);
+    EXPECT_EQ(fin.code, code) << panne;
+    EXPECT_PRED_FORMAT2(IsSubstring, texte, fin.sortie + fin.erreur) << chassis << " " << panne;
   }
 }
 
 // A place is struck and its neighbour is not; a pulled PCI board is a refusal that is told.
 TEST_F(DesPannes, FrappentLeurLieuSeul) {
-  const Fin voisine = Tourne("1", {"--fault", "bounce:0x2C0@2-3"});
+  const Fin voisine = Tourne("1", " --fault bounce:0x2C0@2-3");
   EXPECT_EQ(voisine.code, 0) << voisine.erreur;
-  EXPECT_EQ(voisine.sortie.find("l'entrée logique"), std::string::npos);
+  EXPECT_PRED_FORMAT2(testing::IsNotSubstring, "l'entrée logique", voisine.sortie);
 
   sim::BibliothèquePCISimulée pci;
   sim::CartePCISimulée& carte = pci.Enfiche(BibliothèquePCI::kType9111, 0);
@@ -72,9 +63,8 @@ TEST_F(DesPannes, FrappentLeurLieuSeul) {
 }
 
 TEST_F(DesPannes, SuiventLeurGraine) {
-  const auto tourne = [&](const char* graine) {
-    return Tourne("3", {"--fault", "random", "--fault", "lose", "--start-anyway", "--seed", graine})
-        .sortie;
+  const auto tourne = [&](const std::string& graine) {
+    return Tourne("3", " --fault random --fault lose --start-anyway --seed " + graine).sortie;
   };
   const std::string première = tourne("7");
   EXPECT_EQ(tourne("7"), première);
@@ -95,44 +85,34 @@ TEST_F(DesPannes, RèglentLHeureDuJour) {
   const auto machine = host::MachineSimulée(*recueil, host::Cadence::Libre);
   sim::MachineSimulée& jumelle = *machine->Jumelle();
   jumelle.pannes = host::LitLesPannes("clock:-7200@2-4", 0);
-  const std::pair<double, const char*> heures[] = {
-      {1, "08:00:01"}, {3, "06:00:03"}, {3.9, "06:00:03"}, {5, "08:00:05"}};
-  for (const auto& [secondes, heure] : heures) {
+  for (const auto& [secondes, heure] : Cas<double, const char*>{
+           {1, "08:00:01"}, {3, "06:00:03"}, {3.9, "06:00:03"}, {5, "08:00:05"}}) {
     EXPECT_NEAR(machine->AvanceJusquA(secondes), secondes, 1e-3);
     EXPECT_EQ(jumelle.horloge->TexteHeure(), heure);
   }
 }
 
 TEST_F(DesPannes, RefusentUnePanneMalDite) {
-  const struct {
-    std::vector<std::string> options;
-    const char* erreur;
-  } cas[] = {
-      {{"--sim", "--fault", "fire"}, "no such kind"},
-      {{"--sim", "--fault", "crc:lpt"}, "no such place \"lpt\""},
-      {{"--sim", "--fault", "dead:0xZZ"}, "no such place \"0xZZ\""},
-      {{"--sim", "--fault", "running@3"}, "found at the start"},
-      {{"--sim", "--fault", "clock:nan"}, "no such place \"nan\""},
-      {{"--sim", "--fault", "clock:inf"}, "no such place \"inf\""},
-      {{"--sim", "--fault", "bounce:9"}, "does not strike there"},
-      {{"--sim", "--fault", "crc:boards"}, "does not strike there"},
-      {{"--sim", "--fault", "garbage:can"}, "does not strike there"},
-      {{"--sim", "--fault", "late:usb"}, "does not strike there"},
-      {{"--sim", "--fault", "running:can"}, "does not strike there"},
-      {{"--sim", "--fault", "clock:can"}, "does not strike there"},
-      {{"--sim", "--fault", "crc@soon"}, "unreadable time"},
-      {{"--sim", "--fault", "crc@4-2"}, "unreadable time"},
-      {{"--fault", "crc"}, "add --sim"},
-      {{"--seed", "3"}, "add --sim"},
-      {{"--port", "four=/dev/ttyUSB0"}, "expected NUMBER=DEVICE"},
-      {{"--can", "1=can0"}, "expected CARD:PORT=INTERFACE"},
-  };
-  for (const auto& c : cas) {
-    std::vector<std::string> arguments{"run", base, "--frame", "3", "--seconds", "1"};
-    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
-    const Fin fin = Lance(arguments);
-    EXPECT_EQ(fin.code, 2) << c.erreur;
-    EXPECT_NE(fin.erreur.find(c.erreur), std::string::npos) << fin.erreur;
+  for (const auto& [options, erreur] :
+       Cas<std::string, const char*>{{"--sim --fault fire", "no such kind"},
+                                     {"--sim --fault crc:lpt", "no such place \"lpt\""},
+                                     {"--sim --fault dead:0xZZ", "no such place \"0xZZ\""},
+                                     {"--sim --fault running@3", "found at the start"},
+                                     {"--sim --fault clock:nan", "no such place \"nan\""},
+                                     {"--sim --fault clock:inf", "no such place \"inf\""},
+                                     {"--sim --fault bounce:9", "does not strike there"},
+                                     {"--sim --fault crc:boards", "does not strike there"},
+                                     {"--sim --fault garbage:can", "does not strike there"},
+                                     {"--sim --fault late:usb", "does not strike there"},
+                                     {"--sim --fault running:can", "does not strike there"},
+                                     {"--sim --fault clock:can", "does not strike there"},
+                                     {"--sim --fault crc@soon", "unreadable time"},
+                                     {"--sim --fault crc@4-2", "unreadable time"},
+                                     {"--fault crc", "add --sim"},
+                                     {"--seed 3", "add --sim"}}) {
+    const Fin fin = Lance("run " + base + " --frame 3 --seconds 1 " + options);
+    EXPECT_EQ(fin.code, 2) << options;
+    EXPECT_PRED_FORMAT2(IsSubstring, erreur, fin.erreur) << options;
   }
 }
 

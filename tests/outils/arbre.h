@@ -10,9 +10,6 @@
 // Boards, blocks and channels made from rows in memory.
 namespace zuma::essai {
 
-inline Valeur Texte(const char* t) {
-  return Valeur(std::string(t));
-}
 inline Valeur Nombre(std::int32_t n) {
   return Valeur(n);
 }

@@ -15,10 +15,6 @@
 // A bench for sensors: rows, parameters, translator, safety, serial line and channel of a test.
 namespace zuma::essai {
 
-inline Valeur Texte(std::string texte) {
-  return Valeur(std::move(texte));
-}
-
 /// Row of a sensor from a channel: two points (0 to 100 units over 0 to 1000 points), limits of
 /// -10 to 110 units and -500 to 2000 points, a stop when they are passed. `colonnes` replace or
 /// add to it.
@@ -50,8 +46,7 @@ inline Ligne LigneDeCapteur(const Ligne& colonnes = {}) {
     ligne.push_back({point + " - Unité", i == 2 ? 100.0 : 0.0});
     ligne.push_back({point + " - Point", i == 2 ? 1000.0 : 0.0});
   }
-  for (const Champ& c : colonnes) ligne = Avec(std::move(ligne), c.Name, c.Value);
-  return ligne;
+  return Avec(std::move(ligne), colonnes);
 }
 
 /// Parameter that tells every listener at once, from inside the write.
@@ -92,14 +87,15 @@ class Traducteur : public ZED_Traduction {
     langue = std::move(nouvelle);
     ++écrituresDeLangue;
   }
-  [[nodiscard]] std::vector<std::string> Langues() const override { return langues; }
+  [[nodiscard]] std::vector<std::string> Langues() const override {
+    return {"Français", "English"};
+  }
   [[nodiscard]] std::string Traduit(std::string_view clé, std::string_view,
                                     std::string_view) const override {
     const auto mot = mots.find(std::string(clé));
     return mot == mots.end() ? std::string(clé) : mot->second;
   }
   std::string langue = "Français";
-  std::vector<std::string> langues{"Français", "English"};
   std::map<std::string, std::string> mots;
   int écrituresDeLangue = 0;
 };
@@ -165,9 +161,7 @@ class Lignes232 : public FabriqueLiaisons {
 /// The bench: one channel, and sensors that read rows and hang on it or on each other.
 class BancCapteur : public Banc {
  public:
-  BancCapteur() {
-    plateforme.liaisons = &lignes;
-  }
+  BancCapteur() { plateforme.liaisons = &lignes; }
 
   /// A sensor of the standard row with these columns, on the channel of the bench and with children
   /// "1", "2", ..., linked and started.

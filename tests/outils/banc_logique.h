@@ -14,12 +14,6 @@
 // A bench for logic objects and commands.
 namespace zuma::essai {
 
-/// The same row with several fields replaced or added.
-inline Ligne Avec(Ligne ligne, const Ligne& champs) {
-  for (const auto& [colonne, valeur] : champs) ligne = Avec(std::move(ligne), colonne, valeur);
-  return ligne;
-}
-
 inline constexpr std::int32_t kCanalDeCommande = 10;
 
 /// Row of a command: 0 to 100 units over 100 to 4100 points, 40 points a unit; limits 10 to 90
@@ -108,12 +102,11 @@ class BancLogique : public BancCapteur {
     const CarteRef carte = chassis.Cartes()->Add(clé);
     carte->ChargeErreur(registre);
     carte->TimerExact(timer);
-    AjouteBloc(*carte, "1",
-               {{"Driver", driver},
-                {"Type de Fonction", type},
-                {"Nom de la Fonction", "Bloc"},
-                {"Mise à Jour par Fonction", false}},
-               numéros, timer, registre);
+    const Ligne bloc{{"Driver", driver},
+                     {"Type de Fonction", type},
+                     {"Nom de la Fonction", "Bloc"},
+                     {"Mise à Jour par Fonction", false}};
+    AjouteBloc(*carte, "1", bloc, numéros, timer, registre);
     LitCarte(*carte, "", "", adresse);
     carte->Initialise();
   }

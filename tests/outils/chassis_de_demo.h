@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -23,13 +22,11 @@ namespace zuma::essai {
 struct BaseDeDémo {
   BaseDeDémo() { linux_::CréeBase(chemin, linux_::LignesDeDémonstration()); }
   void Exécute(const char* sql) const {
-    linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
-        .Exécute(sql);
+    linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, {}).Exécute(sql);
   }
   /// Text of the one value that a statement gives.
   [[nodiscard]] std::string Lit(const std::string& sql) const {
-    const linux_::ConnexionSqlite base(chemin, linux_::Accès::Lecture,
-                                       std::chrono::milliseconds(0));
+    const linux_::ConnexionSqlite base(chemin, linux_::Accès::Lecture, {});
     linux_::InstructionSqlite lecture(base, sql);
     if (!lecture.Suivante()) return {};
     const auto* texte = reinterpret_cast<const char*>(sqlite3_column_text(lecture.Brut(), 0));
@@ -64,8 +61,6 @@ class ChassisDeDémo {
     machine_->Branche(*chassis_);
     chassis_->Initialise();
   }
-  ChassisDeDémo(const ChassisDeDémo&) = delete;
-  ChassisDeDémo& operator=(const ChassisDeDémo&) = delete;
   ~ChassisDeDémo() {
     sécurité_->Débranche();
     chassis_->Décharge();

@@ -3,7 +3,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <stdlib.h>
 #include <string>
 
@@ -14,8 +13,7 @@ class DossierProvisoire {
  public:
   DossierProvisoire() {
     std::string modèle = (std::filesystem::temp_directory_path() / "zuma-XXXXXX").string();
-    if (::mkdtemp(modèle.data()) == nullptr) throw std::runtime_error("pas de dossier provisoire");
-    chemin_ = modèle;
+    chemin_ = ::mkdtemp(modèle.data());
   }
   ~DossierProvisoire() {
     std::error_code ignorée;

@@ -60,13 +60,8 @@ class LigneRétive : public sim::AppareilSérie {
         return std::to_string(static_cast<std::uint8_t>(q[rang]) * 256 +
                               static_cast<std::uint8_t>(q[rang + 1]));
       };
-      if (q[1] != 16) {
-        genres += "L ";
-      } else if (mot(4) == "1") {
-        genres += "D" + mot(2) + "=" + mot(7) + " ";
-      } else {
-        genres += "E" + mot(9) + " ";
-      }
+      genres += q[1] != 16 ? "L" : mot(4) == "1" ? "D" + mot(2) + "=" + mot(7) : "E" + mot(9);
+      genres += " ";
     }
     heures.clear();
     return genres;

@@ -52,13 +52,6 @@ class Sourds : public ZED_Erreur, public BoîteDeMessage {
   void Montre(std::string_view, const ObjetConcerné&) override {}
 };
 
-template <class Objets>
-std::vector<std::string> Clés(Objets& objets) {
-  std::vector<std::string> clés;
-  for (const auto& objet : objets) clés.push_back(objet->Key());
-  return clés;
-}
-
 /// A frame of the demonstration with one board, and on it what one driver serves.
 class Seul {
  public:
@@ -72,10 +65,10 @@ class Seul {
     chassis_.ChargeLeChassis(base, index);
     chassis_.Capteurs({}), chassis_.Commandes({}), chassis_.EntréesLogiques({});
     if (driver != ENUM_DRIVER::DrvWDT01) chassis_.Watchdog({});
-    for (const std::string& clé : Clés(*chassis_.Cartes())) {
-      if (clé != carte) chassis_.Cartes()->Remove(clé);
+    for (const CarteRef& c : *chassis_.Cartes()) {
+      if (c->Key() == carte) Réduit(*c, driver);
+      if (c->Key() != carte) chassis_.Cartes()->Remove(c->Key());
     }
-    for (const CarteRef& c : *chassis_.Cartes()) Réduit(*c, driver);
     machine_.Branche(chassis_);
     if (silence == Silence::DèsLeDépart) FaitTaire();
     chassis_.Initialise();
@@ -84,8 +77,6 @@ class Seul {
 
   // A hung watchdog board would be awaited at its end.
   ~Seul() { machine_.services.ports = &machine_.ports.Bus(); }
-  Seul(const Seul&) = delete;
-  Seul& operator=(const Seul&) = delete;
 
   /// Longest of the passes, microseconds.
   double Passes() {
@@ -95,17 +86,7 @@ class Seul {
       if (n == kPasses / 2 && silence_ == Silence::EnRoute) FaitTaire();
       if (n == kPasses * 3 / 4) Commande(0, 0);
       machine_.AvanceJusquA(n * kPériode);
-      maxi = std::max(maxi, Durée([&] {
-                        chassis_.MetàJour();
-                        // What the pass leaves to the host is served behind it.
-                        for (const CarteRef& c : *chassis_.Cartes()) {
-                          const OpérationsCarte* carte = LigneDuDriver(c->Driver_enm()).carte;
-                          if (c->Service() == ServiceCarte::ParFonction && carte != nullptr &&
-                              carte->rafraîchit != nullptr) {
-                            c->MetàJour();
-                          }
-                        }
-                      }));
+      maxi = std::max(maxi, Durée([&] { Passe(); }));
     }
     return maxi;
   }
@@ -129,9 +110,7 @@ class Seul {
   }
   [[nodiscard]] std::int32_t Canaux() {
     std::int32_t nombre = 0;
-    for (const CarteRef& c : *chassis_.Cartes()) {
-      for (const FonctionRef& bloc : *c->Fonctions()) nombre += bloc->Canals()->Count();
-    }
+    ChaqueCanal([&](Canal&) { ++nombre; });
     return nombre;
   }
 
@@ -141,6 +120,15 @@ class Seul {
     const double avant = machine_.horloge->Maintenant();
     travail();
     return machine_.horloge->Maintenant() - avant;
+  }
+  // What the pass leaves to the host is served behind it.
+  void Passe() {
+    chassis_.MetàJour();
+    for (const CarteRef& c : *chassis_.Cartes()) {
+      const OpérationsCarte* carte = LigneDuDriver(c->Driver_enm()).carte;
+      const bool sert = carte != nullptr && carte->rafraîchit != nullptr;
+      if (sert && c->Service() == ServiceCarte::ParFonction) c->MetàJour();
+    }
   }
   static void Réduit(Carte& carte, ENUM_DRIVER driver) {
     if (carte.Driver_enm() == driver) return;
@@ -152,38 +140,35 @@ class Seul {
       if (bloc->Canals()->Count() == 0) carte.Fonctions()->Remove(bloc->Key());
     }
   }
-  // What the outputs ask for leaves by itself on the links that the pass serves.
-  void Commande(double logique, double analogique) {
+  template <class Geste>
+  void ChaqueCanal(Geste&& geste) {
     for (const CarteRef& c : *chassis_.Cartes()) {
       for (const FonctionRef& bloc : *c->Fonctions()) {
-        const bool estLogique = bloc->TypeDeFonction() == ENUM_TYPE_FONCTION::FctSortiesLogiques;
-        if (!estLogique && bloc->TypeDeFonction() != ENUM_TYPE_FONCTION::FctSortiesAnalogiques) {
-          continue;
-        }
-        for (const CanalRef& canal : *bloc->Canals()) {
-          if (canal->NuméroCanal() >= 0) canal->ValeurCanal(estLogique ? logique : analogique);
-        }
+        for (const CanalRef& canal : *bloc->Canals()) geste(*canal);
       }
     }
   }
+  // What the outputs ask for leaves by itself on the links that the pass serves.
+  void Commande(double logique, double analogique) {
+    ChaqueCanal([&](Canal& canal) {
+      const ENUM_TYPE_FONCTION type = canal.TypeCanal();
+      if (canal.NuméroCanal() < 0) return;
+      if (type == ENUM_TYPE_FONCTION::FctSortiesLogiques) canal.ValeurCanal(logique);
+      if (type == ENUM_TYPE_FONCTION::FctSortiesAnalogiques) canal.ValeurCanal(analogique);
+    });
+  }
   void FaitTaire() {
-    constexpr std::int32_t kPortsAuPlus = 100;
     machine_.services.ports = &figés_;
     machine_.bus.Can().muette = true;
     machine_.bus.Thumler().muet = true;
     machine_.réseaux.Spider().muet = true;
-    for (std::int32_t port = 1; port <= kPortsAuPlus; ++port) {
+    for (std::int32_t port = 1; port <= 100; ++port) {
       if (sim::LigneSérie* ligne = machine_.liaisons.Ligne(port)) ligne->pannes.muette = true;
     }
-    for (const CarteRef& c : *chassis_.Cartes()) {
-      for (const FonctionRef& bloc : *c->Fonctions()) {
-        for (const CanalRef& canal : *bloc->Canals()) {
-          if (canal->Driver() == ENUM_DRIVER::DrvLvdtSolartron) {
-            machine_.réseaux.Orbit().Débranche(canal->NuméroDeSérie());
-          }
-        }
-      }
-    }
+    ChaqueCanal([&](Canal& canal) {
+      if (canal.Driver() != ENUM_DRIVER::DrvLvdtSolartron) return;
+      machine_.réseaux.Orbit().Débranche(canal.NuméroDeSérie());
+    });
   }
 
   Silence silence_;
@@ -203,13 +188,12 @@ inline PasseMesurée Mesure(const Ref<BaseDeDonnées>& base, std::int32_t index,
                                ENUM_DRIVER::DrvRS232METRO_MUX};
   const bool exigée = std::ranges::find(kExigés, driver) != kExigés.end();
   Seul jamaisVue(base, index, carte, driver, exigée ? EnRoute : DèsLeDépart);
-  PasseMesurée mesure{.driver = driver,
-                      .canaux = saine.Canaux(),
-                      .saine = saine.Passes(),
-                      .muette = std::max(muette.Passes(), jamaisVue.Passes()),
-                      .arrêt = saine.Arrêt(),
-                      .annoncée = saine.Annoncée()};
-  return mesure;
+  return {.driver = driver,
+          .canaux = saine.Canaux(),
+          .saine = saine.Passes(),
+          .muette = std::max(muette.Passes(), jamaisVue.Passes()),
+          .arrêt = saine.Arrêt(),
+          .annoncée = saine.Annoncée()};
 }
 
 inline std::set<ENUM_DRIVER> DriversDe(Carte& carte) {

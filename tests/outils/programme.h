@@ -3,12 +3,15 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include "core/valeur.h"
 #include "outils/dossier_provisoire.h"
 #include "platform/linux/base_creation.h"
 #include "platform/linux/connexion_sqlite.h"
@@ -21,17 +24,25 @@ struct Fin {
   int code;
   std::string sortie;
   std::string erreur;
+
+  /// Its output as views, one a line.
+  [[nodiscard]] std::vector<nlohmann::json> Vues() const {
+    std::vector<nlohmann::json> vues;
+    for (const std::string_view ligne : Découpe(sortie, '\n')) {
+      if (!ligne.empty()) vues.push_back(nlohmann::json::parse(ligne));
+    }
+    return vues;
+  }
 };
 
 class LeProgramme : public testing::Test {
  protected:
-  // Runs the program through a shell; each argument is one word.
-  Fin Lance(const std::vector<std::string>& arguments) {
-    std::string commande = "'" ZUMA_PROGRAMME "'";
-    for (const std::string& argument : arguments) commande += " '" + argument + "'";
+  // Runs the program through a shell.
+  Fin Lance(const std::string& arguments) {
     const std::string sortie = dossier.Fichier("sortie");
     const std::string erreur = dossier.Fichier("erreur");
-    const int état = std::system((commande + " >" + sortie + " 2>" + erreur).c_str());
+    const int état =
+        std::system(("'" ZUMA_PROGRAMME "' " + arguments + " >" + sortie + " 2>" + erreur).c_str());
     return {WIFEXITED(état) ? WEXITSTATUS(état) : -1, Lit(sortie), Lit(erreur)};
   }
   // A demo base of its own, changed by `sql`.
@@ -43,8 +54,7 @@ class LeProgramme : public testing::Test {
       paramètres << index << "=" << valeur << "\n";
     }
     if (!sql.empty()) {
-      linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0))
-          .Exécute(sql.c_str());
+      linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, {}).Exécute(sql.c_str());
     }
     return chemin;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,6 +13,10 @@
 namespace zuma::essai {
 
 using Ligne = std::vector<Champ>;
+
+inline Valeur Texte(std::string texte) {
+  return Valeur(std::move(texte));
+}
 
 /// Recordset over rows in memory. `Update` keeps what was written, unless `panne` is set.
 class RecordsetFixe : public Recordset {
@@ -33,13 +38,9 @@ class RecordsetFixe : public Recordset {
   }
   void Edit() override { brouillon = lignes.at(rang); }
   void Ecrit(std::string_view colonne, Valeur valeur) override {
-    for (Champ& champ : brouillon) {
-      if (champ.Name == colonne) {
-        champ.Value = std::move(valeur);
-        return;
-      }
-    }
-    throw Echec(Numéro::ElémentAbsent);
+    const auto champ = std::ranges::find(brouillon, colonne, &Champ::Name);
+    if (champ == brouillon.end()) throw Echec(Numéro::ElémentAbsent);
+    champ->Value = std::move(valeur);
   }
   void Update() override {
     if (panne) throw Echec(*panne);
@@ -59,13 +60,15 @@ inline Ref<Recordset> UneLigne(Ligne ligne) {
 
 /// The same row with one field replaced, added at the end when missing.
 inline Ligne Avec(Ligne ligne, std::string_view colonne, Valeur valeur) {
-  for (Champ& champ : ligne) {
-    if (champ.Name == colonne) {
-      champ.Value = std::move(valeur);
-      return ligne;
-    }
-  }
-  ligne.push_back({std::string(colonne), std::move(valeur)});
+  auto champ = std::ranges::find(ligne, colonne, &Champ::Name);
+  if (champ == ligne.end()) champ = ligne.insert(champ, Champ{std::string(colonne), {}});
+  champ->Value = std::move(valeur);
+  return ligne;
+}
+
+/// The same row with several fields replaced or added.
+inline Ligne Avec(Ligne ligne, const Ligne& champs) {
+  for (const auto& [colonne, valeur] : champs) ligne = Avec(std::move(ligne), colonne, valeur);
   return ligne;
 }
 
