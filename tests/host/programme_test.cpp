@@ -130,7 +130,6 @@ const Cas<std::string, std::string, std::string, std::string, std::string> kProb
      "expected 500 kbit/s, 11 bits\n"},
     {"Capteur", "4", "Offset", "=''",
      "an empty text: the row is not read any further; found \"\"; expected a value, or Null\n"},
-    {"Entrée Logique", "1", "Durée Anti-Rebond (s)", "=''", "an empty text: the row"},
     {"", "", "",
      "CREATE TABLE Copie AS SELECT * FROM Canal; UPDATE Copie SET [Index]=NULL WHERE "
      "[Index]=1101;UPDATE Copie SET Fonction='x' WHERE [Index]=1103; DROP TABLE Canal;ALTER TABLE "

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "core/chassis.h"
 #include "outils/cas.h"
 #include "outils/dossier_provisoire.h"
 #include "outils/numero.h"
@@ -21,13 +23,16 @@
 #include "platform/linux/horloge_systeme.h"
 #include "platform/linux/messages_terminal.h"
 #include "platform/linux/minuterie.h"
+#include "platform/linux/plateforme_linux.h"
+#include "platform/linux/ports_linux.h"
+#include "tree/journal_modbus.h"
 
 namespace zuma::linux_ {
 namespace {
 
+using essai::Cas;
 using essai::DossierProvisoire;
 using essai::Lit;
-using namespace std::string_view_literals;
 using essai::NuméroDe;
 
 // A device that is lost must not leave the others moving, even when it fails again meanwhile.
@@ -86,7 +91,7 @@ TEST(Compteurs, ComptentParPoignée) {
 
 TEST(Fichiers, RangeLesCheminsSousLaRacine) {
   const FichiersLinux fichiers("/racine");
-  for (const auto& [donné, réel] : essai::Cas<const char*, const char*>{
+  for (const auto& [donné, réel] : Cas<const char*, const char*>{
            {R"(c:\K9\journaux\Erreur été.txt)", "/racine/c/K9/journaux/Erreur été.txt"},
            {R"(D:\a.txt)", "/racine/d/a.txt"},
            {R"(\a\.\b.txt)", "/racine/a/b.txt"},
@@ -175,6 +180,120 @@ TEST(FtdiUsb, DitUnAppareilAbsent) {
   EXPECT_EQ(usb.FT_GetStatus(poignée, réception, émission), 3);
   EXPECT_EQ(usb.FT_Read(poignée, 10, octets), 3);
   usb.FT_Close(poignée);
+}
+
+using Demandes = std::vector<std::pair<int, int>>;
+
+/// Ports in memory, in the order of the bus; ports from `refusés` on are refused.
+class PortsEnMémoire : public InstructionsES {
+ public:
+  int Demande(std::uint16_t début, std::uint16_t nombre) noexcept override {
+    demandes.emplace_back(début, nombre);
+    return début < refusés ? 0 : EPERM;
+  }
+  std::uint32_t Lit(std::uint16_t port, unsigned octets) noexcept override {
+    std::uint32_t valeur = 0;
+    std::memcpy(&valeur, &mémoire[port], octets);
+    return valeur;
+  }
+  void Ecrit(std::uint16_t port, std::uint32_t valeur, unsigned octets) noexcept override {
+    std::memcpy(&mémoire[port], &valeur, octets);
+  }
+  std::vector<std::uint8_t> mémoire = std::vector<std::uint8_t>(0x10004);
+  Demandes demandes;
+  unsigned refusés = 0x10000;
+};
+
+TEST(PortsLinux, DemandeChaqueGroupeUneFois) {
+  PortsEnMémoire mémoire;
+  PortsLinux ports({}, mémoire);
+  ports.Outp(0x300, 0xA5);
+  ports.Outpw(0x306, 0xBEEF);
+  ports.Outpd(0x30C, 0x12345678);
+  EXPECT_EQ(ports.Inp(0x300), 0xA5);
+  EXPECT_EQ(ports.Inpw(0x306), 0xBEEF);
+  EXPECT_EQ(ports.Inpd(0x30C), 0x12345678U);
+  EXPECT_EQ(mémoire.demandes, (Demandes{{0x300, 16}}));
+  (void)ports.Inpw(0x31F);  // across two groups
+  EXPECT_EQ(mémoire.demandes, (Demandes{{0x300, 16}, {0x310, 16}, {0x320, 16}}));
+  EXPECT_FALSE(ports.Refusés());
+}
+
+TEST(PortsLinux, RefusésIlsSontCommeUneCarteAbsente) {
+  PortsEnMémoire mémoire;
+  mémoire.refusés = 0x310;
+  const auto registre = Crée<essai::Registre>();
+  PortsLinux ports(registre, mémoire);
+  EXPECT_EQ(ports.Inp(0x340), 0xFF);
+  EXPECT_EQ(ports.Inpw(0x342), 0xFFFF);
+  EXPECT_EQ(ports.Inpd(0x350), 0xFFFFFFFFU);
+  ports.Outp(0x340, 1);
+  EXPECT_EQ(ports.Inpw(0x30F), 0xFFFF);  // half of it refused
+  ports.Outpw(0x30F, 0);
+  EXPECT_EQ(ports.Inpw(0xFFFF), 0xFFFF);  // past the last port
+  EXPECT_EQ(mémoire.mémoire, PortsEnMémoire().mémoire);
+  EXPECT_TRUE(ports.Refusés());
+  ASSERT_EQ(registre->entrées.size(), 1U);
+  EXPECT_TRUE(registre->Contient("0x0340-0x034F"));
+  EXPECT_TRUE(registre->Contient("CAP_SYS_RAWIO"));
+}
+
+RéglagesLinux Choix(const std::filesystem::path& dossier, const char* langue = "") {
+  RéglagesLinux choix;
+  choix.dossier = dossier;
+  choix.langue = langue;
+  return choix;
+}
+
+TEST(PlateformeLinux, SertUnChassisSansRienDAutre) {
+  const DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers", "English"));
+  Chassis chassis(machine.services);
+  chassis.TimerExact(machine.timer);
+  chassis.ChargeErreur(machine.registre);
+  machine.securite->Branche(chassis, machine.registre);
+  chassis.MetàJour();
+  EXPECT_EQ(machine.registre->Total(), 0U);
+  EXPECT_EQ(machine.traducteur->LangueCourante(), "English");
+  // The journal of the drives has its folder from the start.
+  machine.services.fichiers->AjouteLigne(kJournalModbus, "ligne");
+
+  machine.securite->PositionneCauseAU("porte");
+  (void)machine.securite->DéclencheSécurité();
+  EXPECT_TRUE(machine.securite->ArrêtComplet());
+}
+
+TEST(PlateformeLinuxDeathTest, LaFinLaisseSaRaison) {
+  const DossierProvisoire dossier;
+  RéglagesLinux choix = Choix(dossier.Chemin() / "fichiers");
+  choix.registre.fichier = dossier.Chemin() / "Erreur.txt";
+  EXPECT_EXIT(
+      {
+        PlateformeLinux machine(choix);
+        machine.services.fin->ArrêteLeProgramme("liaison perdue");
+      },
+      testing::ExitedWithCode(EXIT_FAILURE), "liaison perdue");
+  EXPECT_PRED_FORMAT2(testing::IsSubstring, "liaison perdue", Lit(choix.registre.fichier));
+}
+
+TEST(PlateformeLinux, DitUneFoisChaqueBibliothèqueQuIlNAPas) {
+  const DossierProvisoire dossier;
+  PlateformeLinux machine(Choix(dossier.Chemin() / "fichiers"));
+  std::int32_t nombre = 5;
+  EXPECT_NE(machine.services.orbit->OrbitSetaddr(0, 1, "A0"), 0);
+  EXPECT_NE(machine.services.spider->S8_GetDevSettings(1, nombre), 0);
+  EXPECT_EQ(nombre, 0);
+  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType9111, 0), 0);
+  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType6208V, 0), 0);
+  EXPECT_EQ(machine.registre->Total(), 3U);
+}
+
+TEST(PlateformeLinux, UnDossierImpossibleSeLitDansLeRegistre) {
+  const DossierProvisoire dossier;
+  std::ofstream(dossier.Chemin() / "obstacle") << "x";
+  PlateformeLinux machine(Choix(dossier.Chemin() / "obstacle"));
+  EXPECT_EQ(machine.registre->Total(), 1U);
+  EXPECT_THROW(PlateformeLinux(Choix(dossier.Chemin(), "?")), Echec);
 }
 
 }  // namespace
