@@ -12,18 +12,12 @@
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
-
-using essai::Avec;
-using essai::Cas;
-using essai::Ligne;
-using essai::LigneDeCommande;
-using essai::Sans;
 
 using Textes = std::vector<std::string>;
 
-constexpr std::int32_t kCanal = essai::kCanalDeCommande;
+constexpr std::int32_t kCanal = kCanalDeCommande;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 Ligne Servo() {
@@ -31,7 +25,7 @@ Ligne Servo() {
                          {{"Capteur Alimentation", "Alim"}, {"Capteur Utilisation", "Util"}});
 }
 
-class UneCommande : public testing::Test, protected essai::BancLogique {
+class UneCommande : public testing::Test, protected BancLogique {
  protected:
   UneCommande() {
     for (const char* label : {"Alim", "Util", "Copie"}) {
@@ -88,10 +82,10 @@ TEST_F(UneCommande, LimiteEnUnitésPuisEnPointsEtNEcritPasDeuxFois) {
     EXPECT_EQ(commande->ValeurCouranteEnPoints(), Points());
   }
   EXPECT_TRUE(registre->entrées.empty()) << registre->entrées[0].message;
-  const auto avant = essai::Allocations();
+  const auto avant = Allocations();
   commande->ValeurCouranteEnUnité(50);
   commande->MetàJour();
-  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(Allocations(), avant);
   EXPECT_EQ(Ecritures(), 0U);
 }
 
@@ -472,4 +466,4 @@ TEST(LAmplitudeDuDither, TientEntreLesLimites) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

@@ -5,12 +5,9 @@
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Avec;
-using essai::Cas;
-using essai::Ligne;
 using enum ENUM_ETAT_LOGIQUE;
 
 constexpr std::int32_t kCanal = 12;
@@ -31,7 +28,7 @@ Ligne SurCanal(const Ligne& champs = {}) {
   return Avec(SansSource({{"Canal", kCanal}}), champs);
 }
 
-class UneEntréeLogique : public testing::Test, protected essai::BancLogique {
+class UneEntréeLogique : public testing::Test, protected BancLogique {
  protected:
   Ref<EntréeLogique> Prête(const Ligne& ligne) {
     auto entrée = Prêt<EntréeLogique>(ligne);
@@ -243,9 +240,9 @@ class SesParamètres : public UneEntréeLogique {
                         {"Parametre Defaut", 4}});
   }
   std::string Etat() const { return état->ValeurParamètre(); }
-  Ref<essai::Parametre> état = Partage(1, "");
-  Ref<essai::Parametre> autres[3] = {
-      Partage(2, "fermée"), Partage(3, "ouverte : attendre la fermeture"), Partage(4, "absente")};
+  Ref<Parametre> état = Partage(1, "");
+  Ref<Parametre> autres[3] = {Partage(2, "fermée"), Partage(3, "ouverte : attendre la fermeture"),
+                              Partage(4, "absente")};
 };
 
 TEST_F(SesParamètres, SuiventLEtatRéelSansRienAllouer) {
@@ -253,9 +250,9 @@ TEST_F(SesParamètres, SuiventLEtatRéelSansRienAllouer) {
   entrée->ForceON();
   Passe(*entrée, 0);
   EXPECT_EQ(Etat(), "ouverte : attendre la fermeture");
-  const auto avant = essai::Allocations();
+  const auto avant = Allocations();
   entrée->MetàJour();
-  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(Allocations(), avant);
   EXPECT_EQ(état->écritures, 1) << "listeners hear of changes only";
   état->ValeurParamètre("autre");
   Passe(*entrée, -1);
@@ -291,4 +288,4 @@ TEST_F(SesParamètres, SontCherchésSelonLIndexDeLEtatActif) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

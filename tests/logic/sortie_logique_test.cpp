@@ -4,11 +4,9 @@
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Cas;
-using essai::Ligne;
 using enum ENUM_ETAT_LOGIQUE;
 
 constexpr std::int32_t kCanal = 13;
@@ -20,7 +18,7 @@ Ligne LigneDeSortie(int activation = 1, const Valeur& canal = kCanal) {
           {"Canal", canal}};
 }
 
-class UneSortieLogique : public testing::Test, protected essai::BancLogique {
+class UneSortieLogique : public testing::Test, protected BancLogique {
  protected:
   bool Ligne3() const { return (Lignes() & (1U << 3)) != 0; }
 };
@@ -81,7 +79,7 @@ TEST_F(UneSortieLogique, LaisseSonCycleALaLiaisonModbus) {
   // Any exchange would fail: this block has no board and no line.
   const FonctionRef bloc = Crée<Fonction>(plateforme);
   bloc->ChargeErreur(registre);
-  bloc->ParamètresDepuisBD(essai::UneLigne({{"Driver", "DrvModBus"}}));
+  bloc->ParamètresDepuisBD(UneLigne({{"Driver", "DrvModBus"}}));
   const auto sortie = Prêt<SortieLogique>(LigneDeSortie());
   sortie->Canal()->Parent(bloc.Brut());
   sortie->ValeurCourante(Actif);
@@ -94,4 +92,4 @@ TEST_F(UneSortieLogique, LaisseSonCycleALaLiaisonModbus) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

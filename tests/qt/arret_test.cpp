@@ -7,11 +7,9 @@
 #include "outils/cas.h"
 #include "qt/banc_bureau.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Cas;
-using essai::Trouve;
 using Arrêt = std::function<void()>;
 
 // Command 4 follows a sensor that users may calibrate, so that a reading moves an output.
@@ -19,7 +17,7 @@ constexpr auto kSuitUnCapteur =
     "UPDATE [Capteur] SET [Etalonnage par utilisateur]=-1 WHERE [Index]=4;"
     "UPDATE [Commande] SET [Capteur de recopie]='Déplacement' WHERE [Index]=4;";
 
-class UnArrêtEnCours : public essai::UnBureau {
+class UnArrêtEnCours : public UnBureau {
  protected:
   UnArrêtEnCours() {
     // Boxes are read and answered while they hold whoever called.
@@ -175,7 +173,7 @@ TEST_F(UnArrêtEnCours, RefuseCeQueLesFeuillesOuvertesEnregistreraient) {
       Remet();
       (void)(colonne == 0 ? LaRecopie()->EtalonnageExterieur(&hôte)
                           : LeCapteur("Déplacement")->EtalonnageExterieur(&hôte));
-      QWidget* const fenêtre = essai::FenêtreAvec(élément);
+      QWidget* const fenêtre = FenêtreAvec(élément);
       std::vector<double> état;
       const Arrêt arrête = [&] {
         if (!sans) essai::Clique(fenêtre, "arretDuDialogue");
@@ -315,7 +313,7 @@ TEST_F(UnArrêtEnCours, FinitParUnSignalMêmeSiUneFeuilleTientLaPasse) {
       tenue = true;
       QTimer::singleShot(50, qApp, [&] {
         std::raise(SIGTERM);
-        if (enRecherche) essai::Clique(essai::FenêtreAvec("BtnAutoScan"), "BtnAutoScan");
+        if (enRecherche) essai::Clique(FenêtreAvec("BtnAutoScan"), "BtnAutoScan");
       });
       fenêtres.MontreModal(feuille);
     });
@@ -330,4 +328,4 @@ TEST_F(UnArrêtEnCours, FinitParUnSignalMêmeSiUneFeuilleTientLaPasse) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

@@ -5,7 +5,7 @@
 #include "outils/cas.h"
 #include "qt/banc_qt.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
 using host::Historique;
@@ -59,7 +59,7 @@ TEST(UnHistorique, MontreUnManqueCommeUnTrouEtGardeLesPointes) {
   ASSERT_EQ(segments.size(), 3U);
   auto segment = segments.begin();
   for (const auto& [début, fin, maxi] :
-       essai::Cas<double, double, double>{{-10, -6.1, 10}, {-4.95, -3, 50}, {-1, 0, 10}}) {
+       Cas<double, double, double>{{-10, -6.1, 10}, {-4.95, -3, 50}, {-1, 0, 10}}) {
     EXPECT_NEAR(segment->first().x(), début, 0.11);
     EXPECT_NEAR(segment->last().x(), fin, 0.11);
     const auto parY = [](QPointF a, QPointF b) { return a.y() < b.y(); };
@@ -72,4 +72,4 @@ TEST(UnHistorique, MontreUnManqueCommeUnTrouEtGardeLesPointes) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

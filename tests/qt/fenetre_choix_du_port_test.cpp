@@ -4,12 +4,8 @@
 #include "qt/banc_qt.h"
 #include "sim/testeur_cbr_simule.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
-
-using essai::Clique;
-using essai::Ensuite;
-using essai::Trouve;
 
 class LeChoixDuPortEnFenêtre : public testing::Test, protected TesteurDePort {
  protected:
@@ -19,13 +15,13 @@ class LeChoixDuPortEnFenêtre : public testing::Test, protected TesteurDePort {
     return false;
   }
   void Montre(const std::function<void(QWidget*)>& geste) {
-    Ensuite([geste] { geste(essai::FenêtreAvec("BtnAutoScan")); });
+    Ensuite([geste] { geste(FenêtreAvec("BtnAutoScan")); });
     fenêtres.MontreModal(feuille);
     EXPECT_FALSE(feuille.Visible());
-    EXPECT_TRUE(essai::FenêtresAvec("BtnAutoScan").empty());
+    EXPECT_TRUE(FenêtresAvec("BtnAutoScan").empty());
   }
 
-  qt::FenêtresQt fenêtres{essai::EnAnglais()};
+  qt::FenêtresQt fenêtres{EnAnglais()};
   GRAM_Configuration feuille{fenêtres, *this, {"/dev/a", "/dev/b"}, {"1200", "9600"}};
   std::vector<std::string> essayés;
   std::function<void()> réaction;
@@ -78,8 +74,8 @@ TEST_F(LeChoixDuPortEnFenêtre, SeFermePendantUneRechercheEtÀLaFinDuProgramme) 
 }
 
 TEST(LeTesteurCBREnFenêtre, EstTrouvéSurSonPort) {
-  essai::BancInstrument banc;
-  qt::FenêtresQt fenêtres{essai::EnAnglais()};
+  BancInstrument banc;
+  qt::FenêtresQt fenêtres{EnAnglais()};
   banc.plateforme.fenêtres = &fenêtres;
   const auto testeur = Crée<sim::TesteurCBRSimulé>(*banc.horloge);
   testeur->vitesseDeLigne = 19200;
@@ -87,7 +83,7 @@ TEST(LeTesteurCBREnFenêtre, EstTrouvéSurSonPort) {
   CBR_UTEST_CLASS instrument(banc.plateforme);
   instrument.TimerExact(banc.horloge);
   Ensuite([] {
-    QWidget* const fenêtre = essai::FenêtreAvec("BtnAutoScan");
+    QWidget* const fenêtre = FenêtreAvec("BtnAutoScan");
     Clique(fenêtre, "BtnAutoScan");
     EXPECT_EQ(Trouve<QLabel>(fenêtre, "LblEtat").text(), "15,19200,N,8,1 : Find!");
     EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbListeBaudrate").currentText(), "19200");
@@ -98,4 +94,4 @@ TEST(LeTesteurCBREnFenêtre, EstTrouvéSurSonPort) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

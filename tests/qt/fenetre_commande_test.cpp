@@ -2,19 +2,16 @@
 #include "outils/cas.h"
 #include "qt/banc_qt.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Clique;
-using essai::Trouve;
-
-class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
+class LaFenêtreDeLaCommande : public UnChassisEnFenêtres {
  protected:
   void Ouvre() {
     if (!chassis) Charge();
     commande = (*chassis)->Commandes()->Item("4");
     (void)commande->EtalonnageExterieur(&mère);
-    fenêtre = essai::FenêtreAvec("CmbCapteurARecopier");
+    fenêtre = FenêtreAvec("CmbCapteurARecopier");
   }
   // Another sensor and another last point.
   void Change() const {
@@ -35,7 +32,7 @@ class LaFenêtreDeLaCommande : public essai::UnChassisEnFenêtres {
 };
 
 TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôteSurOKSeulement) {
-  for (const auto& [bouton, enBase] : essai::Cas<const char*, const char*>{
+  for (const auto& [bouton, enBase] : Cas<const char*, const char*>{
            {"BtnCancel", "Force 100.0 4095.0"}, {"BtnOK", "Pression utilisation 250.0 4095.0"}}) {
     Ouvre();
     auto& capteurs = Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier");
@@ -46,7 +43,7 @@ TEST_F(LaFenêtreDeLaCommande, EnregistreEtFaitRafraîchirLHôteSurOKSeulement) 
     EXPECT_EQ(capteurs.currentText(), "Force") << "the wheel chooses nothing";
     Change();
     Clique(fenêtre, bouton);
-    EXPECT_TRUE(essai::Disparaît(fenêtre));
+    EXPECT_TRUE(Disparaît(fenêtre));
     EXPECT_EQ(base.Lit("SELECT [Capteur de recopie]||' '||[Point 2 - Unité]||' '||"
                        "[Point 2 - Point] FROM Commande WHERE [Index]=4"),
               enBase);
@@ -81,13 +78,13 @@ TEST_F(LaFenêtreDeLaCommande, PeutPartirPendantSonMessage) {
     Ouvre();
     Change();
     QStringList vu;
-    essai::Ensuite([&] {
+    Ensuite([&] {
       if (toutPart) {
         commande = {};
         chassis.reset();
         hôte.reset();
       }
-      essai::Répondra(vu);
+      Répondra(vu);
     });
     Clique(fenêtre, "BtnOK");
     EXPECT_TRUE(vu.join('|').contains("3027")) << vu.join('|').toStdString();
@@ -96,9 +93,9 @@ TEST_F(LaFenêtreDeLaCommande, PeutPartirPendantSonMessage) {
     EXPECT_EQ(Trouve<QComboBox>(fenêtre, "CmbCapteurARecopier").currentText(),
               "Pression utilisation");
     chassis.reset();
-    EXPECT_TRUE(essai::Disparaît(fenêtre)) << "it goes with its frame, whoever holds the command";
+    EXPECT_TRUE(Disparaît(fenêtre)) << "it goes with its frame, whoever holds the command";
   }
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

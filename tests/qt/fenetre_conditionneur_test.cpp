@@ -5,13 +5,10 @@
 #include "qt/banc_qt.h"
 #include "sim/conditionneur_simule.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Clique;
-using essai::Trouve;
-
-class LaFenêtreDuConditionneur : public testing::Test, protected essai::BancInstrument {
+class LaFenêtreDuConditionneur : public testing::Test, protected BancInstrument {
  protected:
   LaFenêtreDuConditionneur() { plateforme.fenêtres = &windows; }
   void Ouvre() {
@@ -19,7 +16,7 @@ class LaFenêtreDuConditionneur : public testing::Test, protected essai::BancIns
     Démarre("Conditionneur numerique K9 V1.00", "3,9600,N,8,1");
     Passe(0.2);
     instruments::De<ClassConditionneurNum_K9_V1_00>(carte).Reglage(&mère);
-    fenêtre = essai::FenêtreAvec("LampeInitialise");
+    fenêtre = FenêtreAvec("LampeInitialise");
   }
   [[nodiscard]] QString Texte(const char* nom) const { return Trouve<QLabel>(fenêtre, nom).text(); }
   [[nodiscard]] QColor Disque() const {
@@ -30,7 +27,7 @@ class LaFenêtreDuConditionneur : public testing::Test, protected essai::BancIns
 
   Ref<sim::ConditionneurSimulé> module = Crée<sim::ConditionneurSimulé>(*horloge, std::uint8_t{9});
   sim::LigneSérie& prise = liaisons.Attache(3, module);
-  qt::FenêtresQt windows{essai::EnAnglais()};
+  qt::FenêtresQt windows{EnAnglais()};
   QWidget hôte;
   qt::FenêtreQt mère{hôte};
   QPointer<QWidget> fenêtre;
@@ -62,14 +59,14 @@ TEST_F(LaFenêtreDuConditionneur, PartAvecSonObjetOuParSesBoutons) {
   const FeuilleConditionneurNumerique& feuille = *windows.FeuilleDuConditionneur();
   Ouvre();
   Clique(fenêtre, "BtnQuitter");
-  EXPECT_TRUE(essai::Disparaît(fenêtre) && !feuille.Chargée());
+  EXPECT_TRUE(Disparaît(fenêtre) && !feuille.Chargée());
   Ouvre();
   fenêtre->close();
   EXPECT_FALSE(feuille.Chargée());
   Ouvre();
   carte.Initialise();  // makes another object
-  EXPECT_TRUE(essai::Disparaît(fenêtre));
+  EXPECT_TRUE(Disparaît(fenêtre));
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

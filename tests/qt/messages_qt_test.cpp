@@ -1,13 +1,13 @@
 // Messages of the library as boxes, and the end of an application before its windows.
 #include "qt/banc_qt.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
 TEST(LesMessagesQt, MontrentLeTexteTelQuelEtAttendentLaRéponse) {
-  qt::MessagesQt messages(essai::EnAnglais());
+  qt::MessagesQt messages(EnAnglais());
   QStringList vu;
-  essai::Répondra(vu);
+  Répondra(vu);
   messages.Montre("<b>5 < 6</b>", {"Capteur", "12", "Force"});
   EXPECT_EQ(vu, (QStringList{"Capteur 12 Force", "<b>5 < 6</b>", ""}));
 }
@@ -15,10 +15,10 @@ TEST(LesMessagesQt, MontrentLeTexteTelQuelEtAttendentLaRéponse) {
 // In a process of its own, which checks its memory like any other at its end.
 TEST(LesFenêtresQt, SurviventALApplication) {
   const auto survit = [] {
-    auto fenêtres = std::make_unique<qt::FenêtresQt>(essai::EnAnglais());
+    auto fenêtres = std::make_unique<qt::FenêtresQt>(EnAnglais());
     const auto& feuille = *fenêtres->FeuilleDuConditionneur();
     fenêtres->FeuilleDuConditionneur()->Montre(*fenêtres, nullptr);
-    const bool montrée = feuille.Chargée() && essai::FenêtresAvec("LampeInitialise").size() == 1;
+    const bool montrée = feuille.Chargée() && FenêtresAvec("LampeInitialise").size() == 1;
     qApp->~QApplication();
     try {
       fenêtres->FeuilleDuConditionneur()->Montre(*fenêtres, nullptr);
@@ -33,4 +33,4 @@ TEST(LesFenêtresQt, SurviventALApplication) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

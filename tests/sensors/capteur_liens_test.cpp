@@ -2,11 +2,10 @@
 #include "core/requetes.h"
 #include "outils/banc_chassis_capteurs.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Ligne;
-using LesLiensDUnCapteur = essai::DansUnChassis;
+using LesLiensDUnCapteur = DansUnChassis;
 
 TEST_F(LesLiensDUnCapteur, SontTrouvésParLabelEtParIndex) {
   for (const std::string état : {"Actif", "Inactif"}) {  // the input is at rest
@@ -57,7 +56,7 @@ TEST_F(LesLiensDUnCapteur, DisentCeQuiNEstPasTrouvé) {
 }
 
 TEST_F(LesLiensDUnCapteur, GardentLaSécuritéQuandUneRéférenceEchoue) {
-  struct Cassé : essai::Parametre {
+  struct Cassé : Parametre {
     using Parametre::Parametre;
     [[nodiscard]] std::string NomParamètre() const override { throw Echec(Numéro::ErreurInterne); }
   };
@@ -90,22 +89,22 @@ TEST_F(LesLiensDUnCapteur, DéduisentLesLimitesDesCapteursDérivés) {
 }
 
 // Through the links of the whole frame, which sorts its sensors at the end.
-class UnTriDeCapteurs : public essai::DansUnChassis {
+class UnTriDeCapteurs : public DansUnChassis {
  protected:
   /// A sensor of that name, label and key, over the children of these labels.
   Ref<Capteur> Ajoute(const std::string& nom, const char* type, const char* fils1,
                       const char* fils2, int s = 0) {
-    auto capteur = Lu(essai::LigneDeCapteur({{"Nom du Capteur", nom},
-                                             {"Type de Capteur", type},
-                                             {"Capteur Fils N° 1", fils1},
-                                             {"Capteur Fils N° 2", fils2},
-                                             {"S", s}}));
+    auto capteur = Lu(LigneDeCapteur({{"Nom du Capteur", nom},
+                                      {"Type de Capteur", type},
+                                      {"Capteur Fils N° 1", fils1},
+                                      {"Capteur Fils N° 2", fils2},
+                                      {"S", s}}));
     capteur->Label(nom);
     chassis.Capteurs()->Add(nom, capteur)->Key(nom);
     return capteur;
   }
   void LieTout() {
-    const auto base = Crée<essai::BaseFixe>();
+    const auto base = Crée<BaseFixe>();
     base->réponses[requêtes::LigneDuChassisPourLien(1)] = {};
     chassis.Lien(base, "1", sécurité, paramètres, traducteur);
   }
@@ -160,4 +159,4 @@ TEST_F(UnTriDeCapteurs, NeLaissePasUnCycleSurvivreAuChassis) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

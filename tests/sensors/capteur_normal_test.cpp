@@ -8,11 +8,9 @@
 #include "outils/banc_capteur.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Cas;
-using essai::Ligne;
 using Causes = std::vector<std::string>;
 
 enum { kCorrect, kNonValide, kNonDangereux, kDangereux };
@@ -26,7 +24,7 @@ constexpr const char* kEtalonnage = "Etalonnage par utilisateur";
 constexpr const char* kIntégration = "Temps d'Intégration du Canal";
 constexpr const char* kLectures = "Nombre de Lecture pour une Mise à Valeur";
 
-class UnCapteurDeForce : public testing::Test, protected essai::BancCapteur {
+class UnCapteurDeForce : public testing::Test, protected BancCapteur {
  protected:
   /// What the sensor shows after that number of refreshes with these points on its channel.
   double Sur(double points, int fois = 1) {
@@ -298,11 +296,11 @@ TEST_F(UnCapteurDeForce, NAllouePasEnSeRafraîchissant) {
                    {"Valeur de selection", "Compression de l'éprouvette"}});
   capteur->Raz();
   capteur->Tare();
-  const std::int64_t avant = essai::Allocations();
+  const std::int64_t avant = Allocations();
   Sur(100, 10);
-  EXPECT_EQ(essai::Allocations(), avant);
+  EXPECT_EQ(Allocations(), avant);
   EXPECT_TRUE(capteur->CapteurSelectionne());
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

@@ -4,20 +4,14 @@
 #include "outils/banc_capteur.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
-
-using essai::Avec;
-using essai::Cas;
-using essai::Ligne;
-using essai::LigneDeCapteur;
-using essai::Sans;
 
 constexpr const char* kBas = "Recouvrement - Seuil bas %";
 constexpr const char* kHaut = "Recouvrement - Seuil haut %";
 constexpr const char* kMini = "Recouvrement - Mini valeur pour recouvrement";
 
-class UneLigneDeCapteur : public testing::Test, protected essai::BancCapteur {
+class UneLigneDeCapteur : public testing::Test, protected BancCapteur {
  protected:
   const Ligne ligne = LigneDeCapteur();
 };
@@ -106,4 +100,4 @@ TEST_F(UneLigneDeCapteur, SignaleSonUnitéMêmeInchangée) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

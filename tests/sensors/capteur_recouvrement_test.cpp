@@ -8,10 +8,10 @@
 #include "outils/banc_capteur.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-class UnRecouvrement : public testing::Test, protected essai::BancCapteur {
+class UnRecouvrement : public testing::Test, protected BancCapteur {
  protected:
   /// A small cell of 100 kN and a large one that reads `écart` too much; the band goes from 80 to
   /// 90 kN of the small one, and `mini` readings make a gap.
@@ -59,7 +59,7 @@ TEST_F(UnRecouvrement, PasseALaGrandeCelluleSansSautEtEnRevient) {
 TEST_F(UnRecouvrement, CorrigeDuDernierEcartSIlALuAssez) {
   constexpr double kAucun = std::numeric_limits<double>::quiet_NaN();
   // Gaps while in the band, then what 120 kN reads as behind it, 6 kN too much on the large cell.
-  for (const auto& [mini, écarts, montrée] : essai::Cas<int, std::vector<double>, double>{
+  for (const auto& [mini, écarts, montrée] : Cas<int, std::vector<double>, double>{
            {3, {6}, 126},
            {2, {6}, 126},
            {1, {6}, 120},
@@ -90,7 +90,7 @@ TEST_F(UnRecouvrement, DitQuIlEstSonPropreFils) {
   capteur = Monté("Recouvrement", {});
   for (const char* clé : {"1", "2"}) capteur->CapteursFils()->Référence(capteur, clé);
   capteur->Lien({}, {}, {}, nullptr);
-  for (const auto& [geste, nom] : essai::Cas<std::function<void()>, const char*>{
+  for (const auto& [geste, nom] : Cas<std::function<void()>, const char*>{
            {[&] { capteur->Raz(); }, "Raz"},
            {[&] { capteur->AnnuleRaz(); }, "AnnuleRaz"},
            {[&] { EXPECT_EQ(capteur->EtatRAZ(), ENUM_OPERATION_MAV::RienFaire); }, "EtatRAZ"},
@@ -127,4 +127,4 @@ TEST_F(UnRecouvrement, NeRemetAZéroQueLaPetiteCellule) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

@@ -4,10 +4,10 @@
 #include "outils/banc_capteur.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
+class UnCapteurSérie : public testing::Test, protected BancCapteur {
  protected:
   void Démarre(const char* type) {
     lignes.ligne->reçu.clear();
@@ -27,7 +27,7 @@ class UnCapteurSérie : public testing::Test, protected essai::BancCapteur {
 TEST_F(UnCapteurSérie, LitCeQuUnInstrumentEnvoie) {
   // Values through the calibration table, but for the last kind.
   for (const auto& [type, reçu, valeur, unité, échec] :
-       essai::Cas<const char*, const char*, double, const char*, const char*>{
+       Cas<const char*, const char*, double, const char*, const char*>{
            {"Réservé 1", "-    123.45 g \r", -12.345, "g", ""},
            {"Réservé 1", "+ 123.45 g\r", 0, "kN", ""},  // a character short: asked again
            {"Réservé 1", "+ERR 12345 kg \r", 0, "kN", "Erreur N°94 "},
@@ -68,7 +68,7 @@ TEST_F(UnCapteurSérie, OuvreSaLigneEtRelanceUnInstrumentMuet) {
                                        "Réémission"};
   // What it is asked, shown on a silence, an answer, and whether that keeps it from being asked.
   for (const auto& [type, demande, textes, réponse, compte] :
-       essai::Cas<const char*, std::string, std::vector<std::string>, const char*, bool>{
+       Cas<const char*, std::string, std::vector<std::string>, const char*, bool>{
            {"Réservé 1", "\x1BP", vaine, "+\r", true},
            {"Réservé 2", "\x02", {}, "+\r", true},
            {"Scout 55", "\x02MSV?;\x03", {}, "13.0 N\r\n", false}}) {
@@ -96,4 +96,4 @@ TEST_F(UnCapteurSérie, OuvreSaLigneEtRelanceUnInstrumentMuet) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

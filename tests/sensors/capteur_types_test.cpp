@@ -8,23 +8,22 @@
 #include "outils/cas.h"
 #include "sensors/regression.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Cas;
 using T = ENUM_TYPE_CAPTEUR;
 using Capteurs_ = std::vector<Ref<Capteur>>;
 using Valeurs = std::vector<double>;
 
-class UnCapteurDérivé : public testing::Test, protected essai::BancCapteur {
+class UnCapteurDérivé : public testing::Test, protected BancCapteur {
  protected:
   /// Refreshes twice; the second time without an allocation, unless it fails.
   double Rafraîchi(const Ref<Capteur>& capteur) {
     capteur->MetàJour();
-    const std::int64_t avant = essai::Allocations();
+    const std::int64_t avant = Allocations();
     capteur->MetàJour();
     if (registre->entrées.empty()) {
-      EXPECT_EQ(essai::Allocations(), avant);
+      EXPECT_EQ(Allocations(), avant);
     }
     return capteur->ValeurCourante();
   }
@@ -212,4 +211,4 @@ TEST_F(UnePente, EchoueAuDelàDe5000) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

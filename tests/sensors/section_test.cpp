@@ -9,18 +9,17 @@
 #include "outils/banc_chassis_capteurs.h"
 #include "outils/cas.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
-using essai::Cas;
 using std::numbers::pi;
 
 constexpr double kForce = 78.53981633974483;  // 10 MPa on the cylinder of the bench
 
 /// A stress sensor under child "F1" and the parameters of its specimen.
-class UneContrainteSurEprouvette : public essai::DansUnChassis {
+class UneContrainteSurEprouvette : public DansUnChassis {
  protected:
-  using Parametres = std::map<std::string, Ref<essai::Parametre>>;
+  using Parametres = std::map<std::string, Ref<Parametre>>;
   /// Parameters of that test, that shape and these dimensions, in pairs such as "A=4,5".
   Parametres Eprouvette(const char* type, const char* formeDe, const std::string& dimensions) {
     static const std::map<std::string, const char*> kNoms{
@@ -40,7 +39,7 @@ class UneContrainteSurEprouvette : public essai::DansUnChassis {
     return tous;
   }
   Ref<Capteur> Contrainte(const Parametres& parametres) {
-    essai::Ligne colonnes{{"Type de Capteur", "Contrainte"}, {"Capteur Fils N° 1", "F1"}};
+    Ligne colonnes{{"Type de Capteur", "Contrainte"}, {"Capteur Fils N° 1", "F1"}};
     for (const auto& [colonne, parametre] : parametres) {
       colonnes.push_back({colonne, std::stoi(parametre->NomParamètre())});
     }
@@ -56,9 +55,9 @@ class UneContrainteSurEprouvette : public essai::DansUnChassis {
   static constexpr const char* kAppuisSup = "Distance entre appuis sup";
   static constexpr const char* kAppuisInf = "Distance entre appuis inf";
   Parametres p = Eprouvette("Compression", "Cylindre", "D=100 U=mm S=0 A= C=");
-  Ref<essai::Parametre> essai = p["Type de contrainte"], forme = p["Forme eprouvette"],
-                        diamètre = p["D"], unité = p["Unite"], section = p["S"], côté = p["A"],
-                        facteur = p["Facteur de convertion"];
+  Ref<Parametre> essai = p["Type de contrainte"], forme = p["Forme eprouvette"], diamètre = p["D"],
+                 unité = p["Unite"], section = p["S"], côté = p["A"],
+                 facteur = p["Facteur de convertion"];
 };
 
 TEST_F(UneContrainteSurEprouvette, ALaSectionDeSaFormeEtDeSonEssai) {
@@ -226,4 +225,4 @@ TEST_F(UneContrainteSurEprouvette, QuitteSesParamètresAvecLeCapteur) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai

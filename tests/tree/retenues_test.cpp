@@ -5,14 +5,14 @@
 
 #include "outils/passes_mesurees.h"
 
-namespace zuma {
+namespace zuma::essai {
 namespace {
 
 TEST(LesRetenues, SontCellesQueLesJumeauxMesurent) {
   constexpr double kParNature = 3000;  // microseconds: conversions, and looks at the clock
-  const auto mesures = essai::MesureLesPasses();
+  const auto mesures = MesureLesPasses();
   EXPECT_EQ(mesures.size() + 1, TableDesDrivers().size());
-  for (const essai::PasseMesurée& mesure : mesures) {
+  for (const PasseMesurée& mesure : mesures) {
     const std::string_view nom = LigneDuDriver(mesure.driver).nom;
     EXPECT_LE(mesure.muette, mesure.annoncée + kParNature) << nom;
     EXPECT_GE(mesure.muette * 2, mesure.annoncée) << nom << ": stated for nothing";
@@ -20,4 +20,4 @@ TEST(LesRetenues, SontCellesQueLesJumeauxMesurent) {
 }
 
 }  // namespace
-}  // namespace zuma
+}  // namespace zuma::essai
