@@ -4,31 +4,19 @@
 
 #include <gtest/gtest.h>
 
-#include "core/chassis.h"
 #include "outils/base_alteree.h"
 #include "outils/cas.h"
-#include "outils/dossier_provisoire.h"
+#include "outils/chassis_de_demo.h"
 #include "outils/temoins.h"
-#include "platform/linux/base_creation.h"
 #include "platform/linux/base_sqlite.h"
-#include "platform/linux/connexion_sqlite.h"
-#include "platform/linux/demo.h"
 #include "platform/linux/schema.h"
 
 namespace zuma {
 namespace {
 
-class UnChassisDansUnFichier : public testing::Test, public essai::Banc {
+class UnChassisDansUnFichier : public testing::Test, public essai::Banc, public essai::BaseDeDémo {
  public:
-  Ref<BaseDeDonnées> Base(const std::vector<linux_::LigneDeBase>& lignes) {
-    linux_::CréeBase(dossier.Fichier("base.db"), lignes);
-    return Crée<linux_::BaseSqlite>(dossier.Fichier("base.db"));
-  }
-  void Exécute(const std::string& fichier, const std::string& sql) {
-    linux_::ConnexionSqlite(dossier.Fichier(fichier), linux_::Accès::Ecriture,
-                            std::chrono::seconds(1))
-        .Exécute(sql.c_str());
-  }
+  [[nodiscard]] Ref<BaseDeDonnées> Base() const { return Crée<linux_::BaseSqlite>(chemin); }
   void Charge(Chassis& chassis, const Ref<BaseDeDonnées>& base, std::int32_t index = 1,
               bool lie = true) {
     registre->entrées.clear();
@@ -42,45 +30,36 @@ class UnChassisDansUnFichier : public testing::Test, public essai::Banc {
     return "CREATE TABLE Copie AS SELECT * FROM [" + table + "]; DROP TABLE [" + table +
            "]; ALTER TABLE Copie RENAME TO [" + table + "]; ";
   }
-  essai::DossierProvisoire dossier;
 };
 
 TEST_F(UnChassisDansUnFichier, ChargeLArbreEtSesEntréesConnues) {
-  std::vector<linux_::LigneDeBase> lignes{{"Chassis",
-                                           {{"Index", 4},
-                                            {"Nom du Chassis", "Presse"},
-                                            {"Entrée Armé", "ARME"},
-                                            {"Entrée Auto/Manu", "arme"},
-                                            {"Départ de cycle d'essai", "PARTIR"},
-                                            {"Départ de cycle de réarmement", "-"},
-                                            {"Entrée manuelle 1", "PARTIR"}}}};
-  for (int i = 2; i <= 6; ++i) {
-    lignes[0].champs.push_back({"Entrée manuelle " + std::to_string(i), "m" + std::to_string(i)});
-  }
-  for (const auto& [index, chassis, label] : essai::Cas<int, int, const char*>{
-           {31, 4, "ARME"}, {32, 4, "PARTIR"}, {33, 5, "ARME"}, {34, 4, "m6"}}) {
-    lignes.push_back({"Entrée Logique", {{"Index", index}, {"Nom de l'Entrée Logique", "a"}}});
-    lignes.push_back({"Liaison Chassis / Entrée Logique",
-                      {{"Chassis", chassis}, {"Entrée Logique", index}, {"Label", label}}});
-  }
-  const Ref<BaseDeDonnées> base = Base(lignes);
+  Exécute(R"(
+      INSERT INTO Chassis ([Index], [Nom du Chassis], [Entrée Armé], [Entrée Auto/Manu],
+        [Départ de cycle d'essai], [Départ de cycle de réarmement], [Entrée manuelle 1],
+        [Entrée manuelle 2], [Entrée manuelle 6])
+        VALUES (94, 'Presse', 'ARME', 'arme', 'PARTIR', '-', 'PARTIR', 'm2', 'm6');
+      INSERT INTO [Entrée Logique] ([Index], [Nom de l'Entrée Logique])
+        VALUES (931, 'a'), (932, 'a'), (933, 'a'), (934, 'a');
+      INSERT INTO [Liaison Chassis / Entrée Logique] (Chassis, [Entrée Logique], Label)
+        VALUES (94, 931, 'ARME'), (94, 932, 'PARTIR'), (95, 933, 'ARME'), (94, 934, 'm6');)");
+  const Ref<BaseDeDonnées> base = Base();
   Chassis chassis(plateforme);
-  Charge(chassis, base, 4);
+  Charge(chassis, base, 94);
   EXPECT_FALSE(registre->Contient("de l'objet Chassis"));
-  EXPECT_EQ(chassis.Key(), "4");
+  EXPECT_EQ(chassis.Key(), "94");
   EXPECT_EQ(chassis.Nom(), "Presse");
   ASSERT_EQ(chassis.EntréesLogiques()->Count(), 3) << "one belongs to another frame";
-  EXPECT_EQ(chassis.AU()->Key(), "31");
+  EXPECT_EQ(chassis.AU()->Key(), "931");
   EXPECT_FALSE(chassis.AutoManu()) << "case counts";
-  EXPECT_EQ(chassis.DépartEssai()->Key(), "32");
+  EXPECT_EQ(chassis.DépartEssai()->Key(), "932");
   EXPECT_FALSE(chassis.DépartRéarme());
   EXPECT_EQ(chassis.EntréesManuelles()->Count(), 2);
-  chassis.ChargeLeChassis(base, 4);
+  chassis.ChargeLeChassis(base, 94);
   EXPECT_TRUE(registre->Contient("Erreur N°457 (")) << "a frame loads once";
 }
 
 TEST_F(UnChassisDansUnFichier, DitUnIndexSansLigneEtUneBaseAbsente) {
-  const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+  const Ref<BaseDeDonnées> base = Base();
   Chassis vide(plateforme);
   Charge(vide, base, 99);
   EXPECT_TRUE(registre->Contient("Erreur N°3021 (")) << "no row to read the name from";
@@ -94,15 +73,16 @@ TEST_F(UnChassisDansUnFichier, DitUnIndexSansLigneEtUneBaseAbsente) {
 
 // Columns that are read by their name are found in whatever case another program wrote it.
 TEST_F(UnChassisDansUnFichier, LitParLeurNomLesColonnesDUneAutreCasse) {
-  const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+  const Ref<BaseDeDonnées> base = Base();
   for (const auto& [table, colonne, autre] : essai::Cas<const char*, const char*, const char*>{
            {"Liaison Chassis / Capteur", "Label", "label"},
            {"Liaison Chassis / Entrée Logique", "Label", "LABEL"},
            {"Capteur", "Index", "INDEX"},
            {"Capteur", "Remise à Zéro Autorisée", "REMISE À ZÉRO AUTORISÉE"},
            {"Commande", "Nom de la Commande", "nom de la commande"}}) {
-    Exécute("base.db", std::string("ALTER TABLE [") + table + "] RENAME COLUMN [" + colonne +
-                           "] TO [" + autre + "]");
+    Exécute((std::string("ALTER TABLE [") + table + "] RENAME COLUMN [" + colonne + "] TO [" +
+             autre + "]")
+                .c_str());
   }
   Chassis chassis(plateforme);
   Charge(chassis, base);
@@ -115,13 +95,12 @@ TEST_F(UnChassisDansUnFichier, LitParLeurNomLesColonnesDUneAutreCasse) {
 // times as much, in time of the processor. Sixteen times would be a search through all for each.
 TEST_F(UnChassisDansUnFichier, ChargeEnProportionDuNombre) {
   const auto durée = [&](int nombre) {
-    const std::string fichier = std::to_string(nombre) + ".db";
-    linux_::CréeBase(dossier.Fichier(fichier), {});
-    Exécute(
-        fichier,
+    std::filesystem::remove(chemin);
+    linux_::CréeBase(chemin, {});
+    std::string sql =
         "CREATE TABLE c AS WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x+1 FROM c LIMIT " +
-            std::to_string(nombre) + ") SELECT x FROM c");
-    Exécute(fichier, R"(
+        std::to_string(nombre) + ") SELECT x FROM c;";
+    sql += R"(
         INSERT INTO Chassis ([Index], [Nom du Chassis]) VALUES (1, 'a');
         INSERT INTO Carte ([Index]) SELECT x FROM c WHERE x%20=0;
         INSERT INTO [Liaison Chassis / Carte] SELECT 1, x FROM c WHERE x%20=0;
@@ -129,11 +108,11 @@ TEST_F(UnChassisDansUnFichier, ChargeEnProportionDuNombre) {
         INSERT INTO Canal ([Index], Fonction) SELECT x, x-x%20 FROM c WHERE x>=20;
         INSERT INTO Capteur ([Index], Canal, [Capteur Fils N° 1], [Type de Capteur]) SELECT x, x,
           CASE WHEN x%2 THEN 'l'||(x+1) END, CASE WHEN x%2 THEN 'Moyen' ELSE 'Normal' END FROM c;
-        INSERT INTO [Liaison Chassis / Capteur] SELECT x, 1, x, 'l'||x FROM c;)");
-    for (const char* table : {"Carte", "Fonction", "Canal", "Capteur"})
-      Exécute(fichier, SansClé(table));
+        INSERT INTO [Liaison Chassis / Capteur] SELECT x, 1, x, 'l'||x FROM c;)";
+    for (const char* table : {"Carte", "Fonction", "Canal", "Capteur"}) sql += SansClé(table);
+    Exécute(sql.c_str());
     const auto base = Crée<linux_::BaseSqlite>(
-        dossier.Fichier(fichier), linux_::RéglagesBase{.bornes = {.durée = std::chrono::hours(1)}});
+        chemin, linux_::RéglagesBase{.bornes = {.durée = std::chrono::hours(1)}});
     Chassis chassis(plateforme);
     const std::clock_t début = std::clock();
     {
@@ -154,7 +133,7 @@ TEST_F(UnChassisDansUnFichier, ChargeEnProportionDuNombre) {
 // Each column of the tables, taken away, Null, and for the tables of the tree of the wrong kind.
 // The schema says which of these a load cannot pass over.
 TEST_F(UnChassisDansUnFichier, SurvitAChaqueColonneAbîmée) {
-  const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+  const Ref<BaseDeDonnées> base = Base();
   Chassis bon(plateforme);
   Charge(bon, base);
   ASSERT_TRUE(registre->entrées.empty());
@@ -239,11 +218,11 @@ TEST_F(UnChassisDansUnFichier, ChargeCeQuiSuitUneLigneFautive) {
             " : table 'Canal') à"},
        }) {
     SCOPED_TRACE(sql);
-    std::filesystem::remove(dossier.Fichier("base.db"));
-    const Ref<BaseDeDonnées> base = Base(linux_::LignesDeDémonstration());
+    const essai::BaseDeDémo fautive;
+    const auto base = Crée<linux_::BaseSqlite>(fautive.chemin);
     Chassis bon(plateforme);
     Charge(bon, base);
-    Exécute("base.db", sql);
+    fautive.Exécute(sql.c_str());
     Chassis chassis(plateforme);
     Charge(chassis, base);
     EXPECT_EQ(compte(chassis), compte(bon));

@@ -144,53 +144,40 @@ void DémonteLesCartes(Scène& s) {
   }
 }
 
-struct Parcours {
-  const char* nom;
-  void (*marche)(Scène&);
-  std::vector<std::string_view> premiers;  ///< who hears of something meanwhile
-};
-
-TEST(UnChassisModifié, FinitCeQuIlACommencéSurCeQuIlAvait) {
-  const std::vector<Parcours> parcours{
-      {"passe",
-       [](Scène& s) { s.chassis.MetàJour(); },
-       {"paramètre", "erreur", "sécurité", "entrée"}},
-      {"arrêt", [](Scène& s) { s.chassis.DéclencheAU(); }, {"paramètre", "erreur"}}};
-  for (const auto& [nom, marche, premiers] : parcours) {
+// A pass and a stop end what they began on what they had; of what the other walks meet once the
+// frame has changed, nothing is said but that all of it is there.
+TEST(UnChassisModifié, FinitOuSurvitDansTousSesParcours) {
+  using Marche = void (*)(Scène&);
+  using Noms = std::vector<std::string_view>;  // who hears of something meanwhile
+  const Marche passe = [](Scène& s) { s.chassis.MetàJour(); };
+  const Marche arrêt = [](Scène& s) { s.chassis.DéclencheAU(); };
+  const Marche départ = [](Scène& s) { s.chassis.Initialise(); };
+  const Marche liens = [](Scène& s) {
+    s.chassis.Lien(Crée<essai::BaseFixe>(), "1", s.sécurité, s.paramètres);
+  };
+  const Marche vidage = [](Scène& s) { s.chassis.AutoSave("ici"); };
+  // Between two passes, nothing of the frame holds the board.
+  const Marche sortie = [](Scène& s) {
+    s.chassis.SortiesLogiques()->Item("1")->ValeurCourante(Actif);
+  };
+  for (const auto& [quoi, marche, finit, premiers] : Cas<const char*, Marche, bool, Noms>{
+           {"passe", passe, true, {"paramètre", "erreur", "sécurité", "entrée"}},
+           {"arrêt", arrêt, true, {"paramètre", "erreur"}},
+           {"départ", départ, false, {"erreur", "paramètre"}},
+           {"liens", liens, false, {"message"}},
+           {"vidage", vidage, false, {"fichier"}},
+           {"sortie", sortie, false, {"erreur"}}}) {
     Scène témoin;
     marche(témoin);
     for (const std::string_view premier : premiers) {
-      for (const auto& [quoi, geste] : Cas<const char*, Scène::Geste>{
-               {"vide", &VideTout}, {"remplace", &RemplaceTout}, {"ajoute", &AjouteÀTout}}) {
-        Scène scène(geste, premier);
-        marche(scène);
-        EXPECT_EQ(scène.trace, témoin.trace) << nom << " " << quoi << " " << premier;
-        EXPECT_NE(scène.trace.find(premier), std::string::npos) << nom << " " << premier;
-      }
-    }
-  }
-}
-
-// Nothing is said of what these walks meet once the frame has changed, but that all of it is there.
-TEST(UnChassisModifié, SurvitDansTousSesParcours) {
-  const std::vector<Parcours> parcours{
-      {"passe", [](Scène& s) { s.chassis.MetàJour(); }, {"erreur"}},
-      {"arrêt", [](Scène& s) { s.chassis.DéclencheAU(); }, {"erreur"}},
-      {"départ", [](Scène& s) { s.chassis.Initialise(); }, {"erreur", "paramètre"}},
-      {"liens",
-       [](Scène& s) { s.chassis.Lien(Crée<essai::BaseFixe>(), "1", s.sécurité, s.paramètres); },
-       {"message"}},
-      {"vidage", [](Scène& s) { s.chassis.AutoSave("ici"); }, {"fichier"}},
-      // Between two passes, nothing of the frame holds the board.
-      {"sortie",
-       [](Scène& s) { s.chassis.SortiesLogiques()->Item("1")->ValeurCourante(Actif); },
-       {"erreur"}}};
-  for (const auto& [nom, marche, premiers] : parcours) {
-    for (const std::string_view premier : premiers) {
       for (const Scène::Geste geste : {&VideTout, &RemplaceTout, &AjouteÀTout, &DémonteLesCartes}) {
+        SCOPED_TRACE(testing::Message() << quoi << " " << premier);
         Scène scène(geste, premier);
         marche(scène);
-        EXPECT_NE(scène.trace.find(premier), std::string::npos) << nom << " " << premier;
+        EXPECT_NE(scène.trace.find(premier), std::string::npos);
+        if (finit && geste != &DémonteLesCartes) {
+          EXPECT_EQ(scène.trace, témoin.trace);
+        }
       }
     }
   }
