@@ -12,6 +12,8 @@
 namespace zuma {
 namespace {
 
+using Comptes = std::vector<double>;
+
 class DesCodeurs : public testing::Test, public essai::BancInstrument {
  public:
   DesCodeurs() {
@@ -19,77 +21,58 @@ class DesCodeurs : public testing::Test, public essai::BancInstrument {
     plateforme.ports = &bus;
   }
   ~DesCodeurs() override { chassis.Cartes({}); }
+  // What the axes read with the encoders at these counts, `secondes` later.
+  Comptes Lit(double un, double deux, double secondes = 0) {
+    horloge->Avance(secondes * 1e6);
+    jumelle.bornes.entréesAnalogiques[0] = un / 10'000;
+    jumelle.bornes.entréesAnalogiques[1] = deux / 10'000;
+    bloc->MetàJour();
+    return Lues(bloc);
+  }
   // At an address that is not a multiple of 16: its low digit does not count.
-  void Démarre(const std::vector<std::int32_t>& axes) {
-    bloc = Ajoute("Entrée Analogique", axes, {{"Driver", "DrvIK121"}});
-    BancInstrument::Démarre("", "", "305");
-  }
-  void Place(std::size_t rang, double comptes) {
-    jumelle.bornes.entréesAnalogiques[rang] = comptes / 10'000;
-  }
-  double Axe(std::int32_t numéro) { return Le(bloc, numéro).ValeurCanal(); }
+  void Démarre() { BancInstrument::Démarre("", "", "305"); }
 
   sim::CarteIK121 jumelle;
   sim::BusPorts bus;
-  FonctionRef bloc;
+  FonctionRef bloc = Ajoute("Entrée Analogique", {1, 2}, {{"Driver", "DrvIK121"}});
 };
 
 TEST_F(DesCodeurs, ComptentChacunDepuisLeDépart) {
-  Place(0, 777);
-  Démarre({1, 2});
+  jumelle.bornes.entréesAnalogiques[0] = 0.0777;
+  Démarre();
   EXPECT_EQ(jumelle.départs, (std::array{2, 2})) << "with the block, then with its channel";
   Le(bloc, 1).NbLecture(3);
   for (const std::int32_t latch : {0, 1}) {
     plateforme.réglages.ik121.latch = latch;
     for (const auto& [un, deux] :
-         {std::pair{5.0, -70000.0}, {-65536.0, 131072.0}, {-2147483647.0, 2147483647.0}}) {
-      horloge->Avance(20e6);  // no encoder moves as far at once
-      Place(0, 777 + un);
-      Place(1, deux);
-      bloc->MetàJour();
-      EXPECT_EQ(Axe(1), -un) << latch;
-      EXPECT_EQ(Axe(2), -deux) << latch;
+         essai::Cas<double, double>{{5, -70000}, {-65536, 131072}, {-2147483647, 2147483647}}) {
+      EXPECT_EQ(Lit(777 + un, deux, 20), (Comptes{-un, -deux})) << latch;  // no faster than that
     }
   }
   jumelle.regardsAvantPrêt = 50;
-  horloge->Avance(20e6);
-  Place(0, 12);
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(1), 765) << "a late latch is awaited";
+  EXPECT_EQ(Lit(12, 0, 20), (Comptes{765, 0})) << "a late latch is awaited";
   EXPECT_TRUE(registre->entrées.empty());
   // A board that hangs: each axis tells so and keeps its value, and the pass goes on.
   jumelle.regardsAvantPrêt = std::numeric_limits<int>::max();
-  Place(0, 99);
   const double avant = horloge->Maintenant();
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(1), 765);
+  EXPECT_EQ(Lit(99, 0), (Comptes{765, 0}));
   EXPECT_EQ(registre->entrées.size(), 2U);
   EXPECT_TRUE(registre->Contient("Axe 2 : la carte ne donne pas son compte"));
   EXPECT_NEAR(horloge->Maintenant() - avant, 2 * IK_121::kAttenteLatch, 60);
   jumelle.regardsAvantPrêt = 0;
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(1), 678) << "back by itself";
+  EXPECT_EQ(Lit(99, 0), (Comptes{678, 0})) << "back by itself";
 }
 
 TEST_F(DesCodeurs, NePrennentPasUnCompteImpossible) {
-  Démarre({1, 2});
-  Place(0, 500);
-  bloc->MetàJour();
-  ASSERT_EQ(Axe(1), -500);
+  Démarre();
+  ASSERT_EQ(Lit(500, 0), (Comptes{-500, 0}));
   for (const double compte : {1e9, -1e9, 3e6}) {
-    Place(0, compte);
-    Place(1, 7);
-    bloc->MetàJour();
-    EXPECT_EQ(Axe(1), -500) << compte;
-    EXPECT_EQ(Axe(2), -7) << compte;
+    EXPECT_EQ(Lit(compte, 7), (Comptes{-500, -7})) << compte;
   }
   EXPECT_TRUE(registre->Contient("Axe 1 : compte -1000000000 impossible derrière 500"));
-  Place(0, 600);
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(1), -600);
+  EXPECT_EQ(Lit(600, 7), (Comptes{-600, -7}));
   jumelle.pannes.morte = true;  // pulled
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(1), -600);
+  EXPECT_EQ(Lit(600, 7), (Comptes{-600, -7}));
   EXPECT_TRUE(registre->Contient("Axe 1 : la carte ne répond plus"));
 }
 
@@ -106,11 +89,8 @@ TEST_F(DesCodeurs, AjoutentLeMotHautOuNonSelonLeRéglage) {
   }
   EXPECT_THROW((void)CompteIK121(Mots{0, 0x8000, 0}, Signe), Echec);
   plateforme.réglages.ik121.motHaut = Compte;
-  Démarre({2});
-  Place(1, -1e12);
-  horloge->Avance(3600e6);
-  bloc->MetàJour();
-  EXPECT_EQ(Axe(2), 1e12);
+  Démarre();
+  EXPECT_EQ(Lit(0, -1e12, 3600), (Comptes{0, 1e12}));
   plateforme.réglages.ik121.latch = 2;
   bloc->MetàJour();
   EXPECT_TRUE(registre->Contient("Latch 2 absent"));

@@ -23,7 +23,6 @@ class UnRéseauOrbit : public testing::Test, public essai::BancInstrument {
   ~UnRéseauOrbit() override { chassis.Cartes({}); }
   Canal& Le(std::int32_t numéro) { return BancInstrument::Le(bloc, numéro); }
   void Démarre() { BancInstrument::Démarre("Drv SOLARTRON LVDT"); }
-  Valeurs Lues() { return {Le(0).ValeurCanal(), Le(1).ValeurCanal(), Le(2).ValeurCanal()}; }
   // Refreshes of the block, and the microseconds that they took.
   double Passe(int nombre) {
     const double départ = horloge->Maintenant();
@@ -39,7 +38,7 @@ TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
   Démarre();
   for (const Valeurs& après : {Valeurs{200, 0, 0}, {200, 400, 0}, {200, 400, 600}}) {
     Passe(1);
-    EXPECT_EQ(Lues(), après);
+    EXPECT_EQ(Lues(bloc), après);
   }
   réseau.Module("A0").compte = -32768;
   réseau.Module("A1").compte = 32767;
@@ -47,7 +46,7 @@ TEST_F(UnRéseauOrbit, LitUnCanalParCycleATourDeRôle) {
   const auto avant = essai::Allocations();
   Passe(2);
   EXPECT_EQ(essai::Allocations(), avant);
-  EXPECT_EQ(Lues(), (Valeurs{-65536, 65534, 600})) << "the first one again behind the last";
+  EXPECT_EQ(Lues(bloc), (Valeurs{-65536, 65534, 600})) << "the first one again behind the last";
   EXPECT_EQ(réseau.Module("A1").lectures, 5);
 }
 
@@ -68,7 +67,7 @@ TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
   réseau.Débranche("A1");
   Démarre();
   Passe(3);
-  EXPECT_EQ(Lues(), (Valeurs{200, 0, 600})) << "out of service since the start";
+  EXPECT_EQ(Lues(bloc), (Valeurs{200, 0, 600})) << "out of service since the start";
 
   réseau.Rebranche("A1");
   réseau.Débranche("A0");  // for a moment: it has lost its address
@@ -78,14 +77,14 @@ TEST_F(UnRéseauOrbit, SeReconnecteQuandUnModuleNeRépondPlus) {
   EXPECT_GE(Passe(1), 500'000);
   EXPECT_EQ(Le(0).ValeurCanal(), 400) << "the lost reading counts as the last, the next one is new";
   Passe(3);
-  EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "the whole board started anew, A1 with it";
+  EXPECT_EQ(Lues(bloc), (Valeurs{600, 400, 600})) << "the whole board started anew, A1 with it";
 
   réseau.Débranche("A0");
   Le(0).NbLecture(10);
   plateforme.heureDePasse = 100;
   EXPECT_LT(Passe(30), 510'000) << "one reconnection for a module that is gone";
   EXPECT_FALSE(Le(0).EnService());
-  EXPECT_EQ(Lues(), (Valeurs{600, 400, 600})) << "its value stays";
+  EXPECT_EQ(Lues(bloc), (Valeurs{600, 400, 600})) << "its value stays";
   EXPECT_EQ(Le(0).Age(), 100) << "and is not of now";
   EXPECT_EQ(Le(2).Age(), 0);
   EXPECT_EQ(registre->entrées.size(), 2U) << "each of the two that were refused, once";

@@ -28,11 +28,6 @@ class UneCartePCI : public testing::Test, public essai::BancInstrument {
   FonctionRef Sorties(const std::vector<std::int32_t>& numéros) {
     return Monte("DrvPCI9111HR/Vorlanex SL", "Sortie Logique", numéros);
   }
-  static Valeurs Lues(const FonctionRef& bloc) {
-    Valeurs valeurs;
-    for (const CanalRef& canal : *bloc->Canals()) valeurs.push_back(canal->ValeurCanal());
-    return valeurs;
-  }
 
   sim::BibliothèquePCISimulée bibliothèque;
   sim::CartePCISimulée& jumelle = bibliothèque.Enfiche(BibliothèquePCI::kType9111, 2);

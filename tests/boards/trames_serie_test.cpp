@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "boards/metro.h"
 #include "outils/banc_instrument.h"
 #include "outils/cas.h"
 #include "sim/balances_simulees.h"
@@ -221,22 +220,6 @@ class DesJauges : public UneLigneSérie {
   static Demandes Posées(sim::METROSimulé& jauges) { return std::exchange(jauges.demandes, {}); }
 };
 
-TEST_F(DesJauges, SontContrôlées) {
-  const auto jauges = Jauges({{2, 1.0}});
-  const auto port = liaisons.CréeLiaison();
-  port->PortSérie(3);
-  port->OuvrePort();
-  EXPECT_TRUE(metro::ContrôleCanal(2, *port, *horloge));
-  horloge->Avance(10'000);
-  EXPECT_EQ(Posées(*jauges), (Demandes{"2E", "2", "2E"}));
-  EXPECT_FALSE(metro::ContrôleCanalMETRO_MUX2_4_8(2, *port, *horloge)) << "not the mux's form";
-  horloge->Avance(10'000);
-  EXPECT_EQ(Posées(*jauges), (Demandes{"2E", "2", "2D"}));
-  const double départ = horloge->Maintenant();
-  EXPECT_FALSE(metro::ContrôleCanal(5, *port, *horloge));
-  EXPECT_NEAR(horloge->Maintenant() - départ, 6e6, 1e4) << "six seconds for a silent one";
-}
-
 TEST_F(DesJauges, SontLuesUneParLigne) {
   const auto jauges = Jauges({{3, 1.25}});
   sim::Pannes& pannes = liaisons.Ligne(3)->pannes;
@@ -244,7 +227,8 @@ TEST_F(DesJauges, SontLuesUneParLigne) {
   const Canal& canal = Le(bloc, 3);
   EXPECT_TRUE(bloc->Enabled());
   EXPECT_EQ(bloc->Metro().Metro_CanalActif, 3);
-  (void)Posées(*jauges);
+  EXPECT_EQ(Posées(*jauges), (Demandes{"1E", "1", "2E", "2", "3E", "3", "3E", "4E", "4", "5E", "5",
+                                       "6E", "6", "7E", "7", "8E", "8"}));
   Passe(100);
   EXPECT_EQ(canal.ValeurCanal(), 1.25);
   EXPECT_TRUE(canal.EstLu());
@@ -270,7 +254,9 @@ TEST_F(DesJauges, SontLuesUneParLigne) {
 
 TEST_F(DesJauges, ManquentSurUneLigneHorsService) {
   const auto jauges = Jauges({});
+  const double départ = horloge->Maintenant();
   EXPECT_FALSE(Monte("Drv METRO RS232", {0, 1})->Enabled());
+  EXPECT_NEAR(horloge->Maintenant() - départ, 8 * 6e6, 1e4) << "six seconds for each";
   EXPECT_TRUE(registre->Contient("Numéro du Canal 0, 1 à 8 attendu sur une ligne METRO"));
   (void)Posées(*jauges);
   Passe(100);
@@ -282,29 +268,24 @@ TEST_F(DesJauges, TournentSurLeMultiplexeur) {
   const FonctionRef bloc = Monte("Drv METRO RS232 MUX 2/4/8", {1, 2, 3, 4});
   EXPECT_FALSE(bloc->Enabled()) << "no gauge is the active one";
   EXPECT_EQ(bloc->Metro().Metro_CanauxValides, (std::vector<std::int32_t>{1, 3, 4}));
-  const auto valeurs = [&] {
-    std::vector<double> lues;
-    for (const CanalRef& canal : *bloc->Canals()) lues.push_back(canal->ValeurCanal());
-    return lues;
-  };
   horloge->Avance(10'000);
   (void)Posées(*jauges);
   Passe(20);
   Demandes premières = Posées(*jauges);
   premières.resize(4);
   EXPECT_EQ(premières, (Demandes{"1", "3", "4", "1"}));
-  EXPECT_EQ(valeurs(), (std::vector<double>{0.5, 0, 1.5, 2.5}));
+  EXPECT_EQ(Lues(bloc), (std::vector<double>{0.5, 0, 1.5, 2.5}));
   // One gauge pulled out loses its turns, the others go on.
   jauges->jauges = {{1, 9}, {4, 8}};
   Passe(100);
-  EXPECT_EQ(valeurs(), (std::vector<double>{9, 0, 1.5, 8}));
+  EXPECT_EQ(Lues(bloc), (std::vector<double>{9, 0, 1.5, 8}));
   // An answer that takes more than 200 ms is dropped.
   jauges->jauges[1] = 33;
   for (int i = 0; i < 10; ++i) {
     horloge->Avance(250'000);
     carte.MetàJour();
   }
-  EXPECT_EQ(valeurs()[0], 9);
+  EXPECT_EQ(Le(bloc, 1).ValeurCanal(), 9);
   EXPECT_TRUE(registre->entrées.empty());
 }
 

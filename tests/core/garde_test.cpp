@@ -10,8 +10,7 @@
 namespace zuma {
 namespace {
 
-class Cobaye : public Objet {
- public:
+struct Cobaye : Objet {
   explicit Cobaye(Plateforme& plateforme) : Objet(plateforme, "Capteur") {}
   [[nodiscard]] std::string_view NomPourErreur() const override { return nom; }
   std::string nom;
@@ -20,15 +19,6 @@ class Cobaye : public Objet {
 class UneGarde : public testing::Test, protected essai::Banc {
  protected:
   UneGarde() { objet.ChargeErreur(registre); }
-  void Echoue(const Objet& qui, SansErreur sans = SansErreur::Echoue) {
-    Garde(
-        qui, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); },
-        [](Variables& v) {
-          v.Ajoute("mdblHeure", 1.5);
-          v.AjouteVide();
-        },
-        sans);
-  }
   Cobaye objet{plateforme};
 };
 
@@ -60,20 +50,24 @@ TEST_F(UneGarde, NeLaisseSortirAucuneExceptionEtrangère) {
   EXPECT_TRUE(registre->entrées[2].message.starts_with("Erreur N°9 "));
 }
 
-TEST_F(UneGarde, RemplitLaTableSeulementSurEchec) {
-  int rempli = 0;
-  EXPECT_EQ(
-      Garde(objet, Forme::Méthode, "Essai", [] { return 7; }, [&](Variables&) { ++rempli; }), 7);
-  EXPECT_EQ(rempli, 0);
-  Echoue(objet);
+TEST_F(UneGarde, RemplitLaTableSurEchecEtSansErreurEchoueOuMontre) {
+  int remplie = 0;
+  const auto remplit = [&](Variables& v) {
+    ++remplie;
+    v.Ajoute("mdblHeure", 1.5);
+    v.AjouteVide();
+  };
+  EXPECT_EQ(Garde(objet, Forme::Méthode, "Essai", [] { return 7; }, remplit), 7);
+  EXPECT_EQ(remplie, 0);
+  const auto échoue = [&](const Objet& qui, SansErreur sans) {
+    Garde(qui, Forme::Méthode, "Essai", [] { throw Echec(Numéro::Dépassement); }, remplit, sans);
+  };
+  échoue(objet, SansErreur::Echoue);
   EXPECT_EQ(registre->entrées.at(0).variables,
             (TableVariables{{}, {Valeur("Variable mdblHeure"), Valeur(1.5)}, {}}));
-}
-
-TEST_F(UneGarde, SansErreurLaQueueEchoueOuMontre) {
   const Cobaye orphelin(plateforme);
-  EXPECT_THROW(Echoue(orphelin), Echec);
-  Echoue(orphelin, SansErreur::Montre);
+  EXPECT_THROW(échoue(orphelin, SansErreur::Echoue), Echec);
+  échoue(orphelin, SansErreur::Montre);
   EXPECT_TRUE(messages.textes.at(0).starts_with("Erreur N°6 "));
 }
 

@@ -42,6 +42,12 @@ class BancInstrument : public Banc {
   static Canal& Le(const FonctionRef& bloc, std::int32_t numéro) {
     return *bloc->Canals()->Item(CléDuCanal(numéro));
   }
+  /// Values of its channels.
+  static std::vector<double> Lues(const FonctionRef& bloc) {
+    std::vector<double> lues;
+    for (const CanalRef& canal : *bloc->Canals()) lues.push_back(canal->ValeurCanal());
+    return lues;
+  }
   /// Reads the row of a channel: these fields beside its number and its name.
   static void LitCanal(Canal& canal, Ligne champs) {
     champs.push_back({"Numéro du Canal", canal.NuméroCanal()});
