@@ -368,22 +368,10 @@ TEST_F(SurLeCAN, EssaieTroisFoisLaPremièreGénération) {
   EXPECT_EQ(bus.envoyées.size(), 3U);
   EXPECT_FALSE(canal.EnService());
 
-  // The third attempt is the good one.
-  registre->entrées.clear();
   règle->muette = false;
-  règle->réponsesRestantes = 0;
-  struct Réveil : sim::AppareilCAN {
-    void Reçoit(const TrameCAN&, sim::PortCANSimulé&) override {
-      if (++trames == 2) règle->réponsesRestantes.reset();
-    }
-    sim::RègleMTSSimulée* règle = nullptr;
-    int trames = 0;
-  };
-  const auto réveil = Crée<Réveil>();
-  réveil->règle = règle.Brut();
-  bus.Attache(réveil);
   canal.Initialise();
-  EXPECT_TRUE(registre->entrées.empty() && canal.EnService() && règle->enMarche);
+  EXPECT_EQ(registre->entrées.size(), 1U);
+  EXPECT_TRUE(canal.EnService() && règle->enMarche) << "a later start may succeed";
 }
 
 }  // namespace

@@ -5,33 +5,25 @@
 
 #include "instruments/trames_gram.h"
 #include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "sim/balance_gram_simulee.h"
 
 namespace zuma {
 namespace {
 
-TEST(LesEnregistrementsGram, SePrennentParLeDernierTerminateur) {
-  const struct {
-    const char* quoi;
-    Octets tampon;
-    bool pris;
-    Octets reste;
-  } cas[] = {
-      {"exactly twelve characters", "+  12.34 g\r\n", false, "+  12.34 g\r\n"},
-      {"one more before", "x+  12.34 g\r\n", true, "+  12.34 g"},
-      {"several, the next begun", "+  12.34 g\r\n-   1.00kg\r\n- 2", true, "-   1.00kg- 2"},
-      {"no terminator", "+  12.34 g\r+  12.34 g\n", false, "+  12.34 g\r+  12.34 g\n"},
-      {"terminator too early", "12.34 g\r\n-  1.00", false, "12.34 g\r\n-  1.00"},
-      {"no end", Octets(99, 'x'), false, Octets(64, 'x')},
-  };
-  for (const auto& [quoi, tampon, pris, reste] : cas) {
+TEST(LesEnregistrementsGram, SePrennentEtSeReconnaissentParLeurTerminateur) {
+  for (const auto& [quoi, tampon, pris, reste] : essai::Cas<const char*, Octets, bool, Octets>{
+           {"exactly twelve characters", "+  12.34 g\r\n", false, "+  12.34 g\r\n"},
+           {"one more before", "x+  12.34 g\r\n", true, "+  12.34 g"},
+           {"several, the next begun", "+  12.34 g\r\n-   1.00kg\r\n- 2", true, "-   1.00kg- 2"},
+           {"no terminator", "+  12.34 g\r+  12.34 g\n", false, "+  12.34 g\r+  12.34 g\n"},
+           {"terminator too early", "12.34 g\r\n-  1.00", false, "12.34 g\r\n-  1.00"},
+           {"no end", Octets(99, 'x'), false, Octets(64, 'x')}}) {
     Octets texte = tampon;
     EXPECT_EQ(trames_gram::ExtraitEnregistrement(texte), pris) << quoi;
     EXPECT_EQ(texte, reste) << quoi;
   }
-}
-
-TEST(LesEnregistrementsGram, SeReconnaissentAuTerminateurDixCaractèresAprèsLeSigne) {
+  // Recognised by their terminator ten characters behind the sign.
   const std::pair<const char*, bool> cas[] = {
       {"\r\n-  12.34 g\r\n", true}, {"-1\r\n+  12.34 g\r\n", true}, {"+ 12.34 g\r\n", false},
       {"+   12.34 g\r\n", false},   {"-  12.34 g\r\n+", false},     {"   12.34 g\r\n", false}};

@@ -1,4 +1,4 @@
-// The measuring amplifier: on its own as a host uses it, and as a board of a frame.
+// The measuring amplifier: on its own as a host uses it, as a board of a frame, and block by block.
 #include "instruments/class_spider.h"
 
 #include <cmath>
@@ -7,6 +7,7 @@
 
 #include "outils/allocations.h"
 #include "outils/banc_instrument.h"
+#include "outils/cas.h"
 #include "sim/spider_simule.h"
 
 namespace zuma {
@@ -34,10 +35,10 @@ TEST_F(UnSpider, MesureLesCanauxConnusDesAppareilsEntiers) {
   for (std::int32_t i = 0; i < 160; ++i) {
     if (lib.Voie(7, i).choisie) types.push_back(345 + i);
   }
-  EXPECT_EQ(types, (std::vector<std::int32_t>{350, 351, 352, 420, 421, 451, 452, 453, 454, 455, 456,
-                                              501, 502, 503}));
+  EXPECT_EQ(testing::PrintToString(types),
+            "{ 350, 351, 352, 420, 421, 451, 452, 453, 454, 455, 456, 501, 502, 503 }");
   for (const auto& [annoncées, disponibles] :
-       std::vector<std::pair<int, int>>{{25, 20}, {10, 10}, {7, 0}, {0, 0}, {-1, 0}}) {
+       essai::Cas<int, int>{{25, 20}, {10, 10}, {7, 0}, {0, 0}, {-1, 0}}) {
     lib.annoncées = annoncées;
     spider.Initialise(7);
     EXPECT_EQ(spider.NombreCanauxDisponible(), disponibles) << annoncées;
@@ -96,6 +97,41 @@ TEST_F(UnSpider, RemplitLesCanauxDeSaCarteQuandLHôteLaRafraîchit) {
   EXPECT_EQ(Le(bloc, 3).ValeurCanal(), -2.5);
   EXPECT_EQ(Le(bloc, 10).ValeurCanal(), 0) << "above the count";
   EXPECT_TRUE(registre->Contient("canal 0 de l'amplificateur"));
+}
+
+TEST_F(UnSpider, MesureLesCanauxDUnBlocDansLeurOrdreEtFermeAvecLui) {
+  lib.Chaîne(90).resize(1);
+  lib.Voie(90, 0).grandeur = 1;
+  const essai::Ligne driver{{"Driver", "Drv RS232 - SPIDER"}};
+  FonctionRef bloc = Ajoute("Entrée Analogique", {2, 5}, driver);
+  for (int départ = 0; départ < 2; ++départ) bloc->Initialise();
+  EXPECT_FALSE(lib.Voie(90, 2).choisie);
+  lib.Voie(90, 0).grandeur = 1.5;
+  // By rank, as the channels were set up, less the tare; what is no measure leaves the value.
+  using Valeurs = std::vector<double>;
+  for (const auto& [grandeur, lues] : essai::Cas<double, Valeurs>{{4, {0.5, 4}},
+                                                                  {2.9e32, {0.5, 4}},
+                                                                  {-9e-41, {0.5, 4}},
+                                                                  {1e300, {0.5, 4}},
+                                                                  {std::nan(""), {0.5, 4}},
+                                                                  {0, {0.5, 0}}}) {
+    lib.Voie(90, 1).grandeur = grandeur;
+    bloc->MetàJour();
+    EXPECT_EQ(Lues(bloc), lues) << grandeur;
+  }
+  EXPECT_EQ(lib.mesures, 6) << "one for all channels";
+  lib.muet = true;
+  bloc->MetàJour();
+  EXPECT_EQ(Lues(bloc), (Valeurs{0.5, 0})) << "an error leaves the values";
+  EXPECT_TRUE(registre->entrées.empty());
+
+  bloc->Décharge();
+  (void)AjouteSur(AjouteCarte("2"), "Entrée Analogique", {2, 5}, driver);  // never started
+  chassis.Cartes()->Remove("2");
+  EXPECT_TRUE(lib.AppareilOuvert()) << "neither closes what this block has open";
+  carte.Fonctions({});
+  bloc = {};
+  EXPECT_FALSE(lib.AppareilOuvert() || lib.PortOuvert());
 }
 
 }  // namespace

@@ -89,11 +89,12 @@ class UneCarteLaser : public testing::Test, public essai::BancInstrument {
     }
     return laser->demandes;
   }
-  [[nodiscard]] double Mesure() const { return mesure->Canals()->Item("10")->ValeurCanal(); }
-  [[nodiscard]] std::string Etats() const {
-    std::string vrais;
-    for (const CanalRef& canal : *états->Canals()) vrais += canal->ValeurCanal() == -1 ? '1' : '0';
-    return vrais;
+  [[nodiscard]] double Mesure() const { return Le(mesure, 0).ValeurCanal(); }
+  // Measure, and states: beam, echo, zero, silence.
+  [[nodiscard]] std::string Lus() const {
+    std::string lus = TexteDeNombre(Mesure()) + " ";
+    for (const double état : Lues(états)) lus += état == -1 ? '1' : '0';
+    return lus;
   }
 
   Ref<LaserEcouté> laser = Crée<LaserEcouté>(*horloge);
@@ -109,9 +110,8 @@ TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
   const Octets dix = "B\rB\rB\rB\rB\rB\rB\rB\rB\rB\r";
   EXPECT_EQ(Passe(33), dix + "E\r" + dix + "Z\r" + dix + "L\r");
   (void)Passe(1);
-  EXPECT_EQ(Mesure(), -1234);
-  EXPECT_EQ(mesure->Canals()->Item("11")->ValeurCanal(), 0) << "no value has that number";
-  EXPECT_EQ(Etats(), "1000");
+  EXPECT_EQ(Lus(), "-1234 1000");
+  EXPECT_EQ(Le(mesure, 1).ValeurCanal(), 0) << "no value has that number";
   laser->écho = laser->zéro = true;
   laser->laser = false;
   const std::int64_t avant = essai::Allocations();
@@ -120,8 +120,7 @@ TEST_F(UneCarteLaser, MesureDixFoisPuisLitUnEtatTourATour) {
     horloge->Avance(10'000);
   }
   EXPECT_EQ(essai::Allocations(), avant);
-  EXPECT_EQ(Mesure(), 0) << "no measure without beam";
-  EXPECT_EQ(Etats(), "0110");
+  EXPECT_EQ(Lus(), "0 0110") << "no measure without beam";
   while (Passe(1) != "E\r") continue;
   EXPECT_EQ(Passe(9), dix.substr(2));
   prise.pannes.muette = true;
@@ -158,15 +157,14 @@ TEST_F(UneCarteLaser, DitLeSilenceALaQuatrièmeFoisEtGardeSaMesure) {
     prise.pannes.muette = true;
     (void)Passe(1);
     EXPECT_EQ(Passe(39), "B\rB\rB\r") << "behind the one that is out";
-    EXPECT_EQ(Etats().back(), '0');
+    EXPECT_EQ(Lus(), "77 0000");
     (void)Passe(1);
-    EXPECT_EQ(Etats().back(), '1');
-    EXPECT_EQ(Mesure(), 77);
+    EXPECT_EQ(Lus(), "77 0001");
     prise.pannes.muette = false;
     if (fois == 0) (void)Passe(4);
   }
   EXPECT_EQ(Passe(6), "B\rE\rB\rB\rB\r") << "and a state that tells whose answers come";
-  EXPECT_EQ(Etats().back(), '0');
+  EXPECT_EQ(Lus(), "77 0000");
   for (const char* parasite : {"ab", "abcd", "???", ""}) {
     laser->réponseForcée = parasite;
     (void)Passe(300);
@@ -228,7 +226,7 @@ TEST_F(UneCarteLaser, RetrouveSesTrames) {
         laser->latence = 5000;
         EXPECT_LT(pause + tourne(pauseMax + 50), pauseMax);
         EXPECT_LT(tourne(200), 35);
-        EXPECT_EQ(Etats().back(), '0');
+        EXPECT_TRUE(Lus().ends_with("0"));
         if (HasFailure()) return;
       }
     }
@@ -243,14 +241,13 @@ TEST_F(UneCarteLaser, RessaieChaqueSecondeUnPortAbsentOuPerdu) {
   EXPECT_TRUE(registre->Contient("COM3 absent"));
   for (int fois = 1; fois <= 2; ++fois) {
     (void)Passe(205);
-    EXPECT_EQ(Etats().back(), '1') << "an old measure is told as one";
+    EXPECT_TRUE(Lus().ends_with("1")) << "an old measure is told as one";
     prise.pannes.débranchée = false;
     (void)Passe(80);
     EXPECT_EQ(prise.ouvertures, fois - 1) << "not before its second is over";
     (void)Passe(40);
     EXPECT_EQ(prise.ouvertures, fois);
-    EXPECT_EQ(Mesure(), 5);
-    EXPECT_EQ(Etats().back(), '0');
+    EXPECT_TRUE(Lus().starts_with("5 ") && Lus().ends_with("0"));
     prise.pannes.débranchée = true;
   }
   EXPECT_EQ(registre->entrées.size(), 1U);
