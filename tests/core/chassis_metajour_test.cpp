@@ -46,48 +46,37 @@ class UnePasse : public testing::Test, public essai::BancInstrument {
   double heure = 10;
 };
 
-TEST_F(UnePasse, SertChaqueTypeASonRythme) {
+TEST_F(UnePasse, SertChaqueTypeASonRythmeEtRendLeRetardSousLaLimite) {
   AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
   AjouteBloc("Entrée Logique", "DrvA826PG_DB16P");
   AjouteBloc("Sortie Logique", "DrvA826PG_DB16R");
   const int écritures = ports.écritures;
-  Passe(10);
-  EXPECT_EQ(ampli.mesures, 1) << "all rates are due on the first pass";
-  EXPECT_EQ(ports.lectures, 1);
-  for (int i = 1; i <= 1000; ++i) Passe(10 + i * 0.001);
-  EXPECT_NEAR(ampli.mesures, 201, 2);
-  EXPECT_NEAR(ports.lectures, 21, 2);
+  // Refreshes of the inputs in a row of passes at these times.
+  const auto rendus = [&](double secondes, double pas = 0, int passes = 100) {
+    ampli.mesures = ports.lectures = 0;
+    for (int i = 0; i < passes; ++i) Passe(secondes + i * pas);
+    return std::pair(ampli.mesures, ports.lectures);
+  };
+  EXPECT_EQ(rendus(10, 0, 1), std::pair(1, 1)) << "all rates are due on the first pass";
+  const auto [analogiques, logiques] = rendus(10.001, 0.001, 1000);
+  EXPECT_NEAR(analogiques, 200, 2);
+  EXPECT_NEAR(logiques, 20, 2);
   EXPECT_EQ(ports.écritures, écritures) << "outputs have no rate";
   chassis.FréquenceEA(0);
-  ampli.mesures = 0;
-  Passe(12);
-  EXPECT_EQ(ampli.mesures, 0);
-}
+  EXPECT_EQ(rendus(12).first, 0);
 
-TEST_F(UnePasse, RendLeRetardSousLaLimiteEtLOublieAuDelà) {
-  AjouteBloc("Entrée Analogique", "Drv RS232 - SPIDER");
-  AjouteBloc("Entrée Logique", "DrvA826PG_DB16P");
-  int& ea = ampli.mesures;
-  int& el = ports.lectures;
   chassis.FréquenceEA(128);  // periods that a double holds exactly
   chassis.FréquenceEL(16);
-  Passe(10);
-  // Refreshes in a row of passes that all come at that time.
-  const auto rendus = [&](int& compteur, double secondes) {
-    compteur = 0;
-    for (int i = 0; i < 100; ++i) Passe(secondes);
-    return compteur;
-  };
-  // The mark stands one period after 10 s. 0.375 s later 47 periods are owed, and repaid one a
-  // pass: the last one is not, as the comparison is strict.
-  EXPECT_EQ(rendus(ea, 10.375 + 2.0 / 128), 48);
-  // 0.625 s later nothing is: one refresh, then none for two periods.
-  EXPECT_EQ(rendus(ea, 11.25), 1);
-  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128), 0);
-  EXPECT_EQ(rendus(ea, 11.25 + 2.0 / 128 + 0.001), 1);
-  // The logic inputs have a longer patience.
   Passe(20);
-  EXPECT_GT(rendus(el, 20.75), 8);
+  // The mark stands one period after 20 s. 0.375 s later 47 periods are owed, and repaid one a
+  // pass: the last one is not, as the comparison is strict.
+  EXPECT_EQ(rendus(20.375 + 2.0 / 128).first, 48);
+  // 0.625 s later nothing is: one refresh, then none for two periods.
+  EXPECT_EQ(rendus(21.25).first, 1);
+  EXPECT_EQ(rendus(21.25 + 2.0 / 128).first, 0);
+  EXPECT_EQ(rendus(21.25 + 2.0 / 128 + 0.001).first, 1);
+  Passe(30);
+  EXPECT_GT(rendus(30.75).second, 8) << "the logic inputs have a longer patience";
 }
 
 TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
@@ -98,8 +87,7 @@ TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {
   EXPECT_TRUE(message.starts_with("Erreur N°91 (")) << message;
   EXPECT_TRUE(message.ends_with(" de la méthode MetàJour de l'objet Chassis ().")) << message;
   ASSERT_EQ(variables.size(), 11U);
-  EXPECT_EQ(variables[3][0], Valeur("Variable mdblFréquenceEA"));
-  EXPECT_EQ(variables[3][1], Valeur(200.0));
+  EXPECT_EQ(variables[3], (std::array<Valeur, 2>{"Variable mdblFréquenceEA", 200.0}));
   EXPECT_TRUE(EstNul(variables[10][0])) << "no block in hand";
   chassis.ChargeErreur({});
   chassis.MetàJour();

@@ -5,6 +5,7 @@
 
 #include "outils/banc_logique.h"
 #include "outils/cas.h"
+#include "sim/collaborateurs.h"
 
 namespace zuma {
 namespace {
@@ -13,12 +14,8 @@ using essai::Cas;
 using essai::Ligne;
 using enum ENUM_ETAT_LOGIQUE;
 
-class FichiersÉcoutés : public Fichiers {
- public:
-  void AjouteLigne(std::string_view, std::string_view) override {}
-  void Supprime(std::string_view) noexcept override {}
+struct FichiersÉcoutés : sim::FichiersEnMémoire {
   void AjouteBloc(std::string_view, std::span<const std::string>) override { réaction(); }
-  void EcritBloc(std::int16_t, std::span<const std::string>) override {}
   std::function<void()> réaction;
 };
 
@@ -191,15 +188,13 @@ TEST(UnChassisModifié, NeLaissePasDeParentDisparu) {
   const CanalRef canal = banc.CanalDe(10);
   const CanalRef autre = banc.CanalDe(12);
   const FonctionRef bloc = cartes->Item("2")->Fonctions()->Item("1");
-  // A channel taken out of a block that ends; the board lives.
   canal->Parent()->Canals()->Remove("10");
   Vide(*cartes->Item("1")->Fonctions());
-  EXPECT_EQ(canal->Parent(), nullptr);
-  // A channel and its block taken out of a board that ends.
+  EXPECT_EQ(canal->Parent(), nullptr) << "taken out of a block that ended; the board lives";
   bloc->Canals({});
   cartes->Item("2")->Fonctions({});
   Vide(*cartes);
-  EXPECT_EQ(bloc->Parent(), nullptr);
+  EXPECT_EQ(bloc->Parent(), nullptr) << "taken out of a board that ended";
   EXPECT_EQ(autre->Parent(), bloc.Brut());
   autre->MetàJour();
   EXPECT_TRUE(banc.Dit("Erreur N°91 ")) << "its driver went with the board";

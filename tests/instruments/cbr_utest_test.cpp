@@ -286,25 +286,8 @@ TEST_F(UneCarteCBR, ArrêteLaMachineDansLAppelDeLArrêtDUrgence) {
 }
 
 // Given each second while no pass runs, and the port missing from the start.
-TEST_F(UneCarteCBR, ArrêteDèsQueLaLigneLeLaissePasser) {
-  machine->DémarreAuPupitre();
-  pannes.débranchée = true;
-  DémarreLaCarte();
-  for (int i = 0; i < 5; ++i) {
-    horloge->Avance(1e6);
-    chassis.DéclencheAU();
-  }
-  EXPECT_TRUE(machine->EnMarche());
-  EXPECT_FALSE(sortie->Atteinte());
-  pannes.débranchée = false;
-  horloge->Avance(1e6);
-  chassis.DéclencheAU();
-  EXPECT_LT(ArrêtéeEn(), 1.3);
-  Passe(1);
-  EXPECT_TRUE(sortie->Atteinte());
-}
-
-TEST_F(UneCarteCBR, TrouveUneMachineQueRienIciNaMiseEnMarche) {
+// Found running, then with its port missing, where the stop is given each second and no pass runs.
+TEST_F(UneCarteCBR, ArrêteUneMachineQueRienIciNaMiseEnMarche) {
   machine->DémarreAuPupitre();
   DémarreLaCarte();
   EXPECT_TRUE(registre->Contient("la machine tourne sans que")) << "told with the start";
@@ -321,6 +304,19 @@ TEST_F(UneCarteCBR, TrouveUneMachineQueRienIciNaMiseEnMarche) {
   sortie->ValeurCourante(ENUM_ETAT_LOGIQUE::Inactif);
   Passe(0.1);
   EXPECT_FALSE(machine->EnMarche()) << "the output written with the level that it has";
+
+  machine->DémarreAuPupitre();
+  pannes.débranchée = true;
+  carte.Initialise();
+  for (int seconde = 1; seconde <= 6; ++seconde) {
+    pannes.débranchée = seconde < 6;
+    horloge->Avance(1e6);
+    chassis.DéclencheAU();
+    EXPECT_FALSE(sortie->Atteinte());
+  }
+  EXPECT_LT(ArrêtéeEn(), 1.3);
+  Passe(1);
+  EXPECT_TRUE(sortie->Atteinte());
 }
 
 TEST_F(UneCarteCBR, TermineUnDépartALaFinDeSaPause) {
