@@ -40,19 +40,6 @@ sim::Presse SousCharge(double force) {
   return presse;
 }
 
-TEST(LaPresse, MonteEnPressionEtRetombeSelonSaConstante) {
-  sim::Presse presse;
-  presse.Avance(1);
-  EXPECT_EQ(presse.PressionAlimentation(), 0);
-  presse.pompe = true;
-  presse.Avance(0.7);
-  const double atteinte = kPression * (1 - std::exp(-0.7 / 0.5));
-  EXPECT_NEAR(presse.PressionAlimentation(), atteinte, 1);
-  presse.pompe = false;
-  presse.Avance(0.4);
-  EXPECT_NEAR(presse.PressionAlimentation(), atteinte * std::exp(-0.4 / 0.5), 1);
-}
-
 TEST(LaPresse, VaDansLeSensDeLaServovalve) {
   const auto racine = [](double chute) { return std::sqrt(chute / kPression); };
   const double montée = 0.01 * racine(kPression - kRepos);
