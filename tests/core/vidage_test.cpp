@@ -162,15 +162,13 @@ TEST_F(LeVidage, EspionneUnCapteurSurLeFichierDeLHôte) {
       "Nom du capteur                : Force\n"
       "Index du capteur              : 4\n";
   EXPECT_EQ(Lit(fichier), début + "Nom du canal                  : c\n" + début);
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_EQ(registre->entrées.front().variables.back(), (std::array<Valeur, 2>{})) << "no channel";
+  EXPECT_EQ(registre->entrées.at(0).variables.back(), (std::array<Valeur, 2>{})) << "no channel";
   EXPECT_TRUE(Dit("Erreur N°91 (Objet absent)"));
 
   EXPECT_EQ(::close(fd), 0) << "the file stays open";
   capteur->Canal(CanalDe(12));
   capteur->Espion(numéro);
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_EQ(registre->entrées.front().variables,
+  EXPECT_EQ(registre->entrées.at(0).variables,
             (TableVariables{{},
                             {"Variable intNumFich", std::int32_t{numéro}},
                             {"Variable mstrNom", "Force"},
