@@ -229,13 +229,11 @@ TEST_F(DesCartes, GardentLesSingularités) {
 
 TEST_F(DesCartes, EcriventLesSortiesLogiques) {
   // Terminals after the start.
-  for (const auto& [driver, jumeau, repos] :
-       Cas<const char*, Jumeau, std::uint32_t>{{"DrvPCL731_PCLD7225", PCL731(), 0xFFFFFF},
-                                               {"DrvPET48DIO_TB24R", PET48(), 0},
-                                               {"DrvACL8316_ACLD9185", ACL8316(), 0},
-                                               {"DrvA826PG_DB16R", A826(), 0},
-                                               {"DrvACL6126_ACLD9185", ACL6126(), 0},
-                                               {"DrvPET48DIO_PCLD7225", PET48(), 0xFFFFFF}}) {
+  const std::tuple<const char*, Jumeau, std::uint32_t> cas[] = {
+      {"DrvPCL731_PCLD7225", PCL731(), 0xFFFFFF}, {"DrvPET48DIO_TB24R", PET48(), 0},
+      {"DrvACL8316_ACLD9185", ACL8316(), 0},      {"DrvA826PG_DB16R", A826(), 0},
+      {"DrvACL6126_ACLD9185", ACL6126(), 0},      {"DrvPET48DIO_PCLD7225", PET48(), 0xFFFFFF}};
+  for (const auto& [driver, jumeau, repos] : cas) {
     SCOPED_TRACE(driver);
     const FonctionRef bloc = Monte(jumeau, driver, "Sortie Logique", {0, 1, 9});
     const std::uint32_t& lignes = jumeau->bornes.sortiesLogiques;

@@ -59,12 +59,10 @@ TEST_F(UneCartePCI, ChercheSonCalibreEtDonneLesMêmesPoints) {
   canal.NbLecture(2);
   double& volts = jumelle.bornes.entréesAnalogiques[3];
   constexpr double kCode = 10.0 / 32768;  // volts, range 1
-  for (const auto& [entrée, départ, arrivée] : Cas<double, int, int>{{16284 * kCode, 1, 1},
-                                                                     {16283 * kCode, 1, 2},
-                                                                     {32668 * kCode / 2, 2, 2},
-                                                                     {32669 * kCode / 2, 2, 1},
-                                                                     {-10, 5, 1},
-                                                                     {-0.01, 9, 5}}) {
+  const std::tuple<double, int, int> cas[] = {
+      {16284 * kCode, 1, 1},     {16283 * kCode, 1, 2}, {32668 * kCode / 2, 2, 2},
+      {32669 * kCode / 2, 2, 1}, {-10, 5, 1},           {-0.01, 9, 5}};
+  for (const auto& [entrée, départ, arrivée] : cas) {
     canal.Gain(départ);
     volts = entrée;
     bloc->MetàJour();

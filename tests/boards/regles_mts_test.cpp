@@ -203,14 +203,12 @@ TEST_F(SurLeCAN, LitTroisAimants) {
   const FonctionRef bloc =
       Monte({{0, "Règle MTS 3 aimants (lecture 2-1)"}, {1, "Règle MTS 3 aimants (lecture 3)"}});
   using Aimants = std::vector<std::int32_t>;
-  for (const auto& [aimants, trames, lues] :
-       Cas<Aimants, int, Positions>{{{100, 350, 900}, 2, {250, 900}},
-                                    {{350, 100, 900}, 2, {-250, 900}},
-                                    {{0, 350, 900}, 2, {0, 900}},
-                                    {{100, 0, 900}, 2, {0, 900}},
-                                    {{100, 350, 0}, 2, {0, 350}},
-                                    {{100, 0, 0}, 2, {0, 100}},
-                                    {{100, 350, 900}, 1, {0, 0}}}) {
+  const std::tuple<Aimants, int, Positions> cas[] = {
+      {{100, 350, 900}, 2, {250, 900}}, {{350, 100, 900}, 2, {-250, 900}},
+      {{0, 350, 900}, 2, {0, 900}},     {{100, 0, 900}, 2, {0, 900}},
+      {{100, 350, 0}, 2, {0, 350}},     {{100, 0, 0}, 2, {0, 100}},
+      {{100, 350, 900}, 1, {0, 0}}};
+  for (const auto& [aimants, trames, lues] : cas) {
     règle->aimants = aimants;
     règle->tramesMaximum = static_cast<std::size_t>(trames);
     EXPECT_EQ(Passe(bloc), lues) << testing::PrintToString(aimants) << " " << trames;

@@ -46,14 +46,10 @@ TEST(OutilsModbusTest, ConstruitLesQuestionsPubliées) {
   }
   EXPECT_EQ(Crc16("123456789"), 0x4B37) << "check value of CRC-16/MODBUS in the catalogues";
   // What no slave would understand.
-  for (const auto& [esclave, fonction, registre, compte] :
-       essai::Cas<int, int, int, int>{{1, 7, 0, 1},
-                                      {1, 3, 0, 0},
-                                      {1, 3, 0, 126},
-                                      {1, 3, 65536, 1},
-                                      {1, 16, 0, 4},
-                                      {-1, 3, 0, 1},
-                                      {256, 3, 0, 1}}) {
+  const std::tuple<int, int, int, int> cas[] = {{1, 7, 0, 1},     {1, 3, 0, 0},  {1, 3, 0, 126},
+                                                {1, 3, 65536, 1}, {1, 16, 0, 4}, {-1, 3, 0, 1},
+                                                {256, 3, 0, 1}};
+  for (const auto& [esclave, fonction, registre, compte] : cas) {
     EXPECT_THROW(ConstruitQuestion(esclave, fonction, registre, compte, {}, question), Echec)
         << esclave << " " << fonction << " " << registre << " " << compte;
   }

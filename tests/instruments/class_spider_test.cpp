@@ -109,12 +109,10 @@ TEST_F(UnSpider, MesureLesCanauxDUnBlocDansLeurOrdreEtFermeAvecLui) {
   lib.Voie(90, 0).grandeur = 1.5;
   // By rank, as the channels were set up, less the tare; what is no measure leaves the value.
   using Valeurs = std::vector<double>;
-  for (const auto& [grandeur, lues] : essai::Cas<double, Valeurs>{{4, {0.5, 4}},
-                                                                  {2.9e32, {0.5, 4}},
-                                                                  {-9e-41, {0.5, 4}},
-                                                                  {1e300, {0.5, 4}},
-                                                                  {std::nan(""), {0.5, 4}},
-                                                                  {0, {0.5, 0}}}) {
+  const std::tuple<double, Valeurs> cas[] = {
+      {4, {0.5, 4}},     {2.9e32, {0.5, 4}},       {-9e-41, {0.5, 4}},
+      {1e300, {0.5, 4}}, {std::nan(""), {0.5, 4}}, {0, {0.5, 0}}};
+  for (const auto& [grandeur, lues] : cas) {
     lib.Voie(90, 1).grandeur = grandeur;
     bloc->MetàJour();
     EXPECT_EQ(Lues(bloc), lues) << grandeur;

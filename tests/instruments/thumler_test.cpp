@@ -124,12 +124,9 @@ TEST_F(UnThumler, ArrêteLeProgrammeSurUneLiaisonPerdueOuUneRéponseFausse) {
   usb.branché = true;
   carte.Initialise();
   // What the next answer brings is dropped; the end of an earlier one is no answer.
-  for (const auto& [réponse, raisons] :
-       essai::Cas<const char*, std::size_t>{{"B 1;2\n", 1},
-                                            {"A 12\n", 1},
-                                            {"A 1;2;3\n", 1},
-                                            {"A 00001;2A 3;4\n", 0},
-                                            {"\nA 3;4\n", 0}}) {
+  const std::tuple<const char*, std::size_t> cas[] = {
+      {"B 1;2\n", 1}, {"A 12\n", 1}, {"A 1;2;3\n", 1}, {"A 00001;2A 3;4\n", 0}, {"\nA 3;4\n", 0}};
+  for (const auto& [réponse, raisons] : cas) {
     fin.raisons.clear();
     usb.réponseForcée = réponse;
     (void)Passe();
