@@ -169,26 +169,21 @@ TEST_F(UnTesteurCBR, DémarreEtArrêteParUneSuiteDePauses) {
 }
 
 // A host's clock that serves one event while it sleeps.
-class HorlogeQuiSert : public Horloge {
- public:
-  explicit HorlogeQuiSert(sim::HorlogeVirtuelle& horloge) : horloge_(horloge) {}
+struct HorlogeQuiSert : Horloge {
+  explicit HorlogeQuiSert(sim::HorlogeVirtuelle& h) : horloge(h) {}
   [[nodiscard]] std::string TexteHeure() const override { return {}; }
   void Dort(double secondes) override {
-    const double fin = horloge_.Maintenant() + secondes * 1e6;
+    const double fin = horloge.Maintenant() + secondes * 1e6;
     if (événement && heure <= fin) {
       AvanceJusquà(heure);
       std::exchange(événement, nullptr)();
     }
     AvanceJusquà(fin);
   }
-  void AvanceJusquà(double cible) {
-    if (cible > horloge_.Maintenant()) horloge_.Avance(cible - horloge_.Maintenant());
-  }
+  void AvanceJusquà(double cible) { horloge.Avance(std::max(0.0, cible - horloge.Maintenant())); }
+  sim::HorlogeVirtuelle& horloge;
   std::function<void()> événement;
   double heure = 0;  ///< of the event, microseconds
-
- private:
-  sim::HorlogeVirtuelle& horloge_;
 };
 
 class UneCarteCBR : public testing::Test, public essai::BancInstrument {
