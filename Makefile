@@ -5,7 +5,7 @@ SHELL := /bin/bash
 .DEFAULT_GOAL := help
 .PHONY: help deps demo test bench fuzz images lint format clean
 
-PACKAGES := g++ cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
+PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev \
             qt6-base-dev qt6-charts-dev libqt6opengl6-dev
 PACKAGES_BENCH := libbenchmark-dev valgrind

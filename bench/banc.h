@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "bench/lignes.h"
+#include "boards/table_des_drivers.h"
 #include "core/chassis.h"
 #include "host/problemes.h"
 #include "outils/dossier_provisoire.h"
@@ -63,7 +64,7 @@ class Banc {
   std::int32_t index_;
   essai::DossierProvisoire dossier_;
   Ref<host::Recueil> recueil_ = Crée<host::Recueil>();
-  sim::MachineSimulée machine_{*recueil_};
+  sim::MachineSimulée machine_{*recueil_, CréeLesDrivers()};
   Ref<linux_::Traducteur> traducteur_ = Crée<linux_::Traducteur>();
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_ = Crée<linux_::Securite>(machine_.horloge);

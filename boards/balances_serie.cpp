@@ -17,11 +17,19 @@ constexpr std::string_view kSansPoids = "+99999";  // sent while there is no wei
 constexpr std::size_t kLRPCMinimum = 6;            // a frame is read once more than this came in
 constexpr double kMillièmes = 1000;                // of the unit in LRPC frames
 
+// What a serial channel has received and not yet decoded.
+struct TamponSérie : EtatPilote {
+  Octets reçu;
+  bool entamé = false;  // a frame began and is not complete
+  // Of the last reopening or first byte, microseconds; long ago at first.
+  double heure = -std::numeric_limits<double>::infinity();
+};
+
 // The line of a channel for one refresh: what came in, and the time since it last began anew.
 class Ecoute {
  public:
   explicit Ecoute(Canal& canal)
-      : bloc_(canal.Parent()), tampon_(canal.Tampon()), ligne_(bloc_->RS()) {
+      : bloc_(canal.Parent()), tampon_(canal.Etat<TamponSérie>()), ligne_(bloc_->RS()) {
     ecoute_serie::Relève(*ligne_, tampon_.reçu);
   }
 

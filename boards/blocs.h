@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/poursuite.h"
+#include "base/poursuite.h"
 #include "tree/carte.h"
 
 /// What the operations of several drivers share.

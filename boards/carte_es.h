@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "core/echec.h"
-#include "tree/driver_table.h"
+#include "base/echec.h"
+#include "tree/ligne_driver.h"
 #include "tree/materiel.h"
 
 namespace zuma {

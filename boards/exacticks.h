@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/ref.h"
+#include "base/ref.h"
 #include "platform/services.h"
 
 namespace zuma {

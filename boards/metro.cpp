@@ -86,15 +86,16 @@ void ExigeLesNuméros(const Fonction& bloc) {
 
 // A block without gauge goes out of service.
 void TermineLeDémarrage(Fonction& bloc) {
-  if (bloc.Metro().Metro_CanalActif == 0) bloc.Enabled(false);
-  bloc.Metro().Metro_Temps = bloc.LeTimer()->LitMicrosecondes();
+  if (bloc.Etat<EtatMETRO>().Metro_CanalActif == 0) bloc.Enabled(false);
+  bloc.Etat<EtatMETRO>().Metro_Temps = bloc.LeTimer()->LitMicrosecondes();
   ExigeLesNuméros(bloc);
 }
 
 void DémarreMETRO(Fonction& bloc) {
   ecoute_serie::OuvreLaLigne(bloc);
   for (std::int32_t n = 1; n <= kJaugesMaximum; ++n) {
-    if (metro::ContrôleCanal(n, *bloc.RS(), *bloc.LeTimer())) bloc.Metro().Metro_CanalActif = n;
+    if (metro::ContrôleCanal(n, *bloc.RS(), *bloc.LeTimer()))
+      bloc.Etat<EtatMETRO>().Metro_CanalActif = n;
   }
   TermineLeDémarrage(bloc);
 }
@@ -103,7 +104,7 @@ void DémarreMETRO(Fonction& bloc) {
 // at that.
 void DémarreMUX(Fonction& bloc) {
   ecoute_serie::OuvreLaLigne(bloc);
-  auto& valides = bloc.Metro().Metro_CanauxValides;
+  auto& valides = bloc.Etat<EtatMETRO>().Metro_CanauxValides;
   valides.clear();
   for (std::int32_t n = 1; n <= bloc.LesCanaux().Count(); ++n) {
     if (metro::ContrôleCanalMETRO_MUX2_4_8(n, *bloc.RS(), *bloc.LeTimer())) valides.push_back(n);
@@ -129,14 +130,14 @@ std::optional<double>* Entrée(TableMETRO& table, const Canal& canal) {
 }
 
 void DemandeMETRO(Fonction& bloc, double maintenant) {
-  EtatMETRO& état = bloc.Metro();
+  EtatMETRO& état = bloc.Etat<EtatMETRO>();
   état.Metro_Temps = maintenant;
   état.tampon.clear();
   bloc.RS()->EcritPort(std::to_string(état.Metro_CanalActif) + std::string(kFinDeLigne));
 }
 
 void RafraîchitMETRO(Fonction& bloc) {
-  EtatMETRO& état = bloc.Metro();
+  EtatMETRO& état = bloc.Etat<EtatMETRO>();
   if (état.Metro_CanalActif == 0) return;
   const LiaisonSérieRef ligne = bloc.RS();
   ecoute_serie::Relève(*ligne, état.tampon);
@@ -158,7 +159,7 @@ void RafraîchitMETRO(Fonction& bloc) {
 }
 
 void DemandeMUX(Fonction& bloc, double maintenant) {
-  EtatMETRO& état = bloc.Metro();
+  EtatMETRO& état = bloc.Etat<EtatMETRO>();
   état.enCours = true;
   état.Metro_Temps = maintenant;
   état.tampon.clear();
@@ -185,7 +186,7 @@ void DonneAuCanal(const Fonction& bloc, std::int32_t numéro, double valeur) {
 // One gauge after the other, one request on the line at a time. A gauge that is silent or late
 // loses its turn and keeps its value.
 void RafraîchitMUX(Fonction& bloc) {
-  EtatMETRO& état = bloc.Metro();
+  EtatMETRO& état = bloc.Etat<EtatMETRO>();
   if (état.Metro_CanauxValides.empty()) return;
   const LiaisonSérieRef ligne = bloc.RS();
   ecoute_serie::Relève(*ligne, état.tampon);

@@ -1,9 +1,25 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "platform/collaborateurs.h"
 #include "platform/liaison_serie.h"
+#include "tree/etat_pilote.h"
+
+namespace zuma {
+
+/// State of a METRO link, kept from pass to pass.
+struct EtatMETRO : EtatPilote {
+  std::int32_t Metro_CanalActif = 0;              ///< gauge found on the link; 0 is none
+  double Metro_Temps = 0;                         ///< of the last request, in microseconds
+  std::vector<std::int32_t> Metro_CanauxValides;  ///< gauges that answered on a multiplexer
+  std::size_t rang = 0;                           ///< of the gauge asked, in `Metro_CanauxValides`
+  bool enCours = false;                           ///< the first gauge was asked
+  Octets tampon;
+};
+
+}  // namespace zuma
 
 /// METRO gauges, alone on a line or behind a multiplexer.
 namespace zuma::metro {

@@ -42,6 +42,12 @@ consteval bool ParCanalPossible() {
 }
 
 // A board that weighs its word takes some words for the same one.
+// Last word of the logic inputs, which the change test compares; none before the first read. It is
+// the block's own: two blocks on one board each see every change.
+struct DernierMot : EtatPilote {
+  std::optional<std::uint32_t> mot;
+};
+
 template <class Board>
 bool PassePourLeMême(std::uint32_t mot, std::uint32_t précédent) {
   if constexpr (requires { Board::Poids(mot); }) {
@@ -55,7 +61,7 @@ bool PassePourLeMême(std::uint32_t mot, std::uint32_t précédent) {
 // seen.
 template <class Board>
 void DémarreEntrées(Fonction& bloc) {
-  bloc.MotPrécédent({});
+  bloc.Etat<DernierMot>().mot.reset();
   auto& board = bloc.PiloteDe<Board>();
   if constexpr (requires { board.DémarreEntrées(true); }) {
     board.DémarreEntrées(AvecBlocs(*bloc.LaCarte(), FctSortiesLogiques));
@@ -87,16 +93,16 @@ void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
 template <class Board>
 void RafraîchitEntrées(Fonction& bloc) {
   const std::uint32_t mot = bloc.PiloteDe<Board>().LitEntrées();
-  const auto précédent = bloc.MotPrécédent();
+  auto& précédent = bloc.Etat<DernierMot>().mot;
   if (précédent == mot) {
     for (const CanalRef& canal : bloc.LesCanaux()) canal->DateLaLecture();
     return;
   }
   if (précédent && PassePourLeMême<Board>(mot, *précédent)) {
-    bloc.MotPrécédent({});  // not seen in this refresh, but in the next
+    précédent.reset();  // not seen in this refresh, but in the next
     return;
   }
-  bloc.MotPrécédent(mot);
+  précédent = mot;
   RépartitLesBits<Board>(bloc, mot);
 }
 

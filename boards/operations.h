@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tree/driver_table.h"
+#include "tree/ligne_driver.h"
 
 /// Operations of the boards, one record for each driver value that selects them.
 namespace zuma::pilotes {

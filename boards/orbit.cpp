@@ -4,11 +4,16 @@
 #include <string>
 #include <string_view>
 
+#include "base/garde.h"
 #include "boards/operations.h"
-#include "core/garde.h"
 
 namespace zuma {
 namespace {
+
+// Key of the channel that the block read last: it reads one a cycle.
+struct DernierLu : EtatPilote {
+  std::string clé;
+};
 
 constexpr std::int32_t kRéseau = 0;
 constexpr int kRemisesAZéro = 2;
@@ -65,10 +70,11 @@ void orbit::DémarreCanal(Canal& canal) {
 }
 
 void orbit::RafraîchitBloc(Fonction& bloc) {
-  const CanalRef canal = Suivant(bloc.LesCanaux(), bloc.DernierCanal());
+  std::string& dernier = bloc.Etat<DernierLu>().clé;
+  const CanalRef canal = Suivant(bloc.LesCanaux(), dernier);
   if (!canal) return;
   canal->MetàJour();
-  bloc.DernierCanal(canal->Key());
+  dernier = canal->Key();
 }
 
 // A failed reading counts as the last good one, so that a mean never takes in a 0 that no probe

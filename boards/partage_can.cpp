@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "tree/driver_table.h"
+#include "tree/fonction.h"
 
 namespace zuma::partage_can {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 using enum ENUM_DRIVER;
 
 std::string DriverDuBloc(const Canal& canal) {
-  return std::string(LigneDuDriver(canal.Parent()->Driver_enm()).texteFonction);
+  return std::string(canal.Parent()->LeDriver().texteFonction);
 }
 std::string Numéro(const Canal& canal) {
   return std::to_string(canal.NuméroCanal());

@@ -4,10 +4,10 @@
 #include <array>
 #include <string>
 
+#include "base/garde.h"
 #include "boards/blocs.h"
 #include "boards/operations.h"
 #include "boards/partage_can.h"
-#include "core/garde.h"
 
 namespace zuma {
 namespace {
@@ -135,10 +135,11 @@ bool Pci7841::Tente(Canal& canal) {
   canal.NuméroDeNoeud(static_cast<std::int16_t>(noeud));
   if (noeud == kEchec) return false;
   const std::int32_t a = LirePositionID(port, noeud);
-  canal.IdentifiantsLus(a, canal.Canal_IdentifiantB());
+  auto& identifiants = canal.Etat<IdentifiantsDeRègle>();
+  identifiants.a = a;
   if (a == kEchec || ConfigureRègle(port, noeud, kParamètres) != 0) return false;
   const std::int32_t b = LireStatusID(port, noeud);
-  canal.IdentifiantsLus(a, b);
+  identifiants.b = b;
   if (b == kEchec) return false;
   DémarreRègle(port, a, noeud);
   return true;
@@ -212,6 +213,11 @@ void DémarreCarte25(Carte& carte) {
   }
 }
 
+// The CAN port that a block opened.
+struct PortOuvert : EtatPilote {
+  std::optional<std::int32_t> poignée;
+};
+
 void DémarreCanal25(Canal& canal) {
   canal.EnService(false);
   for (int i = 0; i < kTentatives; ++i) {
@@ -224,23 +230,23 @@ void DémarreCanal25(Canal& canal) {
 
 // Between two frames of the ruler the value stays.
 void LitCanal25(Canal& canal) {
-  const auto position =
-      canal.PiloteDe<Pci7841>().LirePosition(canal.NuméroCanal(), canal.Canal_IdentifiantB());
+  const auto position = canal.PiloteDe<Pci7841>().LirePosition(canal.NuméroCanal(),
+                                                               canal.Etat<IdentifiantsDeRègle>().b);
   if (position) canal.ValeurCanal(*position);
 }
 
 void FermeBloc26(Fonction& bloc) noexcept {
-  const auto poignée = bloc.HandleCAN();
-  if (!poignée) return;
-  bloc.LaPlateforme().can->CanCloseDriver(*poignée);
-  bloc.HandleCAN({});
+  auto* const port = bloc.EtatOuRien<PortOuvert>();
+  if (port == nullptr || !port->poignée) return;
+  bloc.LaPlateforme().can->CanCloseDriver(*port->poignée);
+  port->poignée.reset();
 }
 
 void OuvreBloc26(Fonction& bloc) {
   FermeBloc26(bloc);
   const std::int32_t poignée = PCI7841B::InitCarteCAN(
       bloc, bloc.Base(), bloc.PortCAN(), 0, kMasqueToutPasse, bloc.ModeCAN(), bloc.VitesseCAN());
-  bloc.HandleCAN(poignée);
+  bloc.Etat<PortOuvert>().poignée = poignée;
   for (const CanalRef& canal : bloc.LesCanaux()) canal->HandlePort(poignée);
   if (bloc.MAJParFonction() && bloc.LesCanaux().Count() != 0) {
     (void)bloc.PiloteDe<PCI7841B>().LaRègle(poignée, (*bloc.LesCanaux().begin())->PositionID());

@@ -10,6 +10,13 @@
 
 namespace zuma {
 
+/// Identifiers that a ruler of driver 25 gave at its start: of its start message and of its
+/// positions. Those of the configuration serve the other rulers.
+struct IdentifiantsDeRègle : EtatPilote {
+  std::int32_t a = 0;
+  std::int32_t b = 0;
+};
+
 /// First generation of the CAN card's driver (25): rulers that send their position unasked, one on
 /// each port. The card is the one at the block's address.
 class Pci7841 : public Pilote {

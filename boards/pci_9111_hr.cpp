@@ -4,9 +4,9 @@
 #include <limits>
 #include <string>
 
+#include "base/garde.h"
 #include "boards/gain_automatique.h"
 #include "boards/operations.h"
-#include "core/garde.h"
 #include "tree/carte.h"
 
 namespace zuma {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "platform/can.h"
 #include "tree/materiel.h"
 

@@ -10,11 +10,17 @@ namespace {
 constexpr std::int32_t kPort = 90;
 constexpr std::int32_t kMode = 1;
 
+// State of an amplifier that a block opened.
+struct EtatSpider : EtatPilote {
+  bool ouvert = false;
+  std::vector<std::int32_t> Spider_Canaux;  ///< its channels, from 0, in the order of the block's
+};
+
 }  // namespace
 
 void spider_8::Démarre(Fonction& bloc) {
   BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
-  EtatSpider& état = bloc.Spider();
+  EtatSpider& état = bloc.Etat<EtatSpider>();
   (void)lib.S8_InitAll(kPort, kMode);
   état.ouvert = true;
   const std::int32_t nombre = bloc.LesCanaux().Count();
@@ -28,7 +34,7 @@ void spider_8::Démarre(Fonction& bloc) {
 // had.
 void spider_8::Rafraîchit(Fonction& bloc) {
   BibliothèqueSpider& lib = *bloc.LaPlateforme().spider;
-  const auto& rangs = bloc.Spider().Spider_Canaux;
+  const auto& rangs = bloc.Etat<EtatSpider>().Spider_Canaux;
   const bool mesuré = lib.S8_MeasOneVal() == BibliothèqueSpider::kRéussi;
   std::size_t rang = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
@@ -42,8 +48,9 @@ void spider_8::Rafraîchit(Fonction& bloc) {
 }
 
 void spider_8::Termine(Fonction& bloc) noexcept {
-  if (!bloc.Spider().ouvert) return;
-  bloc.Spider().ouvert = false;
+  EtatSpider* const état = bloc.EtatOuRien<EtatSpider>();
+  if (état == nullptr || !état->ouvert) return;
+  état->ouvert = false;
   bloc.LaPlateforme().spider->S8_CloseDevice();
   bloc.LaPlateforme().spider->S8_ClosePort();
 }

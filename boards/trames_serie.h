@@ -7,7 +7,7 @@
 #include <string_view>
 #include <tuple>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 /// Frames of the serial balances, indicators and gauges. Pure functions on the bytes received: no
 /// line here, and nothing fails. What cannot be read leaves the kept value.

@@ -3,14 +3,34 @@
 
 #include <utility>
 
-#include "core/garde.h"
+#include "base/garde.h"
 
 namespace zuma {
+
 namespace {
 
 constexpr double kMicrosecondes = 1'000'000;
 
 }  // namespace
+
+Commande::~Commande() {
+  (void)Commande::ResetFeuilleEtalonnage();
+}
+
+Valeur Commande::ResetFeuilleEtalonnage() {
+  const auto feuille = std::exchange(feuille_, nullptr);
+  if (feuille) feuille->OublieSonObjet();
+  return {};
+}
+
+Valeur Commande::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
+  return Garde(*this, Forme::Méthode, "EtalonnageExterieur", [&]() -> Valeur {
+    if (TypeCommande_ != ENUM_TYPE_COMMANDE::Recopie) return {};
+    LaPlateforme().fenêtres->Etalonne(*this, chassis_.lock(),
+                                      {feuille_, traducteur_, FeuilleMere_obj});
+    return {};
+  });
+}
 
 double Commande::Heure() const {
   return Timer()->LitMicrosecondes() / kMicrosecondes;

@@ -7,10 +7,10 @@
 #include <span>
 #include <string>
 
+#include "base/objet.h"
+#include "base/table_etalonnage.h"
 #include "commands/dither.h"
 #include "commands/servo.h"
-#include "core/objet.h"
-#include "core/table_etalonnage.h"
 #include "logic/sortie_logique.h"
 #include "platform/base_de_donnees.h"
 #include "sensors/capteur.h"
@@ -19,7 +19,6 @@
 namespace zuma {
 
 class Chassis;
-class Cmde_Normale_Extrn_Calibration;
 class FenêtreHôte;
 
 /// Kind of a command; 0 takes no action.
@@ -230,7 +229,7 @@ class Commande : public Objet {
   CapteurRef alimentation_;
   CapteurRef utilisation_;
   Ref<Recordset> LeRecordset_;
-  Ref<Cmde_Normale_Extrn_Calibration> feuille_;
+  Ref<FeuilleTenue> feuille_;
   Ref<ZED_Traduction> traducteur_;
   std::weak_ptr<Chassis> chassis_;
   std::string CommentaireEtalonnage_;

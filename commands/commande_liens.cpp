@@ -1,7 +1,7 @@
 // References of a command to its channel, sensors, logic outputs and parameter.
+#include "base/garde.h"
 #include "commands/commande.h"
 #include "core/chassis.h"
-#include "core/garde.h"
 #include "core/liaison.h"
 #include "core/recherche.h"
 

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <array>
 
+#include "base/colonnes.h"
+#include "base/garde.h"
+#include "base/outils_communs.h"
+#include "base/somme_de_controle.h"
 #include "commands/commande.h"
-#include "core/colonnes.h"
-#include "core/garde.h"
-#include "core/outils_communs.h"
-#include "core/somme_de_controle.h"
 
 namespace zuma {
 namespace {

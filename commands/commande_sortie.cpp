@@ -2,9 +2,9 @@
 #include <array>
 #include <cmath>
 
+#include "base/garde.h"
+#include "base/publication.h"
 #include "commands/commande.h"
-#include "core/garde.h"
-#include "core/publication.h"
 
 namespace zuma {
 void Commande::MetàJour() {

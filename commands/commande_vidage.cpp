@@ -1,6 +1,6 @@
 // Diagnostic dump of a command.
 #include "commands/commande.h"
-#include "core/vidage.h"
+#include "tree/vidage_arbre.h"
 
 namespace zuma {
 
@@ -28,7 +28,7 @@ void Commande::AutoSave(const std::string& Ou) const {
   BlocDeVidage bloc(4, "*                        Commande                          *");
   bloc.Texte("Nom de la Commande :           ", NomDeLaCommande_);
   bloc.Texte("Index de la Commande :         ", Key());
-  bloc.CanalConnecté(mobjCanal);
+  VideLeCanal(bloc, mobjCanal);
   bloc.Choix("Commande Autorisée :           ", kNonOui, mblnEnabled ? 1 : 0);
   bloc.Champs<Commande>(*this, Vidage::kEtalonnage);
   bloc.Choix("Sortie saturée :               ", kNonOui, propSortieSaturée ? 1 : 0);

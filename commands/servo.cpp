@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma::servo {
 namespace {

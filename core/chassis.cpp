@@ -1,8 +1,8 @@
 #include "core/chassis.h"
 
-#include "core/garde.h"
+#include "base/garde.h"
+#include "base/poursuite.h"
 #include "core/ordre_des_cartes.h"
-#include "core/poursuite.h"
 
 namespace zuma {
 namespace {

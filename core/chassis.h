@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "base/objet.h"
 #include "commands/commande.h"
 #include "core/collections.h"
-#include "core/objet.h"
 #include "logic/entree_logique.h"
 #include "logic/sortie_logique.h"
 #include "logic/watchdog.h"

@@ -1,11 +1,11 @@
 // Loading of a frame from its database.
 #include <string>
 
+#include "base/colonnes.h"
+#include "base/garde.h"
+#include "base/lignes.h"
+#include "base/requetes.h"
 #include "core/chassis.h"
-#include "core/colonnes.h"
-#include "core/garde.h"
-#include "core/lignes.h"
-#include "core/requetes.h"
 
 namespace zuma {
 namespace {
@@ -88,7 +88,7 @@ void Chassis::ChargeCartes(const Ref<BaseDeDonnées>& base, std::int32_t chassis
 void Chassis::ElagueLesSortiesModbus() {
   for (const CarteRef& carte : *Cartes()) {
     for (const FonctionRef& fonction : carte->LesFonctions()) {
-      if (fonction->Driver_enm() != ENUM_DRIVER::DrvModBus ||
+      if (!fonction->LeDriver().élagueLesSorties ||
           fonction->TypeDeFonction() != ENUM_TYPE_FONCTION::FctSortiesLogiques) {
         continue;
       }

@@ -3,10 +3,10 @@
 #include <string>
 #include <unordered_set>
 
+#include "base/garde.h"
+#include "base/requetes.h"
 #include "core/chassis.h"
-#include "core/garde.h"
 #include "core/recherche.h"
-#include "core/requetes.h"
 
 namespace zuma {
 namespace {

@@ -1,7 +1,7 @@
 // The refresh pass.
+#include "base/en_cours.h"
+#include "base/garde.h"
 #include "core/chassis.h"
-#include "core/en_cours.h"
-#include "core/garde.h"
 #include "core/ordre_des_cartes.h"
 
 namespace zuma {

@@ -1,6 +1,6 @@
 // Diagnostic dump of a frame: its own block, then its objects in the order of their lines.
+#include "base/vidage.h"
 #include "core/chassis.h"
-#include "core/vidage.h"
 
 namespace zuma {
 

@@ -11,23 +11,12 @@
 #include <utility>
 #include <vector>
 
-#include "core/ref.h"
-#include "core/valeur.h"
+#include "base/cles.h"
+#include "base/ref.h"
+#include "base/valeur.h"
 #include "platform/plateforme.h"
 
 namespace zuma {
-
-/// Comparison of collection keys: letter case is ignored, accents are not.
-[[nodiscard]] bool MêmeClé(std::string_view a, std::string_view b) noexcept;
-/// The same as a relation, and a hash that goes with it.
-struct MêmesClés {
-  using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const noexcept { return MêmeClé(a, b); }
-};
-struct EmpreinteDeClé {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view clé) const noexcept;
-};
 
 /// What the operations of a collection do with their failures.
 enum class EchecsCollection {

@@ -1,6 +1,6 @@
 #include "core/liaison.h"
 
-#include "core/outils_communs.h"
+#include "base/outils_communs.h"
 #include "core/recherche.h"
 
 namespace zuma::liaison {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/objet.h"
+#include "base/objet.h"
 #include "tree/canal.h"
 
 namespace zuma {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma {
 namespace {

@@ -9,6 +9,7 @@
 #include "core/chassis.h"
 #include "core/recherche.h"
 #include "dialogs/affichage_court.h"
+#include "dialogs/fenetres_d_etalonnage.h"
 
 namespace zuma {
 namespace {
@@ -35,7 +36,7 @@ const FeuilleEtalonnage::Modèle Cmde_Normale_Extrn_Calibration::kModèle{
     "Calibration Commande Externe", {"Unité", "Valeur de sortie"}, kUnités};
 
 void Cmde_Normale_Extrn_Calibration::Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi,
-                                            Fenêtres& fenêtres, FenêtreHôte* mère) {
+                                            FenêtresDEtalonnage& fenêtres, FenêtreHôte* mère) {
   Ouvre(mère, [&] { fenêtres.Montre(moi, mère); });
 }
 
@@ -66,7 +67,7 @@ void Cmde_Normale_Extrn_Calibration::Reçoit(Chassis& chassis) {
   Timer1();
 }
 
-void Cmde_Normale_Extrn_Calibration::OublieLaCommande() noexcept {
+void Cmde_Normale_Extrn_Calibration::OublieSonObjet() noexcept {
   commande_ = nullptr;
   Ferme();
 }

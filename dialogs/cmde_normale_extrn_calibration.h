@@ -7,6 +7,7 @@ namespace zuma {
 
 class Chassis;
 class Commande;
+class FenêtresDEtalonnage;
 
 /// Form on which a technician edits the calibration table of a copying command and chooses the
 /// sensor that it follows. Column 0 of the grid holds units, column 1 points.
@@ -21,14 +22,14 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
   Cmde_Normale_Extrn_Calibration() : FeuilleEtalonnage(kModèle) {}
 
   /// Gives the form its window, or brings the one that it has to the front.
-  void Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi, Fenêtres& fenêtres,
+  void Montre(const Ref<Cmde_Normale_Extrn_Calibration>& moi, FenêtresDEtalonnage& fenêtres,
               FenêtreHôte* mère);
   /// Takes the command. One that copies no sensor is told in a message, and the form hides.
   void Reçoit(Commande& commande);
   /// Takes the frame whose sensors can be followed, and fills the form.
   void Reçoit(Chassis& chassis);
   /// The command goes away. Once its frame alone went, the next refresh closes the form.
-  void OublieLaCommande() noexcept;
+  void OublieSonObjet() noexcept override;
 
   /// The sensors' labels.
   ListeDeChoix CmbCapteurARecopier;

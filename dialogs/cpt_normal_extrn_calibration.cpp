@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dialogs/affichage_court.h"
+#include "dialogs/fenetres_d_etalonnage.h"
 #include "sensors/capteur.h"
 
 namespace zuma {
@@ -31,12 +32,12 @@ void Cpt_Normal_Extrn_Calibration::Reçoit(Capteur& capteur) {
 }
 
 void Cpt_Normal_Extrn_Calibration::Montre(const Ref<Cpt_Normal_Extrn_Calibration>& moi,
-                                          Fenêtres& fenêtres, FenêtreHôte* mère) {
+                                          FenêtresDEtalonnage& fenêtres, FenêtreHôte* mère) {
   Timer1();
   Ouvre(mère, [&] { fenêtres.Montre(moi, mère); });
 }
 
-void Cpt_Normal_Extrn_Calibration::OublieLeCapteur() noexcept {
+void Cpt_Normal_Extrn_Calibration::OublieSonObjet() noexcept {
   capteur_ = nullptr;
   Ferme();
 }

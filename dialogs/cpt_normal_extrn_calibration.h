@@ -5,6 +5,7 @@
 namespace zuma {
 
 class Capteur;
+class FenêtresDEtalonnage;
 
 /// Form on which a user calibrates a sensor on the machine: the live raw and present values beside
 /// the table of points, the displayed name and the unit. Column 0 of the grid holds points, column
@@ -23,9 +24,10 @@ class Cpt_Normal_Extrn_Calibration final : public FeuilleEtalonnage {
   /// a message, and the form closes.
   void Reçoit(Capteur& capteur);
   /// Gives the form its window, or brings the one that it has to the front.
-  void Montre(const Ref<Cpt_Normal_Extrn_Calibration>& moi, Fenêtres& fenêtres, FenêtreHôte* mère);
+  void Montre(const Ref<Cpt_Normal_Extrn_Calibration>& moi, FenêtresDEtalonnage& fenêtres,
+              FenêtreHôte* mère);
   /// The sensor goes away.
-  void OublieLeCapteur() noexcept;
+  void OublieSonObjet() noexcept override;
 
   std::string TxtNomAffiche;
   std::string TxtUnite;

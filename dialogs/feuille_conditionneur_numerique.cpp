@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/outils_communs.h"
+#include "base/outils_communs.h"
 
 namespace zuma {
 namespace {

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <utility>
 
-#include "core/colonnes.h"
-#include "core/objet.h"
-#include "core/outils_communs.h"
+#include "base/colonnes.h"
+#include "base/objet.h"
+#include "base/outils_communs.h"
 #include "dialogs/affichage_court.h"
 
 namespace zuma {

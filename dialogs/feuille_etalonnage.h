@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "core/ref.h"
-#include "core/table_etalonnage.h"
+#include "base/ref.h"
+#include "base/table_etalonnage.h"
 #include "platform/base_de_donnees.h"
 #include "platform/collaborateurs.h"
 #include "platform/fenetres.h"
@@ -25,7 +25,7 @@ class Objet;
 /// public, hands over what was typed, calls `Timer1` every `kPériode` and goes away when `Visible`
 /// turns false. The window holds a reference to the form for as long as it stands and while it
 /// calls it: what a call reaches, a message or a listener, may take object, frame and window away.
-class FeuilleEtalonnage {
+class FeuilleEtalonnage : public FeuilleTenue {
  public:
   static constexpr double kPériode = 0.2;  ///< seconds between two refreshes of the live values
   static constexpr int kRangées = TableEtalonnage::kMaxPoints + 1;  ///< row 0 is the header
@@ -44,7 +44,7 @@ class FeuilleEtalonnage {
 
   FeuilleEtalonnage(const FeuilleEtalonnage&) = delete;
   FeuilleEtalonnage& operator=(const FeuilleEtalonnage&) = delete;
-  virtual ~FeuilleEtalonnage() = default;
+  ~FeuilleEtalonnage() override = default;
 
   /// Without a translator captions stay as they are.
   void Traducteur(Ref<ZED_Traduction> traducteur) { traducteur_ = std::move(traducteur); }

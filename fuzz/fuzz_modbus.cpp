@@ -1,7 +1,7 @@
 // Modbus answers on any bytes: the analysis ends within its frames and a good answer has a good
 // checksum.
-#include "core/echec.h"
-#include "core/outils_modbus.h"
+#include "base/echec.h"
+#include "base/outils_modbus.h"
 #include "fuzz/entree.h"
 
 using namespace zuma;

@@ -1,7 +1,7 @@
 // Answers of the instruments that sensors ask, on any bytes.
 #include <cmath>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "fuzz/entree.h"
 #include "sensors/trames_capteur.h"
 

@@ -24,12 +24,6 @@ bool EstPilotée(Carte& carte) {
                              [](const FonctionRef& bloc) { return EstUneSortie(*bloc); });
 }
 
-bool EstLaissée(const Carte& carte) {
-  const LigneDriver& ligne = LigneDuDriver(carte.Driver_enm());
-  return ligne.service == ServiceCarte::ParFonction && ligne.carte != nullptr &&
-         ligne.carte->rafraîchit != nullptr;
-}
-
 // A slave that is silent holds its bus for the whole time-out, and a stop behind it must still get
 // its turn, and one more.
 double ReposAuPlus(const std::vector<CarteRef>& pilotées) {
@@ -91,7 +85,7 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
   chassis_.MiseàJourDesLiens();
   for (const CarteRef& carte : *chassis_.Cartes()) {
     carte->Lien(paramètres_.Collection());
-    if (EstLaissée(*carte)) laissées_.push_back(carte);
+    if (carte->LeDriver().EstLaisséeALHôte()) laissées_.push_back(carte);
   }
   if (Interruption::Demandée()) throw std::runtime_error("asked to end during the load");
   if (recueil_->Problèmes().empty()) return {};

@@ -1,7 +1,7 @@
 #include "host/configuration.h"
 
-#include "core/echec.h"
-#include "core/outils_communs.h"
+#include "base/echec.h"
+#include "base/outils_communs.h"
 #include "host/interruption.h"
 #include "platform/linux/base_sqlite.h"
 #include "platform/linux/texte_ligne.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/verbes.h"
+#include "host/problemes.h"
 #include "host/verifie_donnees.h"
 
 namespace zuma::host {
@@ -83,18 +83,14 @@ std::vector<Problème> ProblèmesDesDonnées(BaseDeDonnées& base, Chassis& chas
                                           std::int32_t index) {
   const Rangées rangées = RangéesDe(chassis, index);
   Recueil recueil;
-  VérifieLesDonnées(base, recueil, [&](const linux_::TableDuSchéma& table, const Recordset& ligne) {
-    const Valeur* clé = ChampNommé(ligne, table.liaison ? "Chassis" : "Index");
-    if (clé == nullptr || EstNul(*clé)) return false;
-    return rangées.contains({table.liaison ? "Chassis" : table.nom, VersTexte(*clé)});
-  });
+  VérifieLesDonnées(
+      base, *chassis.LaPlateforme().drivers, recueil,
+      [&](const linux_::TableDuSchéma& table, const Recordset& ligne) {
+        const Valeur* clé = ChampNommé(ligne, table.liaison ? "Chassis" : "Index");
+        if (clé == nullptr || EstNul(*clé)) return false;
+        return rangées.contains({table.liaison ? "Chassis" : table.nom, VersTexte(*clé)});
+      });
   return recueil.Problèmes();
-}
-
-int DitLeRefus(const DépartRefusé& refus, bool json) {
-  if (json) std::printf("{\"refused\":%s}\n", EnJson(refus.Problèmes(), kUneLigne).c_str());
-  std::fprintf(stderr, "zuma: %s\n", refus.what());
-  return kProblèmes;
 }
 
 }  // namespace zuma::host

@@ -43,7 +43,4 @@ using MalgréTout = std::function<bool(const DépartRefusé&)>;
 [[nodiscard]] std::vector<Problème> ProblèmesDesDonnées(BaseDeDonnées& base, Chassis& chassis,
                                                         std::int32_t index);
 
-/// Tells the refusal, as data on the output if wanted so. Returns the exit code.
-int DitLeRefus(const DépartRefusé& refus, bool json);
-
 }  // namespace zuma::host

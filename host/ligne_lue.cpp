@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "core/echec.h"
+#include "base/echec.h"
 
 namespace zuma::host {
 namespace {

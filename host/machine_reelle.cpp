@@ -4,6 +4,7 @@
 #include <string_view>
 #include <thread>
 
+#include "boards/table_des_drivers.h"
 #include "host/configuration.h"
 #include "host/machine.h"
 #include "platform/linux/plateforme_linux.h"
@@ -13,6 +14,7 @@ namespace {
 
 linux_::RéglagesLinux Choix(const Raccordement& raccordement) {
   linux_::RéglagesLinux choix;
+  choix.drivers = CréeLesDrivers();
   choix.portsSérie = raccordement.ports;
   choix.interfacesCAN = raccordement.can;
   return choix;

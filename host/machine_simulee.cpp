@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <thread>
 
+#include "boards/table_des_drivers.h"
 #include "host/machine.h"
 #include "sim/carte_ik121.h"
 
@@ -43,7 +44,8 @@ constexpr std::array<sim::Fil, 14> kCâblage{{
 // The simulated machine at the pace of a real one, so that a person can follow it.
 class Simulée : public Machine {
  public:
-  Simulée(BoîteDeMessage& messages, Cadence cadence) : machine_(messages), cadence_(cadence) {}
+  Simulée(BoîteDeMessage& messages, Cadence cadence)
+      : machine_(messages, CréeLesDrivers()), cadence_(cadence) {}
 
   Plateforme& Services() override { return machine_.services; }
   Ref<ZED_Timer> Timer() override { return machine_.horloge; }

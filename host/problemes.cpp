@@ -3,7 +3,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "core/empreinte.h"
+#include "base/empreinte.h"
 #include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {

@@ -10,11 +10,11 @@
 #include <unordered_set>
 #include <utility>
 
-#include "core/echec.h"
-#include "core/somme_de_controle.h"
+#include "base/echec.h"
+#include "base/somme_de_controle.h"
 #include "host/ligne_lue.h"
 #include "platform/linux/utf8.h"
-#include "tree/driver_table.h"
+#include "tree/registre_des_drivers.h"
 
 namespace zuma::host {
 namespace {
@@ -69,25 +69,28 @@ constexpr std::array<Attente, 3> kAttentes{{
 struct Choix {
   std::string_view table;
   std::string_view colonne;
-  bool (*connu)(const Valeur&);
+  bool (*connu)(const RegistreDesDrivers& drivers, const Valeur&);
   std::string_view attendu;
 };
 
-bool TypeConnu(const Valeur& v) {
+bool TypeConnu(const RegistreDesDrivers& /*drivers*/, const Valeur& v) {
   constexpr std::array<std::string_view, 4> kTypes{"Entrée Logique", "Sortie Logique",
                                                    "Entrée Analogique", "Sortie Analogique"};
   return std::ranges::find(kTypes, VersTexte(v)) != kTypes.end();
 }
 
-template <ENUM_DRIVER (*kCherche)(const Valeur&) noexcept>
-bool DriverConnu(const Valeur& v) {
-  return kCherche(v) != ENUM_DRIVER::DrvAucun;
+template <auto kCherche>
+bool DriverConnu(const RegistreDesDrivers& drivers, const Valeur& v) {
+  return &(drivers.*kCherche)(v) != &kSansDriver;
 }
 
 constexpr std::array<Choix, 4> kChoix{{
-    {"Carte", "Driver de la Carte", &DriverConnu<&DriverDeCarte>, "the text of a board's driver"},
-    {"Fonction", "Driver", &DriverConnu<&DriverDeFonction>, "the text of a block's driver"},
-    {"Canal", "Driver canal", &DriverConnu<&DriverDeCanal>, "the text of a channel's driver"},
+    {"Carte", "Driver de la Carte", &DriverConnu<&RegistreDesDrivers::DeCarte>,
+     "the text of a board's driver"},
+    {"Fonction", "Driver", &DriverConnu<&RegistreDesDrivers::DeFonction>,
+     "the text of a block's driver"},
+    {"Canal", "Driver canal", &DriverConnu<&RegistreDesDrivers::DeCanal>,
+     "the text of a channel's driver"},
     {"Fonction", "Type de Fonction", &TypeConnu,
      "Entrée Logique, Sortie Logique, Entrée Analogique or Sortie Analogique"},
 }};
@@ -157,9 +160,10 @@ auto Premier(const Liste& liste, Critère&& critère) {
 
 class Vérification {
  public:
-  Vérification(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles,
-               Avancement* avancement)
+  Vérification(BaseDeDonnées& base, const RegistreDesDrivers& drivers, Recueil& recueil,
+               LignesVérifiées lesquelles, Avancement* avancement)
       : base_(base),
+        drivers_(drivers),
         recueil_(recueil),
         lesquelles_(std::move(lesquelles)),
         avancement_(avancement) {}
@@ -297,7 +301,7 @@ class Vérification {
       Signale(table, lignes, nom, "unusable value", Texte(valeur), lue.attente->texte);
       return;
     }
-    if (lue.choix != nullptr && !lue.choix->connu(valeur)) {
+    if (lue.choix != nullptr && !lue.choix->connu(drivers_, valeur)) {
       Signale(table, lignes, nom, "unknown text: it selects nothing", Texte(valeur),
               lue.choix->attendu);
     }
@@ -323,6 +327,7 @@ class Vérification {
   }
 
   BaseDeDonnées& base_;
+  const RegistreDesDrivers& drivers_;
   Recueil& recueil_;
   LignesVérifiées lesquelles_;
   Avancement* avancement_;
@@ -332,9 +337,9 @@ class Vérification {
 
 }  // namespace
 
-void VérifieLesDonnées(BaseDeDonnées& base, Recueil& recueil, LignesVérifiées lesquelles,
-                       Avancement* avancement) {
-  Vérification(base, recueil, std::move(lesquelles), avancement).Parcourt();
+void VérifieLesDonnées(BaseDeDonnées& base, const RegistreDesDrivers& drivers, Recueil& recueil,
+                       LignesVérifiées lesquelles, Avancement* avancement) {
+  Vérification(base, drivers, recueil, std::move(lesquelles), avancement).Parcourt();
 }
 
 }  // namespace zuma::host

@@ -2,7 +2,7 @@
 #include <array>
 #include <string>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "instruments/conditionneur_num_k9.h"
 #include "instruments/conditionneur_num_k9_v1_00.h"
 #include "instruments/instrument.h"
@@ -51,8 +51,14 @@ void Démarre(Carte& carte) {
 }
 
 template <class T>
+void Entretient(Carte& carte, FenêtreHôte& mère) {
+  De<T>(carte).Reglage(&mère);
+}
+
+template <class T>
 constexpr OpérationsCarte kOpérations{.démarre = &Démarre<T>,
-                                      .rafraîchit = &RafraîchitEtPublie<T, kVoies<T>>};
+                                      .rafraîchit = &RafraîchitEtPublie<T, kVoies<T>>,
+                                      .entretient = &Entretient<T>};
 
 }  // namespace
 

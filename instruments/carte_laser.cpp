@@ -62,6 +62,7 @@ void Démarre(Carte& carte) {
 }  // namespace
 
 const OpérationsCarte kLaserEIR{.démarre = &Démarre,
-                                .rafraîchit = &RafraîchitEtPublie<LASER_EIR, kVoies>};
+                                .rafraîchit = &RafraîchitEtPublie<LASER_EIR, kVoies>,
+                                .lieUnParamètre = true};
 
 }  // namespace zuma::instruments

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 #include "instruments/trames_laser.h"
 
 namespace zuma {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/outils_modbus.h"
+#include "base/outils_modbus.h"
 #include "platform/collaborateurs.h"
 #include "platform/liaison_serie.h"
 

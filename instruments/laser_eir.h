@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "core/evenement.h"
+#include "base/evenement.h"
 #include "instruments/class_comm_packet.h"
 #include "instruments/trames_laser.h"
 #include "platform/collaborateurs.h"

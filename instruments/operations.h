@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tree/driver_table.h"
+#include "tree/ligne_driver.h"
 
 /// Operations of the boards that hold an instrument or a drive.
 namespace zuma::instruments {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "tree/carte.h"
 
 namespace zuma::instruments {

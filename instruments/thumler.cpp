@@ -4,8 +4,8 @@
 #include <cmath>
 #include <utility>
 
-#include "core/garde.h"
-#include "core/outils_communs.h"
+#include "base/garde.h"
+#include "base/outils_communs.h"
 
 namespace zuma {
 namespace {

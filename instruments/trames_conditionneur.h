@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "core/outils_modbus.h"
+#include "base/outils_modbus.h"
 
 /// What the data of a digital conditioner's answers mean: bytes in, values out.
 namespace zuma::trames_conditionneur {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 /// Records of the Gram balance: 8 characters of number, sign first, 2 of unit, then CR LF. Pure
 /// functions on the bytes, nothing here fails.

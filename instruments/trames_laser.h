@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma {
 

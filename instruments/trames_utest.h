@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 /// Frames of the CBR tester: "UTEST", total length and function as big-endian words, data, and the
 /// exclusive OR of all that precedes. Pure functions on the bytes, nothing here fails.

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/outils_modbus.h"
+#include "base/outils_modbus.h"
 #include "tree/carte.h"
 #include "tree/doute.h"
 #include "tree/reprise_ligne.h"

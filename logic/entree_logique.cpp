@@ -3,8 +3,8 @@
 
 #include <exception>
 
-#include "core/garde.h"
-#include "core/publication.h"
+#include "base/garde.h"
+#include "base/publication.h"
 #include "logic/etat_activation.h"
 #include "logic/lecteur_clavier.h"
 

@@ -4,8 +4,8 @@
 #include <span>
 #include <string>
 
-#include "core/evenement.h"
-#include "core/objet.h"
+#include "base/evenement.h"
+#include "base/objet.h"
 #include "logic/enumerations.h"
 #include "platform/base_de_donnees.h"
 #include "tree/canal.h"

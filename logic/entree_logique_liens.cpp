@@ -1,5 +1,5 @@
 // References of a logic input to its channel and its parameters.
-#include "core/garde.h"
+#include "base/garde.h"
 #include "core/liaison.h"
 #include "core/recherche.h"
 #include "logic/entree_logique.h"

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <array>
 
+#include "base/colonnes.h"
+#include "base/garde.h"
 #include "core/collections.h"
-#include "core/colonnes.h"
-#include "core/garde.h"
 #include "logic/entree_logique.h"
 #include "logic/etat_activation.h"
 

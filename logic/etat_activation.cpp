@@ -1,6 +1,6 @@
 #include "logic/etat_activation.h"
 
-#include "core/outils_communs.h"
+#include "base/outils_communs.h"
 
 namespace zuma {
 

@@ -1,8 +1,8 @@
 // Diagnostic dump of logic inputs and outputs and of the watchdog.
-#include "core/vidage.h"
 #include "logic/entree_logique.h"
 #include "logic/sortie_logique.h"
 #include "logic/watchdog.h"
+#include "tree/vidage_arbre.h"
 
 namespace zuma {
 namespace {
@@ -18,7 +18,7 @@ void EntréeLogique::AutoSave(const std::string& Ou) const {
   BlocDeVidage bloc(4, "*                      Entrée Logique                      *");
   bloc.Texte("Nom de l'entrée logique :      ", NomDeEntréeLogique_);
   bloc.Texte("Index de l'entrée logique :    ", Key());
-  bloc.CanalConnecté(mobjCanal);
+  VideLeCanal(bloc, mobjCanal);
   bloc.Choix("Etat d'activation de l'EL :    ", kZéroUn, mblnEtatActivation ? 1 : 0);
   bloc.Choix("Valeur courante de l'EL :      ", kEtats,
              static_cast<std::int32_t>(musrValeurCourante));
@@ -29,7 +29,7 @@ void SortieLogique::AutoSave(const std::string& Ou) const {
   BlocDeVidage bloc(4, "*                      Sortie Logique                      *");
   bloc.Texte("Nom de la sortie logique :     ", NomDeLaSortieLogique_);
   bloc.Texte("Index de la sortie logique :   ", Key());
-  bloc.CanalConnecté(mobjCanal);
+  VideLeCanal(bloc, mobjCanal);
   bloc.Choix("Etat d'activation de la SL :   ", kZéroUn, mblnEtatActivation ? 1 : 0);
   bloc.Choix("Valeur courante de la SL :     ", kEtats, static_cast<std::int32_t>(ValeurCourante_));
   bloc.Ajoute(*this, Ou);
@@ -43,7 +43,7 @@ void Watchdog::AutoSave(const std::string& Ou) const {
   bloc.Choix("Watch dog Autorisé :           ", kNonOui, mblnEnabled ? 1 : 0);
   bloc.Nombre("Temps du Watch dog :           ", mdblTemps);
   bloc.Choix("Arrêt d'urgence déclenché :    ", kNonOui, mblnAU ? 1 : 0);
-  bloc.CanalConnecté(SortiePulse_);
+  VideLeCanal(bloc, SortiePulse_);
   bloc.Choix("Niveau de la sortie pulse :    ", kZéroUn, mblnNiveauPulse ? 1 : 0);
   bloc.Nombre("Heure du dernier pulse :       ", mdblDernierPulse);
   bloc.Texte("Index du canal de pulse :      ", EstNul(indexPulse_) ? "" : VersTexte(indexPulse_));

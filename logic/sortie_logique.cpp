@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "core/colonnes.h"
-#include "core/garde.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
 #include "core/liaison.h"
 #include "logic/etat_activation.h"
 #include "tree/fonction.h"

@@ -3,7 +3,7 @@
 #include <span>
 #include <string>
 
-#include "core/objet.h"
+#include "base/objet.h"
 #include "logic/enumerations.h"
 #include "platform/base_de_donnees.h"
 #include "tree/canal.h"

@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "boards/wdt_01.h"
-#include "core/colonnes.h"
-#include "core/garde.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
+#include "base/outils_communs.h"
 #include "core/liaison.h"
-#include "core/outils_communs.h"
+#include "logic/wdt_01.h"
 
 namespace zuma {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/objet.h"
+#include "base/objet.h"
 #include "platform/base_de_donnees.h"
 #include "tree/canal.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/collections.h"
+#include "base/cles.h"
 
 namespace zuma {
 

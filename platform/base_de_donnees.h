@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "core/ref.h"
-#include "core/valeur.h"
+#include "base/ref.h"
+#include "base/valeur.h"
 
 namespace zuma {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/ref.h"
-#include "core/valeur.h"
+#include "base/ref.h"
+#include "base/valeur.h"
 
 // The objects that a host hands to a frame. A host may bring its own; ready-made ones stand in
 // platform/linux and sim.

@@ -3,14 +3,16 @@
 #include <cstdint>
 #include <memory>
 
-#include "core/ref.h"
+#include "base/ref.h"
 
 namespace zuma {
 
 class ChoixDuPort;
-class Cmde_Normale_Extrn_Calibration;
-class Cpt_Normal_Extrn_Calibration;
+class Capteur;
+class Chassis;
+class Commande;
 class FeuilleConditionneurNumerique;
+class ZED_Traduction;
 
 /// A window of the host, the parent of those that the library asks for.
 class FenêtreHôte {
@@ -31,6 +33,22 @@ class FenêtreHôte {
   std::shared_ptr<FenêtreHôte> moi_{this, [](FenêtreHôte*) {}};
 };
 
+/// A calibration form, as the object that it calibrates sees it: it stands from
+/// `EtalonnageExterieur` to `ResetFeuilleEtalonnage`.
+class FeuilleTenue {
+ public:
+  virtual ~FeuilleTenue() = default;
+  /// The object goes away: the form leaves the screen and touches it no more.
+  virtual void OublieSonObjet() noexcept = 0;
+};
+
+/// What an object hands over to be calibrated.
+struct DemandeDEtalonnage {
+  Ref<FeuilleTenue>& feuille;  ///< its form; made when there is none, and kept whatever follows
+  const Ref<ZED_Traduction>& traducteur;
+  FenêtreHôte* mère;  ///< none when null
+};
+
 /// Shows the forms of the library. What a form holds, accepts and does is its own business
 /// (`dialogs/`); here it only gets a window.
 class Fenêtres {
@@ -44,9 +62,12 @@ class Fenêtres {
   /// Shows the form as a child of `mère` (none when null) and returns at once; the form lives until
   /// it is unloaded.
   virtual void Montre(FeuilleConditionneurNumerique& feuille, FenêtreHôte* mère) = 0;
-  /// Shows a calibration form as a child of `mère`, or brings it to the front, and returns at once.
-  virtual void Montre(Ref<Cpt_Normal_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
-  virtual void Montre(Ref<Cmde_Normale_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
+  /// Shows the calibration form of a sensor, or of a command that follows one of the sensors of its
+  /// frame, or brings it to the front, and returns at once. A form on the screen keeps what is
+  /// being typed in it.
+  virtual void Etalonne(Capteur& capteur, const DemandeDEtalonnage& demande) = 0;
+  virtual void Etalonne(Commande& commande, const Ref<Chassis>& chassis,
+                        const DemandeDEtalonnage& demande) = 0;
   /// Lets the windows live while a form is at work.
   virtual void TraiteLesEvénements() = 0;
 };

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma {
 

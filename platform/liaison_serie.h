@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/ref.h"
-#include "core/valeur.h"
+#include "base/ref.h"
+#include "base/valeur.h"
 
 namespace zuma {
 

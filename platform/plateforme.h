@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/ref.h"
-#include "core/suivi_des_echecs.h"
+#include "base/ref.h"
+#include "base/suivi_des_echecs.h"
 #include "platform/can.h"
 #include "platform/clavier.h"
 #include "platform/fenetres.h"
@@ -14,6 +14,8 @@
 #include "platform/spider.h"
 
 namespace zuma {
+
+class RegistreDesDrivers;
 
 /// The services of the machine below the library, grouped once and handed to `Chassis`. They
 /// belong to the host and outlive the frame. A service left out is Nothing: an operation that
@@ -38,6 +40,8 @@ struct Plateforme {
   Pointeur<BibliothèqueSpider> spider;
   Pointeur<Fenêtres> fenêtres;
   Pointeur<FinDuProgramme> fin;
+  /// Drivers that boards, blocks and channels may name (`tree/registre_des_drivers.h`).
+  Ref<RegistreDesDrivers> drivers;
   Réglages réglages;
 };
 

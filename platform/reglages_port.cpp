@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma {
 namespace {

@@ -4,11 +4,31 @@
 #include <algorithm>
 #include <array>
 
-#include "core/garde.h"
-#include "core/outils_communs.h"
+#include "base/garde.h"
+#include "base/outils_communs.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
+
+Capteur::~Capteur() {
+  (void)Capteur::ResetFeuilleEtalonnage();
+}
+
+// A form that is still on the screen goes too: it would not hear of the end of its object.
+Valeur Capteur::ResetFeuilleEtalonnage() {
+  const auto feuille = std::exchange(mobjFeuilleEtalonnage, nullptr);
+  if (feuille) feuille->OublieSonObjet();
+  return {};
+}
+
+Valeur Capteur::EtalonnageExterieur(FenêtreHôte* FeuilleMere_obj) {
+  return Garde(*this, Forme::Méthode, "EtalonnageExterieur", [&]() -> Valeur {
+    if (!EtalonnageExterieurPossible_) return {};
+    LaPlateforme().fenêtres->Etalonne(*this,
+                                      {mobjFeuilleEtalonnage, Traducteur_obj_, FeuilleMere_obj});
+    return {};
+  });
+}
 
 Capteur::Capteur(Plateforme& plateforme) : Objet(plateforme, "Capteur") {
   TypeDeCapteur(ENUM_TYPE_CAPTEUR::capteurNormal);

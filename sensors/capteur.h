@@ -9,13 +9,13 @@
 #include <utility>
 #include <vector>
 
+#include "base/en_cours.h"
+#include "base/evenement.h"
+#include "base/objet.h"
+#include "base/poursuite.h"
+#include "base/reglages_ligne.h"
+#include "base/table_etalonnage.h"
 #include "core/collections.h"
-#include "core/en_cours.h"
-#include "core/evenement.h"
-#include "core/objet.h"
-#include "core/poursuite.h"
-#include "core/reglages_ligne.h"
-#include "core/table_etalonnage.h"
 #include "platform/base_de_donnees.h"
 #include "sensors/enumerations.h"
 #include "sensors/parametres_eprouvette.h"
@@ -25,7 +25,6 @@
 namespace zuma {
 
 class Chassis;
-class Cpt_Normal_Extrn_Calibration;
 class EntréeLogique;
 class FenêtreHôte;
 class Variables;
@@ -330,7 +329,7 @@ class Capteur : public Objet {
   std::string CommentaireEtalonnage_;
   bool EtalonnageExterieurPossible_ = false;
   Ref<Recordset> LeRecordset_;
-  Ref<Cpt_Normal_Extrn_Calibration> mobjFeuilleEtalonnage;
+  Ref<FeuilleTenue> mobjFeuilleEtalonnage;
   Evènement<const std::string&> UnitChange_;
 
   // Values.

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "core/recherche.h"
 #include "logic/entree_logique.h"
 #include "sensors/capteur_genres.h"

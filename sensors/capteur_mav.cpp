@@ -2,7 +2,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {

@@ -1,7 +1,7 @@
 // The refresh of a sensor: selection, value by kind, tare, offset, validity, extremes.
 #include <cmath>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "logic/entree_logique.h"
 #include "sensors/capteur_genres.h"
 

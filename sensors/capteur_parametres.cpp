@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 
-#include "core/colonnes.h"
-#include "core/garde.h"
-#include "core/somme_de_controle.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
+#include "base/somme_de_controle.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {

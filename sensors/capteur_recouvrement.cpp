@@ -1,7 +1,7 @@
 // Overlap of a small and a large sensor on one quantity.
 #include <cmath>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {

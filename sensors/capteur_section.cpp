@@ -1,5 +1,5 @@
 // Section of the specimen and stress, from the shared parameters that the operator edits.
-#include "core/garde.h"
+#include "base/garde.h"
 #include "sensors/capteur_genres.h"
 #include "sensors/contrainte.h"
 #include "sensors/section.h"

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <array>
 
-#include "core/garde.h"
-#include "core/vidage.h"
+#include "base/garde.h"
 #include "sensors/capteur.h"
+#include "tree/vidage_arbre.h"
 
 namespace zuma {
 
@@ -61,7 +61,7 @@ void Capteur::Vidage::Identité(const Capteur& c, BlocDeVidage& bloc) {
 
 void Capteur::Vidage::Liens(const Capteur& c, const Genre* genre, BlocDeVidage& bloc) {
   static constexpr std::string_view kRaz[] = {"Interdite", "Autorisée"};
-  if (c.musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::capteurNormal) bloc.CanalConnecté(c.mobjCanal);
+  if (c.musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::capteurNormal) VideLeCanal(bloc, c.mobjCanal);
   bloc.Nombre("Seuil de lecture non valide :  ", c.mdblSeuilDeLectureNonValide);
   bloc.Choix("Raz du capteur :               ", kRaz, c.RazAutorise_bln_ ? 1 : 0);
   if (genre != nullptr && genre->fils) {

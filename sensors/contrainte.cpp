@@ -1,6 +1,6 @@
 #include "sensors/contrainte.h"
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma::contrainte {
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "core/echec.h"
+#include "base/echec.h"
 
 namespace zuma {
 

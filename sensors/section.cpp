@@ -3,9 +3,9 @@
 #include <array>
 #include <cmath>
 
+#include "base/outils_trigonometrie.h"
+#include "base/valeur.h"
 #include "core/collections.h"
-#include "core/outils_trigonometrie.h"
-#include "core/valeur.h"
 
 namespace zuma::section {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/echec.h"
+#include "base/echec.h"
 
 namespace zuma::trames_capteur {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 /// Answers of the instruments that a sensor asks by itself on its own line. Pure functions on what
 /// was received so far.

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/ref.h"
+#include "base/ref.h"
 #include "platform/can.h"
 #include "sim/horloge_virtuelle.h"
 

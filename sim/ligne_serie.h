@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/ref.h"
-#include "core/valeur.h"
+#include "base/ref.h"
+#include "base/valeur.h"
 #include "sim/horloge_virtuelle.h"
 #include "sim/pannes.h"
 

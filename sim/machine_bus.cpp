@@ -6,7 +6,7 @@
 #include <numbers>
 #include <string>
 
-#include "core/outils_communs.h"
+#include "base/outils_communs.h"
 #include "platform/reglages_port.h"
 #include "sim/balances_simulees.h"
 #include "sim/metro_simule.h"

@@ -16,7 +16,8 @@ constexpr double kPalier = 0.1;  // seconds
 
 }  // namespace
 
-MachineSimulée::MachineSimulée(BoîteDeMessage& messages) {
+MachineSimulée::MachineSimulée(BoîteDeMessage& messages, Ref<RegistreDesDrivers> drivers) {
+  services.drivers = std::move(drivers);
   services.messages = &messages;
   services.ports = &ports.Bus();
   services.compteurs = &compteurs;

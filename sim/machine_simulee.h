@@ -25,8 +25,8 @@ namespace zuma::sim {
 /// A whole machine made of twins: one switch puts a frame on it.
 class MachineSimulée {
  public:
-  /// Messages of the library go to `messages`.
-  explicit MachineSimulée(BoîteDeMessage& messages);
+  /// Messages of the library go to `messages`; `drivers` are those that a frame may name.
+  MachineSimulée(BoîteDeMessage& messages, Ref<RegistreDesDrivers> drivers);
   MachineSimulée(const MachineSimulée&) = delete;
   MachineSimulée& operator=(const MachineSimulée&) = delete;
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma::sim {
 

@@ -1,5 +1,5 @@
 // Diagnostic dump of the hardware tree: board, block, channel.
-#include "core/vidage.h"
+#include "base/vidage.h"
 #include "tree/carte.h"
 
 namespace zuma {
@@ -8,6 +8,11 @@ namespace {
 /// By `ENUM_TYPE_FONCTION`.
 constexpr std::string_view kTypes[] = {"", "Entrées Logiques", "Sorties Logiques",
                                        "Entrées Analogiques", "Sorties Analogiques"};
+
+// A driver without a name for people has no line.
+void VideLeDriver(BlocDeVidage& bloc, const LigneDriver& ligne) {
+  if (!ligne.affichage.empty()) bloc.Texte("Driver de la fonction :        ", ligne.affichage);
+}
 
 }  // namespace
 
@@ -27,7 +32,7 @@ void Fonction::AutoSave(const std::string& Ou) const {
   bloc.Choix("Type de Fonction :             ", kTypes, static_cast<std::int32_t>(TypeDeFonction_));
   bloc.Choix("Mise à jour de Fonction :      ", kMiseAJour, MAJParFonction_mbln ? 1 : 0);
   bloc.Nombre("Nombre de lecture simultanée : ", mintNbLecture);
-  bloc.Driver(musrDriver);
+  VideLeDriver(bloc, *ligne_);
   bloc.Adresse("Adresse de la fonction :       ", mlngAdresse);
   bloc.Noms("Nom du canal :                 ", Canals_);
   bloc.Ajoute(*this, Ou);
@@ -43,7 +48,7 @@ void Canal::AutoSave(const std::string& Ou) const {
   bloc.Nombre("Valeur du Canal :              ", mdblValeurCanal);
   bloc.Adresse("Adresse du Canal :             ", mlngAdresse);
   bloc.Choix("Type de Canal :                ", kTypes, static_cast<std::int32_t>(musrTypeCanal));
-  bloc.Driver(musrDriver);
+  VideLeDriver(bloc, *ligne_);
   bloc.Ajoute(*this, Ou);
 }
 

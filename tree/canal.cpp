@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <array>
 
-#include "core/colonnes.h"
-#include "core/garde.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
 #include "tree/carte.h"
 #include "tree/fonction.h"
+#include "tree/registre_des_drivers.h"
 
 namespace zuma {
 
@@ -69,7 +70,7 @@ void Canal::LitDriver(const Recordset& ligne, Valeur& vData) {
   if (ChercheChamp(ligne, "Status ID") == nullptr) return;
   Driver(ENUM_DRIVER::DrvAucun);
   vData = LitChamp(ligne, "Driver canal");
-  Driver(DriverDeCanal(vData));
+  Driver(LaPlateforme().drivers->DeCanal(vData).valeur);
 }
 
 void Canal::Gain(const Valeur& gain) {
@@ -93,8 +94,8 @@ void Canal::TypeCanal(ENUM_TYPE_FONCTION type) {
 }
 
 void Canal::Résout() {
-  const LigneDriver& ligne = LigneDuDriver(musrDriver);
-  opérations_ = ligne.Sert(musrTypeCanal) ? ligne.pilote : nullptr;
+  ligne_ = &LigneDuDriver(LaPlateforme(), musrDriver);
+  opérations_ = ligne_->Sert(musrTypeCanal) ? ligne_->pilote : nullptr;
   pilote_ = {};
   RetientLAgeLimite();
 }
@@ -105,10 +106,9 @@ void Canal::RetientLAgeLimite(double périodeDuChassis) {
   constexpr double kFacteur = 5;
   constexpr double kMillisecondes = 1000;
   constexpr double kMinimum = 1;  // seconds
-  ENUM_DRIVER driver = musrDriver;
   Carte* const carte = Parent() == nullptr ? nullptr : Parent()->Parent();
-  if (driver == ENUM_DRIVER::DrvAucun && carte != nullptr) driver = carte->Driver_enm();
-  const LigneDriver& ligne = LigneDuDriver(driver);
+  const bool deLaCarte = musrDriver == ENUM_DRIVER::DrvAucun && carte != nullptr;
+  const LigneDriver& ligne = deLaCarte ? carte->LeDriver() : *ligne_;
   double période = std::max(ligne.période, périodeDuChassis);
   if (ligne.service == ServiceCarte::BusAvecSuivante && carte != nullptr && carte->Fonctions()) {
     const double tour = carte->Fonctions()->Count() * carte->TimeOutModbus() / kMillisecondes;

@@ -7,26 +7,19 @@
 #include <string>
 #include <utility>
 
-#include "core/objet.h"
+#include "base/objet.h"
 #include "platform/base_de_donnees.h"
-#include "tree/driver_table.h"
+#include "tree/etat_pilote.h"
+#include "tree/ligne_driver.h"
 
 namespace zuma {
-
-/// What a serial channel has received and not yet decoded.
-struct TamponSérie {
-  Octets reçu;
-  bool entamé = false;  ///< a frame began and is not complete
-  /// Of the last reopening or first byte, microseconds; long ago at first.
-  double heure = -std::numeric_limits<double>::infinity();
-};
 
 /// Full scale of every analog reading, in points, whatever the board's resolution.
 inline constexpr double kPleineEchelle = 65536;
 
 /// One hardware channel of a block. `ValeurCanal` is the meeting point of the program: the
 /// hardware side fills or empties it, sensors, commands and logic objects read or write it.
-class Canal : public Objet {
+class Canal : public Objet, public TientUnEtat {
  public:
   explicit Canal(Plateforme& plateforme) : Objet(plateforme, "Canal") {}
 
@@ -109,6 +102,7 @@ class Canal : public Objet {
 
   [[nodiscard]] ENUM_DRIVER Driver() const { return musrDriver; }
   void Driver(ENUM_DRIVER driver);
+  [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
 
   void TypeCanal(ENUM_TYPE_FONCTION type);
   [[nodiscard]] ENUM_TYPE_FONCTION TypeCanal() const { return musrTypeCanal; }
@@ -131,15 +125,6 @@ class Canal : public Objet {
   [[nodiscard]] std::int16_t NombreDAimants() const { return mintNombreAimants; }
   [[nodiscard]] std::int16_t PositionDeLAimant() const { return mintPositionAimant; }
   [[nodiscard]] std::int16_t StatusID() const { return StatusID_; }
-  /// Identifiers that a ruler of driver 25 gave at its start: of its start message and of its
-  /// positions. Those of the configuration serve the other rulers.
-  void IdentifiantsLus(std::int32_t a, std::int32_t b) {
-    Canal_IdentifiantA_ = a;
-    Canal_IdentifiantB_ = b;
-  }
-  [[nodiscard]] std::int32_t Canal_IdentifiantA() const { return Canal_IdentifiantA_; }
-  [[nodiscard]] std::int32_t Canal_IdentifiantB() const { return Canal_IdentifiantB_; }
-  [[nodiscard]] TamponSérie& Tampon() { return tampon_; }
   /// The device holds `valeur`, or the present value: from here on `Atteint` compares with it.
   void MarqueAtteint(double valeur) { valeurAtteinte_ = valeur; }
   void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
@@ -220,12 +205,10 @@ class Canal : public Objet {
   bool baissée_ = false;
   std::int32_t IndexLecture = 0;
   double SommeTemp = 0;
-  std::int32_t Canal_IdentifiantA_ = 0;
-  std::int32_t Canal_IdentifiantB_ = 0;
-  TamponSérie tampon_;
   PointeurSuivi<Fonction> Parent_;
 
   // Resolved when driver or type change, so that the pass looks nothing up.
+  const LigneDriver* ligne_ = &kSansDriver;
   const OpérationsPilote* opérations_ = nullptr;
   PointeurSuivi<Pilote> pilote_;
 };

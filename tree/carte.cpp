@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/garde.h"
-#include "core/lignes.h"
-#include "core/poursuite.h"
-#include "core/requetes.h"
+#include "base/garde.h"
+#include "base/lignes.h"
+#include "base/poursuite.h"
+#include "base/requetes.h"
 #include "tree/journal_modbus.h"
 
 namespace zuma {
 
-Carte::Carte(Plateforme& plateforme)
-    : Objet(plateforme, "Carte"), ligne_(&LigneDuDriver(ENUM_DRIVER::DrvAucun)) {
+Carte::Carte(Plateforme& plateforme) : Objet(plateforme, "Carte") {
   if (plateforme.fichiers) plateforme.fichiers->Supprime(kJournalModbus);
 }
 
@@ -25,9 +24,8 @@ Carte::~Carte() {
 void Carte::Lien(ParamètresRef MesParametres_obj) {
   Garde(*this, Forme::Méthode, "Lien", [&] {
     if (MesParametres_obj) MesParametres_ = std::move(MesParametres_obj);
-    if (Driver_enm_ != ENUM_DRIVER::Drv_EIR_LASER || mstrConfigEIR.empty() || !MesParametres_) {
-      return;
-    }
+    const bool lié = ligne_->carte != nullptr && ligne_->carte->lieUnParamètre;
+    if (!lié || mstrConfigEIR.empty() || !MesParametres_) return;
     bool trouvé = false;
     for (const Ref<ZED_Parametre>& paramètre : *MesParametres_) {
       if (!paramètre || paramètre->NomParamètre() != mstrConfigEIR) continue;

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "base/objet.h"
+#include "base/reglages_ligne.h"
 #include "core/collections.h"
-#include "core/objet.h"
-#include "core/reglages_ligne.h"
 #include "platform/base_de_donnees.h"
-#include "tree/driver_table.h"
 #include "tree/fonction.h"
+#include "tree/ligne_driver.h"
 #include "tree/materiel.h"
 #include "tree/reprise_ligne.h"
 
@@ -35,7 +35,8 @@ class Carte : public Objet {
   /// Has the next writes reach the board, those that it should hold already too. Outputs are cut by
   /// their commands and logic outputs.
   void DéclencheAU();
-  [[nodiscard]] ENUM_DRIVER Driver_enm() const { return Driver_enm_; }
+  [[nodiscard]] ENUM_DRIVER Driver_enm() const { return ligne_->valeur; }
+  [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
   /// Keeps the shared parameters and finds the one that "Config EIR" names for a laser board; the
   /// last of that name counts, none is told in a message. The host calls it, the frame does not.
   void Lien(ParamètresRef MesParametres_obj = {});
@@ -112,7 +113,6 @@ class Carte : public Objet {
   std::int32_t Adresse_ = 0;
   std::string NomDeLaCarte_;
   FonctionsRef Fonctions_;
-  ENUM_DRIVER Driver_enm_ = ENUM_DRIVER::DrvAucun;
   FonctionRef FonctionSuivante_;
   const Fonction* sansEchange_ = nullptr;  ///< last block whose exchange did not start; compared
   RepriseDeLigne reprise_;
@@ -127,7 +127,7 @@ class Carte : public Objet {
   Ref<ZED_Parametre> mobjParamEIR_;
   Ref<Recordset> LeRecordset_;
   std::vector<PiloteOuvert> pilotes_;
-  const LigneDriver* ligne_;
+  const LigneDriver* ligne_ = &kSansDriver;
   Vie vie_;
 };
 

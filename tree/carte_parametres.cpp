@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "core/colonnes.h"
-#include "core/garde.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
 #include "tree/carte.h"
+#include "tree/registre_des_drivers.h"
 
 namespace zuma {
 namespace {
@@ -30,8 +31,7 @@ void Carte::ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet) {
       NomDeLaCarte_ = colonnes::Texte(*v, "Nom de la Carte");
     }
     if (const Valeur* v = ChercheChamp(ligne, "Driver de la Carte")) {
-      Driver_enm_ = DriverDeCarte(*v);
-      ligne_ = &LigneDuDriver(Driver_enm_);
+      ligne_ = &LaPlateforme().drivers->DeCarte(*v);
     }
     const Valeur* configuration = ChercheChamp(ligne, "Configuration ModBus");
     if (configuration != nullptr && !EstNul(*configuration)) {

@@ -4,10 +4,10 @@
 #include <array>
 #include <cmath>
 
-#include "core/echec.h"
-#include "core/outils_communs.h"
-#include "core/outils_modbus.h"
-#include "core/poursuite.h"
+#include "base/echec.h"
+#include "base/outils_communs.h"
+#include "base/outils_modbus.h"
+#include "base/poursuite.h"
 #include "tree/carte.h"
 #include "tree/fonction.h"
 

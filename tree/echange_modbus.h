@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 #include "tree/doute.h"
 #include "tree/sorties_envoyees.h"
 

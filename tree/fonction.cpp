@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "core/garde.h"
-#include "core/lignes.h"
-#include "core/requetes.h"
+#include "base/garde.h"
+#include "base/lignes.h"
+#include "base/requetes.h"
 #include "tree/carte.h"
 
 namespace zuma {
@@ -96,7 +96,7 @@ void Fonction::MetàJour() {
       },
       [&](Variables& v) {
         v.Ajoute("musrTypeCanal", static_cast<std::int32_t>(TypeDeFonction_));
-        v.Ajoute("musrDriver", static_cast<std::int32_t>(musrDriver));
+        v.Ajoute("musrDriver", static_cast<std::int32_t>(Driver_enm()));
         v.Ajoute("MAJParFonction_mbln", MAJParFonction_mbln);
         v.Ajoute("mintNbLecture", std::int32_t{mintNbLecture});
       });

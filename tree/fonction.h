@@ -6,45 +6,31 @@
 #include <string>
 #include <vector>
 
+#include "base/objet.h"
+#include "base/reglages_ligne.h"
 #include "core/collections.h"
-#include "core/objet.h"
-#include "core/reglages_ligne.h"
 #include "platform/base_de_donnees.h"
 #include "tree/canal.h"
-#include "tree/driver_table.h"
 #include "tree/echange_modbus.h"
+#include "tree/etat_pilote.h"
+#include "tree/ligne_driver.h"
 
 namespace zuma {
 
 using CanalsRef = Ref<Canals>;
 using LiaisonSérieRef = Ref<ZED_LiaisonSerie>;
 
-/// State of a METRO link, kept from pass to pass.
-struct EtatMETRO {
-  std::int32_t Metro_CanalActif = 0;              ///< gauge found on the link; 0 is none
-  double Metro_Temps = 0;                         ///< of the last request, in microseconds
-  std::vector<std::int32_t> Metro_CanauxValides;  ///< gauges that answered on a multiplexer
-  std::size_t rang = 0;                           ///< of the gauge asked, in `Metro_CanauxValides`
-  bool enCours = false;                           ///< the first gauge was asked
-  Octets tampon;
-};
-
-/// State of an amplifier that a block opened.
-struct EtatSpider {
-  bool ouvert = false;
-  std::vector<std::int32_t> Spider_Canaux;  ///< its channels, from 0, in the order of the block's
-};
-
 /// One functional block of a board: like channels behind one driver, at one address. It opens the
 /// hardware link at start and carries the exchange of each cycle.
-class Fonction : public Objet {
+class Fonction : public Objet, public TientUnEtat {
  public:
   explicit Fonction(Plateforme& plateforme) : Objet(plateforme, "Fonction") {}
   ~Fonction() override;
 
   /// The channel numbered -1, error indicator of a Modbus link; Nothing when there is none.
   [[nodiscard]] CanalRef CanalErreurModbus() const { return CanalErreurModbus_; }
-  [[nodiscard]] ENUM_DRIVER Driver_enm() const { return musrDriver; }
+  [[nodiscard]] ENUM_DRIVER Driver_enm() const { return ligne_->valeur; }
+  [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
   /// Closes what must be closed before the frame is released. Failures go to the caller.
   void Décharge();
 
@@ -120,10 +106,6 @@ class Fonction : public Objet {
   }
   /// The channels, without the cost of a new reference; fails with 91 before the first access.
   [[nodiscard]] const zuma::Canals& LesCanaux() const { return *Canals_; }
-  /// Last word of the logic inputs, which the change test compares; none before the first read.
-  /// It is the block's own: two blocks on one board each see every change.
-  [[nodiscard]] std::optional<std::uint32_t> MotPrécédent() const { return motPrécédent_; }
-  void MotPrécédent(std::optional<std::uint32_t> mot) { motPrécédent_ = mot; }
   /// Settings of the block's serial line.
   [[nodiscard]] RéglagesLigne LigneSérie() const {
     return {mintPort, mlngVitesse, mlngParité, mlngBitsDonnées, mlngBitsStop};
@@ -133,14 +115,6 @@ class Fonction : public Objet {
   [[nodiscard]] std::int16_t VitesseCAN() const { return mintVitesseCAN; }
   /// "11 bits" or "29 bits".
   [[nodiscard]] const std::string& ModeCAN() const { return mstrModeCAN; }
-  /// Handle of the open CAN port; none when there is none.
-  [[nodiscard]] std::optional<std::int32_t> HandleCAN() const { return mlngHandleCAN; }
-  void HandleCAN(std::optional<std::int32_t> poignée) { mlngHandleCAN = poignée; }
-  [[nodiscard]] EtatMETRO& Metro() { return metro_; }
-  [[nodiscard]] EtatSpider& Spider() { return spider_; }
-  /// `Key` of the channel that a block which reads one channel a cycle read last.
-  [[nodiscard]] const std::string& DernierCanal() const { return dernierCanal_; }
-  void DernierCanal(const std::string& clé) { dernierCanal_ = clé; }
   /// State of the block's Modbus exchange.
   [[nodiscard]] EchangeModbus& Modbus_Echange() { return Modbus_Echange_; }
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
@@ -165,11 +139,9 @@ class Fonction : public Objet {
   bool MAJParFonction_mbln = true;
   std::int16_t mintNbLecture = 1;
   double mdblTemps = 0;
-  ENUM_DRIVER musrDriver = ENUM_DRIVER::DrvAucun;
   std::int32_t mlngPortCAN = 0;
   std::int16_t mintVitesseCAN = 0;
   std::string mstrModeCAN;
-  std::optional<std::int32_t> mlngHandleCAN;
   bool Enabled_ = true;
   bool RafraichissementEnCours_ = false;
   LiaisonSérieRef RS_;
@@ -178,15 +150,12 @@ class Fonction : public Objet {
   std::int32_t ModbusRegistreDeDepart_ = 0;
   std::int32_t NombreDeCanaux_ = 0;
   EchangeModbus Modbus_Echange_;
-  EtatMETRO metro_;
-  EtatSpider spider_;
   std::int32_t annonces_ = 0;  ///< of readings lost and found
-  std::string dernierCanal_;
-  std::optional<std::uint32_t> motPrécédent_;
   PointeurSuivi<Carte> Parent_;
   Vie vie_;
 
   // Resolved at load and start, so that the pass looks nothing up.
+  const LigneDriver* ligne_ = &kSansDriver;
   const OpérationsPilote* opérations_ = nullptr;
   PointeurSuivi<Pilote> pilote_;
 };

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "core/garde.h"
+#include "base/garde.h"
 #include "tree/carte.h"
 #include "tree/fonction.h"
 

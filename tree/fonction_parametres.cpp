@@ -2,10 +2,11 @@
 #include <algorithm>
 #include <array>
 
-#include "core/colonnes.h"
-#include "core/garde.h"
-#include "core/reglages_ligne.h"
+#include "base/colonnes.h"
+#include "base/garde.h"
+#include "base/reglages_ligne.h"
 #include "tree/fonction.h"
+#include "tree/registre_des_drivers.h"
 
 namespace zuma {
 namespace {
@@ -46,7 +47,9 @@ const Choix<T>* Trouve(const std::array<Choix<T>, N>& choix, const Valeur& valeu
 
 /// The columns of a block's row and what is made of them.
 struct Fonction::Lecture {
-  static void Driver(Fonction& f, const Valeur& v) { f.musrDriver = DriverDeFonction(v); }
+  static void Driver(Fonction& f, const Valeur& v) {
+    f.ligne_ = &f.LaPlateforme().drivers->DeFonction(v);
+  }
   static void Type(Fonction& f, const Valeur& v) {
     if (const auto* type = Trouve(kTypes, v)) f.TypeDeFonction_ = type->valeur;
   }
@@ -144,11 +147,10 @@ void Fonction::Lecture::BitsDeStop(Fonction& f, const Valeur& v) {
 }
 
 void Fonction::ConfigureCanaux() {
-  const LigneDriver& ligne = LigneDuDriver(musrDriver);
-  opérations_ = ligne.Sert(TypeDeFonction_) ? ligne.pilote : nullptr;
+  opérations_ = ligne_->Sert(TypeDeFonction_) ? ligne_->pilote : nullptr;
   pilote_ = {};
   for (const CanalRef& canal : *Canals()) {
-    if (canal->Driver() == ENUM_DRIVER::DrvAucun) canal->Driver(musrDriver);
+    if (canal->Driver() == ENUM_DRIVER::DrvAucun) canal->Driver(ligne_->valeur);
     canal->TypeCanal(TypeDeFonction_);
   }
 }

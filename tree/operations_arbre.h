@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tree/carte.h"
-#include "tree/driver_table.h"
+#include "tree/ligne_driver.h"
 
 /// Board operations that need nothing but the board's own link.
 namespace zuma::opérations_arbre {
@@ -10,7 +10,7 @@ namespace zuma::opérations_arbre {
 /// In this order: on a port that is missing a block then says so, on each exchange.
 inline void OuvreLigneSérie(Carte& carte) {
   for (const FonctionRef& bloc : carte.LesFonctions()) {
-    if (bloc->Driver_enm() == ENUM_DRIVER::DrvModBus && !bloc->RS()) bloc->RS(carte.RS());
+    if (bloc->LeDriver().surLaLigneDeLaCarte && !bloc->RS()) bloc->RS(carte.RS());
   }
   carte.OuvreLigneSérie();
 }

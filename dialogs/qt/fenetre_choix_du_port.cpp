@@ -4,7 +4,7 @@
 #include <QFormLayout>
 #include <chrono>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "dialogs/qt/liste_de_choix.h"
 
 namespace zuma::qt {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "dialogs/qt/messages_qt.h"
 #include "dialogs/qt/proprietaire.h"
 

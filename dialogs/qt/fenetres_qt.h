@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "dialogs/fenetres_d_etalonnage.h"
 #include "dialogs/feuille_conditionneur_numerique.h"
 #include "dialogs/qt/fenetre_de_feuille.h"
 #include "dialogs/qt/mots.h"
@@ -20,7 +21,7 @@ class FenêtreChoixDuPort;
 /// **Hazard**: a modal form, and a form at work, let the timers of the program fire inside the call
 /// that shows them. A host that runs its passes from one must not start a pass inside another, nor
 /// inside the start of a board: it keeps a flag for as long as a call into the frame lasts.
-class FenêtresQt final : public Fenêtres {
+class FenêtresQt final : public FenêtresDEtalonnage {
  public:
   /// Captions of the windows' own come from the translator too, and the defaults without one.
   explicit FenêtresQt(Ref<ZED_Traduction> traducteur);

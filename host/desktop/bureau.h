@@ -9,7 +9,7 @@
 #include "host/desktop/messages_du_bureau.h"
 #include "host/desktop/textes.h"
 #include "host/machine.h"
-#include "host/verbes.h"
+#include "host/verbes/verbes.h"
 
 namespace zuma::host {
 

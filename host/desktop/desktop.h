@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/verbes.h"
+#include "host/verbes/verbes.h"
 
 namespace zuma::host {
 

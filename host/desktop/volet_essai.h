@@ -7,7 +7,7 @@
 #include "host/desktop/fiche_commande.h"
 #include "host/desktop/graphique.h"
 #include "host/desktop/textes.h"
-#include "host/essai_compression.h"
+#include "host/verbes/essai_compression.h"
 
 class QDoubleSpinBox;
 class QLabel;

@@ -3,7 +3,7 @@
 #include <QTreeWidget>
 #include <cstddef>
 
-#include "core/ref.h"
+#include "base/ref.h"
 #include "host/desktop/textes.h"
 #include "host/problemes.h"
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/garde.h"
+#include "base/poursuite.h"
 #include "core/chassis.h"
-#include "core/garde.h"
 #include "core/ordre_des_cartes.h"
-#include "core/poursuite.h"
 #include "tree/bloc_de_sorties.h"
 
 namespace zuma::linux_ {

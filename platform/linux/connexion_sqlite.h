@@ -10,8 +10,8 @@
 
 #include <sqlite3.h>
 
-#include "core/echec.h"
-#include "core/valeur.h"
+#include "base/echec.h"
+#include "base/valeur.h"
 
 namespace zuma::linux_ {
 

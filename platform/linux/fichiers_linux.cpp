@@ -6,7 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "platform/linux/texte_ligne.h"
 
 namespace zuma::linux_ {

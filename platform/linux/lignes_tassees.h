@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 #include "platform/base_de_donnees.h"
 
 namespace zuma::linux_ {

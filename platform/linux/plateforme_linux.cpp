@@ -57,6 +57,7 @@ PlateformeLinux::PlateformeLinux(RéglagesLinux choix)
   services.clavier = &clavier;
   services.ftdi = &ftdi;
   services.pci = &pci;
+  services.drivers = std::move(choix.drivers);
   services.réglages = choix.réglages;
   if (!choix.langue.empty()) traducteur->LangueCourante(std::move(choix.langue));
   securite->Bornes(*traducteur);

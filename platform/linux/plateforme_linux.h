@@ -35,7 +35,8 @@ struct RéglagesLinux {
   InterfacesCAN interfacesCAN;                         ///< network interfaces of the CAN ports
   bool demande = false;  ///< messages wait for an answer when there is a terminal
   DispositionClavier clavier = DispositionClavier::Azerty;
-  std::string langue;  ///< empty: the first language of the table
+  Ref<RegistreDesDrivers> drivers;  ///< those that a frame may name
+  std::string langue;               ///< empty: the first language of the table
   Réglages réglages;
 };
 
@@ -43,7 +44,7 @@ struct RéglagesLinux {
 /// none of its own; USB drives (`ftdi`) are left to the host. To be made before the frames it
 /// serves and released after them.
 ///
-///     PlateformeLinux machine({});
+///     PlateformeLinux machine({.drivers = CréeLesDrivers()});
 ///     Chassis chassis(machine.services);
 ///     machine.securite->Branche(chassis, machine.registre);
 class PlateformeLinux {

@@ -12,7 +12,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "core/echec.h"
+#include "base/echec.h"
 
 namespace zuma::linux_ {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 #include "platform/reglages_port.h"
 
 namespace zuma::linux_ {

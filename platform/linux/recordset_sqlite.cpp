@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "base/somme_de_controle.h"
 #include "core/collections.h"
-#include "core/somme_de_controle.h"
 
 namespace zuma::linux_ {
 namespace {

@@ -18,7 +18,7 @@ namespace zuma::linux_ {
 ///
 /// `Update` writes only the columns given to `Ecrit`, to the one row of the same "Index", and only
 /// while that row holds in all its columns what was read here. An edit that failed can be tried
-/// again. A row with a sum (`core/somme_de_controle.h`) gets its new one with the same save.
+/// again. A row with a sum (`base/somme_de_controle.h`) gets its new one with the same save.
 class RecordsetSqlite : public Recordset {
  public:
   RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql);

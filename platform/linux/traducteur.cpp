@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "platform/linux/utf8.h"
 
 namespace zuma::linux_ {

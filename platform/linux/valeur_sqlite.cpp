@@ -6,8 +6,8 @@
 #include <limits>
 #include <string>
 
-#include "core/colonnes.h"
-#include "core/echec.h"
+#include "base/colonnes.h"
+#include "base/echec.h"
 
 namespace zuma::linux_ {
 namespace {

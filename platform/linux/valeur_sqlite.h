@@ -6,7 +6,7 @@
 
 #include <sqlite3.h>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 namespace zuma::linux_ {
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "bench/lignes.h"
+#include "boards/table_des_drivers.h"
 #include "host/chassis_en_marche.h"
 #include "host/machine.h"
 #include "outils/dossier_provisoire.h"
@@ -28,7 +29,7 @@ struct Objet {
 /// and who reads the time may be looked at meanwhile.
 class MachineÀLEcoute : public host::Machine, public Horloge {
  public:
-  explicit MachineÀLEcoute(BoîteDeMessage& messages) : sim(messages) {
+  explicit MachineÀLEcoute(BoîteDeMessage& messages) : sim(messages, CréeLesDrivers()) {
     sim.services.horloge = this;
     sim.services.fenêtres = &fenêtres;
   }

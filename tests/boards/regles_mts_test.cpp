@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "boards/pci_7841.h"
 #include "outils/allocations.h"
 #include "outils/banc_instrument.h"
 #include "outils/cas.h"
@@ -340,8 +341,8 @@ TEST_F(SurLeCAN, SertLaPremièreGénération) {
   EXPECT_EQ(bus.réglages7841.masque, 0xFF);
   EXPECT_EQ(bus.réglages7841.temps, (std::array<std::uint8_t, 2>{0, 0x14}));
   EXPECT_EQ(Le(bloc, 1).NuméroDeNoeud(), 0x21);
-  EXPECT_EQ(Le(bloc, 1).Canal_IdentifiantA(), 0x181);
-  EXPECT_EQ(Le(bloc, 1).Canal_IdentifiantB(), 0x1A1);
+  EXPECT_EQ(Le(bloc, 1).Etat<IdentifiantsDeRègle>().a, 0x181);
+  EXPECT_EQ(Le(bloc, 1).Etat<IdentifiantsDeRègle>().b, 0x1A1);
   EXPECT_EQ(règle->paramètres, (std::array<std::uint8_t, 5>{1, 0, 1, 0, 0}));
   EXPECT_EQ(Passe(bloc), Positions{0}) << "no frame yet";
   règle->aimants = {-42};

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "boards/metro.h"
 #include "outils/banc_instrument.h"
 #include "outils/cas.h"
 #include "sim/balances_simulees.h"
@@ -226,7 +227,7 @@ TEST_F(DesJauges, SontLuesUneParLigne) {
   const FonctionRef bloc = Monte("Drv METRO RS232", {3, 1});
   const Canal& canal = Le(bloc, 3);
   EXPECT_TRUE(bloc->Enabled());
-  EXPECT_EQ(bloc->Metro().Metro_CanalActif, 3);
+  EXPECT_EQ(bloc->Etat<EtatMETRO>().Metro_CanalActif, 3);
   EXPECT_EQ(Posées(*jauges), (Demandes{"1E", "1", "2E", "2", "3E", "3", "3E", "4E", "4", "5E", "5",
                                        "6E", "6", "7E", "7", "8E", "8"}));
   Passe(100);
@@ -267,7 +268,7 @@ TEST_F(DesJauges, TournentSurLeMultiplexeur) {
   const auto jauges = Jauges({{1, 0.5}, {3, 1.5}, {4, 2.5}}, true);
   const FonctionRef bloc = Monte("Drv METRO RS232 MUX 2/4/8", {1, 2, 3, 4});
   EXPECT_FALSE(bloc->Enabled()) << "no gauge is the active one";
-  EXPECT_EQ(bloc->Metro().Metro_CanauxValides, (std::vector<std::int32_t>{1, 3, 4}));
+  EXPECT_EQ(bloc->Etat<EtatMETRO>().Metro_CanauxValides, (std::vector<std::int32_t>{1, 3, 4}));
   horloge->Avance(10'000);
   (void)Posées(*jauges);
   Passe(20);

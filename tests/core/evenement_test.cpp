@@ -1,5 +1,5 @@
 // Handlers that change the list they stand in while they are called.
-#include "core/evenement.h"
+#include "base/evenement.h"
 
 #include <memory>
 #include <stdexcept>

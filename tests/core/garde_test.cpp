@@ -1,4 +1,4 @@
-#include "core/garde.h"
+#include "base/garde.h"
 
 #include <stdexcept>
 

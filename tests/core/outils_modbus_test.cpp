@@ -1,9 +1,9 @@
 // Modbus frames against published examples, and answers gone wrong one way at a time.
-#include "core/outils_modbus.h"
+#include "base/outils_modbus.h"
 
 #include <gtest/gtest.h>
 
-#include "core/echec.h"
+#include "base/echec.h"
 #include "outils/cas.h"
 
 namespace zuma::OutilsModbus {

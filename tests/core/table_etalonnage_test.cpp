@@ -1,4 +1,4 @@
-#include "core/table_etalonnage.h"
+#include "base/table_etalonnage.h"
 
 #include <cmath>
 #include <vector>

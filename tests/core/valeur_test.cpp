@@ -1,10 +1,10 @@
-#include "core/valeur.h"
+#include "base/valeur.h"
 
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "core/outils_communs.h"
+#include "base/outils_communs.h"
 #include "outils/cas.h"
 #include "outils/numero.h"
 

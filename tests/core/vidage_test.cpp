@@ -1,5 +1,5 @@
 // The diagnostic dump byte for byte, and the trace of a sensor.
-#include "core/vidage.h"
+#include "base/vidage.h"
 
 #include <algorithm>
 

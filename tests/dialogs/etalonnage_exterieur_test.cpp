@@ -1,6 +1,7 @@
 // Calibration of a sensor and of a command on the machine, from the form to the row and the object.
 #include <gtest/gtest.h>
 
+#include "boards/table_des_drivers.h"
 #include "dialogs/affichage_court.h"
 #include "outils/cas.h"
 #include "outils/chassis_de_demo.h"
@@ -78,7 +79,7 @@ class UnEtalonnage : public testing::Test {
   Messages messages;
   FenêtresDEssai fenêtres;
   Hôte hôte;
-  sim::MachineSimulée machine{messages};
+  sim::MachineSimulée machine{messages, CréeLesDrivers()};
   Ref<Registre> registre = Crée<Registre>();
   std::optional<Chassis> chassis;
   double maintenant = 0;

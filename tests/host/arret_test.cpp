@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "host/chassis_en_marche.h"
-#include "host/gestes_capteur.h"
 #include "host/parametres.h"
-#include "host/vue.h"
+#include "host/verbes/gestes_capteur.h"
+#include "host/verbes/vue.h"
 #include "outils/cas.h"
 #include "outils/programme.h"
 #include "sim/bus_modbus.h"

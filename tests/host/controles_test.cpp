@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/controles_des_noms.h"
-#include "host/verifie_le_sens.h"
+#include "host/verbes/controles_des_noms.h"
+#include "host/verbes/verifie_le_sens.h"
 #include "outils/chassis_de_demo.h"
 
 namespace zuma {

@@ -27,8 +27,10 @@ TEST_F(LeProgramme, EcritUneBaseSaineEtNEcraseRien) {
   const Fin saine = Lance("check " + base);
   EXPECT_EQ(saine.code, 0);
   EXPECT_TRUE(saine.sortie.starts_with(
-      "note: table Carte, row 6: PCL 731, the outputs are on the second connector (ports 4 to 6), "
-      "the inputs on the first (ports 0 to 2)\nFrame 1: 10 boards, 21 blocks, "))
+      "note: table Fonction, row 61: PCL 731, the inputs are on the first connector (ports 0 to "
+      "2)\n"
+      "note: table Fonction, row 62: PCL 731, the outputs are on the second connector (ports 4 to "
+      "6)\nFrame 1: 10 boards, 21 blocks, "))
       << saine.sortie;
   EXPECT_TRUE(saine.sortie.ends_with(": no problem\n")) << saine.sortie;
   // An older one lacks the columns that came later.
@@ -175,7 +177,7 @@ TEST_F(LeProgramme, CompteLesProblèmesQuIlNeMontrePas) {
       "FROM c LIMIT 12000) SELECT x+100000, 4242 FROM c");
   const Fin fin = Lance("check " + base);
   EXPECT_EQ(fin.code, 1);
-  EXPECT_EQ(std::ranges::count(fin.sortie, '\n'), 10'003) << "a note as well";
+  EXPECT_EQ(std::ranges::count(fin.sortie, '\n'), 10'004) << "two notes as well";
   EXPECT_PRED_FORMAT2(IsSubstring, "\nand 2000 more\n", fin.sortie);
   EXPECT_TRUE(fin.sortie.ends_with(": 12000 problem(s)\n"));
   const json problèmes = json::parse(Lance("check " + base + " --json").sortie);

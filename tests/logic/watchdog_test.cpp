@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "boards/wdt_01.h"
+#include "logic/wdt_01.h"
 #include "outils/allocations.h"
 #include "outils/banc_logique.h"
 #include "outils/cas.h"

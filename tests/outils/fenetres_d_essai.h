@@ -6,12 +6,12 @@
 #include "dialogs/choix_du_port.h"
 #include "dialogs/cmde_normale_extrn_calibration.h"
 #include "dialogs/cpt_normal_extrn_calibration.h"
-#include "platform/fenetres.h"
+#include "dialogs/fenetres_d_etalonnage.h"
 
 namespace zuma::essai {
 
 /// Windows of a host without a screen: an operator given by the test answers the modal forms.
-class FenêtresDEssai : public Fenêtres {
+class FenêtresDEssai : public FenêtresDEtalonnage {
  public:
   void MontreModal(ChoixDuPort& feuille) override {
     ++montrées;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/echec.h"
+#include "base/echec.h"
 
 namespace zuma::essai {
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "boards/table_des_drivers.h"
 #include "outils/dossier_provisoire.h"
 #include "platform/linux/base_sqlite.h"
 #include "platform/linux/demo.h"
@@ -125,7 +126,7 @@ class Seul {
   void Passe() {
     chassis_.MetàJour();
     for (const CarteRef& c : *chassis_.Cartes()) {
-      const OpérationsCarte* carte = LigneDuDriver(c->Driver_enm()).carte;
+      const OpérationsCarte* carte = c->LeDriver().carte;
       const bool sert = carte != nullptr && carte->rafraîchit != nullptr;
       if (sert && c->Service() == ServiceCarte::ParFonction) c->MetàJour();
     }
@@ -174,7 +175,7 @@ class Seul {
   Silence silence_;
   Ref<Sourds> sourds_ = Crée<Sourds>();
   PortsFigés figés_;
-  sim::MachineSimulée machine_{*sourds_};
+  sim::MachineSimulée machine_{*sourds_, CréeLesDrivers()};
   Chassis chassis_{machine_.services};
 };
 
@@ -219,7 +220,7 @@ inline std::vector<PasseMesurée> MesureLesPasses() {
   for (const std::int32_t index : {linux_::kChassisDeDémonstration, linux_::kChassisDesBus,
                                    linux_::kChassisDesAppareils, linux_::kChassisPCI}) {
     const auto sourds = Crée<passes::Sourds>();
-    sim::MachineSimulée machine(*sourds);
+    sim::MachineSimulée machine(*sourds, CréeLesDrivers());
     Chassis chassis(machine.services);
     chassis.ChargeErreur(sourds);
     chassis.TimerExact(machine.horloge);

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include "core/valeur.h"
+#include "base/valeur.h"
 #include "outils/dossier_provisoire.h"
 #include "platform/linux/base_creation.h"
 #include "platform/linux/connexion_sqlite.h"

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "core/objet.h"
+#include "base/objet.h"
+#include "boards/table_des_drivers.h"
 #include "platform/collaborateurs.h"
 #include "platform/services.h"
 
@@ -57,7 +58,10 @@ class Minuterie : public ZED_Timer {
 
 /// A platform with witnesses only.
 struct Banc {
-  Banc() { plateforme.messages = &messages; }
+  Banc() {
+    plateforme.messages = &messages;
+    plateforme.drivers = CréeLesDrivers();
+  }
   Messages messages;
   Plateforme plateforme;
   Ref<Registre> registre = Crée<Registre>();

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "core/requetes.h"
+#include "base/requetes.h"
 #include "outils/cas.h"
 #include "outils/dossier_provisoire.h"
 #include "outils/numero.h"

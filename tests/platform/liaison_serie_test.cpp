@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "core/echec.h"
-#include "core/outils_modbus.h"
+#include "base/echec.h"
+#include "base/outils_modbus.h"
 #include "outils/cas.h"
 #include "outils/dossier_provisoire.h"
 #include "platform/linux/liaison_serie_linux.h"

@@ -1,5 +1,5 @@
 // Links of a sensor: what it finds and what it says.
-#include "core/requetes.h"
+#include "base/requetes.h"
 #include "outils/banc_chassis_capteurs.h"
 
 namespace zuma::essai {

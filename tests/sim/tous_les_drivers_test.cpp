@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "boards/table_des_drivers.h"
 #include "outils/dossier_provisoire.h"
 #include "outils/temoins.h"
 #include "platform/linux/base_sqlite.h"
@@ -74,7 +75,7 @@ class UnChassis {
   };
 
   static bool EstParBlocs(const Carte& carte) {
-    const LigneDriver& ligne = LigneDuDriver(carte.Driver_enm());
+    const LigneDriver& ligne = carte.LeDriver();
     return ligne.carte == nullptr || ligne.carte->rafraîchit == nullptr;
   }
   void Note(const Suivi& suivi) {
@@ -102,7 +103,7 @@ class UnChassis {
   }
 
   essai::Messages messages;
-  sim::MachineSimulée machine{messages};
+  sim::MachineSimulée machine{messages, CréeLesDrivers()};
   Chassis chassis{machine.services};
   std::vector<Suivi> suivis;
   std::set<ENUM_DRIVER> montrés;
@@ -122,8 +123,7 @@ TEST(TousLesDrivers, LisentOuEcriventSurLeurJumeau) {
     }
   }
   int rangées = 0;
-  for (const LigneDriver& ligne : TableDesDrivers()) {
-    if (ligne.valeur == ENUM_DRIVER::DrvAucun) continue;
+  for (const LigneDriver& ligne : DriversDeZuma()) {
     ++rangées;
     EXPECT_TRUE(montrés.contains(ligne.valeur)) << ligne.nom;
   }

@@ -1,13 +1,9 @@
 // What boards, blocks and channels make of their rows, good and bad.
-#include <algorithm>
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "outils/banc_capteur.h"
 #include "outils/cas.h"
 #include "tree/carte.h"
-#include "tree/driver_table.h"
 
 namespace zuma::essai {
 namespace {
@@ -165,28 +161,6 @@ TEST_F(DesLignes, CherchentPourLeLaserLeParamètreDeSaConfiguration) {
     lue->Lien(donnés);
     EXPECT_EQ(lue->ParamètreEIR() == douze, trouvé);
     EXPECT_EQ(messages.textes, dits);
-  }
-}
-
-// The demo frames name every driver of the table: here what they must not be taken for.
-TEST(LesTextesDesDrivers, ValentAUnNiveauEtALaLettre) {
-  for (const auto& [texte, deCarte, deBloc, deCanal] :
-       Cas<const char*, int, int, int>{{"DrvModBus", 300, 300, 0},
-                                       {"DrvA826PG_DB16P", 0, 4, 0},
-                                       {"Règle MTS Multimagnet", 0, 0, 220},
-                                       {"drvmodbus", 0, 0, 0},
-                                       {"DrvModBus ", 0, 0, 0},
-                                       {"DrvAucun", 0, 0, 0},
-                                       {"", 0, 0, 0}}) {
-    EXPECT_EQ(static_cast<int>(DriverDeCarte(texte)), deCarte) << texte;
-    EXPECT_EQ(static_cast<int>(DriverDeFonction(texte)), deBloc) << texte;
-    EXPECT_EQ(static_cast<int>(DriverDeCanal(texte)), deCanal) << texte;
-  }
-  const auto table = TableDesDrivers();
-  EXPECT_EQ(std::ranges::adjacent_find(table, std::greater_equal{}, &LigneDriver::valeur),
-            table.end());
-  for (const Valeur& valeur : {Valeur(300), Valeur(Nul{})}) {
-    EXPECT_EQ(DriverDeCarte(valeur), ENUM_DRIVER::DrvAucun);
   }
 }
 

@@ -11,9 +11,10 @@ namespace {
 TEST(LesRetenues, SontCellesQueLesJumeauxMesurent) {
   constexpr double kParNature = 3000;  // microseconds: conversions, and looks at the clock
   const auto mesures = MesureLesPasses();
-  EXPECT_EQ(mesures.size() + 1, TableDesDrivers().size());
+  EXPECT_EQ(mesures.size(), DriversDeZuma().size());
+  const Ref<RegistreDesDrivers> drivers = CréeLesDrivers();
   for (const PasseMesurée& mesure : mesures) {
-    const std::string_view nom = LigneDuDriver(mesure.driver).nom;
+    const std::string_view nom = drivers->DeValeur(mesure.driver).nom;
     EXPECT_LE(mesure.muette, mesure.annoncée + kParNature) << nom;
     EXPECT_GE(mesure.muette * 2, mesure.annoncée) << nom << ": stated for nothing";
   }

@@ -1,0 +1,55 @@
+# What is installed: libraries and headers (component dev), the program and what goes with it.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(dossier_cmake ${CMAKE_INSTALL_LIBDIR}/cmake/zuma)
+
+# zuma_installe(export-set target...): the libraries and their headers, each in its folder.
+function(zuma_installe jeu)
+  install(TARGETS ${ARGN} EXPORT ${jeu}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT lib NAMELINK_COMPONENT dev
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
+  install(EXPORT ${jeu} NAMESPACE zuma:: DESTINATION ${dossier_cmake} COMPONENT dev)
+  foreach(bibliotheque ${ARGN})
+    get_target_property(en_tetes ${bibliotheque} SOURCES)
+    list(FILTER en_tetes INCLUDE REGEX "\\.h$")
+    list(TRANSFORM en_tetes REPLACE "^${PROJECT_SOURCE_DIR}/" "")
+    foreach(en_tete ${en_tetes})
+      cmake_path(GET en_tete PARENT_PATH dossier)
+      install(FILES ${PROJECT_SOURCE_DIR}/${en_tete} COMPONENT dev
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuma/${dossier})
+    endforeach()
+  endforeach()
+endfunction()
+
+zuma_installe(zuma-library zuma_base zuma_tree zuma_model zuma_forms zuma_drivers zuma_sim)
+zuma_installe(zuma-host zuma_platform zuma_host)
+if(ZUMA_QT)
+  zuma_installe(zuma-qt zuma_qt)
+endif()
+
+install(FILES ${PROJECT_BINARY_DIR}/include/zuma/version.h COMPONENT dev
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuma)
+configure_package_config_file(cmake/zuma-config.cmake.in zuma-config.cmake
+  INSTALL_DESTINATION ${dossier_cmake} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(zuma-config-version.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zuma-config.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/zuma-config-version.cmake DESTINATION ${dossier_cmake} COMPONENT dev)
+# Relative, so that a prefix chosen at the installation holds.
+cmake_path(SET remonte "/${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+cmake_path(RELATIVE_PATH remonte BASE_DIRECTORY / OUTPUT_VARIABLE descend)
+string(REGEX REPLACE "[^/]+" ".." remonte ${descend})
+# Static libraries leave what they need to who links them.
+set(exige Requires)
+if(BUILD_SHARED_LIBS)
+  set(exige Requires.private)
+endif()
+configure_file(cmake/zuma.pc.in zuma.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zuma.pc COMPONENT dev
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(ZUMA_PROGRAM)
+  install(TARGETS zuma_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+  install(FILES tools/completion/zuma.bash RENAME zuma COMPONENT program
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endif()

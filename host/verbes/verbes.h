@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The verbs of the program, each with its options. A verb returns the exit code; one that runs a
+// frame throws `DépartRefusé` when it must not start.
+namespace zuma::host {
+
+inline constexpr int kBon = 0;
+inline constexpr int kProblèmes = 1;
+inline constexpr int kMauvaisUsage = 2;
+
+struct OptionsInit {
+  std::string fichier;
+};
+/// Writes a new database with the schema and the demo frame; never overwrites a file.
+int Init(const OptionsInit& options);
+
+struct OptionsCheck {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool json = false;
+  std::vector<std::string> paramètres;  ///< "index=value"
+};
+/// Loads and links the frame and tells every problem with the object it concerns.
+int Check(const OptionsCheck& options);
+
+struct OptionsRun {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  bool malgréTout = false;  ///< start although the load or the start left entries
+  std::optional<double> secondes;
+  bool json = false;
+  std::string csv;                  ///< recording of the sensors; empty for none
+  bool âges = false;                ///< the recording tells how old each reading is
+  std::uint32_t graine = 0;         ///< of the luck of the faults
+  std::vector<std::string> pannes;  ///< faults of the simulated machine, see host/verbes/pannes.h
+  bool auPlusVite = false;          ///< simulated time runs as fast as it goes
+  std::vector<std::string> ports;   ///< "number=device" of serial ports
+  std::vector<std::string> can;     ///< "card:port=interface" of CAN ports
+  std::vector<std::string> paramètres;  ///< "index=value"
+};
+/// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
+int Run(const OptionsRun& options);
+
+struct OptionsDump {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  bool malgréTout = false;  ///< start although the load or the start left entries
+  double secondes = 1;      ///< passes before the dump, so that its values are live
+  std::string sortie;       ///< file to append to; empty for the standard output
+  bool json = false;
+  std::vector<std::string> ports;       ///< "number=device" of serial ports
+  std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
+  std::vector<std::string> paramètres;  ///< "index=value"
+};
+/// Starts the frame, lets it pass for a while, writes the dump of its whole tree and puts it to
+/// rest. Simulated time runs as fast as it goes.
+int Dump(const OptionsDump& options);
+
+struct OptionsDesktop {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  bool simulation = false;
+  bool malgréTout = false;              ///< start although the load or the start left entries
+  std::vector<std::string> ports;       ///< "number=device" of serial ports
+  std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
+  std::vector<std::string> paramètres;  ///< "index=value"
+  std::string personne;                 ///< who calibrates; empty leaves date and person alone
+  std::string langue;                   ///< of the window; empty for the first known
+  std::string image;                    ///< picture of the window to write, then the end
+  double après = 5;                     ///< seconds until that picture
+  bool essai = false;                   ///< begin the compression test at once
+  int onglet = 0;                       ///< pane below the sensors: 0 curves, 1 test
+};
+
+struct OptionsCompression {
+  std::string fichier;
+  std::int32_t chassis = 1;
+  std::string dossier = "compression";  ///< where the files go
+  double vitesse = 0.6;                 ///< MPa/s
+  double limite = 120;                  ///< seconds of load at most
+  std::string panne;  ///< "door", "button", "overrange", "freeze", "cell"; empty for none
+  bool json = false;
+  bool malgréTout = false;  ///< start although the load or the start left entries
+};
+/// Runs a compression test on the simulated press through the object model alone, and writes its
+/// recording and its curve.
+int Compression(const OptionsCompression& options);
+
+struct OptionsSim {
+  std::optional<double> secondes;
+  bool json = false;
+};
+/// Serves every simulated serial instrument on a pseudo-terminal of its own, so that real adapters
+/// and other programs can talk to them, until Ctrl-C or the given time.
+int Sim(const OptionsSim& options);
+
+}  // namespace zuma::host
