@@ -70,10 +70,23 @@ void DémarreEntrées(Fonction& bloc) {
   }
 }
 
+// The last read of logic inputs was one: a port always answers, a library may refuse.
+template <class Board>
+bool EstLue(const Board& board) {
+  if constexpr (requires { board.EntréesLues(); }) {
+    return board.EntréesLues();
+  } else {
+    return true;
+  }
+}
+Echec Refusée() {
+  return Echec(Numéro::MatérielAbsent, "Lecture des entrées logiques refusée par la carte");
+}
+
 // A channel takes the bit of its rank in the block, or of its number where the board or the block's
 // setting says so. One that has no bit reads clear; it is told after the others got theirs.
 template <class Board>
-void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
+void RépartitLesBits(Fonction& bloc, std::uint32_t mot, void (Canal::*reçoit)(double)) {
   const bool parNuméro =
       BitParNuméro<Board>() || (ParCanalPossible<Board>() && !bloc.MAJParFonction());
   std::int16_t rang = 0;
@@ -82,7 +95,7 @@ void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
     const std::int16_t bit = parNuméro ? canal->NuméroCanal() : rang;
     const bool existe = EstUneVoie(bit, kBitsDuMot);
     if (!existe) àVérifier = bit;
-    canal->ValeurCanal(existe && (mot & Masque(bit)) != 0 ? kVrai : 0);
+    (*canal.*reçoit)(existe && (mot & Masque(bit)) != 0 ? kVrai : 0);
     ++rang;
   }
   ExigeVoie(àVérifier, kBitsDuMot);
@@ -90,10 +103,19 @@ void RépartitLesBits(Fonction& bloc, std::uint32_t mot) {
 
 // One read: the word that is compared is the word that the channels get. With a second read behind
 // the first, a contact that bounces in between is kept as seen and never shown.
+//
+// Where a library answers for the board, a read that it refuses opens every contact: a stop that
+// waits for an open one must not be hidden by what was read before. Such values are of no time.
 template <class Board>
 void RafraîchitEntrées(Fonction& bloc) {
-  const std::uint32_t mot = bloc.PiloteDe<Board>().LitEntrées();
+  auto& board = bloc.PiloteDe<Board>();
+  const std::uint32_t mot = board.LitEntrées();
   auto& précédent = bloc.Etat<DernierMot>().mot;
+  if (!EstLue(board)) {
+    précédent.reset();
+    RépartitLesBits<Board>(bloc, 0, &Canal::TientValeurCanal);
+    throw Refusée();
+  }
   if (précédent == mot) {
     for (const CanalRef& canal : bloc.LesCanaux()) canal->DateLaLecture();
     return;
@@ -103,12 +125,17 @@ void RafraîchitEntrées(Fonction& bloc) {
     return;
   }
   précédent = mot;
-  RépartitLesBits<Board>(bloc, mot);
+  RépartitLesBits<Board>(bloc, mot, &Canal::ValeurCanal);
 }
 
 template <class Board>
 void LitEntrée(Canal& canal) {
-  const bool vrai = canal.PiloteDe<Board>().LitEntrée(canal.NuméroCanal());
+  auto& board = canal.PiloteDe<Board>();
+  const bool vrai = board.LitEntrée(canal.NuméroCanal());
+  if (!EstLue(board)) {
+    canal.TientValeurCanal(0);
+    throw Refusée();
+  }
   canal.ValeurCanal(vrai ? kVrai : 0);
 }
 

@@ -59,18 +59,18 @@ bool PCI_9111_HR::EcritAnalogique(std::int16_t, std::int16_t valeur) {
   return Lib().AO_WriteChannel(Poignée(), 0, static_cast<std::int16_t>(signée)) == 0;
 }
 
-std::uint32_t PCI_9111_HR::LitEntrées() const {
+std::uint32_t PCI_9111_HR::LitEntrées() {
   std::uint32_t port0 = 0;
   std::uint32_t port1 = 0;
-  Lib().DI_ReadPort(Poignée(), 0, port0);
-  Lib().DI_ReadPort(Poignée(), 1, port1);
+  lues_ = Lib().DI_ReadPort(Poignée(), 0, port0) == 0;
+  lues_ = Lib().DI_ReadPort(Poignée(), 1, port1) == 0 && lues_;
   return port0 | (port1 & kMasqueEntréesPort1) << kLignesPort0;
 }
 
-bool PCI_9111_HR::LitEntrée(std::int16_t voie) const {
+bool PCI_9111_HR::LitEntrée(std::int16_t voie) {
   const LigneDePort ligne = LigneDe(voie);
   std::uint16_t état = 0;
-  Lib().DI_ReadLine(Poignée(), ligne.port, ligne.ligne, état);
+  lues_ = Lib().DI_ReadLine(Poignée(), ligne.port, ligne.ligne, état) == 0;
   return état != 0;
 }
 

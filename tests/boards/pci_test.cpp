@@ -92,6 +92,25 @@ TEST_F(UneCartePCI, LitLesEntréesLogiquesDesDeuxPorts) {
   jumelle.bornes.entréesLogiques = 0x80001;
   for (const CanalRef& canal : *bloc->Canals()) canal->MetàJour();
   EXPECT_EQ(Lues(bloc), (Valeurs{-1, 0, 0, -1, 0}));
+  // A read that is refused opens the contacts, ages, and is told.
+  registre->entrées.clear();
+  jumelle.pannes.morte = true;
+  for (const bool parBloc : {true, false}) {
+    plateforme.heureDePasse += 10;
+    if (parBloc) {
+      bloc->MetàJour();
+    } else {
+      Le(bloc, 0).MetàJour();
+    }
+    EXPECT_EQ(Lues(bloc), (Valeurs{0, 0, 0, 0, 0}));
+    EXPECT_TRUE(Le(bloc, 0).EstVieux());
+    EXPECT_TRUE(registre->Contient("Lecture des entrées logiques refusée par la carte"));
+    registre->entrées.clear();
+  }
+  jumelle.pannes.morte = false;
+  bloc->MetàJour();
+  EXPECT_EQ(Lues(bloc), (Valeurs{-1, 0, 0, -1, 0}));
+  EXPECT_FALSE(Le(bloc, 0).EstVieux());
 }
 
 // Whatever came between, a word that the board does not hold goes out: a stop is such a word.
