@@ -130,6 +130,10 @@ const Cas<std::string, std::string, std::string, std::string, std::string> kProb
      "du CAN]=250 WHERE [Index]=112",
      "the CAN port has another speed or mode already (channel 11100); found 250 kbit/s, 11 bits; "
      "expected 500 kbit/s, 11 bits\n"},
+    {"Capteur", "1", "Somme de contrôle",
+     "ALTER TABLE Capteur ADD COLUMN [Somme de contrôle] TEXT; UPDATE Capteur SET [Somme de "
+     "contrôle]='0123456789ABCDEF' WHERE [Index]=1",
+     "the row was changed outside the system, or damaged; found \"0123456789ABCDEF\"; expected "},
     {"Capteur", "4", "Offset", "=''",
      "an empty text: the row is not read any further; found \"\"; expected a value, or Null\n"},
     {"", "", "",
