@@ -3,12 +3,13 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench fuzz images lint format clean
+.PHONY: help deps demo test bench fuzz images lint format deb clean
 
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev \
             qt6-base-dev qt6-charts-dev libqt6opengl6-dev
 PACKAGES_BENCH := libbenchmark-dev valgrind
+PACKAGES_DEB := debhelper dpkg-dev lintian
 PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 
 DEMO_DIR ?= demo-out
@@ -51,6 +52,10 @@ lint: deps  ## clang-tidy over the sources and clang-format in check mode
 format: deps  ## rewrite the sources in the project's format
 	@tools/deps.sh clang-format-19
 	@git ls-files '*.cpp' '*.h' | xargs clang-format-19 -i
+
+deb: deps  ## build the Debian packages, and have lintian look at them
+	@tools/deps.sh $(PACKAGES_DEB)
+	@tools/paquet_debian.sh build/deb $(JOBS)
 
 clean:  ## remove what was built
 	@rm -rf build demo-out

@@ -50,6 +50,17 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zuma.pc COMPONENT dev
 
 if(ZUMA_PROGRAM)
   install(TARGETS zuma_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT program)
+  install(FILES docs/man/zuma.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT program)
   install(FILES tools/completion/zuma.bash RENAME zuma COMPONENT program
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  if(ZUMA_QT)
+    install(TARGETS zuma_desktop_program
+      RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT desktop)
+    install(FILES docs/man/zuma-desktop.1
+      DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT desktop)
+    install(FILES data/zuma-desktop.desktop
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT desktop)
+    install(FILES data/zuma.svg COMPONENT desktop
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  endif()
 endif()

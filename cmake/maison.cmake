@@ -4,11 +4,11 @@
 set(ZUMA_MAISON ${PROJECT_BINARY_DIR}/maison.tsv)
 file(WRITE ${ZUMA_MAISON} "")
 
-# zuma_bibliotheque(name DOSSIERS folder... [EN_TETES header...] [SAUF regex] DEPEND target...
+# zuma_bibliotheque(name [INTERNE] DOSSIERS folder... [EN_TETES header...] [SAUF regex] DEPEND target...
 #                   TIENT "what it holds")
-# EN_TETES belong to this floor although they stand in a folder of another one.
+# INTERNE is linked into the program and never installed. EN_TETES belong to this floor although they stand in a folder of another one.
 function(zuma_bibliotheque nom)
-  cmake_parse_arguments(A "" "SAUF;TIENT" "DOSSIERS;EN_TETES;DEPEND" ${ARGN})
+  cmake_parse_arguments(A "INTERNE" "SAUF;TIENT" "DOSSIERS;EN_TETES;DEPEND" ${ARGN})
   set(sources)
   foreach(dossier ${A_DOSSIERS})
     file(GLOB trouve CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${dossier}/*.cpp
@@ -18,7 +18,11 @@ function(zuma_bibliotheque nom)
   if(A_SAUF)
     list(FILTER sources EXCLUDE REGEX ${A_SAUF})
   endif()
-  add_library(${nom} ${sources} ${A_EN_TETES} ${PROJECT_SOURCE_DIR}/cmake/maison.cmake)
+  set(genre)
+  if(A_INTERNE)
+    set(genre STATIC)
+  endif()
+  add_library(${nom} ${genre} ${sources} ${A_EN_TETES} ${PROJECT_SOURCE_DIR}/cmake/maison.cmake)
   string(REPLACE zuma_ "" court ${nom})
   add_library(zuma::${court} ALIAS ${nom})
   set_target_properties(${nom} PROPERTIES LINKER_LANGUAGE CXX EXPORT_NAME ${court}

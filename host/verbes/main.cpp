@@ -1,8 +1,11 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <string>
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
 #include "host/configuration.h"
 #include "host/depart.h"
@@ -57,13 +60,20 @@ void AjouteMalgréTout(CLI::App& verbe, Options& options) {
                  "and stops included");
 }
 
+// Windows are a program of their own, so that a machine without a screen needs no toolkit: zuma
+// hands its command line on to the one beside it.
+[[maybe_unused]] char** arguments = nullptr;
+
 int LanceDesktop([[maybe_unused]] const OptionsDesktop& options) {
 #ifdef ZUMA_QT
   return Desktop(options);
 #else
-  throw MauvaisUsage(
-      "this program was built without windows: install qt6-base-dev, qt6-charts-dev and "
-      "libqt6opengl6-dev, then build with -DZUMA_QT=ON");
+  const std::string voisin =
+      std::filesystem::read_symlink("/proc/self/exe").replace_filename("zuma-desktop");
+  execv(voisin.c_str(), arguments);
+  throw MauvaisUsage("the window is a program of its own, and " + voisin +
+                     " is not there: install package zuma-desktop, or build with -DZUMA_QT=ON "
+                     "(qt6-base-dev, qt6-charts-dev, libqt6opengl6-dev)");
 #endif
 }
 
@@ -231,6 +241,7 @@ class LigneDeCommande {
 }  // namespace
 
 int main(int argc, char** argv) {
+  arguments = argv;
   // A file at the size limit of the process is a write that fails, and no reason to leave a machine
   // under its last set point.
   std::signal(SIGXFSZ, SIG_IGN);
