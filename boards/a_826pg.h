@@ -23,6 +23,7 @@ class A_826PG : public CarteES {
   void DémarreSortiesAnalogiques() {}
   void EcritAnalogique(std::int16_t voie, std::int16_t valeur);
 
+  static constexpr RèglesDEntrées kEntrées{};
   void DémarreEntrées() {}
   [[nodiscard]] std::uint32_t LitEntrées() const { return LitMot(6); }
   /// A set bit is the true level.

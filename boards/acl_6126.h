@@ -13,13 +13,14 @@ class ACL_6126 : public SortiesParPaires<6> {
 
   using SortiesParPaires::SortiesParPaires;
 
-  void DémarreEntrées() {}
-  [[nodiscard]] std::uint32_t LitEntrées() const { return LitPaire(0x0E, 0x0F); }
-  /// What the change test compares of a word. It weighs the high byte by 255 where the read weighs
-  /// it by 256, and must: hosts rely on which changes are seen at once.
-  [[nodiscard]] static std::uint32_t Poids(std::uint32_t mot) {
+  /// The change test weighs the high byte by 255 where the read weighs it by 256, and must: hosts
+  /// rely on which changes are seen at once.
+  [[nodiscard]] static constexpr std::uint32_t Poids(std::uint32_t mot) {
     return (mot >> 8U) * 255U + (mot & 0xFFU);
   }
+  static constexpr RèglesDEntrées kEntrées{.poids = &Poids};
+  void DémarreEntrées() {}
+  [[nodiscard]] std::uint32_t LitEntrées() const { return LitPaire(0x0E, 0x0F); }
   /// A set bit is the true level.
   [[nodiscard]] bool LitEntrée(std::int16_t voie) const {
     return (LitEntrées() & Masque(voie)) != 0;

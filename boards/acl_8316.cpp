@@ -82,7 +82,7 @@ void ACL_8316::DémarreSortiesAnalogiques() {
 }
 
 void ACL_8316::EcritAnalogique(std::int16_t voie, std::int16_t valeur) {
-  const int signée = valeur >= 2048 ? valeur - 4096 : valeur;
+  const int signée = Signé12Bits(valeur);
   EcritMot(static_cast<std::uint16_t>(kAnalogique + DécalageSortie(voie, kSorties)),
            static_cast<std::uint16_t>(VersEntier16(signée * 16.0)));
 }

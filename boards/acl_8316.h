@@ -35,6 +35,7 @@ class ACL_8316 : public CarteES {
   void ProgrammeFréquence(double hertz);
   void ArrêteFréquence();
 
+  static constexpr RèglesDEntrées kEntrées{};
   void DémarreEntrées() {}
   [[nodiscard]] std::uint32_t LitEntrées() const { return LitMot(14); }
   /// A set bit is the false level.

@@ -46,6 +46,25 @@ class CarteES : public Pilote {
   std::uint16_t base_;
 };
 
+/// How the logic inputs of a board reach the channels of a block. Each board that has some states
+/// its rules as `kEntrées`, those that it does not name by these defaults; a misspelt one does not
+/// compile.
+struct RèglesDEntrées {
+  bool bitParNuméro = false;      ///< a channel takes the bit of its number, not of its rank
+  bool parCanalPossible = false;  ///< the same where the block is set channel by channel
+  bool peutRefuser = false;       ///< reads may fail: the board has `EntréesLues`
+  /// What the change test compares of a word; the word itself when left out.
+  std::uint32_t (*poids)(std::uint32_t mot) = nullptr;
+};
+
+/// Signed value of a 12-bit code: 0 to 2047 are positive, 2048 to 4095 negative (two's complement).
+/// A code beyond is brought down as far.
+[[nodiscard]] constexpr int Signé12Bits(int code) noexcept {
+  constexpr int kPremierNégatif = 2048;
+  constexpr int kCodes = 4096;
+  return code >= kPremierNégatif ? code - kCodes : code;
+}
+
 /// True for a channel of 0 to `nombre` - 1.
 [[nodiscard]] constexpr bool EstUneVoie(std::int16_t voie, std::int16_t nombre) noexcept {
   return voie >= 0 && voie < nombre;

@@ -2,6 +2,7 @@
 #include "boards/operations.h"
 
 #include <algorithm>
+#include <concepts>
 #include <type_traits>
 
 #include "boards/a_826pg.h"
@@ -29,32 +30,26 @@ bool AvecBlocs(Carte& carte, ENUM_TYPE_FONCTION type) {
 
 // --- Logic inputs
 
-// How a board differs from the rule; a board that says nothing follows it.
+// What a board with logic inputs must have; it is asked once, where its operations are made.
 template <class Board>
-consteval bool BitParNuméro() {
-  if constexpr (requires { Board::kBitParNuméro; }) return Board::kBitParNuméro;
-  return false;
-}
-template <class Board>
-consteval bool ParCanalPossible() {
-  if constexpr (requires { Board::kParCanalPossible; }) return Board::kParCanalPossible;
-  return false;
-}
+concept ADesEntrées = requires(Board& board, std::int16_t voie) {
+  { Board::kEntrées } -> std::same_as<const RèglesDEntrées&>;
+  { board.LitEntrées() } -> std::same_as<std::uint32_t>;
+  { board.LitEntrée(voie) } -> std::same_as<bool>;
+};
 
-// A board that weighs its word takes some words for the same one.
 // Last word of the logic inputs, which the change test compares; none before the first read. It is
 // the block's own: two blocks on one board each see every change.
 struct DernierMot : EtatPilote {
   std::optional<std::uint32_t> mot;
 };
 
+// A board that weighs its word takes some words for the same one.
 template <class Board>
 bool PassePourLeMême(std::uint32_t mot, std::uint32_t précédent) {
-  if constexpr (requires { Board::Poids(mot); }) {
-    return Board::Poids(mot) == Board::Poids(précédent);
-  } else {
-    return mot == précédent;
-  }
+  constexpr auto kPoids = Board::kEntrées.poids;
+  if constexpr (kPoids != nullptr) return kPoids(mot) == kPoids(précédent);
+  return mot == précédent;
 }
 
 // The first word after a start counts as a change, whatever it is: a wire that broke before must be
@@ -72,12 +67,9 @@ void DémarreEntrées(Fonction& bloc) {
 
 // The last read of logic inputs was one: a port always answers, a library may refuse.
 template <class Board>
-bool EstLue(const Board& board) {
-  if constexpr (requires { board.EntréesLues(); }) {
-    return board.EntréesLues();
-  } else {
-    return true;
-  }
+bool EstLue([[maybe_unused]] const Board& board) {
+  if constexpr (Board::kEntrées.peutRefuser) return board.EntréesLues();
+  return true;
 }
 Echec Refusée() {
   return Echec(Numéro::MatérielAbsent, "Lecture des entrées logiques refusée par la carte");
@@ -87,8 +79,9 @@ Echec Refusée() {
 // setting says so. One that has no bit reads clear; it is told after the others got theirs.
 template <class Board>
 void RépartitLesBits(Fonction& bloc, std::uint32_t mot, void (Canal::*reçoit)(double)) {
+  constexpr RèglesDEntrées kRègles = Board::kEntrées;
   const bool parNuméro =
-      BitParNuméro<Board>() || (ParCanalPossible<Board>() && !bloc.MAJParFonction());
+      kRègles.bitParNuméro || (kRègles.parCanalPossible && !bloc.MAJParFonction());
   std::int16_t rang = 0;
   std::int16_t àVérifier = 0;
   for (const CanalRef& canal : bloc.LesCanaux()) {
@@ -139,7 +132,7 @@ void LitEntrée(Canal& canal) {
   canal.ValeurCanal(vrai ? kVrai : 0);
 }
 
-template <class Board>
+template <ADesEntrées Board>
 constexpr OpérationsPilote kEntréesDe{.ouvre = &Ouvre<Board>,
                                       .démarreBloc = &DémarreEntrées<Board>,
                                       .rafraîchitBloc = &RafraîchitEntrées<Board>,

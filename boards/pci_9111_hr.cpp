@@ -55,7 +55,7 @@ double PCI_9111_HR::LitAnalogique(std::int16_t voie, std::int16_t& gain, std::in
 
 bool PCI_9111_HR::EcritAnalogique(std::int16_t, std::int16_t valeur) {
   Lib().AO_9111_Config(Poignée(), LesRéglages().polaritéPCI9111);
-  const int signée = valeur >= 2048 ? valeur - 4096 : valeur;
+  const int signée = Signé12Bits(valeur);
   return Lib().AO_WriteChannel(Poignée(), 0, static_cast<std::int16_t>(signée)) == 0;
 }
 

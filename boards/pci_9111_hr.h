@@ -31,8 +31,7 @@ class PCI_9111_HR : public CartePCI {
   /// has one output: the channel's number is not used. True when the library took it.
   bool EcritAnalogique(std::int16_t voie, std::int16_t valeur);
 
-  /// A block takes the bit of a channel's number.
-  static constexpr bool kBitParNuméro = true;
+  static constexpr RèglesDEntrées kEntrées{.bitParNuméro = true, .peutRefuser = true};
   void DémarreEntrées() {}
   [[nodiscard]] std::uint32_t LitEntrées();
   /// A set line is the true level.

@@ -15,8 +15,7 @@ class PCL_731 : public CarteES {
 
   using CarteES::CarteES;
 
-  /// A block takes the bit of a channel's number.
-  static constexpr bool kBitParNuméro = true;
+  static constexpr RèglesDEntrées kEntrées{.bitParNuméro = true};
   void DémarreEntrées(bool avecSorties);
   [[nodiscard]] std::uint32_t LitEntrées();
   /// A set bit is the false level; there is no line from 24 on, which reads true.

@@ -33,7 +33,7 @@ class PET48_Câblé : public PET48_DIO {
  public:
   using PET48_DIO::PET48_DIO;
 
-  static constexpr bool kParCanalPossible = true;
+  static constexpr RèglesDEntrées kEntrées{.parCanalPossible = true};
   [[nodiscard]] std::uint32_t LitEntrées() { return Câblé(LitVingtQuatre()); }
   [[nodiscard]] bool LitEntrée(std::int16_t voie) { return (LitEntrées() & Masque(voie)) != 0; }
 
