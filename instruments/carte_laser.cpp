@@ -55,8 +55,10 @@ void OuvreLaLigne(Carte& carte) {
 void Démarre(Carte& carte) {
   LASER_EIR& laser = Neuf<LASER_EIR>(carte);
   laser.MaComm(Crée<LiaisonEnPort>(carte.RS(), LitRéglages(carte.Configuration())));
+  const std::int32_t distance = DistanceCible(carte);
+  laser.DistanceCible(distance);  // for a port that comes later
   OuvreLaLigne(carte);
-  laser.Initialise(DistanceCible(carte));
+  laser.Initialise(distance);
 }
 
 }  // namespace

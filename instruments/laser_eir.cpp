@@ -19,6 +19,8 @@ constexpr std::size_t kOctetsDeMesure = 3;
 constexpr double kBouge = 200;      // counts from one measure to the next that prove nothing
 constexpr double kSilence = 2'000;  // microseconds; a byte at 9600 bits per second takes half of it
 constexpr std::array kEtatsLus{ReadLaserState, ReadEcho, ReadZero};
+constexpr std::array kRéglages{WriteTargetDistance, WriteEcho, WriteMeasuringType, WriteUnit,
+                               WriteZero};
 constexpr std::size_t kOctetsDEtat = 3;  // letter, digit, colon
 
 std::size_t Suivant(std::size_t état) {
@@ -74,6 +76,12 @@ void LASER_EIR::TraiteRéponse() {
   }
   CommState_ = Pret;
   Timeout_ = false;
+  RéglageFait();
+}
+
+// A setting is over once it is answered, or was tried as often as a question is.
+void LASER_EIR::RéglageFait() {
+  if (réglagesDus_ != 0 && commande_ == kRéglages[kRéglages.size() - réglagesDus_]) --réglagesDus_;
 }
 
 // What comes behind a question without answer may belong to that one, and nothing in a measure
@@ -127,12 +135,21 @@ bool LASER_EIR::CommandeSynchrone(EnumEIRCommande commande, std::string_view val
   return false;
 }
 
+void LASER_EIR::DistanceCible(std::int32_t distance) {
+  distanceCible_ = std::to_string(distance);
+  UnitState_ = EnumUnite::mm;
+}
+
 void LASER_EIR::Initialise(std::int32_t DistanceCible_lng) {
-  CommandeSynchrone(WriteTargetDistance, std::to_string(DistanceCible_lng));
-  CommandeSynchrone(WriteEcho, "0");
-  CommandeSynchrone(WriteMeasuringType, "1");
-  CommandeSynchrone(WriteUnit, "M");
-  CommandeSynchrone(WriteZero, "0");
+  DistanceCible(DistanceCible_lng);
+  for (const EnumEIRCommande réglage : kRéglages) CommandeSynchrone(réglage, Réglage(réglage));
+}
+
+std::string_view LASER_EIR::Réglage(EnumEIRCommande commande) const {
+  if (commande == WriteTargetDistance) return distanceCible_;
+  if (commande == WriteMeasuringType) return "1";
+  if (commande == WriteUnit) return UnitState_ == EnumUnite::mm ? "M" : "I";
+  return "0";
 }
 
 // An answer that came, whole or not, is not still on its way.
@@ -158,7 +175,9 @@ bool LASER_EIR::TientLePort(double maintenant) {
   if (maintenant - dernierInstant_ < kRéouverture) return false;
   dernierInstant_ = maintenant;
   OpenPort();
-  return MaComm_->PortOuvert();
+  if (!MaComm_->PortOuvert()) return false;
+  réglagesDus_ = distanceCible_.empty() ? 0 : kRéglages.size();
+  return true;
 }
 
 // True when the time is over and the request is to be made again; the fourth time is an error.
@@ -174,12 +193,18 @@ bool LASER_EIR::ResteSansRéponse(double maintenant) {
   const bool reprise = reprises_ < kReprises;
   ++reprises_;
   CommState_ = reprise ? Pret : EnErreur;
-  if (!reprise) Timeout_ = true;
-  return reprise;
+  if (reprise) return true;
+  Timeout_ = true;
+  RéglageFait();
+  return false;
 }
 
 // Behind a late answer states are asked until one of them tells where the laser is; each time
 // another one, so that a late answer is not taken for it. That moves no count.
+//
+// A laser behind a port that was not there has its settings of before, or those of its factory: in
+// inches a measure would be wrong by 25, with nothing to tell it. They go out before the first
+// measure.
 //
 // A retry moves no count and goes by the counts as they stand: behind the tenth measure it asks a
 // state, behind a state a measure.
@@ -189,6 +214,11 @@ void LASER_EIR::DemandeLaSuite(double maintenant, bool reprise) {
   if (entendu_) {
     repère_ = Suivant(repère_);
     Demande(kEtatsLus[repère_]);
+    return;
+  }
+  if (réglagesDus_ != 0) {
+    const EnumEIRCommande réglage = kRéglages[kRéglages.size() - réglagesDus_];
+    Demande(réglage, Réglage(réglage));
     return;
   }
   if (cycle_ < kMesuresParEtat) {

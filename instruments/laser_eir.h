@@ -66,10 +66,14 @@ class LASER_EIR {
   /// answer, up to 300 milliseconds, and takes none as well as any: for the start-up. Never ends
   /// while an exchange is in progress: `CommState` must be `Pret`.
   void Initialise(std::int32_t DistanceCible_lng);
-  /// One step: opens a closed port, once a second at most; takes what arrived; sends the next
-  /// request. Ten measures are asked, then one state in its turn. A measure that jumps is taken one
-  /// step later, when no further byte shows that the bytes before it were not its own. Behind a
-  /// late answer a state is asked, whose answer cannot be taken for another.
+  /// The settings that `Initialise` would write, kept for a port that opens later: `Refresh` then
+  /// writes them.
+  void DistanceCible(std::int32_t distance);
+  /// One step: opens a closed port, once a second at most, and writes the settings of `Initialise`
+  /// to the laser behind it, one a step; takes what arrived; sends the next request. Ten measures
+  /// are asked, then one state in its turn. A measure that jumps is taken one step later, when no
+  /// further byte shows that the bytes before it were not its own. Behind a late answer a state is
+  /// asked, whose answer cannot be taken for another.
   void Refresh();
   /// Sends a laser state, without waiting.
   void EnvoieLaserState(EnumState état);
@@ -95,6 +99,8 @@ class LASER_EIR {
   void TraiteDansLeDoute();
   [[nodiscard]] bool EstSuspecte(double maintenant);
   void NoteLeSilence();
+  [[nodiscard]] std::string_view Réglage(EnumEIRCommande commande) const;
+  void RéglageFait();
   bool CommandeSynchrone(EnumEIRCommande commande, std::string_view valeur);
   [[nodiscard]] bool TientLePort(double maintenant);
   [[nodiscard]] bool ResteSansRéponse(double maintenant);
@@ -119,9 +125,11 @@ class LASER_EIR {
   std::int32_t reprises_ = 0;
   std::int32_t cycle_ = 0;  ///< measures asked since the last state
   std::size_t sélecteur_ = 0;
-  bool enDoute_ = false;    ///< a question had no answer yet
-  bool entendu_ = false;    ///< something came since: whose it is must be found out
-  std::size_t repère_ = 0;  ///< state that is asked for that
+  bool enDoute_ = false;         ///< a question had no answer yet
+  bool entendu_ = false;         ///< something came since: whose it is must be found out
+  std::size_t repère_ = 0;       ///< state that is asked for that
+  std::size_t réglagesDus_ = 0;  ///< settings that are still to be sent
+  std::string distanceCible_;    ///< as written; empty before `Initialise`
   double dernierPas_ = std::numeric_limits<double>::infinity();  ///< of the measure, counts
   std::optional<double> suspecteDepuis_;  ///< instant at which a measure that jumps was there
   std::int32_t mesures_ = 0;

@@ -248,6 +248,9 @@ TEST_F(UneCarteLaser, RessaieChaqueSecondeUnPortAbsentOuPerdu) {
     (void)Passe(40);
     EXPECT_EQ(prise.ouvertures, fois);
     EXPECT_TRUE(Lus().starts_with("5 ") && Lus().ends_with("0"));
+    const std::size_t réglé = laser->demandes.find("E0\rM1\rUM\rZ0\r");
+    EXPECT_LT(réglé, laser->demandes.find('B')) << "measures of a laser in inches are none";
+    laser->demandes.clear();
     prise.pannes.débranchée = true;
   }
   EXPECT_EQ(registre->entrées.size(), 1U);
