@@ -53,8 +53,8 @@ struct RèglesDEntrées {
   bool bitParNuméro = false;      ///< a channel takes the bit of its number, not of its rank
   bool parCanalPossible = false;  ///< the same where the block is set channel by channel
   bool peutRefuser = false;       ///< reads may fail: the board has `EntréesLues`
-  /// What the change test compares of a word; the word itself when left out.
-  std::uint32_t (*poids)(std::uint32_t mot) = nullptr;
+  /// What the change test compares of a word; all of it by default.
+  std::uint32_t (*poids)(std::uint32_t mot) = [](std::uint32_t mot) { return mot; };
 };
 
 /// Signed value of a 12-bit code: 0 to 2047 are positive, 2048 to 4095 negative (two's complement).

@@ -48,8 +48,7 @@ struct DernierMot : EtatPilote {
 template <class Board>
 bool PassePourLeMême(std::uint32_t mot, std::uint32_t précédent) {
   constexpr auto kPoids = Board::kEntrées.poids;
-  if constexpr (kPoids != nullptr) return kPoids(mot) == kPoids(précédent);
-  return mot == précédent;
+  return kPoids(mot) == kPoids(précédent);
 }
 
 // The first word after a start counts as a change, whatever it is: a wire that broke before must be
