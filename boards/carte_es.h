@@ -46,6 +46,11 @@ class CarteES : public Pilote {
   std::uint16_t base_;
 };
 
+/// Weight of a word that counts as it is.
+[[nodiscard]] constexpr std::uint32_t MotEntier(std::uint32_t mot) noexcept {
+  return mot;
+}
+
 /// How the logic inputs of a board reach the channels of a block. Each board that has some states
 /// its rules as `kEntrées`, those that it does not name by these defaults; a misspelt one does not
 /// compile.
@@ -54,7 +59,7 @@ struct RèglesDEntrées {
   bool parCanalPossible = false;  ///< the same where the block is set channel by channel
   bool peutRefuser = false;       ///< reads may fail: the board has `EntréesLues`
   /// What the change test compares of a word; all of it by default.
-  std::uint32_t (*poids)(std::uint32_t mot) = [](std::uint32_t mot) { return mot; };
+  std::uint32_t (*poids)(std::uint32_t mot) = &MotEntier;
 };
 
 /// Signed value of a 12-bit code: 0 to 2047 are positive, 2048 to 4095 negative (two's complement).
