@@ -23,6 +23,7 @@ function(zuma_installe jeu)
 endfunction()
 
 zuma_installe(zuma-library zuma_base zuma_tree zuma_model zuma_forms zuma_drivers zuma_sim)
+install(TARGETS zuma_driver_module EXPORT zuma-library)
 zuma_installe(zuma-host zuma_platform zuma_host)
 if(ZUMA_QT)
   zuma_installe(zuma-qt zuma_qt)

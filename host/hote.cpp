@@ -5,6 +5,7 @@
 
 #include "host/chassis_en_marche.h"
 #include "host/configuration.h"
+#include "host/drivers_charges.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
 
@@ -26,8 +27,9 @@ auto& Trouve(const Objets& objets, std::string_view quoi, std::string_view label
 }
 
 std::unique_ptr<Machine> LaMachine(const ChoixDHôte& choix, Recueil& messages) {
-  if (choix.simulation) return MachineSimulée(messages, choix.cadence);
-  return MachineRéelle(messages, choix.raccordement);
+  const auto drivers = LesDrivers({}, choix.drivers);
+  if (choix.simulation) return MachineSimulée(messages, choix.cadence, drivers);
+  return MachineRéelle(messages, choix.raccordement, drivers);
 }
 
 }  // namespace

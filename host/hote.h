@@ -4,18 +4,19 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "base/ref.h"
 #include "host/machine.h"
+#include "tree/ligne_driver.h"
 
 namespace zuma {
 class Capteur;
 class Chassis;
 class Commande;
 class EntréeLogique;
-class RegistreDesDrivers;
 class SortieLogique;
 }  // namespace zuma
 
@@ -32,6 +33,9 @@ struct ChoixDHôte {
   bool simulation = false;            ///< on twins; the demo frame's press moves with them
   Cadence cadence = Cadence::Réelle;  ///< of the simulated machine
   Raccordement raccordement{};  ///< devices of a real machine, where they are not the usual ones
+  /// Rows of the host's own beside the library's drivers. They, and what they point at, outlive the
+  /// `Hôte`.
+  std::span<const LigneDriver> drivers{};
   /// The frame is started although its load, link or start left entries: its stop is latched then,
   /// until it is acknowledged.
   bool malgréTout = false;
@@ -52,8 +56,8 @@ struct ChoixDHôte {
 class Hôte {
  public:
   /// Opens, loads, links and starts the frame. Throws `MauvaisUsage` for a file or a frame that is
-  /// not there, `DépartRefusé`, with all problems and its outputs at rest, when load, link or start
-  /// left entries.
+  /// not there and for drivers that clash, `DépartRefusé`, with all problems and its outputs at
+  /// rest, when load, link or start left entries.
   explicit Hôte(ChoixDHôte choix);
   /// Puts the outputs to rest, waits until links have confirmed it (1.5 s, 15 s on a bus of slow
   /// slaves), and releases the frame.

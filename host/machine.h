@@ -54,13 +54,16 @@ struct Raccordement {
 [[nodiscard]] Raccordement LitLesPorts(const std::vector<std::string>& ports,
                                        const std::vector<std::string>& can);
 
-/// The machine at hand. Messages of the library go to `messages`.
+/// The machine at hand. Messages of the library go to `messages`; `drivers` are those that a frame
+/// may name, Nothing for the library's own.
 [[nodiscard]] std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages,
-                                                     const Raccordement& raccordement = {});
+                                                     const Raccordement& raccordement = {},
+                                                     Ref<RegistreDesDrivers> drivers = {});
 /// How fast the simulated machine's time runs.
 enum class Cadence { Réelle, Libre };
 /// Twins for everything the frame names, the demo frame's press included.
 [[nodiscard]] std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages,
-                                                      Cadence cadence = Cadence::Réelle);
+                                                      Cadence cadence = Cadence::Réelle,
+                                                      Ref<RegistreDesDrivers> drivers = {});
 
 }  // namespace zuma::host

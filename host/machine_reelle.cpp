@@ -12,9 +12,10 @@
 namespace zuma::host {
 namespace {
 
-linux_::RéglagesLinux Choix(const Raccordement& raccordement) {
+linux_::RéglagesLinux Choix(const Raccordement& raccordement,
+                            const Ref<RegistreDesDrivers>& drivers) {
   linux_::RéglagesLinux choix;
-  choix.drivers = CréeLesDrivers();
+  choix.drivers = drivers ? drivers : CréeLesDrivers();
   choix.portsSérie = raccordement.ports;
   choix.interfacesCAN = raccordement.can;
   return choix;
@@ -22,7 +23,9 @@ linux_::RéglagesLinux Choix(const Raccordement& raccordement) {
 
 class Réelle : public Machine {
  public:
-  Réelle(BoîteDeMessage& messages, const Raccordement& raccordement) : linux_(Choix(raccordement)) {
+  Réelle(BoîteDeMessage& messages, const Raccordement& raccordement,
+         const Ref<RegistreDesDrivers>& drivers)
+      : linux_(Choix(raccordement, drivers)) {
     linux_.services.messages = &messages;
   }
 
@@ -98,8 +101,9 @@ Raccordement LitLesPorts(const std::vector<std::string>& ports,
   return lu;
 }
 
-std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages, const Raccordement& raccordement) {
-  return std::make_unique<Réelle>(messages, raccordement);
+std::unique_ptr<Machine> MachineRéelle(BoîteDeMessage& messages, const Raccordement& raccordement,
+                                       Ref<RegistreDesDrivers> drivers) {
+  return std::make_unique<Réelle>(messages, raccordement, drivers);
 }
 
 }  // namespace zuma::host

@@ -44,8 +44,8 @@ constexpr std::array<sim::Fil, 14> kCâblage{{
 // The simulated machine at the pace of a real one, so that a person can follow it.
 class Simulée : public Machine {
  public:
-  Simulée(BoîteDeMessage& messages, Cadence cadence)
-      : machine_(messages, CréeLesDrivers()), cadence_(cadence) {}
+  Simulée(BoîteDeMessage& messages, Cadence cadence, Ref<RegistreDesDrivers> drivers)
+      : machine_(messages, std::move(drivers)), cadence_(cadence) {}
 
   Plateforme& Services() override { return machine_.services; }
   Ref<ZED_Timer> Timer() override { return machine_.horloge; }
@@ -94,8 +94,9 @@ class Simulée : public Machine {
 
 }  // namespace
 
-std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages, Cadence cadence) {
-  return std::make_unique<Simulée>(messages, cadence);
+std::unique_ptr<Machine> MachineSimulée(BoîteDeMessage& messages, Cadence cadence,
+                                        Ref<RegistreDesDrivers> drivers) {
+  return std::make_unique<Simulée>(messages, cadence, drivers ? drivers : CréeLesDrivers());
 }
 
 }  // namespace zuma::host

@@ -1,26 +1,15 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
-
 #include "sim/bus_ports.h"
+#include "tree/jumeau_de_driver.h"
 
 namespace zuma::sim {
 
 /// Full scale of the analog terminals of every simulated board, in volts.
 inline constexpr double kVoltsPleineEchelle = 10;
 
-inline constexpr int kLignesParCarte = 32;
-
-/// What stands at the terminals of a simulated board: inputs are set from outside, outputs by the
-/// board's registers.
-struct Bornes {
-  std::array<double, kLignesParCarte> entréesAnalogiques{};  ///< volts
-  std::array<double, kLignesParCarte> sortiesAnalogiques{};  ///< volts
-  std::uint32_t entréesLogiques = 0;                         ///< one bit a line, electrical level
-  std::uint32_t sortiesLogiques = 0;
-  double fréquence = 0;  ///< hertz of a square wave output
-};
+using zuma::Bornes;
+using zuma::kLignesParCarte;
 
 /// A simulated board with its terminals.
 class CarteSimulée : public AppareilPorts {

@@ -29,6 +29,39 @@ for hote in "$travail/examples/minimal" "$travail/examples/complet" "$travail/mi
   echo "$(basename "$hote"): $("$hote" "$travail/demo.db" | tail -1)"
 done
 
+# A driver of one's own: by itself on its twin, then loaded by the installed program.
+zuma="$prefixe/bin/zuma"
+cmake -S examples/driver -B "$travail/driver" -G Ninja -DCMAKE_PREFIX_PATH="$prefixe" \
+  -DCMAKE_CXX_FLAGS="-Wall -Wextra" >"$travail/configure.log"
+cmake --build "$travail/driver" -j "$taches" >"$travail/build.log" || {
+  cat "$travail/build.log" >&2
+  exit 1
+}
+python3 - "$travail/demo.db" examples/driver/chassis.sql <<'FIN'
+import pathlib
+import sqlite3
+import sys
+
+sqlite3.connect(sys.argv[1]).executescript(pathlib.Path(sys.argv[2]).read_text())
+FIN
+echo "driver: $("$travail/driver/essai_ma_carte" "$travail/demo.db")"
+avec=("$travail/demo.db" --frame 50 --driver "$travail/driver/libma_carte.so")
+echo "driver: $("$zuma" check "${avec[@]}" | tail -1)"
+"$zuma" run "${avec[@]}" --sim --fast --seconds 2 --json >"$travail/vues.jsonl"
+python3 - "$travail/vues.jsonl" <<'FIN'
+import json
+import sys
+
+vues = [json.loads(ligne) for ligne in open(sys.argv[1])]
+for vue in vues:
+    for canal in vue["channels"]:
+        volts = float(canal["terminal"].split()[0])
+        assert abs(canal["points"] - volts * 6553.6) <= 16, canal  # one code of 12 bits
+valeurs = [vue["sensors"][0]["value"] for vue in vues]
+assert len(set(valeurs)) == len(valeurs) >= 3, valeurs
+print("driver: zuma run reads", *(f"{valeur:.3f} V" for valeur in valeurs))
+FIN
+
 xargs rm -f <"$construction/install_manifest.txt"
 restes=$(find "$prefixe" -type f)
 [ -z "$restes" ] || { echo "left behind: $restes" >&2; exit 1; }

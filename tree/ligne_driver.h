@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -11,6 +12,7 @@ class Canal;
 class Carte;
 class FenêtreHôte;
 class Fonction;
+struct JumeauDeDriver;
 struct Réglages;
 
 /// Base of a board's driver object: register access and the images of one board at one base
@@ -78,7 +80,7 @@ struct RetenueDeDriver {
 
 /// Form of a row and of what it points at. It changes with each change that a driver built apart
 /// would not survive.
-inline constexpr std::uint32_t kVersionDesDrivers = 1;
+inline constexpr std::uint32_t kVersionDesDrivers = 2;
 
 /// One driver: the only place that knows its number, its texts and its operations. A row and what
 /// it points at outlive every frame that they serve.
@@ -108,6 +110,9 @@ struct LigneDriver {
   std::string_view câblage{};
   const OpérationsPilote* pilote = nullptr;
   const OpérationsCarte* carte = nullptr;
+  /// Twin of a port-mapped board that the simulated machine does not know
+  /// (`tree/jumeau_de_driver.h`); none: it has one for the library's own, and nothing for others.
+  const JumeauDeDriver* jumeau = nullptr;
 
   /// No pass refreshes such a board: its host does, whenever it wants a reading.
   [[nodiscard]] bool EstLaisséeALHôte() const noexcept {
@@ -121,4 +126,17 @@ struct LigneDriver {
 /// The row of no driver: it serves nothing.
 inline constexpr LigneDriver kSansDriver{.nom = "DrvAucun"};
 
+/// What a library of drivers holds out to the program that loads it.
+struct DriversDUneBibliothèque {
+  std::uint32_t version = kVersionDesDrivers;  ///< read first: rows of another form are not touched
+  const LigneDriver* lignes = nullptr;
+  std::size_t nombre = 0;
+};
+
 }  // namespace zuma
+
+/// The one symbol that such a library defines, and that `zuma --driver LIBRARY` looks for. The
+/// library is built without those of zuma and takes their symbols from the program, so that there
+/// is one copy of everything; it stays loaded until the process ends. Values from 10 000 on are
+/// free for drivers of others.
+extern "C" __attribute__((visibility("default"))) const zuma::DriversDUneBibliothèque zuma_drivers;

@@ -18,11 +18,21 @@ const LigneDriver& DuTexte(const Table& table, const Valeur& valeur) {
   return texte == nullptr ? kSansDriver : Trouvée(table, *texte);
 }
 
+// `quoi` tells what the key is, for who has to choose another one.
 template <class Table>
-void Range(Table& table, const typename Table::key_type& clé, const LigneDriver& ligne) {
-  if (table.emplace(clé, &ligne).second) return;
-  throw Echec(Numéro::CléDéjàPrésente, DescriptionDEchec(Numéro::CléDéjàPrésente) + " : driver '" +
-                                           std::string(ligne.nom) + "'");
+void Range(Table& table, const typename Table::key_type& clé, const std::string& quoi,
+           const LigneDriver& ligne) {
+  const auto [place, nouveau] = table.emplace(clé, &ligne);
+  if (nouveau) return;
+  throw Echec(Numéro::CléDéjàPrésente, "driver '" + std::string(ligne.nom) + "': " + quoi +
+                                           " belongs to '" + std::string(place->second->nom) + "'");
+}
+
+template <class Table>
+void RangeLeTexte(Table& table, std::string_view texte, const char* colonne,
+                  const LigneDriver& ligne) {
+  if (texte.empty()) return;
+  Range(table, texte, "text \"" + std::string(texte) + "\" of column \"" + colonne + "\"", ligne);
 }
 
 }  // namespace
@@ -44,10 +54,11 @@ void RegistreDesDrivers::Ajoute(const LigneDriver& ligne) {
   if (ligne.valeur == ENUM_DRIVER::DrvAucun || ligne.nom.empty()) {
     throw Echec(Numéro::AppelIncorrect, "a driver needs a value other than 0 and a name");
   }
-  Range(parValeur_, static_cast<std::int32_t>(ligne.valeur), ligne);
-  if (!ligne.texteCarte.empty()) Range(parTexteDeCarte_, ligne.texteCarte, ligne);
-  if (!ligne.texteFonction.empty()) Range(parTexteDeFonction_, ligne.texteFonction, ligne);
-  if (!ligne.texteCanal.empty()) Range(parTexteDeCanal_, ligne.texteCanal, ligne);
+  const auto valeur = static_cast<std::int32_t>(ligne.valeur);
+  Range(parValeur_, valeur, "value " + std::to_string(valeur), ligne);
+  RangeLeTexte(parTexteDeCarte_, ligne.texteCarte, "Driver de la Carte", ligne);
+  RangeLeTexte(parTexteDeFonction_, ligne.texteFonction, "Driver", ligne);
+  RangeLeTexte(parTexteDeCanal_, ligne.texteCanal, "Driver canal", ligne);
   lignes_.push_back(&ligne);
 }
 

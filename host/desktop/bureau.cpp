@@ -6,6 +6,7 @@
 #include "host/configuration.h"
 #include "host/desktop/boite_de_depart.h"
 #include "host/desktop/traducteur_du_chassis.h"
+#include "host/drivers_charges.h"
 #include "host/parametres.h"
 
 namespace zuma::host {
@@ -29,8 +30,9 @@ constexpr std::chrono::seconds kRapport{1};
 
 std::unique_ptr<Machine> LaMachine(const OptionsDesktop& options, BoîteDeMessage& messages) {
   const Raccordement raccordement = LitLesPorts(options.ports, options.can);
-  if (options.simulation) return MachineSimulée(messages, Cadence::Réelle);
-  return MachineRéelle(messages, raccordement);
+  const auto drivers = LesDrivers(options.drivers);
+  if (options.simulation) return MachineSimulée(messages, Cadence::Réelle, drivers);
+  return MachineRéelle(messages, raccordement, drivers);
 }
 
 // A picture is taken without anybody who could answer.

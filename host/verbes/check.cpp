@@ -3,9 +3,9 @@
 
 #include "base/echec.h"
 #include "boards/partage_can.h"
-#include "boards/table_des_drivers.h"
 #include "core/chassis.h"
 #include "host/configuration.h"
+#include "host/drivers_charges.h"
 #include "host/parametres.h"
 #include "host/problemes.h"
 #include "host/retenues.h"
@@ -193,7 +193,7 @@ int Check(const OptionsCheck& options) {
   const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, options.fichier);
   ExigeChassis(*base, options.fichier, options.chassis);
   const linux_::Parametres paramètres = LitLesParamètres(options.fichier, options.paramètres);
-  const Ref<RegistreDesDrivers> drivers = CréeLesDrivers();
+  const Ref<RegistreDesDrivers> drivers = LesDrivers(options.drivers);
   {
     Avancement avancement;
     VérifieLesDonnées(*base, *drivers, *recueil, {}, &avancement);

@@ -9,6 +9,7 @@
 #include "base/vidage.h"
 #include "host/chassis_en_marche.h"
 #include "host/configuration.h"
+#include "host/drivers_charges.h"
 #include "host/interruption.h"
 #include "host/lecture.h"
 #include "host/parametres.h"
@@ -101,8 +102,9 @@ bool Imprime(const OptionsDump& options, const std::vector<std::string>& lignes)
 
 std::unique_ptr<Machine> LaMachine(const OptionsDump& options, BoîteDeMessage& messages) {
   const Raccordement raccordement = LitLesPorts(options.ports, options.can);
-  if (options.simulation) return MachineSimulée(messages, Cadence::Libre);
-  return MachineRéelle(messages, raccordement);
+  const auto drivers = LesDrivers(options.drivers);
+  if (options.simulation) return MachineSimulée(messages, Cadence::Libre, drivers);
+  return MachineRéelle(messages, raccordement, drivers);
 }
 
 }  // namespace

@@ -37,6 +37,9 @@ void AjouteChassis(CLI::App& verbe, Options& options) {
       ->capture_default_str();
   verbe.add_option("--param", options.paramètres, "shared parameter, INDEX=VALUE")
       ->type_name("INDEX=VALUE");
+  verbe.add_option("--driver", options.drivers, "library of drivers beside those of zuma")
+      ->type_name("LIBRARY")
+      ->allow_extra_args(false);
 }
 
 template <class Options>

@@ -6,6 +6,7 @@
 
 #include "host/chassis_en_marche.h"
 #include "host/configuration.h"
+#include "host/drivers_charges.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
@@ -156,9 +157,10 @@ std::unique_ptr<Machine> LaMachine(const OptionsRun& options, BoîteDeMessage& m
     if (!options.pannes.empty() || options.graine != 0 || options.auPlusVite) {
       throw MauvaisUsage("--fault, --seed and --fast belong to the simulated machine: add --sim");
     }
-    return MachineRéelle(messages, raccordement);
+    return MachineRéelle(messages, raccordement, LesDrivers(options.drivers));
   }
-  auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle);
+  auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle,
+                                LesDrivers(options.drivers));
   machine->Jumelle()->graine = options.graine;
   std::vector<sim::PannePrévue>& pannes = machine->Jumelle()->pannes;
   for (const std::string& panne : options.pannes) {

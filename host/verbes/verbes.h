@@ -24,6 +24,7 @@ struct OptionsCheck {
   std::int32_t chassis = 1;
   bool json = false;
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::vector<std::string> drivers;     ///< libraries of drivers
 };
 /// Loads and links the frame and tells every problem with the object it concerns.
 int Check(const OptionsCheck& options);
@@ -43,6 +44,7 @@ struct OptionsRun {
   std::vector<std::string> ports;   ///< "number=device" of serial ports
   std::vector<std::string> can;     ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::vector<std::string> drivers;     ///< libraries of drivers
 };
 /// Runs the frame and shows its boards, blocks and channels until Ctrl-C or the given time.
 int Run(const OptionsRun& options);
@@ -58,6 +60,7 @@ struct OptionsDump {
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::vector<std::string> drivers;     ///< libraries of drivers
 };
 /// Starts the frame, lets it pass for a while, writes the dump of its whole tree and puts it to
 /// rest. Simulated time runs as fast as it goes.
@@ -71,6 +74,7 @@ struct OptionsDesktop {
   std::vector<std::string> ports;       ///< "number=device" of serial ports
   std::vector<std::string> can;         ///< "card:port=interface" of CAN ports
   std::vector<std::string> paramètres;  ///< "index=value"
+  std::vector<std::string> drivers;     ///< libraries of drivers
   std::string personne;                 ///< who calibrates; empty leaves date and person alone
   std::string langue;                   ///< of the window; empty for the first known
   std::string image;                    ///< picture of the window to write, then the end

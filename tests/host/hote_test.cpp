@@ -68,5 +68,18 @@ TEST_F(UnHôte, EntendLArrêtEtLAcquitte) {
   EXPECT_EQ(causes.size(), 1U);
 }
 
+// Rows of the host's own that clash are told before anything is opened.
+TEST(LesDriversDUnHôte, SontRefusésAvecCeQuiLesGêne) {
+  const LigneDriver ligne{.valeur = ENUM_DRIVER::DrvModBus, .nom = "Mien"};
+  try {
+    const host::Hôte hôte({.fichier = "absent.db", .simulation = true, .drivers = {&ligne, 1}});
+    ADD_FAILURE() << "taken";
+  } catch (const host::MauvaisUsage& échec) {
+    EXPECT_PRED_FORMAT2(testing::IsSubstring,
+                        "drivers of the host: driver 'Mien': value 300 belongs to 'DrvModBus'",
+                        échec.what());
+  }
+}
+
 }  // namespace
 }  // namespace zuma::essai

@@ -4,10 +4,10 @@ _zuma() {
   local mot=${COMP_WORDS[COMP_CWORD]} avant=${COMP_WORDS[COMP_CWORD-1]} verbe=${COMP_WORDS[1]:-}
   local -A options=(
     [init]="--help"
-    [check]="--frame --json --param --help"
-    [run]="--frame --sim --seconds --csv --ages --json --param --fault --seed --fast --port --can --start-anyway --help"
-    [desktop]="--frame --sim --param --port --can --lang --person --start-anyway --help"
-    [dump]="--frame --sim --seconds --out --json --param --port --can --start-anyway --help"
+    [check]="--frame --json --param --driver --help"
+    [run]="--frame --sim --seconds --csv --ages --json --param --driver --fault --seed --fast --port --can --start-anyway --help"
+    [desktop]="--frame --sim --param --driver --port --can --lang --person --start-anyway --help"
+    [dump]="--frame --sim --seconds --out --json --param --driver --port --can --start-anyway --help"
     [sim]="--seconds --json --help"
     [compression]="--frame --out --rate --fault --json --start-anyway --help"
   )
