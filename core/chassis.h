@@ -60,6 +60,7 @@ class Chassis : public Objet {
   /// Rates in hertz; 0 is never due. Analog and logic outputs have no pass of their own:
   /// those two rates are kept for the dump.
   void FréquenceEA(double hertz) { mdblFréquenceEA = hertz; }
+  [[nodiscard]] double FréquenceEA() const noexcept { return mdblFréquenceEA; }
   void FréquenceSA(double hertz) { mdblFréquenceSA = hertz; }
   void FréquenceEL(double hertz) { mdblFréquenceEL = hertz; }
   void FréquenceSL(double hertz) { mdblFréquenceSL = hertz; }
@@ -68,6 +69,8 @@ class Chassis : public Objet {
   void Cartes(CartesRef cartes) { Cartes_ = std::move(cartes); }
   [[nodiscard]] CommandesRef Commandes();
   using Objet::TimerExact;
+  /// The timer that its pass reads.
+  [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const noexcept { return Timer(); }
   [[nodiscard]] WatchdogRef Watchdog();
   void Commandes(CommandesRef commandes) { Commandes_ = std::move(commandes); }
   void Watchdog(WatchdogRef watchdog) { Watchdog_ = std::move(watchdog); }

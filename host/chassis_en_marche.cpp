@@ -1,7 +1,9 @@
 #include "host/chassis_en_marche.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <filesystem>
 
 #include "host/configuration.h"
 #include "host/interruption.h"
@@ -39,9 +41,11 @@ double ReposAuPlus(const std::vector<CarteRef>& pilotées) {
 
 }  // namespace
 
-ChassisEnMarche::ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil,
-                                 linux_::Parametres paramètres, Ref<ZED_Traduction> traducteur)
+ChassisEnMarche::ChassisEnMarche(Machine& machine, const publication::Identité& identité,
+                                 const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+                                 Ref<ZED_Traduction> traducteur)
     : machine_(machine),
+      place_(identité, publication::DossierDesPublications()),
       recueil_(recueil),
       traducteur_(std::move(traducteur)),
       paramètres_(std::move(paramètres)),
@@ -59,7 +63,8 @@ ChassisEnMarche::ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil,
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                                  const MalgréTout& malgréTout, Ref<ZED_Traduction> traducteur)
-    : ChassisEnMarche(machine, recueil, std::move(paramètres), std::move(traducteur)) {
+    : ChassisEnMarche(machine, {fichier, index, machine.Jumelle() != nullptr}, recueil,
+                      std::move(paramètres), std::move(traducteur)) {
   const auto exige = [&](Etape étape, std::vector<Problème> problèmes) {
     problèmes.insert(problèmes.end(), recueil->Problèmes().begin(), recueil->Problèmes().end());
     const DépartRefusé refus(index, étape, std::move(problèmes));
@@ -68,7 +73,7 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
   const std::vector<Problème> données = Charge(fichier, index);
   const std::size_t duChargement = recueil->Problèmes().size();
   if (duChargement != 0) exige(Etape::Chargé, données);
-  Démarre();
+  Démarre({fichier, index, machine.Jumelle() != nullptr});
   if (recueil->Problèmes().empty()) return;
   Arrête(traducteur_->Traduit("Cause depart", "", "Bureau"));
   SertLesLiens();  // the answer may take its time, and nothing passes meanwhile
@@ -92,7 +97,7 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
   return ProblèmesDesDonnées(*base, chassis_, index);
 }
 
-void ChassisEnMarche::Démarre() {
+void ChassisEnMarche::Démarre(const publication::Identité& identité) {
   DitLesRetenues(chassis_);
   suivi_.Suit(chassis_);
   machine_.Branche(chassis_);
@@ -100,14 +105,33 @@ void ChassisEnMarche::Démarre() {
   machine_.AvantLaFin([this] { FinitAuRepos(); });
   chassis_.Initialise();
   machine_.Rapporte(*recueil_);
+  publication::ChassisPublié sujet{.fichier = std::filesystem::absolute(identité.fichier),
+                                   .index = identité.index,
+                                   .simulé = identité.simulé,
+                                   .programme = ::program_invocation_short_name};
+  for (const auto& paramètre : *paramètres_.Collection()) {
+    sujet.paramètres.emplace_back(paramètre->NomParamètre(), paramètre->ValeurParamètre());
+  }
+  publication_.emplace(chassis_, place_, std::move(sujet));
+  publication_->Suit(*sécurité_);
+  if (!place_.Défaut().empty()) std::fprintf(stderr, "zuma: %s\n", place_.Défaut().c_str());
 }
 
 void ChassisEnMarche::Passe() {
   const std::uint64_t avant = chassis_.RafraichissementsEA();
   chassis_.MetàJour();
   MaintientLArrêt();
-  if (chassis_.RafraichissementsEA() == avant) return;
-  for (const CarteRef& carte : laissées_) carte->MetàJour();
+  if (chassis_.RafraichissementsEA() != avant) {
+    for (const CarteRef& carte : laissées_) carte->MetàJour();
+  }
+  Publie();
+}
+
+void ChassisEnMarche::Publie() {
+  for (const auto& problèmes = recueil_->Problèmes(); publiés_ < problèmes.size(); ++publiés_) {
+    publication_->Note(publication::GenreDEvènement::Problème, Ligne(problèmes[publiés_]));
+  }
+  publication_->Publie();
 }
 
 // A stop whose danger is gone goes on until it is acknowledged.
@@ -124,6 +148,7 @@ void ChassisEnMarche::MetAuRepos() {
   linux_::ArrêteLeChassis(chassis_);
   SertLesLiens();
   suivi_.Conclut();
+  if (publication_) Publie();
 }
 
 // From inside a pass, on the way to the end of the process: what is still to be told is told here.
@@ -171,6 +196,7 @@ void ChassisEnMarche::Arrête(std::string_view cause) {
 
 bool ChassisEnMarche::Acquitte() {
   if (!sécurité_->Acquitte()) return false;
+  publication_->NoteLAcquittement();
   const WatchdogRef chien = chassis_.Watchdog();
   if (chien->EnArrêt()) chien->Enabled(false);  // whoever set it meanwhile: the flag alone
   chien->Réarme();
@@ -183,6 +209,7 @@ bool ChassisEnMarche::RemetEnService() {
     if (commande->MaintenueAuRepos()) commande->Enabled(true);
   }
   chassis_.Watchdog()->Enabled(true);
+  publication_->Note(publication::GenreDEvènement::EnService, "");
   return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,16 +13,19 @@
 #include "platform/linux/parametres.h"
 #include "platform/linux/securite.h"
 #include "platform/linux/traducteur.h"
+#include "publication/publication.h"
 
 namespace zuma::host {
 
-/// A frame on its machine, from load to release, in the order that a host follows.
+/// A frame on its machine, from load to release, in the order that a host follows. It is published
+/// as long as it runs, so that other programs may look at it.
 class ChassisEnMarche {
  public:
-  /// Loads, links and starts frame `index`. A file or frame that is not there is misuse. Causes of
-  /// a stop are told in the translator's language. Throws `DépartRefusé`, its outputs at rest, when
-  /// load, link or start left entries in `recueil` and `malgréTout` does not take it all the same;
-  /// then its stop is fired, and latched until it is acknowledged.
+  /// Loads, links and starts frame `index`. A file or frame that is not there is misuse. Throws
+  /// `publication::DéjàEnMarche`, nothing being touched, when another process runs that frame.
+  /// Causes of a stop are told in the translator's language. Throws `DépartRefusé`, its outputs at
+  /// rest, when load, link or start left entries in `recueil` and `malgréTout` does not take it all
+  /// the same; then its stop is fired, and latched until it is acknowledged.
   ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                   const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                   const MalgréTout& malgréTout = {},
@@ -36,6 +40,7 @@ class ChassisEnMarche {
   [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
   [[nodiscard]] const SuiviDeLArrêt& LeSuivi() const { return suivi_; }
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
+  [[nodiscard]] publication::Publication& LaPublication() { return *publication_; }
   /// One pass, and after a refresh of the sensors the instruments that the pass leaves to the host:
   /// their exchange may take as long as a conversion.
   void Passe();
@@ -50,22 +55,27 @@ class ChassisEnMarche {
   bool RemetEnService();
 
  private:
-  ChassisEnMarche(Machine& machine, const Ref<Recueil>& recueil, linux_::Parametres paramètres,
+  ChassisEnMarche(Machine& machine, const publication::Identité& identité,
+                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                   Ref<ZED_Traduction> traducteur);
   std::vector<Problème> Charge(const std::string& fichier, std::int32_t index);
-  void Démarre();
+  void Démarre(const publication::Identité& identité);
+  void Publie();
   void MaintientLArrêt();
   void MetAuRepos();
   void FinitAuRepos();
   void SertLesLiens();
 
   Machine& machine_;
+  publication::Place place_;
   Ref<Recueil> recueil_;
   Ref<ZED_Traduction> traducteur_;
   linux_::Parametres paramètres_;
   Ref<linux_::Securite> sécurité_;
   Chassis chassis_;
   SuiviDeLArrêt suivi_;
+  std::optional<publication::Publication> publication_;
+  std::size_t publiés_ = 0;  ///< of the problems
   bool démarré_ = false;
   std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };

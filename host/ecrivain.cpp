@@ -11,15 +11,16 @@
 namespace zuma::host {
 namespace {
 
-void AjouteNombre(std::string& ligne, double nombre, std::chars_format forme, int chiffres) {
+template <class... Forme>
+void AjouteNombre(std::string& ligne, double nombre, Forme... forme) {
   std::array<char, 32> texte{};
-  const auto fin =
-      std::to_chars(texte.data(), texte.data() + texte.size(), nombre, forme, chiffres);
+  const auto fin = std::to_chars(texte.data(), texte.data() + texte.size(), nombre, forme...);
   ligne.append(texte.data(), fin.ptr);
 }
 
 void AjouteSecondes(std::string& ligne, double secondes) {
-  AjouteNombre(ligne, secondes, std::chars_format::fixed, 6);
+  constexpr int kChiffres = 6;
+  AjouteNombre(ligne, secondes, std::chars_format::fixed, kChiffres);
 }
 
 // As many fields as any other line, and a comment to those who know comments.
@@ -58,7 +59,7 @@ std::string Phrase(const EtatDEnregistrement& état) {
   return "recording " + état.fichier + ": " + nombre + (état.perdues == 0 ? "" : perdues);
 }
 
-Ecrivain::Ecrivain(FichierEnAjout& fichier, FileDeRangées& rangées, std::string entête,
+Ecrivain::Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête,
                    const Réglages& réglages)
     : fichier_(fichier), rangées_(rangées), réglages_(réglages), entête_(std::move(entête)) {}
 
@@ -70,11 +71,13 @@ void Ecrivain::Tour() {
   }
 }
 
-void Ecrivain::Conclut(const Lacune& manque) {
+void Ecrivain::Conclut() {
   Tour();
+  const Lacune manque = rangées_.Manque();
   if (manque.rangées != 0) {
     lots_.emplace_back();
     NoteLaLacune(manque);
+    perdues_ += manque.rangées;
   }
   erreur_ = Ecrit();
   while (!lots_.empty()) AbandonneLePremier();
@@ -90,9 +93,7 @@ EtatDEnregistrement Ecrivain::Etat() const {
 
 // True while more is there than one part holds.
 bool Ecrivain::Puise() {
-  const auto prend = [this](const auto& tête, std::span<const double> valeurs) {
-    Prend(tête, valeurs);
-  };
+  const auto prend = [this](const SourceDeRangées::Rangée& rangée) { Prend(rangée); };
   lots_.emplace_back();
   while (lots_.back().texte.size() < réglages_.octetsParLot) {
     if (rangées_.Retire(prend)) continue;
@@ -102,18 +103,22 @@ bool Ecrivain::Puise() {
   return true;
 }
 
-void Ecrivain::Prend(const FileDeRangées::EnTête& tête, std::span<const double> valeurs) {
-  if (tête.avant.rangées != 0) NoteLaLacune(tête.avant);
+// Numbers with as many digits as they need to come back as they are.
+void Ecrivain::Prend(const SourceDeRangées::Rangée& rangée) {
+  if (rangée.avant.rangées != 0) {
+    NoteLaLacune(rangée.avant);
+    perdues_ += rangée.avant.rangées;
+  }
   Lot& lot = lots_.back();
-  AjouteSecondes(lot.texte, tête.secondes);
-  for (const double valeur : valeurs) {
+  AjouteSecondes(lot.texte, rangée.secondes);
+  for (const double valeur : rangée.valeurs) {
     lot.texte += ',';
-    if (std::isfinite(valeur)) AjouteNombre(lot.texte, valeur, std::chars_format::general, 9);
+    if (std::isfinite(valeur)) AjouteNombre(lot.texte, valeur);
   }
   lot.texte += '\n';
   ++lot.rangées;
   ++enAttente_;
-  lot.contenu.Ajoute({1, tête.secondes, tête.secondes});
+  lot.contenu.Ajoute({1, rangée.secondes, rangée.secondes});
 }
 
 void Ecrivain::NoteLaLacune(const Lacune& lacune) {

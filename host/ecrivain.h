@@ -8,7 +8,7 @@
 #include <string>
 
 #include "host/fichier_en_ajout.h"
-#include "host/file_de_rangees.h"
+#include "host/rangees.h"
 
 namespace zuma::host {
 
@@ -28,10 +28,10 @@ struct EtatDEnregistrement {
 /// The whole in one sentence for people; begins with RECORDING STOPPED while nothing is written.
 [[nodiscard]] std::string Phrase(const EtatDEnregistrement& état);
 
-/// The slow side of a recording: takes the rows of a queue, makes CSV of them and appends it, round
-/// by round. What the disk does not take waits for the next rounds, up to a limit; beyond it the
-/// oldest is given up, and a line of its own tells how many rows are missing, from when to when. No
-/// row is ever there in part.
+/// The slow side of a recording: takes the rows of a source, makes CSV of them and appends it,
+/// round by round. What the disk does not take waits for the next rounds, up to a limit; beyond it
+/// the oldest is given up, and a line of its own tells how many rows are missing, from when to
+/// when. No row is ever there in part.
 class Ecrivain {
  public:
   struct Réglages {
@@ -39,16 +39,16 @@ class Ecrivain {
     std::size_t octetsParLot = 1U << 20U;  ///< a longer round is written by parts
   };
   /// `entête`: first line of the file, with its line end.
-  Ecrivain(FichierEnAjout& fichier, FileDeRangées& rangées, std::string entête,
+  Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête,
            const Réglages& réglages);
-  Ecrivain(FichierEnAjout& fichier, FileDeRangées& rangées, std::string entête)
+  Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête)
       : Ecrivain(fichier, rangées, std::move(entête), Réglages()) {}
 
-  /// One round: what is in the queue goes to the file.
+  /// One round: the rows that are there go to the file.
   void Tour();
-  /// The last round, `manque` being lost behind the last row. What cannot be written is lost.
-  void Conclut(const Lacune& manque);
-  /// Without the rows that found no room in the queue. May be called from any thread.
+  /// The last round. What cannot be written is lost.
+  void Conclut();
+  /// May be called from any thread.
   [[nodiscard]] EtatDEnregistrement Etat() const;
 
  private:
@@ -59,13 +59,13 @@ class Ecrivain {
   };
 
   bool Puise();
-  void Prend(const FileDeRangées::EnTête& tête, std::span<const double> valeurs);
+  void Prend(const SourceDeRangées::Rangée& rangée);
   void NoteLaLacune(const Lacune& lacune);
   [[nodiscard]] int Ecrit();
   void AbandonneLePremier();
 
   FichierEnAjout& fichier_;
-  FileDeRangées& rangées_;
+  SourceDeRangées& rangées_;
   Réglages réglages_;
   std::string entête_;  ///< empty once it is in the file
   std::deque<Lot> lots_;

@@ -4,12 +4,11 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <limits>
 #include <new>
 #include <nlohmann/json.hpp>
 
 #include "host/champ_csv.h"
-#include "host/lecture.h"
+#include "host/chassis_en_marche.h"
 #include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
@@ -17,7 +16,6 @@ namespace {
 
 constexpr std::chrono::seconds kIntervalle{1};     // between two rounds of the writer
 constexpr std::chrono::milliseconds kPatience{1};  // of simulated time, on the writer
-constexpr std::size_t kRangées = 8192;             // 8 s at the fastest rate of a frame
 
 std::string Maintenant() {
   const std::time_t t = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
@@ -28,25 +26,38 @@ std::string Maintenant() {
   return texte;
 }
 
-std::string Description(const std::string& fichier, Chassis& chassis,
-                        const std::vector<std::pair<std::string, std::string>>& spécimen) {
+std::string Description(const std::string& fichier, const publication::ChassisPublié& chassis,
+                        const std::vector<std::size_t>& objets,
+                        const Enregistreur::Textes& spécimen) {
   nlohmann::ordered_json description{{"start", Maintenant()},
-                                     {"frame", chassis.Key()},
-                                     {"frame_name", chassis.Nom()},
+                                     {"frame", std::to_string(chassis.index)},
+                                     {"frame_name", chassis.nom},
                                      {"recording", fichier}};
   auto& liste = description["sensors"] = nlohmann::ordered_json::array();
-  for (const CapteurRef& capteur : *chassis.Capteurs()) {
-    liste.push_back({{"name", capteur->NomDuCapteur()},
-                     {"label", capteur->Label()},
-                     {"unit", capteur->UnitéEtalonnage()},
-                     {"calibrated", capteur->DateEtalonnage()},
-                     {"calibrated_by", capteur->NomEtalonneur()}});
+  for (const std::size_t rang : objets) {
+    const publication::ObjetPublié& objet = chassis.objets.at(rang);
+    liste.push_back({{"name", objet.nom},
+                     {"label", objet.label},
+                     {"unit", objet.unité},
+                     {"calibrated", objet.étalonné},
+                     {"calibrated_by", objet.parQui}});
   }
   auto& eprouvette = description["specimen"] = nlohmann::ordered_json::object();
   for (const auto& [nom, valeur] : spécimen) eprouvette[nom] = valeur;
   const std::string texte =
       description.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   return linux_::SansSéquence(texte) + "\n";
+}
+
+std::string EnTêteCsv(const publication::ChassisPublié& chassis,
+                      const std::vector<std::size_t>& objets, bool avecAges) {
+  std::string entête = "time [s]";
+  for (const std::size_t rang : objets) {
+    const publication::ObjetPublié& objet = chassis.objets.at(rang);
+    entête += "," + ChampCsv(objet.nom + " [" + objet.unité + "]");
+    if (avecAges) entête += "," + ChampCsv(objet.nom + " age [s]");
+  }
+  return entête + "\n";
 }
 
 }  // namespace
@@ -59,42 +70,27 @@ Enregistreur::~Enregistreur() {
   Ferme();
 }
 
-void Enregistreur::Commence(Chassis& chassis,
-                            const std::vector<std::pair<std::string, std::string>>& spécimen) {
-  std::string entête = "time [s]";
-  for (const CapteurRef& capteur : *chassis.Capteurs()) {
-    capteurs_.push_back(capteur);
-    entête += "," + ChampCsv(capteur->NomDuCapteur() + " [" + capteur->UnitéEtalonnage() + "]");
-    if (âges_ == Ages::Avec) entête += "," + ChampCsv(capteur->NomDuCapteur() + " age [s]");
-  }
-  const std::size_t parCapteur = âges_ == Ages::Avec ? 2 : 1;
-  try {
-    description_ = Description(nom_, chassis, spécimen);
-    rangées_.emplace(capteurs_.size() * parCapteur, kRangées);
-    écrivain_.emplace(csv_, *rangées_, entête + "\n");
-    fil_ = std::thread([this] { Tourne(); });
-  } catch (...) {
-    capteurs_.clear();  // they would outlive their frame
-    throw;
-  }
+void Enregistreur::Commence(const publication::Lecteur& lecteur, std::vector<std::size_t> objets,
+                            const Textes& spécimen, double origine) {
+  const bool avecAges = âges_ == Ages::Avec;
+  const publication::ChassisPublié& chassis = lecteur.LeChassis();
+  description_ = Description(nom_, chassis, objets, spécimen);
+  const std::string entête = EnTêteCsv(chassis, objets, avecAges);
+  retardAuPlus_ = lecteur.Places() / 2;
+  rangées_.emplace(lecteur, std::move(objets), avecAges, lecteur.Suivant(), origine);
+  écrivain_.emplace(csv_, *rangées_, entête);
+  fil_ = std::thread([this] { Tourne(); });
 }
 
-void Enregistreur::Note(double secondes) {
-  while (retard_ == Retard::Attend && rangées_->Pleine() && !finie_) {
+void Enregistreur::Suit() {
+  while (retard_ == Retard::Attend && rangées_ && rangées_->EnRetard() > retardAuPlus_ && !finie_) {
     réveil_.notify_one();
     std::this_thread::sleep_for(kPatience);
   }
-  rangées_->Dépose(secondes, [this](std::span<double> valeurs) {
-    auto valeur = valeurs.begin();
-    for (const CapteurRef& capteur : capteurs_) {
-      *valeur++ = LectureDe(*capteur).value_or(std::numeric_limits<double>::quiet_NaN());
-      if (âges_ == Ages::Avec) *valeur++ = capteur->Age();
-    }
-  });
 }
 
-void Enregistreur::Termine() noexcept {
-  capteurs_.clear();
+void Enregistreur::Termine() {
+  if (rangées_) rangées_->FinitIci();
 }
 
 void Enregistreur::Ferme() {
@@ -111,7 +107,6 @@ EtatDEnregistrement Enregistreur::Etat() const {
   if (!écrivain_) return {.fichier = nom_};
   EtatDEnregistrement état = écrivain_->Etat();
   état.fichier = nom_;
-  état.perdues += rangées_->Perdues();
   if (état.erreur == 0) état.erreur = erreur_;
   return état;
 }
@@ -123,7 +118,7 @@ void Enregistreur::Tourne() {
       écrivain_->Tour();
     }
     DécritDansLeJson();
-    écrivain_->Conclut(rangées_->Manque());
+    écrivain_->Conclut();
   } catch (const std::bad_alloc&) {
     erreur_ = ENOMEM;  // the recording ends here; the machine does not
   } catch (...) {
@@ -142,6 +137,20 @@ bool Enregistreur::AttendLaFin() {
   std::unique_lock garde(verrou_);
   if (!fin_) réveil_.wait_for(garde, kIntervalle);
   return fin_;
+}
+
+void Enregistre(ChassisEnMarche& marche, Enregistreur& enregistreur,
+                const Enregistreur::Textes& spécimen) {
+  const publication::Lecteur lecteur = marche.LaPublication().LeLecteur();
+  enregistreur.Commence(lecteur, LesCapteurs(lecteur.LeChassis()), spécimen, 0);
+}
+
+std::vector<std::size_t> LesCapteurs(const publication::ChassisPublié& chassis) {
+  std::vector<std::size_t> rangs;
+  for (std::size_t rang = 0; rang < chassis.objets.size(); ++rang) {
+    if (chassis.objets[rang].genre == publication::Genre::Capteur) rangs.push_back(rang);
+  }
+  return rangs;
 }
 
 bool FermeEtDit(Enregistreur& enregistreur) {

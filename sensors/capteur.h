@@ -112,6 +112,14 @@ class Capteur : public Objet {
   [[nodiscard]] bool AU() const {
     return musrEtat == ENUM_ETAT_CAPTEUR::DépassementDangeureux || tropVieux_;
   }
+  /// How old something is, and whether that is too old for it.
+  struct AgeDeMesure {
+    double secondes = 0;
+    bool vieux = false;
+    bool lue = true;  ///< a first value has come
+  };
+  /// `Age`, `EstVieux` and `EstLu` at once.
+  [[nodiscard]] AgeDeMesure LAge() const;
   /// Seconds since the oldest of what the value is made from was read: its channel, the sensors
   /// below it, or its own instrument. 0 for the clock and for a sensor made from nothing.
   [[nodiscard]] double Age() const { return LAge().secondes; }
@@ -281,13 +289,6 @@ class Capteur : public Objet {
   void Refuse();
   void Intègre(Passe& passe);
   void ContrôleLesLimites();
-  /// How old something is, and whether that is too old for it.
-  struct AgeDeMesure {
-    double secondes = 0;
-    bool vieux = false;
-    bool lue = true;  ///< a first value has come
-  };
-  [[nodiscard]] AgeDeMesure LAge() const;
   void DateLaMesure() {
     heureDeMesure_ = LaPlateforme().heureDePasse;
     mesuré_ = true;

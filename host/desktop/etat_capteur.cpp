@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "host/lecture.h"
+#include "sensors/lecture.h"
 
 namespace zuma::host {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "host/desktop/etat_capteur.h"
-#include "host/lecture.h"
+#include "sensors/lecture.h"
 
 namespace zuma::host {
 namespace {

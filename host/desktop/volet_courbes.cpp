@@ -10,7 +10,7 @@
 
 #include "dialogs/qt/liste_de_choix.h"
 #include "host/desktop/etat_capteur.h"
-#include "host/lecture.h"
+#include "sensors/lecture.h"
 
 namespace zuma::host {
 namespace {

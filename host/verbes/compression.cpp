@@ -46,8 +46,8 @@ class EssaiSimulé {
         essai_(marche_.LeChassis(), marche_.LaSécurité(),
                {.vitesse = options.vitesse, .limite = options.limite}),
         enregistreur_(enregistreur) {
-    enregistreur_.Commence(marche_.LeChassis(),
-                           {{"standard rate [MPa/s]", std::to_string(options.vitesse)}});
+    Enregistre(marche_, enregistreur_,
+               {{"standard rate [MPa/s]", std::to_string(options.vitesse)}});
     // The press is a simulated one: the option that starts it is its acknowledgement.
     if (options.malgréTout) (void)marche_.Acquitte();
   }
@@ -85,10 +85,8 @@ class EssaiSimulé {
     secondes_ += kPas;
     machine_.AvanceJusquA(secondes_);
     for (auto& [cellule, tension] : cellulesFigées_) cellule.TensionEntrée(tension);
-    Chassis& chassis = marche_.LeChassis();
-    const std::uint64_t avant = chassis.RafraichissementsEA();
     marche_.Passe();
-    if (chassis.RafraichissementsEA() != avant) enregistreur_.Note(secondes_);
+    enregistreur_.Suit();
     Surveille();
   }
 

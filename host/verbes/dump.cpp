@@ -11,11 +11,11 @@
 #include "host/configuration.h"
 #include "host/drivers_charges.h"
 #include "host/interruption.h"
-#include "host/lecture.h"
 #include "host/parametres.h"
 #include "host/verbes/verbes.h"
 #include "platform/linux/fichiers_linux.h"
 #include "platform/linux/texte_ligne.h"
+#include "sensors/lecture.h"
 #include "sim/collaborateurs.h"
 
 namespace zuma::host {

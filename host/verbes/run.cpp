@@ -35,7 +35,7 @@ class Marche {
                 LitLesParamètres(options.fichier, options.paramètres),
                 SelonLOption(options.malgréTout)),
         enregistreur_(enregistreur) {
-    if (enregistreur_ != nullptr) enregistreur_->Commence(marche_.LeChassis(), Spécimen());
+    if (enregistreur_ != nullptr) Enregistre(marche_, *enregistreur_, Spécimen());
   }
   ~Marche() {
     if (enregistreur_ != nullptr) enregistreur_->Termine();
@@ -50,7 +50,7 @@ class Marche {
     while (!fin_ && !Interruption::Demandée() && machine_.Fini().empty() &&
            !(options_.secondes && secondes >= *options_.secondes)) {
       secondes = machine_.AvanceJusquA(secondes + kPasDePasse);
-      Passe(secondes);
+      Passe();
       if (secondes + kPasDePasse / 2 < prochaineVue) continue;
       prochaineVue = std::max(prochaineVue + période, secondes);
       while (const char touche = clavier_.Touche()) Traite(touche);
@@ -59,16 +59,11 @@ class Marche {
   }
 
  private:
-  // The frame itself decides when its sensors are due: a recorded line is one refresh of them.
-  void Passe(double secondes) {
-    Chassis& chassis = marche_.LeChassis();
-    const std::uint64_t avant = chassis.RafraichissementsEA();
+  void Passe() {
     const double départ = timer_->LitMicrosecondes();
     marche_.Passe();
     plusLonguePasse_ = std::max(plusLonguePasse_, (timer_->LitMicrosecondes() - départ) / 1000);
-    if (enregistreur_ != nullptr && chassis.RafraichissementsEA() != avant) {
-      enregistreur_->Note(secondes);
-    }
+    if (enregistreur_ != nullptr) enregistreur_->Suit();
   }
 
   std::vector<std::pair<std::string, std::string>> Spécimen() const {

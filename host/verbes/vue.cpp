@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "host/lecture.h"
 #include "platform/linux/texte_ligne.h"
+#include "sensors/lecture.h"
 
 namespace zuma::host {
 

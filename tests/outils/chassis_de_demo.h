@@ -18,6 +18,14 @@
 
 namespace zuma::essai {
 
+/// The parameters of the demo frames beside their database, as `zuma init` writes them.
+inline void EcritLesParamètres(const std::string& base) {
+  std::ofstream paramètres(base + ".params");
+  for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
+    paramètres << index << "=" << valeur << "\n";
+  }
+}
+
 /// A new demo database in a folder of its own.
 struct BaseDeDémo {
   BaseDeDémo() { linux_::CréeBase(chemin, linux_::LignesDeDémonstration()); }

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 
 #include "base/valeur.h"
-#include "outils/dossier_provisoire.h"
+#include "outils/chassis_de_demo.h"
 #include "platform/linux/base_creation.h"
 #include "platform/linux/connexion_sqlite.h"
 #include "platform/linux/demo.h"
@@ -49,10 +49,7 @@ class LeProgramme : public testing::Test {
   std::string Base(const std::string& sql = {}) {
     const std::string chemin = dossier.Fichier("demo" + std::to_string(++bases_) + ".db");
     linux_::CréeBase(chemin, linux_::LignesDeDémonstration());
-    std::ofstream paramètres(chemin + ".params");
-    for (const auto& [index, valeur] : linux_::ParamètresDeDémonstration()) {
-      paramètres << index << "=" << valeur << "\n";
-    }
+    EcritLesParamètres(chemin);
     if (!sql.empty()) {
       linux_::ConnexionSqlite(chemin, linux_::Accès::Ecriture, {}).Exécute(sql.c_str());
     }

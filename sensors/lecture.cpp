@@ -1,8 +1,8 @@
-#include "host/lecture.h"
+#include "sensors/lecture.h"
 
 #include <cmath>
 
-namespace zuma::host {
+namespace zuma {
 
 std::optional<double> LectureDe(const Capteur& capteur) {
   constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
@@ -18,4 +18,4 @@ bool EstAncien(const Capteur& capteur) {
   return capteur.Enabled_bln() && capteur.CapteurSelectionne() && capteur.EstVieux();
 }
 
-}  // namespace zuma::host
+}  // namespace zuma

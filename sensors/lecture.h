@@ -4,7 +4,7 @@
 
 #include "sensors/capteur.h"
 
-namespace zuma::host {
+namespace zuma {
 
 /// The reading of a sensor; none from one that is out of service, not selected or below its valid
 /// readings, whose value is no number or whose instrument has given nothing yet. Those are missing
@@ -15,4 +15,4 @@ namespace zuma::host {
 /// no reading that could be.
 [[nodiscard]] bool EstAncien(const Capteur& capteur);
 
-}  // namespace zuma::host
+}  // namespace zuma

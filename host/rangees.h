@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+
+namespace zuma::host {
+
+/// Rows that are missing in a row, and when: seconds of the first and the last one, or of their
+/// neighbours where those alone are known.
+struct Lacune {
+  std::uint64_t rangées = 0;
+  double de = 0;
+  double à = 0;
+
+  /// The rows of a later moment are missing too.
+  void Ajoute(const Lacune& suite) {
+    if (suite.rangées == 0) return;
+    if (rangées == 0) de = suite.de;
+    rangées += suite.rangées;
+    à = suite.à;
+  }
+};
+
+/// Where the writer of a recording has its rows of numbers from.
+class SourceDeRangées {
+ public:
+  struct Rangée {
+    double secondes = 0;
+    Lacune avant{};  ///< rows lost between the row before and this one
+    std::span<const double> valeurs{};
+  };
+  virtual ~SourceDeRangées() = default;
+
+  [[nodiscard]] virtual std::size_t Colonnes() const = 0;
+  /// The next row goes to `prend`; false when there is none yet.
+  virtual bool Retire(const std::function<void(const Rangée&)>& prend) = 0;
+  /// Rows lost behind the last one that was given; asked for once all are.
+  [[nodiscard]] virtual Lacune Manque() = 0;
+};
+
+}  // namespace zuma::host

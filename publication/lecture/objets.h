@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zuma::publication {
+
+/// What an object of a publication is.
+enum class Genre : std::uint8_t { Capteur, Commande, Entrée, Sortie, Watchdog, Canal };
+
+/// One object of a running frame, as it is described to who looks.
+struct ObjetPublié {
+  Genre genre = Genre::Capteur;
+  std::string clé{};    ///< "Index" of its row
+  std::string label{};  ///< empty for a channel
+  std::string nom{};
+  std::string unité{};
+  std::string driver{};  ///< of a channel
+  std::string carte{};   ///< of a channel: board, then block
+  std::string bloc{};
+  std::optional<double> mini{};  ///< limits in units
+  std::optional<double> maxi{};
+  std::string étalonné{};  ///< date of the calibration, as its row says it
+  std::string parQui{};
+  std::optional<double> repos{};  ///< of a command: what a stop sets it to, in units
+  std::string canal{};            ///< behind it: "board/block/channel"; empty for none
+};
+
+/// A frame that is published.
+struct ChassisPublié {
+  std::string fichier{};   ///< configuration database, as the host named it
+  std::int32_t index = 0;  ///< of the frame
+  std::string nom{};
+  bool simulé = false;
+  double fréquence = 0;  ///< of the sensors, hertz
+  std::string programme{};
+  std::vector<std::pair<std::string, std::string>> paramètres{};
+  std::vector<ObjetPublié> objets{};  ///< in the order of their values in a sample
+};
+
+[[nodiscard]] std::string EnJson(const ChassisPublié& chassis);
+/// What `EnJson` wrote; fields that are missing stay empty. Throws `Illisible`.
+[[nodiscard]] ChassisPublié LitLaDescription(std::string_view json);
+
+/// Word for what an object is: "sensor", "command", "input", "output", "watchdog", "channel".
+[[nodiscard]] std::string_view MotDe(Genre genre);
+/// By what a person calls it: label or name; a channel "board/block/channel", or its name.
+[[nodiscard]] std::string NomComplet(const ObjetPublié& objet);
+/// Ranks of the objects of that name, in whatever case; the labels first, and names when no label
+/// fits. A name with a kind before it ("sensor:Force") means that kind alone.
+[[nodiscard]] std::vector<std::size_t> Cherche(const ChassisPublié& chassis, std::string_view nom);
+/// The names that differ the least from `nom`, three at most, nearest first.
+[[nodiscard]] std::vector<std::string> LesPlusProches(const ChassisPublié& chassis,
+                                                      std::string_view nom);
+
+}  // namespace zuma::publication

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "publication/lecture/zone.h"
+
+namespace zuma::publication {
+
+/// Which frame is published.
+struct Identité {
+  std::string fichier;     ///< configuration database
+  std::int32_t index = 1;  ///< of the frame in it
+  bool simulé = false;     ///< twins move no machine: a simulated host goes beside a real one
+};
+
+/// Name of the map: readable, and one for each database, whatever way leads to it.
+[[nodiscard]] std::string NomDeFichier(const Identité& identité);
+
+/// Another host runs the frame, which must not have two masters.
+struct DéjàEnMarche : std::runtime_error {
+  DéjàEnMarche(const std::string& quoi, int processus)
+      : std::runtime_error(quoi + " is run by process " + std::to_string(processus) +
+                           " already: end that one first"),
+        pid(processus) {}
+  int pid;
+};
+
+/// The place of a frame among those that are published: a file that belongs to this process as long
+/// as it runs. What a host left that died goes aside, under the same name with ".before" behind it,
+/// and is there until the next one dies. Read and written by its user, read by the group.
+class Place {
+ public:
+  /// Takes the place. Throws `DéjàEnMarche`; any other failure leaves a place without a file, whose
+  /// `Défaut` says why: a machine runs without being looked at.
+  Place(const Identité& identité, const std::string& dossier);
+  /// Takes the file away: what ended as it should has nothing to tell.
+  ~Place();
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+
+  /// Memory for the map, in the file where there is one. Once.
+  [[nodiscard]] std::shared_ptr<Zone> Réserve(std::size_t octets);
+  /// The file; empty for none.
+  [[nodiscard]] std::string Fichier() const;
+  /// Why nobody can look; empty while all is well.
+  [[nodiscard]] const std::string& Défaut() const noexcept { return défaut_; }
+
+ private:
+  void Prend(const Identité& identité);
+  [[nodiscard]] bool Essaie(const Identité& identité);
+  void DitLeDéfaut(std::string_view pourquoi);
+
+  std::string fichier_;
+  std::string défaut_;
+  int descripteur_ = -1;
+};
+
+}  // namespace zuma::publication
