@@ -3,6 +3,7 @@
 // zuma_bench --turns N SCENARIO   N turns after the warm-up, for a profiler
 // zuma_bench --stop               how long a stop takes
 // zuma_bench --passes             how long each driver holds a pass
+// zuma_bench --publication        what others who look at the frame cost a pass
 // zuma_bench --stop-table         whether every stop arrives, whatever is done to the machine
 #include <algorithm>
 #include <charconv>
@@ -86,6 +87,7 @@ int Lance(int argc, char** argv) {
   const std::string_view verbe = argc > 1 ? argv[1] : "";
   if (verbe == "--list") return Liste();
   if (verbe == "--stop") return RapportDArrêt() ? 0 : 1;
+  if (verbe == "--publication") return RapportDePublication() ? 0 : 1;
   if (verbe == "--passes") {
     RapportDesPasses();
     return 0;

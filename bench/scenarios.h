@@ -49,6 +49,10 @@ void FaitUnTour(Mesure& mesure);
 /// output did not come to rest or the library complained.
 [[nodiscard]] bool RapportDArrêt();
 
+/// Prints what the publication costs a pass, and what sixteen readers at full speed cost it. False
+/// when that is more than half a microsecond, or more than 5 % of the 99th percentile.
+[[nodiscard]] bool RapportDePublication();
+
 /// Prints the longest pass of each driver, its device well and silent, as a table of Markdown.
 void RapportDesPasses();
 

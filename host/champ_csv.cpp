@@ -1,5 +1,8 @@
 #include "host/champ_csv.h"
 
+#include <array>
+#include <charconv>
+
 #include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
@@ -17,6 +20,12 @@ std::string ChampCsv(std::string_view texte) {
     cité += c;
   }
   return cité + "\"";
+}
+
+void AjouteNombre(std::string& ligne, double nombre) {
+  std::array<char, 32> texte{};
+  const auto fin = std::to_chars(texte.data(), texte.data() + texte.size(), nombre);
+  ligne.append(texte.data(), fin.ptr);
 }
 
 }  // namespace zuma::host

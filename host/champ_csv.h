@@ -11,4 +11,7 @@ namespace zuma::host {
 /// apostrophe before.
 [[nodiscard]] std::string ChampCsv(std::string_view texte);
 
+/// Appends a number with as many digits as it needs to come back as it is, and no more.
+void AjouteNombre(std::string& ligne, double nombre);
+
 }  // namespace zuma::host

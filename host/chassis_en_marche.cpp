@@ -7,6 +7,7 @@
 
 #include "host/configuration.h"
 #include "host/interruption.h"
+#include "host/regard/gardien.h"
 #include "host/retenues.h"
 #include "platform/linux/arret_du_chassis.h"
 #include "tree/bloc_de_sorties.h"
@@ -142,6 +143,14 @@ void ChassisEnMarche::MaintientLArrêt() {
     recueil_->AjouteErreur(EchecCourant(__LINE__).what(), {});
   }
   suivi_.Observe(sécurité_->Déclenchée(), machine_.Timer()->LitMicrosecondes());
+}
+
+void ChassisEnMarche::GardeLesArrêts(const std::string& dossier) {
+  gardien_ = std::make_unique<GardienDesArrêts>(publication_->LeLecteur(), dossier);
+}
+
+std::string DossierDesArrêts(const std::string& fichier) {
+  return std::filesystem::absolute(fichier).replace_filename("stops");
 }
 
 void ChassisEnMarche::MetAuRepos() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,8 @@
 #include "publication/publication.h"
 
 namespace zuma::host {
+
+class GardienDesArrêts;
 
 /// A frame on its machine, from load to release, in the order that a host follows. It is published
 /// as long as it runs, so that other programs may look at it.
@@ -41,6 +44,8 @@ class ChassisEnMarche {
   [[nodiscard]] const SuiviDeLArrêt& LeSuivi() const { return suivi_; }
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
   [[nodiscard]] publication::Publication& LaPublication() { return *publication_; }
+  /// Keeps each stop from now on as a case in that folder; see `EcritLeCas`.
+  void GardeLesArrêts(const std::string& dossier);
   /// One pass, and after a refresh of the sensors the instruments that the pass leaves to the host:
   /// their exchange may take as long as a conversion.
   void Passe();
@@ -76,8 +81,12 @@ class ChassisEnMarche {
   SuiviDeLArrêt suivi_;
   std::optional<publication::Publication> publication_;
   std::size_t publiés_ = 0;  ///< of the problems
+  std::unique_ptr<GardienDesArrêts> gardien_;
   bool démarré_ = false;
   std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };
+
+/// Where the stops of a frame are kept unless somebody says otherwise: beside its database.
+[[nodiscard]] std::string DossierDesArrêts(const std::string& fichier);
 
 }  // namespace zuma::host

@@ -8,19 +8,17 @@
 #include <cstdio>
 #include <cstring>
 
+#include "host/champ_csv.h"
+
 namespace zuma::host {
 namespace {
 
-template <class... Forme>
-void AjouteNombre(std::string& ligne, double nombre, Forme... forme) {
-  std::array<char, 32> texte{};
-  const auto fin = std::to_chars(texte.data(), texte.data() + texte.size(), nombre, forme...);
-  ligne.append(texte.data(), fin.ptr);
-}
-
 void AjouteSecondes(std::string& ligne, double secondes) {
   constexpr int kChiffres = 6;
-  AjouteNombre(ligne, secondes, std::chars_format::fixed, kChiffres);
+  std::array<char, 32> texte{};
+  const auto fin = std::to_chars(texte.data(), texte.data() + texte.size(), secondes,
+                                 std::chars_format::fixed, kChiffres);
+  ligne.append(texte.data(), fin.ptr);
 }
 
 // As many fields as any other line, and a comment to those who know comments.
@@ -103,7 +101,6 @@ bool Ecrivain::Puise() {
   return true;
 }
 
-// Numbers with as many digits as they need to come back as they are.
 void Ecrivain::Prend(const SourceDeRangées::Rangée& rangée) {
   if (rangée.avant.rangées != 0) {
     NoteLaLacune(rangée.avant);

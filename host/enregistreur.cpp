@@ -54,7 +54,8 @@ std::string EnTêteCsv(const publication::ChassisPublié& chassis,
   std::string entête = "time [s]";
   for (const std::size_t rang : objets) {
     const publication::ObjetPublié& objet = chassis.objets.at(rang);
-    entête += "," + ChampCsv(objet.nom + " [" + objet.unité + "]");
+    entête +=
+        "," + ChampCsv(objet.unité.empty() ? objet.nom : objet.nom + " [" + objet.unité + "]");
     if (avecAges) entête += "," + ChampCsv(objet.nom + " age [s]");
   }
   return entête + "\n";

@@ -48,6 +48,7 @@ Hôte::Hôte(ChoixDHôte choix)
   if (choix_.malgréTout) malgréTout = [](const DépartRefusé&) { return true; };
   marche_ = std::make_unique<ChassisEnMarche>(choix_.fichier, choix_.chassis, *machine_, recueil_,
                                               LitLesParamètres(choix_.fichier, {}), malgréTout);
+  marche_->GardeLesArrêts(choix_.arrêts.empty() ? DossierDesArrêts(choix_.fichier) : choix_.arrêts);
   DitLesNouveaux();
 }
 

@@ -39,6 +39,8 @@ struct ChoixDHôte {
   /// The frame is started although its load, link or start left entries: its stop is latched then,
   /// until it is acknowledged.
   bool malgréTout = false;
+  /// Folder that keeps each stop as a case: `stops` beside the database when it is empty.
+  std::string arrêts{};
   /// Hears each entry of the error record and each message, as one line. Left out: the error
   /// output.
   std::function<void(const std::string&)> quandProblème{};

@@ -50,6 +50,12 @@ std::uint64_t Bits(bool vrai, Etat bit) {
   return vrai ? bit : 0U;
 }
 
+// 1 for on, 0 for off, no number for a source that tells nothing: as people plot it.
+double Niveau(ENUM_ETAT_LOGIQUE état) {
+  if (état == ENUM_ETAT_LOGIQUE::Actif) return 1;
+  return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : std::nan("");
+}
+
 void EcritLObjet(EnEcriture& place, std::size_t& rang, double valeur, double âge,
                  std::uint64_t état) {
   place.Ecrit(rang++, valeur);
@@ -77,12 +83,11 @@ void Ecrit(EnEcriture& place, std::size_t& rang, const Commande& commande) {
 }
 
 void Ecrit(EnEcriture& place, std::size_t& rang, const EntréeLogique& entrée) {
-  EcritLObjet(place, rang, static_cast<double>(entrée.ValeurCourante()), 0, 0);
+  EcritLObjet(place, rang, Niveau(entrée.ValeurCourante()), 0, 0);
 }
 
 void Ecrit(EnEcriture& place, std::size_t& rang, const SortieLogique& sortie) {
-  EcritLObjet(place, rang, static_cast<double>(sortie.ValeurCourante()), 0,
-              Bits(sortie.Atteinte(), kAtteint));
+  EcritLObjet(place, rang, Niveau(sortie.ValeurCourante()), 0, Bits(sortie.Atteinte(), kAtteint));
 }
 
 void Ecrit(EnEcriture& place, std::size_t& rang, const Watchdog& chien) {
@@ -207,12 +212,12 @@ void Publication::RepèreLesSuivis() {
   }
   for (const EntréeLogiqueRef& entrée : objets_.entrées) {
     suivis_.push_back({GenreDEvènement::Entrée, rang++,
-                       [e = entrée.Brut()] { return static_cast<double>(e->ValeurCourante()); }});
+                       [e = entrée.Brut()] { return Niveau(e->ValeurCourante()); }});
   }
   for (const SortieLogiqueRef& sortie : objets_.sorties) {
     if (sortie->Canal()) sorties_.push_back({rang, [s = sortie.Brut()] { return s->Atteinte(); }});
     suivis_.push_back({GenreDEvènement::Sortie, rang++,
-                       [s = sortie.Brut()] { return static_cast<double>(s->ValeurCourante()); }});
+                       [s = sortie.Brut()] { return Niveau(s->ValeurCourante()); }});
   }
   if (!objets_.chien->SortiePulse() && objets_.chien->Adresse() != 0) {
     sorties_.push_back({rang, [c = objets_.chien.Brut()] { return c->ArrêtAtteint(); }});
@@ -304,6 +309,7 @@ void Publication::SuitLArrêt() {
 
 void Publication::CommenceLArrêt() {
   arrêt_ = true;
+  passeDeLArrêt_ = passes_;
   causes_ = 0;
   attendues_ = sorties_.size();
   for (SortieSuivie& sortie : sorties_) sortie.attendue = true;
@@ -331,11 +337,13 @@ void Publication::SuitLesSorties() {
   }
 }
 
-// What changes all the time is told ten times a second, and as it is in the end.
+// What changes all the time is told ten times a second, and as it is in the end; what a stop sets
+// is told with the stop.
 void Publication::SuitLesValeurs() {
   for (Suivi& suivi : suivis_) {
     const double valeur = suivi.lit();
-    if (valeur == suivi.valeur || secondes_ - suivi.dit < kEntreDeux) continue;
+    if (valeur == suivi.valeur || (std::isnan(valeur) && std::isnan(suivi.valeur))) continue;
+    if (secondes_ - suivi.dit < kEntreDeux && passes_ != passeDeLArrêt_) continue;
     suivi.valeur = valeur;
     suivi.dit = secondes_;
     Consigne(suivi.genre, suivi.rang, valeur, "");

@@ -117,6 +117,7 @@ class Publication {
   double durée_ = 0;     ///< longest pass since the last sample
   double dernier_ = -1;  ///< seconds of the last sample
   bool arrêt_ = false;
+  std::uint64_t passeDeLArrêt_ = 0;
   std::size_t causes_ = 0;
   std::size_t attendues_ = 0;  ///< outputs that the stop in hand has not reached
   bool évènement_ = false;     ///< since the last sample

@@ -57,4 +57,5 @@ waited us: time that passes on the simulated clock, a microsecond for each look 
 machine spends about as much waiting for its boards.
 
 FIN
+"$programme" --publication
 "$programme" --stop

@@ -2,6 +2,8 @@
 
 #include <QDate>
 #include <QString>
+#include <algorithm>
+#include <utility>
 
 #include "host/configuration.h"
 #include "host/desktop/boite_de_depart.h"
@@ -11,20 +13,6 @@
 
 namespace zuma::host {
 namespace {
-
-// A language by its name or the beginning of it, as in "en"; the first one without.
-Ref<ZED_Traduction> TraducteurEn(const std::string& demandée) {
-  auto traducteur = Crée<TraducteurDuChassis>();
-  std::string connues;
-  for (const std::string& langue : traducteur->Langues()) {
-    if (EnQt(langue).startsWith(EnQt(demandée), Qt::CaseInsensitive)) {
-      traducteur->LangueCourante(langue);
-      return traducteur;
-    }
-    connues += (connues.empty() ? "" : ", ") + langue;
-  }
-  throw MauvaisUsage("language \"" + demandée + "\" is not known. Languages: " + connues + ".");
-}
 
 constexpr std::chrono::seconds kRapport{1};
 
@@ -62,9 +50,22 @@ Bureau::Bureau(const OptionsDesktop& options)
                                               LeChoix(options, textes_), traducteur_);
   fenêtre_ = std::make_unique<FenêtrePrincipale>(*marche_, battement_, recueil_, textes_,
                                                  options.simulation);
-  QObject::connect(&rapports_, &QTimer::timeout, &rapports_,
-                   [this] { machine_->Rapporte(*recueil_); });
+  marche_->GardeLesArrêts(options.arrêts.empty() ? DossierDesArrêts(options.fichier)
+                                                 : options.arrêts);
+  QObject::connect(&rapports_, &QTimer::timeout, &rapports_, [this] {
+    machine_->Rapporte(*recueil_);
+    SuitLesEtalonnages();
+  });
   rapports_.start(kRapport);
+}
+
+// Who looks from outside sees units, limits and dates as a form has left them.
+void Bureau::SuitLesEtalonnages() {
+  const auto ouverte = [](const auto& objet) { return objet->ModeEdition(); };
+  Chassis& chassis = marche_->LeChassis();
+  const bool enCours = std::ranges::any_of(*chassis.Capteurs(), ouverte) ||
+                       std::ranges::any_of(*chassis.Commandes(), ouverte);
+  if (std::exchange(étalonne_, enCours) && !enCours) marche_->LaPublication().Redécrit();
 }
 
 Bureau::~Bureau() {

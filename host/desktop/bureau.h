@@ -30,6 +30,8 @@ class Bureau {
   [[nodiscard]] const Ref<Recueil>& LeRecueil() const { return recueil_; }
 
  private:
+  void SuitLesEtalonnages();
+
   [[nodiscard]] Battement::Travail Travail();
   void AprèsLaPasse(double secondes);
 
@@ -44,6 +46,7 @@ class Bureau {
   // The frame goes before the window, which owns its forms on the screen.
   std::unique_ptr<FenêtrePrincipale> fenêtre_;
   std::unique_ptr<ChassisEnMarche> marche_;
+  bool étalonne_ = false;  ///< a calibration form is open
 };
 
 }  // namespace zuma::host

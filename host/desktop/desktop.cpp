@@ -13,7 +13,10 @@
 #include "host/desktop/boite_de_depart.h"
 #include "host/desktop/bureau.h"
 #include "host/desktop/fin_demandee.h"
+#include "host/desktop/spectateur.h"
+#include "host/desktop/traducteur_du_chassis.h"
 #include "host/interruption.h"
+#include "host/regard/choix.h"
 
 namespace zuma::host {
 namespace {
@@ -59,8 +62,9 @@ bool SansTerminal() {
   return ::isatty(STDERR_FILENO) != 1 && QGuiApplication::platformName() != "offscreen";
 }
 
-void PrévoitLImage(const OptionsDesktop& options, FenêtrePrincipale& fenêtre, bool& écrite) {
-  fenêtre.resize(FenêtrePrincipale::kTaille);  // nobody looks at the screen
+template <class Fenêtre>
+void PrévoitLImage(const OptionsDesktop& options, Fenêtre& fenêtre, bool& écrite) {
+  fenêtre.resize(Fenêtre::kTaille);  // nobody looks at the screen
   QTimer::singleShot(static_cast<int>(options.après * 1000), &fenêtre, [&] {
     écrite = fenêtre.grab().save(EnQt(options.image));
     fenêtre.close();
@@ -99,6 +103,18 @@ int Montre(const OptionsDesktop& options, Application& application) {
   return Rapporte(*recueil, fini);
 }
 
+// The window of a frame that another program runs.
+int Regarde(const OptionsDesktop& options) {
+  const Textes textes(TraducteurEn(options.langue));
+  Spectateur fenêtre(LaPublication(options.fichier, options.chassis), textes);
+  bool imageEcrite = options.image.empty();
+  fenêtre.show();
+  if (!options.image.empty()) PrévoitLImage(options, fenêtre, imageEcrite);
+  if (!Interruption::Demandée()) QApplication::exec();
+  if (!imageEcrite) throw MauvaisUsage(options.image + " cannot be written");
+  return kBon;
+}
+
 }  // namespace
 
 int Desktop(const OptionsDesktop& options) {
@@ -111,7 +127,7 @@ int Desktop(const OptionsDesktop& options) {
   const FinDemandée fin;
   std::setlocale(LC_NUMERIC, "C");  // the toolkit takes the user's: instruments speak with points
   try {
-    return Montre(options, application);
+    return options.attache ? Regarde(options) : Montre(options, application);
   } catch (const DépartRefusé& refus) {
     if (SansTerminal()) MontreLeRefus(refus);
     throw;

@@ -20,4 +20,8 @@ class TraducteurDuChassis final : public ZED_Traduction {
   linux_::Traducteur mots_;  ///< stays in the first language
 };
 
+/// The translator in a language, by its name or the beginning of it, as in "en"; the first one
+/// without. Throws `MauvaisUsage` with those that are known.
+[[nodiscard]] Ref<ZED_Traduction> TraducteurEn(const std::string& demandée);
+
 }  // namespace zuma::host

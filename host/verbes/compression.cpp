@@ -6,10 +6,10 @@
 
 #include "host/chassis_en_marche.h"
 #include "host/configuration.h"
+#include "host/courbe.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
 #include "host/parametres.h"
-#include "host/verbes/courbe.h"
 #include "host/verbes/essai_compression.h"
 #include "host/verbes/verbes.h"
 #include "platform/linux/texte_ligne.h"
@@ -46,6 +46,7 @@ class EssaiSimulé {
         essai_(marche_.LeChassis(), marche_.LaSécurité(),
                {.vitesse = options.vitesse, .limite = options.limite}),
         enregistreur_(enregistreur) {
+    marche_.GardeLesArrêts(options.dossier + "/stops");
     Enregistre(marche_, enregistreur_,
                {{"standard rate [MPa/s]", std::to_string(options.vitesse)}});
     // The press is a simulated one: the option that starts it is its acknowledgement.

@@ -63,11 +63,22 @@ void AjouteMalgréTout(CLI::App& verbe, Options& options) {
                  "and stops included");
 }
 
+// Which frame, and which of its objects, the verbs look at.
+template <class Options>
+void AjouteRegard(CLI::App& verbe, Options& options) {
+  verbe.add_option("NAME", options.noms, "labels or names; \"sensor:NAME\" for one kind alone");
+  verbe.add_option("--of", options.où, "published file, or database; without: the one that runs")
+      ->type_name("FILE");
+  verbe.add_option("--frame", options.chassis, "index of the frame of a database");
+  AjouteJson(verbe, options);
+}
+
 // Windows are a program of their own, so that a machine without a screen needs no toolkit: zuma
 // hands its command line on to the one beside it.
 [[maybe_unused]] char** arguments = nullptr;
 
 int LanceDesktop([[maybe_unused]] const OptionsDesktop& options) {
+  if (options.fichier.empty() && !options.attache) throw MauvaisUsage("FILE is required");
 #ifdef ZUMA_QT
   return Desktop(options);
 #else
@@ -101,6 +112,13 @@ class LigneDeCommande {
     AjouteDesktop();
     AjouteCompression();
     AjouteSim();
+    AjouteListe();
+    AjouteShow();
+    AjouteWatch();
+    AjouteScope();
+    AjouteRecord();
+    AjouteBlackbox();
+    AjouteDiff();
   }
 
   int Lance(int argc, char** argv) {
@@ -156,6 +174,7 @@ class LigneDeCommande {
     AjouteSimulation(verbe, run_);
     verbe.add_option("--seconds", run_.secondes, "end after that many seconds")
         ->check(CLI::PositiveNumber);
+    verbe.add_option("--stops", run_.arrêts, "folder that keeps each stop [stops beside FILE]");
     CLI::Option* csv =
         verbe.add_option("--csv", run_.csv, "record the sensors on each refresh in a new file");
     verbe
@@ -191,11 +210,16 @@ class LigneDeCommande {
   void AjouteDesktop() {
     CLI::App& verbe = Verbe("desktop", "run a frame in a desktop window", desktop_, &LanceDesktop);
     AjouteChassis(verbe, desktop_);
+    verbe.get_option("FILE")->required(false);
+    verbe.add_flag("--attach", desktop_.attache,
+                   "look at a frame that another program runs: FILE is its database or published "
+                   "file, and nothing can be operated");
     AjouteSimulation(verbe, desktop_);
     verbe.add_option("--lang", desktop_.langue,
                      "language of the window, by the beginning of its name");
     verbe.add_option("--person", desktop_.personne,
                      "who calibrates: name and date are written with each new table");
+    verbe.add_option("--stops", desktop_.arrêts, "folder that keeps each stop [stops beside FILE]");
     // For the pictures of the documentation.
     verbe.add_option("--picture", desktop_.image)->group("");
     verbe.add_option("--after", desktop_.après)->check(CLI::PositiveNumber)->group("");
@@ -230,6 +254,72 @@ class LigneDeCommande {
     AjouteJson(verbe, sim_);
   }
 
+  void AjouteListe() {
+    CLI::App& verbe = Verbe("list", "frames that run on this machine", liste_, &Liste);
+    AjouteJson(verbe, liste_);
+    verbe.add_flag("--names", liste_.noms)->group("");  // for the completion of a shell
+  }
+
+  void AjouteShow() {
+    CLI::App& verbe = Verbe("show", "objects of a frame that runs, as they are", show_, &Show);
+    AjouteRegard(verbe, show_);
+  }
+
+  void AjouteWatch() {
+    CLI::App& verbe =
+        Verbe("watch", "objects of a frame that runs, as they change", watch_, &Watch);
+    AjouteRegard(verbe, watch_);
+    verbe.add_option("--rate", watch_.cadence, "looks a second")
+        ->check(CLI::Range(0.1, 100.0))
+        ->capture_default_str();
+    verbe.add_option("--seconds", watch_.secondes, "end after that many seconds")
+        ->check(CLI::PositiveNumber);
+  }
+
+  void AjouteScope() {
+    CLI::App& verbe = Verbe("scope", "curves of a frame that runs", scope_, &Scope);
+    AjouteRegard(verbe, scope_);
+    verbe.add_option("--seconds", scope_.secondes, "of the picture")
+        ->check(CLI::Range(0.01, 60.0))
+        ->capture_default_str();
+    verbe
+        .add_option("--trigger", scope_.déclencheur,
+                    "wait until the condition comes true: > >= < <= = != and a number, on or off")
+        ->expected(3)
+        ->type_name("NAME OP VALUE");
+    verbe.add_option("--wait", scope_.attente, "seconds for the trigger at most")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    verbe.add_option("--svg", scope_.svg, "write a picture in a new file");
+  }
+
+  void AjouteRecord() {
+    CLI::App& verbe =
+        Verbe("record", "record a frame that runs in a new CSV file", record_, &Record);
+    AjouteRegard(verbe, record_);
+    verbe.add_option("--out", record_.fichier, "file to make")->required();
+    verbe.add_flag("--ages", record_.âges, "each reading is followed by its age in seconds");
+    verbe.add_option("--seconds", record_.secondes, "end after that many seconds")
+        ->check(CLI::PositiveNumber);
+  }
+
+  void AjouteBlackbox() {
+    CLI::App& verbe =
+        Verbe("blackbox", "what the last minute of a frame was, its host dead or alive", boîte_,
+              &Blackbox);
+    verbe.add_option("FILE", boîte_.où, "published file, or database");
+    verbe.add_option("--frame", boîte_.chassis, "index of the frame of a database");
+    verbe.add_option("--svg", boîte_.svg, "write the page of the last stop in a new file");
+    AjouteJson(verbe, boîte_);
+  }
+
+  void AjouteDiff() {
+    CLI::App& verbe = Verbe("diff", "what differs between two frames or black boxes", diff_, &Diff);
+    verbe.add_option("ONE", diff_.un, "published file, or database")->required();
+    verbe.add_option("OTHER", diff_.autre, "published file, or database")->required();
+    AjouteJson(verbe, diff_);
+  }
+
   CLI::App app_{"zuma drives a materials-testing frame described by a configuration database."};
   int code_ = kMauvaisUsage;
   OptionsInit init_;
@@ -239,6 +329,13 @@ class LigneDeCommande {
   OptionsDesktop desktop_;
   OptionsCompression compression_;
   OptionsSim sim_;
+  OptionsListe liste_;
+  OptionsRegard show_;
+  OptionsWatch watch_;
+  OptionsScope scope_;
+  OptionsRecord record_;
+  OptionsBoîte boîte_;
+  OptionsDiff diff_;
 };
 
 }  // namespace

@@ -35,6 +35,8 @@ class Marche {
                 LitLesParamètres(options.fichier, options.paramètres),
                 SelonLOption(options.malgréTout)),
         enregistreur_(enregistreur) {
+    marche_.GardeLesArrêts(options.arrêts.empty() ? DossierDesArrêts(options.fichier)
+                                                  : options.arrêts);
     if (enregistreur_ != nullptr) Enregistre(marche_, *enregistreur_, Spécimen());
   }
   ~Marche() {

@@ -14,6 +14,8 @@ enum class Ton { Normal, Titre, Bon, Attention, Danger, Discret };
 class Terminal {
  public:
   Terminal();
+  /// Plain text, whatever the output is.
+  explicit Terminal(bool terminal) : terminal_(terminal), couleurs_(terminal) {}
   [[nodiscard]] bool EstTerminal() const { return terminal_; }
   /// Columns of the terminal; 80 where there is none.
   [[nodiscard]] std::size_t Colonnes() const;

@@ -37,6 +37,7 @@ struct OptionsRun {
   std::optional<double> secondes;
   bool json = false;
   std::string csv;                  ///< recording of the sensors; empty for none
+  std::string arrêts;               ///< folder that keeps the stops; empty: beside the database
   bool âges = false;                ///< the recording tells how old each reading is
   std::uint32_t graine = 0;         ///< of the luck of the faults
   std::vector<std::string> pannes;  ///< faults of the simulated machine, see host/verbes/pannes.h
@@ -79,7 +80,9 @@ struct OptionsDesktop {
   std::string langue;                   ///< of the window; empty for the first known
   std::string image;                    ///< picture of the window to write, then the end
   double après = 5;                     ///< seconds until that picture
+  bool attache = false;                 ///< look at a frame that another program runs
   bool essai = false;                   ///< begin the compression test at once
+  std::string arrêts;                   ///< folder that keeps the stops; empty: beside the database
   int onglet = 0;                       ///< pane below the sensors: 0 curves, 1 test
 };
 
@@ -104,5 +107,61 @@ struct OptionsSim {
 /// Serves every simulated serial instrument on a pseudo-terminal of its own, so that real adapters
 /// and other programs can talk to them, until Ctrl-C or the given time.
 int Sim(const OptionsSim& options);
+
+/// What the verbs that only look have in common.
+struct OptionsRegard {
+  std::string où;  ///< file of a publication, or database; empty: the one that runs
+  std::optional<std::int32_t> chassis;  ///< of a database with several frames
+  std::vector<std::string> noms;        ///< of objects; empty for those that one looks at first
+  bool json = false;
+};
+
+struct OptionsListe {
+  bool json = false;
+  bool noms = false;  ///< names of the objects alone, one a line, for the completion of a shell
+};
+/// The frames that run on this machine, and what dead hosts left.
+int Liste(const OptionsListe& options);
+
+/// The objects as they are now.
+int Show(const OptionsRegard& options);
+
+struct OptionsWatch : OptionsRegard {
+  double cadence = 5;              ///< looks a second
+  std::optional<double> secondes;  ///< end after that many
+};
+/// The objects as they change, until Ctrl-C, the given time or the end of the host.
+int Watch(const OptionsWatch& options);
+
+struct OptionsScope : OptionsRegard {
+  double secondes = 5;                   ///< of the picture
+  std::vector<std::string> déclencheur;  ///< name, operator, value; empty for none
+  double attente = 60;                   ///< seconds for the trigger at most
+  std::string svg;                       ///< picture to write; empty for the terminal
+};
+/// Curves of the objects; with a trigger from a fifth of the picture before it.
+int Scope(const OptionsScope& options);
+
+struct OptionsRecord : OptionsRegard {
+  std::string fichier;
+  bool âges = false;
+  std::optional<double> secondes;
+};
+/// Records objects of a frame that another program runs.
+int Record(const OptionsRecord& options);
+
+struct OptionsBoîte : OptionsRegard {
+  std::string svg;  ///< page of the last stop to write
+};
+/// What a black box tells: last sample, outputs as they were last written, events, stops in words.
+int Blackbox(const OptionsBoîte& options);
+
+struct OptionsDiff {
+  std::string un, autre;  ///< publications, or databases of frames that are published
+  bool json = false;
+};
+/// What differs between two frames that are published, or were: objects, units, limits,
+/// calibrations, last values. 1 when something does.
+int Diff(const OptionsDiff& options);
 
 }  // namespace zuma::host

@@ -15,7 +15,7 @@ namespace zuma::publication {
 
 /// What a sample says of one object.
 struct Mesure {
-  double valeur = 0;  ///< in units; points on a channel, an `ENUM_ETAT_LOGIQUE` on logic objects;
+  double valeur = 0;  ///< in units; points on a channel, 1 and 0 for on and off on logic objects;
                       ///< no number when there is no reading
   double âge = 0;     ///< seconds since the oldest of what it is made from was read
   std::uint64_t état = 0;

@@ -120,7 +120,7 @@ std::string_view MotDe(Genre genre) {
 
 std::string NomComplet(const ObjetPublié& objet) {
   if (objet.genre == Genre::Canal) return objet.carte + "/" + objet.bloc + "/" + objet.nom;
-  return objet.label.empty() ? objet.nom : objet.label;
+  return objet.nom.empty() ? objet.label : objet.nom;
 }
 
 std::vector<std::size_t> Cherche(const ChassisPublié& chassis, std::string_view nom) {
@@ -132,21 +132,24 @@ std::vector<std::size_t> Cherche(const ChassisPublié& chassis, std::string_view
       nom.remove_prefix(deuxPoints + 1);
     }
   }
-  std::vector<std::size_t> parLabel, parNom;
+  std::vector<std::size_t> parLabel, parNom, parCanal;
   for (std::size_t rang = 0; rang < chassis.objets.size(); ++rang) {
     const ObjetPublié& objet = chassis.objets[rang];
     if (genre && objet.genre != *genre) continue;
-    if (MêmeClé(NomComplet(objet), nom)) parLabel.push_back(rang);
-    if (MêmeClé(objet.nom, nom)) parNom.push_back(rang);
+    const bool canal = objet.genre == Genre::Canal;
+    if (MêmeClé(canal ? NomComplet(objet) : objet.label, nom)) parLabel.push_back(rang);
+    if (MêmeClé(objet.nom, nom)) (canal ? parCanal : parNom).push_back(rang);
   }
-  return parLabel.empty() ? parNom : parLabel;
+  if (!parLabel.empty()) return parLabel;
+  return parNom.empty() ? parCanal : parNom;
 }
 
 std::vector<std::string> LesPlusProches(const ChassisPublié& chassis, std::string_view nom) {
   constexpr std::size_t kAuPlus = 3;
   std::vector<std::pair<std::size_t, std::string>> proches;
   for (const ObjetPublié& objet : chassis.objets) {
-    for (const std::string& sien : {NomComplet(objet), objet.nom}) {
+    for (const std::string& sien : {objet.label, NomComplet(objet), objet.nom}) {
+      if (sien.empty()) continue;
       const std::size_t distance = Distance(sien, nom);
       if (distance <= std::max<std::size_t>(2, nom.size() / 2))
         proches.emplace_back(distance, sien);

@@ -49,10 +49,10 @@ struct ChassisPublié {
 
 /// Word for what an object is: "sensor", "command", "input", "output", "watchdog", "channel".
 [[nodiscard]] std::string_view MotDe(Genre genre);
-/// By what a person calls it: label or name; a channel "board/block/channel", or its name.
+/// What a person calls it: its name; a channel "board/block/channel".
 [[nodiscard]] std::string NomComplet(const ObjetPublié& objet);
-/// Ranks of the objects of that name, in whatever case; the labels first, and names when no label
-/// fits. A name with a kind before it ("sensor:Force") means that kind alone.
+/// Ranks of the objects of that name, in whatever case: those of that label, else of that name,
+/// else channels. A name with a kind before it ("sensor:Force") means that kind alone.
 [[nodiscard]] std::vector<std::size_t> Cherche(const ChassisPublié& chassis, std::string_view nom);
 /// The names that differ the least from `nom`, three at most, nearest first.
 [[nodiscard]] std::vector<std::string> LesPlusProches(const ChassisPublié& chassis,

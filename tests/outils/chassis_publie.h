@@ -12,14 +12,14 @@
 
 namespace zuma::essai {
 
-/// The first demo frame as a host runs it, published in a folder of its own, on the simulated
+/// A demo frame as a host runs it, published in a folder of its own, on the simulated
 /// machine as fast as it goes.
 class ChassisPubliéDeDémo {
  public:
-  ChassisPubliéDeDémo() {
+  explicit ChassisPubliéDeDémo(std::int32_t chassis = 1) : index(chassis) {
     EcritLesParamètres(base.chemin);
     ::setenv("ZUMA_PUBLICATIONS", publications.Chemin().c_str(), 1);
-    marche.emplace(base.chemin, 1, *machine, recueil, host::LitLesParamètres(base.chemin, {}));
+    marche.emplace(base.chemin, index, *machine, recueil, host::LitLesParamètres(base.chemin, {}));
   }
   ~ChassisPubliéDeDémo() {
     marche.reset();
@@ -41,9 +41,10 @@ class ChassisPubliéDeDémo {
     Passe(durée, [] {});
   }
   [[nodiscard]] std::string Fichier() const {
-    return publications.Fichier(publication::NomDeFichier({base.chemin, 1, true}));
+    return publications.Fichier(publication::NomDeFichier({base.chemin, index, true}));
   }
 
+  std::int32_t index;
   BaseDeDémo base;
   DossierProvisoire publications;
   Ref<host::Recueil> recueil = Crée<host::Recueil>();

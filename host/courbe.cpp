@@ -1,8 +1,12 @@
-#include "host/verbes/courbe.h"
+#include "host/courbe.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
+#include <string_view>
+
+#include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
 namespace {
@@ -12,14 +16,31 @@ constexpr double kHauteur = 360;
 constexpr double kGauche = 64;
 constexpr double kBas = 52;
 constexpr double kMarge = 28;
+constexpr double kInterligne = 18;
 constexpr int kGraduations = 5;
-constexpr std::size_t kPointsMaximum = 1500;
+constexpr std::size_t kPointsMaximum = 4000;
 
 template <class... Args>
 std::string Texte(const char* format, Args... valeurs) {
   char texte[256];
   std::snprintf(texte, sizeof texte, format, valeurs...);
   return texte;
+}
+
+// A text as SVG holds it.
+std::string Echappe(const std::string& texte) {
+  std::string sûr;
+  for (const char c : linux_::UneSeuleLigne(texte)) {
+    constexpr std::array<std::pair<char, std::string_view>, 5> kSignes{
+        {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'\'', "&#39;"}, {'"', "&quot;"}}};
+    const auto* signe = std::ranges::find(kSignes, c, &std::pair<char, std::string_view>::first);
+    if (signe != kSignes.end()) {
+      sûr += signe->second;
+    } else {
+      sûr += c;
+    }
+  }
+  return sûr;
 }
 
 // A round step that divides the span into about five.
@@ -57,17 +78,19 @@ Axe AxeDe(const std::vector<std::pair<double, double>>& points, Lit&& lit) {
 
 class Cadre {
  public:
-  Cadre(const Courbe& courbe, double décalage)
+  Cadre(const Courbe& courbe, double décalage, double hauteur)
       : x_(AxeDe(courbe.points, [](const auto& p) { return p.first; })),
         y_(AxeDe(courbe.points, [](const auto& p) { return p.second; })),
-        décalage_(décalage) {}
+        décalage_(décalage),
+        haut_(hauteur) {}
 
   [[nodiscard]] double X(double v) const {
     return décalage_ + kGauche +
            (v - x_.mini) / (x_.maxi - x_.mini) * (kLargeur - kGauche - kMarge);
   }
   [[nodiscard]] double Y(double v) const {
-    return kHauteur - kBas - (v - y_.mini) / (y_.maxi - y_.mini) * (kHauteur - kBas - kMarge);
+    return haut_ + kHauteur - kBas -
+           (v - y_.mini) / (y_.maxi - y_.mini) * (kHauteur - kBas - kMarge);
   }
 
   [[nodiscard]] std::string Dessine(const Courbe& courbe) const {
@@ -76,7 +99,7 @@ class Cadre {
       const double v = x_.mini + i * x_.pas;
       svg += Ligne(X(v), Y(y_.mini), X(v), Y(y_.maxi)) +
              Texte("<text x='%.1f' y='%.1f' text-anchor='middle'>%g</text>\n", X(v),
-                   kHauteur - kBas + 18, std::fabs(v) < x_.pas / 100 ? 0.0 : v);
+                   haut_ + kHauteur - kBas + 18, std::fabs(v) < x_.pas / 100 ? 0.0 : v);
     }
     for (int i = 0; i <= y_.Graduations(); ++i) {
       const double v = y_.mini + i * y_.pas;
@@ -85,14 +108,14 @@ class Cadre {
                    Y(v) + 4, std::fabs(v) < y_.pas / 100 ? 0.0 : v);
     }
     const double milieu = (X(x_.mini) + X(x_.maxi)) / 2;
-    svg += Texte("<text x='%.1f' y='18' text-anchor='middle' class='t'>", milieu) + courbe.titre +
-           "</text>\n";
-    svg += Texte("<text x='%.1f' y='%.1f' text-anchor='middle'>", milieu, kHauteur - 12) +
-           courbe.abscisse + "</text>\n";
+    svg += Texte("<text x='%.1f' y='%.1f' text-anchor='middle' class='t'>", milieu, haut_ + 18) +
+           Echappe(courbe.titre) + "</text>\n";
+    svg += Texte("<text x='%.1f' y='%.1f' text-anchor='middle'>", milieu, haut_ + kHauteur - 12) +
+           Echappe(courbe.abscisse) + "</text>\n";
     svg += Texte("<text transform='translate(%.1f,%.1f) rotate(-90)' text-anchor='middle'>",
-                 décalage_ + 16, kHauteur / 2) +
-           courbe.ordonnée + "</text>\n";
-    svg += "<polyline points='";
+                 décalage_ + 16, haut_ + kHauteur / 2) +
+           Echappe(courbe.ordonnée) + "</text>\n";
+    svg += DessineLesRepères(courbe) + "<polyline points='";
     const std::size_t pas = courbe.points.size() / kPointsMaximum + 1;
     for (std::size_t i = 0; i < courbe.points.size(); i += pas) {
       svg += Texte("%.1f,%.1f ", X(courbe.points[i].first), Y(courbe.points[i].second));
@@ -101,30 +124,55 @@ class Cadre {
   }
 
  private:
+  [[nodiscard]] std::string DessineLesRepères(const Courbe& courbe) const {
+    std::string svg;
+    const auto ligne = [&](double x1, double y1, double x2, double y2) {
+      svg += Texte("<line class='m' x1='%.1f' y1='%.1f' x2='%.1f' y2='%.1f'/>\n", x1, y1, x2, y2);
+    };
+    if (courbe.moment) ligne(X(*courbe.moment), Y(y_.mini), X(*courbe.moment), Y(y_.maxi));
+    for (const double limite : courbe.limites) {
+      if (limite < y_.mini || limite > y_.maxi) continue;
+      ligne(X(x_.mini), Y(limite), X(x_.maxi), Y(limite));
+    }
+    return svg;
+  }
   static std::string Ligne(double x1, double y1, double x2, double y2) {
     return Texte("<line x1='%.1f' y1='%.1f' x2='%.1f' y2='%.1f'/>\n", x1, y1, x2, y2);
   }
   Axe x_;
   Axe y_;
   double décalage_;
+  double haut_;
 };
 
 }  // namespace
 
-std::string EnSvg(const std::vector<Courbe>& courbes) {
-  const double largeur = kLargeur * static_cast<double>(courbes.size());
+std::string EnSvg(const std::vector<Courbe>& courbes, std::size_t colonnes,
+                  const std::vector<LigneDePage>& texte) {
+  colonnes = std::max<std::size_t>(colonnes, 1);
+  const std::size_t rangées = (courbes.size() + colonnes - 1) / colonnes;
+  const double haut = texte.empty() ? 0 : kMarge + kInterligne * static_cast<double>(texte.size());
+  const double largeur = kLargeur * static_cast<double>(colonnes);
+  const double hauteur = haut + kHauteur * static_cast<double>(rangées);
   std::string svg = Texte(
       "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 %.0f %.0f' "
       "width='%.0f' height='%.0f'>\n",
-      largeur, kHauteur, largeur, kHauteur);
+      largeur, hauteur, largeur, hauteur);
   svg +=
       "<style>rect{fill:#fff}text{font:12px sans-serif;fill:#333}.t{font-weight:bold}"
-      "line{stroke:#ddd}polyline{fill:none;stroke:#0b63b5;stroke-width:1.5}</style>\n"
+      "line{stroke:#ddd}.m{stroke:#c0392b;stroke-dasharray:4 3}"
+      "polyline{fill:none;stroke:#0b63b5;stroke-width:1.5}</style>\n"
       "<rect width='100%' height='100%'/>\n";
-  double décalage = 0;
-  for (const Courbe& courbe : courbes) {
-    svg += Cadre(courbe, décalage).Dessine(courbe);
-    décalage += kLargeur;
+  double y = kMarge;
+  for (const LigneDePage& ligne : texte) {
+    svg += Texte("<text x='24' y='%.1f'%s>", y, ligne.titre ? " class='t'" : "") +
+           Echappe(ligne.texte) + "</text>\n";
+    y += kInterligne;
+  }
+  for (std::size_t i = 0; i < courbes.size(); ++i) {
+    const Cadre cadre(courbes[i], kLargeur * static_cast<double>(i % colonnes),
+                      haut + kHauteur * static_cast<double>(i / colonnes));
+    svg += cadre.Dessine(courbes[i]);
   }
   return svg + "</svg>\n";
 }

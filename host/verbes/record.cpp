@@ -1,0 +1,52 @@
+// Records a frame that another program runs.
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+#include "host/configuration.h"
+#include "host/enregistreur.h"
+#include "host/interruption.h"
+#include "host/regard/choix.h"
+#include "host/verbes/terminal.h"
+#include "host/verbes/verbes.h"
+
+namespace zuma::host {
+namespace {
+
+constexpr std::chrono::milliseconds kPause{50};
+
+void DitOùElleEnEst(const Enregistreur& enregistreur) {
+  const EtatDEnregistrement état = enregistreur.Etat();
+  std::fprintf(stderr, "\r%s\x1b[K", Phrase(état).c_str());
+}
+
+}  // namespace
+
+int Record(const OptionsRecord& options) {
+  const std::string fichier = LaPublication(options.où, options.chassis);
+  const Interruption interruption;
+  const publication::Lecteur lecteur(fichier);
+  auto objets = options.noms.empty() ? LesCapteurs(lecteur.LeChassis())
+                                     : ObjetsNommés(lecteur.LeChassis(), options.noms);
+  publication::Echantillon dernier;
+  if (!publication::EstVivante(fichier) || !lecteur.LitLeDernier(dernier)) {
+    throw MauvaisUsage("the frame does not run: there is nothing to record");
+  }
+  Enregistreur enregistreur(options.fichier, Enregistreur::Retard::Perd,
+                            options.âges ? Enregistreur::Ages::Avec : Enregistreur::Ages::Sans);
+  const double début = dernier.Secondes();
+  enregistreur.Commence(lecteur, std::move(objets), lecteur.LeChassis().paramètres, début);
+  const bool terminal = Terminal().EstTerminal();
+  while (!Interruption::Demandée() && publication::EstVivante(fichier) && !lecteur.EstFini()) {
+    (void)lecteur.LitLeDernier(dernier);
+    if (options.secondes && dernier.Secondes() - début >= *options.secondes) break;
+    if (terminal) DitOùElleEnEst(enregistreur);
+    std::this_thread::sleep_for(kPause);
+  }
+  enregistreur.Termine();
+  const bool complet = FermeEtDit(enregistreur);
+  if (complet) std::printf("%s\n", Phrase(enregistreur.Etat()).c_str());
+  return complet ? kBon : kProblèmes;
+}
+
+}  // namespace zuma::host

@@ -1,0 +1,162 @@
+// A stop that is kept, and the verbs that look at a frame of another program.
+#include <chrono>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "host/courbe.h"
+#include "host/regard/cas.h"
+#include "host/regard/gardien.h"
+#include "host/regard/recit.h"
+#include "outils/cas.h"
+#include "outils/chassis_publie.h"
+#include "outils/programme.h"
+
+namespace zuma {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsSubstring;
+
+std::vector<fs::path> Cas(const fs::path& dossier) {
+  std::error_code absent;
+  std::vector<fs::path> cas;
+  for (fs::directory_iterator i(dossier, absent), fin; i != fin; ++i) cas.push_back(i->path());
+  std::ranges::sort(cas);
+  return cas;
+}
+
+bool Contient(const std::vector<std::string>& lignes, std::string_view texte) {
+  return std::ranges::any_of(
+      lignes, [&](const std::string& ligne) { return ligne.find(texte) != std::string::npos; });
+}
+
+TEST(UnArrêtGardé, EstLàEntierEtNEnRemplaceAucun) {
+  essai::ChassisPubliéDeDémo démo;
+  démo.Passe(11);
+  démo.marche->Arrête("porte <ouverte> / à gauche");
+  démo.Passe(2);
+  démo.marche->Acquitte();
+  démo.Passe(5);
+  const publication::Lecteur lecteur(démo.Fichier());
+  const auto arrêts = host::LesArrêts(lecteur);
+  ASSERT_EQ(arrêts.size(), 1U);
+  const std::string stops = démo.base.dossier.Fichier("stops");
+  const fs::path un = host::EcritLeCas(lecteur, arrêts[0], stops, {});
+  const fs::path autre = host::EcritLeCas(lecteur, arrêts[0], stops, {});
+  EXPECT_NE(un, autre);
+  EXPECT_EQ(Cas(stops).size(), 2U);
+  EXPECT_TRUE(un.string().ends_with("-porte-ouverte-à-gauche")) << un;
+
+  const std::string csv = essai::Lit(un / "samples.csv");
+  const auto lignes = Découpe(csv, '\n');
+  ASSERT_GT(lignes.size(), 3000U) << "10 s before and 5 s behind, at 200 Hz";
+  EXPECT_TRUE(lignes[1].starts_with("-9.99") || lignes[1].starts_with("-10.0")) << lignes[1];
+  EXPECT_GT(std::stod(std::string(lignes[lignes.size() - 2])), 4.98);
+  const auto json = nlohmann::json::parse(essai::Lit(un / "case.json"));
+  EXPECT_EQ(json["What fired?"][0], "porte <ouverte> / à gauche");
+  EXPECT_EQ(json["Which did not?"][0], "all did");
+  EXPECT_PRED_FORMAT2(IsSubstring, "in the pass of the stop: command Servovalve",
+                      json["When did the outputs come to rest?"][0].get<std::string>());
+  EXPECT_PRED_FORMAT2(IsSubstring, "acknowledged",
+                      json["What did the operator do next?"][0].get<std::string>());
+  const std::string page = essai::Lit(un / "stop.svg");
+  EXPECT_PRED_FORMAT2(IsSubstring, "porte &lt;ouverte&gt; / à gauche", page);
+  EXPECT_PRED_FORMAT2(IsSubstring, "<polyline", page);
+}
+
+TEST(UnArrêtGardé, DitLeCapteurSaLimiteEtLaSortieQuiNAPasSuivi) {
+  essai::ChassisPubliéDeDémo démo(3);
+  démo.Passe(2);
+  démo.machine->Jumelle()->liaisons.Ligne(10)->pannes.muette = true;
+  démo.marche->Arrête("perdue");
+  démo.Passe(3);
+  const publication::Lecteur lecteur(démo.Fichier());
+  const auto récit = host::Raconte(lecteur, host::LesArrêts(lecteur).at(0), 5);
+  ASSERT_TRUE(récit);
+  EXPECT_FALSE(récit->auRepos.empty());
+  EXPECT_TRUE(Contient(récit->pasAuRepos, "was not at rest")) << "the drive's bus is silent";
+}
+
+TEST(UnArrêtGardé, EstEcritALaFinEtUnDossierInterditNArrêteRien) {
+  essai::ChassisPubliéDeDémo démo;
+  const std::string stops = démo.base.dossier.Fichier("stops");
+  std::ofstream(démo.base.dossier.Fichier("fichier")) << "x";
+  démo.marche->GardeLesArrêts(démo.base.dossier.Fichier("fichier"));
+  démo.Passe(0.1);
+  démo.marche->Arrête("une");
+  démo.Passe(0.1);
+  démo.marche->GardeLesArrêts(stops);
+  démo.Passe(0.1);
+  démo.marche.reset();  // before the five seconds are over
+  ASSERT_EQ(Cas(stops).size(), 1U);
+  EXPECT_TRUE(Cas(stops)[0].string().ends_with("-une"));
+}
+
+TEST(LesVieuxCas, SEnVontSaufLesCentDerniersEtCeQuiNEnEstPas) {
+  const essai::DossierProvisoire dossier;
+  const auto crée = [&](int numéro, std::chrono::hours âge, const char* fichier) {
+    const fs::path cas = dossier.Fichier("cas" + std::to_string(numéro));
+    fs::create_directory(cas);
+    std::ofstream(cas / fichier) << "{}";
+    fs::last_write_time(cas / fichier, fs::file_time_type::clock::now() - âge);
+  };
+  constexpr std::chrono::hours kJour{24};
+  crée(0, 400 * kJour, "notes.txt");
+  for (int i = 1; i <= 99; ++i) crée(i, 200 * kJour - std::chrono::hours(i), "case.json");
+  host::RetireLesVieuxCas(dossier.Chemin());
+  EXPECT_EQ(Cas(dossier.Chemin()).size(), 100U) << "fewer than a hundred cases, however old";
+  for (int i = 100; i <= 103; ++i) crée(i, 20 * kJour, "case.json");
+  crée(104, 100 * kJour, "case.json");
+  std::ofstream(dossier.Fichier("cas1/photo.jpg")) << "the operator's own";
+  host::RetireLesVieuxCas(dossier.Chemin());
+  EXPECT_EQ(Cas(dossier.Chemin()).size(), 102U);
+  for (const auto& [cas, reste] : essai::Cas<int, bool>{
+           {0, true}, {1, true}, {2, false}, {3, false}, {4, false}, {5, true}, {104, true}}) {
+    EXPECT_EQ(fs::exists(dossier.Fichier("cas" + std::to_string(cas))), reste) << cas;
+  }
+}
+
+class LesRegards : public essai::LeProgramme {
+ protected:
+  // Runs `commandes` of the shell while another program runs the frame; $z is this program.
+  std::string PendantQuElleTourne(const std::string& commandes) {
+    const std::string sortie = dossier.Fichier("sortie");
+    const std::string script =
+        "export ZUMA_PUBLICATIONS=" + dossier.Fichier("pub") +
+        "; mkdir -p $ZUMA_PUBLICATIONS; cd " + dossier.Chemin().string() +
+        "; z='" ZUMA_PROGRAMME "'; \"$z\" run " + Base() +
+        " --sim --seconds 60 >/dev/null 2>&1 & h=$!; for i in $(seq 100); do "
+        "[ \"$(ZUMA_PUBLICATIONS=" +
+        dossier.Fichier("pub") +
+        " '" ZUMA_PROGRAMME
+        "' list --json 2>/dev/null)\" ] && break; sleep 0.1; done; export ZUMA_PUBLICATIONS=" +
+        dossier.Fichier("pub") + "; z='" ZUMA_PROGRAMME "'; cd " + dossier.Chemin().string() +
+        "; (" + commandes + ") >" + sortie + " 2>&1; kill $h 2>/dev/null; wait $h 2>/dev/null";
+    (void)std::system(script.c_str());
+    return essai::Lit(sortie);
+  }
+};
+
+TEST_F(LesRegards, MontrentSuiventEnregistrentEtLisentLaBoîteNoire) {
+  const std::string dit = PendantQuElleTourne(
+      "$z list; $z show 'Force 100 kN' armé; $z show Fource; echo code $?; "
+      "$z watch armé --seconds 0.5 --json | tail -1; $z scope 'Force 100 kN' --seconds 0.5 | wc "
+      "-l; "
+      "$z scope 'Force 100 kN' --trigger 'Force 100 kN' '>' -5 --wait 0.2; echo code $?; "
+      "$z scope 'Force 100 kN' --seconds 0.3 --svg x.svg; $z record armé --out r.csv --seconds "
+      "0.5; "
+      "$z run demo1.db --sim; echo code $?; kill -9 $h; sleep 0.2; "
+      "$z blackbox; $z show armé; $z diff demo1.db demo1.db; echo same $?");
+  for (const char* texte :
+       {"frame 1  Presse de démonstration", "19 sensors", "sensor   Force 100 kN",
+        "did you mean \"Force", "code 2", "\"value\":\"on\"", "the trigger did not come",
+        "x.svg written", "recording r.csv: ", "is run by process", "its host died",
+        "outputs as they were last written", "events", "same 0"}) {
+    EXPECT_PRED_FORMAT2(IsSubstring, texte, dit);
+  }
+  EXPECT_TRUE(essai::Lit(dossier.Fichier("r.csv")).starts_with("time [s],Armé\n"));
+}
+
+}  // namespace
+}  // namespace zuma
