@@ -50,6 +50,7 @@ Spectateur::Spectateur(std::string fichier, const Textes& textes)
   auto* milieu = new QSplitter(this);
   milieu->addWidget(table_);
   milieu->addWidget(graphique_);
+  milieu->setSizes({kTaille.width() / 2, kTaille.width() / 2});
   auto* centre = new QWidget(this);
   auto* boîte = new QVBoxLayout(centre);
   boîte->addWidget(bandeau_);
@@ -80,7 +81,8 @@ QTableWidget* Spectateur::NouvelleTable() {
     table->setItem(ligne, Nom, nom);
     for (const int colonne : {Valeur, Etat}) {
       auto* case_ = new QTableWidgetItem;
-      case_->setTextAlignment(colonne == Valeur ? Qt::AlignRight : Qt::AlignLeft);
+      case_->setTextAlignment((colonne == Valeur ? Qt::AlignRight : Qt::AlignLeft) |
+                              Qt::AlignVCenter);
       table->setItem(ligne, colonne, case_);
     }
   }
@@ -134,7 +136,7 @@ void Spectateur::PrendLesEchantillons() {
 void Spectateur::MontreLeBandeau(bool vivante) {
   const publication::ChassisPublié& chassis = lecteur_.LeChassis();
   QString texte = textes_("Texte spectateur") + " " + EnQt(chassis.programme) + ", " +
-                  QString::number(lecteur_.Processus()) +
+                  textes_("Texte processus") + " " + QString::number(lecteur_.Processus()) +
                   (chassis.simulé ? " (" + textes_("Texte simule") + ")" : QString());
   bool alerte = false;
   if (lecteur_.LitLeDernier(échantillon_)) {
