@@ -1,9 +1,11 @@
 #include "publication/publication.h"
 
 #include <algorithm>
+#include <bit>
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include <unistd.h>
 
@@ -16,7 +18,8 @@ constexpr double kMicrosecondes = 1e6;
 constexpr double kAuPlusTard = 0.05;  // seconds from one sample to the next
 constexpr double kEntreDeux = 0.1;    // seconds between two events of one object's value
 constexpr std::size_t kEvènements = 4096;
-constexpr std::size_t kEnPlus = 64;     // samples beyond those of the rate, for the events
+constexpr std::size_t kEnPlus = 64;  // samples beyond those of the rate, for the events
+constexpr double kAbsent = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kMarge = 65'536;  // bytes by which a description may grow
 
 std::uint64_t Nanosecondes(auto durée) {
@@ -46,21 +49,21 @@ std::string_view Tient(std::string_view texte) {
   return texte.substr(0, fin);
 }
 
-std::uint64_t Bits(bool vrai, Etat bit) {
+std::uint32_t Bits(bool vrai, Etat bit) {
   return vrai ? bit : 0U;
 }
 
 // 1 for on, 0 for off, no number for a source that tells nothing: as people plot it.
 double Niveau(ENUM_ETAT_LOGIQUE état) {
   if (état == ENUM_ETAT_LOGIQUE::Actif) return 1;
-  return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : std::nan("");
+  return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : kAbsent;
 }
 
 void EcritLObjet(EnEcriture& place, std::size_t& rang, double valeur, double âge,
-                 std::uint64_t état) {
+                 std::uint32_t état) {
+  const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(âge));
   place.Ecrit(rang++, valeur);
-  place.Ecrit(rang++, âge);
-  place.Ecrit(rang++, état);
+  place.Ecrit(rang++, haut << kDécalageDeLAge | état);
 }
 
 void Ecrit(EnEcriture& place, std::size_t& rang, const Capteur& capteur) {
@@ -68,11 +71,11 @@ void Ecrit(EnEcriture& place, std::size_t& rang, const Capteur& capteur) {
   const Capteur::AgeDeMesure âge = capteur.LAge();
   const bool lisible = capteur.Enabled_bln() && capteur.CapteurSelectionne() && âge.lue &&
                        capteur.Etat() != kNonValide;
-  EcritLObjet(place, rang, lisible ? capteur.ValeurCourante() : std::nan(""), âge.secondes,
+  EcritLObjet(place, rang, lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
               Bits(capteur.Enabled_bln(), kEnService) | Bits(âge.lue, kLu) |
                   Bits(âge.vieux, kVieux) | Bits(capteur.CapteurSelectionne(), kSélectionné) |
                   Bits(capteur.AU(), kSorti) |
-                  (static_cast<std::uint64_t>(capteur.Etat()) << kDécalageDeLEtat));
+                  (static_cast<std::uint32_t>(capteur.Etat()) << kDécalageDeLEtat));
 }
 
 void Ecrit(EnEcriture& place, std::size_t& rang, const Commande& commande) {

@@ -34,7 +34,7 @@ std::string EtatDuCapteur(const Mesure& mesure) {
   if (!mesure.Est(publication::kEnService)) return "off";
   if (!mesure.Est(publication::kSélectionné)) return "not selected";
   if (mesure.Est(publication::kSorti)) return "DANGER";
-  const std::uint64_t rang = mesure.EtatDuCapteur();
+  const std::uint32_t rang = mesure.EtatDuCapteur();
   return std::string(kEtats[rang < kEtats.size() ? rang : 0]);
 }
 

@@ -53,7 +53,8 @@ enum class MotDEchantillon : std::uint8_t {
   Rafraîchissements,  ///< of the sensors, since the start
   kNombre
 };
-enum class MotDObjet : std::uint8_t { Valeur, Age, Etat, kNombre };
+/// Value; age (seconds, `float`) in the upper half of a word and state in the lower one.
+enum class MotDObjet : std::uint8_t { Valeur, AgeEtEtat, kNombre };
 inline constexpr std::size_t kMotsParObjet = static_cast<std::size_t>(MotDObjet::kNombre);
 
 /// Words of an event; its text fills the rest of its place.
@@ -99,6 +100,7 @@ enum Etat : std::uint32_t {
   kEnArrêt = 1U << 7U,  ///< a watchdog that a stop has armed
   kSorti = 1U << 8U     ///< a sensor fires the stop
 };
+inline constexpr unsigned kDécalageDeLAge = 32;
 inline constexpr unsigned kDécalageDeLEtat = 16;  ///< `ENUM_ETAT_CAPTEUR` of a sensor, above it
 
 inline constexpr std::uint64_t kSansObjet = ~std::uint64_t{0};

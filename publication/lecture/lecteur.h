@@ -18,11 +18,11 @@ struct Mesure {
   double valeur = 0;  ///< in units; points on a channel, 1 and 0 for on and off on logic objects;
                       ///< no number when there is no reading
   double âge = 0;     ///< seconds since the oldest of what it is made from was read
-  std::uint64_t état = 0;
+  std::uint32_t état = 0;
 
   [[nodiscard]] bool Est(Etat bit) const noexcept { return (état & bit) != 0; }
   /// `ENUM_ETAT_CAPTEUR` of a sensor.
-  [[nodiscard]] std::uint64_t EtatDuCapteur() const noexcept { return état >> kDécalageDeLEtat; }
+  [[nodiscard]] std::uint32_t EtatDuCapteur() const noexcept { return état >> kDécalageDeLEtat; }
 };
 
 /// One sample. To be read into again and again: its memory stays.
@@ -45,7 +45,9 @@ class Echantillon {
   }
   [[nodiscard]] Mesure operator[](std::size_t objet) const noexcept {
     const std::uint64_t* mots = &mots_[RangDe(MotDEchantillon::kNombre) + objet * kMotsParObjet];
-    return {std::bit_cast<double>(mots[0]), std::bit_cast<double>(mots[1]), mots[2]};
+    const auto état = static_cast<std::uint32_t>(mots[1]);
+    const auto âge = static_cast<std::uint32_t>(mots[1] >> kDécalageDeLAge);
+    return {std::bit_cast<double>(mots[0]), std::bit_cast<float>(âge), état};
   }
 
  private:

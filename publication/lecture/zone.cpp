@@ -1,5 +1,6 @@
 #include "publication/lecture/zone.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
@@ -72,19 +73,27 @@ Zone::~Zone() {
   ::munmap(mots_, nombre_ * sizeof(Mot));
 }
 
+// The first write to a page takes microseconds, populated or not: no pass shall pay for it.
+void Zone::TouchePartout() {
+  std::ranges::for_each(Mots(), [](Mot& mot) { mot.store(0, std::memory_order_relaxed); });
+}
+
 std::shared_ptr<Zone> Zone::DuFichier(int descripteur, std::size_t octets) {
   if (const int erreur = ::posix_fallocate(descripteur, 0, static_cast<off_t>(octets))) {
     Echoue(erreur, "posix_fallocate");
   }
   std::shared_ptr<Zone> zone(
       new Zone(descripteur, octets, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE));
+  zone->TouchePartout();
   (void)::mlock(zone->mots_, octets);  // where the limits allow it
   return zone;
 }
 
 std::shared_ptr<Zone> Zone::Privée(std::size_t octets) {
-  return std::shared_ptr<Zone>(
+  std::shared_ptr<Zone> zone(
       new Zone(-1, octets, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE));
+  zone->TouchePartout();
+  return zone;
 }
 
 std::shared_ptr<const Zone> Zone::EnLecture(const std::string& fichier) {

@@ -33,6 +33,7 @@ class Zone {
   [[nodiscard]] std::span<const Mot> Mots() const noexcept { return {mots_, nombre_}; }
 
  private:
+  void TouchePartout();
   Zone(int descripteur, std::size_t octets, int protection, int drapeaux);
 
   Mot* mots_ = nullptr;

@@ -69,9 +69,9 @@ TEST_F(UnePublication, MontreADAutresCeQueLeChassisTient) {
     if (LectureDe(*capteur)) {
       EXPECT_EQ(mesure.valeur, *LectureDe(*capteur));
     }
-    EXPECT_EQ(mesure.âge, capteur->Age());
+    EXPECT_FLOAT_EQ(static_cast<float>(mesure.âge), static_cast<float>(capteur->Age()));
     EXPECT_EQ(mesure.Est(publication::kVieux), capteur->EstVieux());
-    EXPECT_EQ(mesure.EtatDuCapteur(), static_cast<std::uint64_t>(capteur->Etat()));
+    EXPECT_EQ(mesure.EtatDuCapteur(), static_cast<std::uint32_t>(capteur->Etat()));
     ++rang;
   }
   EXPECT_EQ(rang, static_cast<std::size_t>(marche->LeChassis().Capteurs()->Count()));
