@@ -75,7 +75,8 @@ Zone::~Zone() {
 
 // The first write to a page takes microseconds, populated or not: no pass shall pay for it.
 void Zone::TouchePartout() {
-  std::ranges::for_each(Mots(), [](Mot& mot) { mot.store(0, std::memory_order_relaxed); });
+  constexpr auto kVite = std::memory_order_relaxed;
+  std::ranges::for_each(Mots(), [](Mot& mot) { mot.store(mot.load(kVite), kVite); });
 }
 
 std::shared_ptr<Zone> Zone::DuFichier(int descripteur, std::size_t octets) {
