@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Makes a demo database, checks its frames, shows the first one live on the simulated machine, runs
-# the others for some seconds of simulated time, runs a compression test on the simulated press and
-# takes a picture of the desktop window:
+# the others for some seconds of simulated time, runs a compression test on the simulated press, takes a
+# picture of the desktop window, and lets a second test run into a limit, for the page of its stop:
 # demo.sh PROGRAM FOLDER SECONDS
 set -euo pipefail
 
@@ -28,7 +28,10 @@ numero=1 csv="$dossier/run.csv"
 while [ -e "$csv" ] || [ -e "$csv.json" ]; do
   numero=$((numero + 1)) csv="$dossier/run-$numero.csv"
 done
-"$zuma" run "$base" --frame 1 --sim --csv "$csv" ${secondes:+--seconds "$secondes"}
+# A person sees the live view; what is kept or checked gets every channel.
+lignes=--lines
+[ ! -t 1 ] || lignes=
+"$zuma" run "$base" --frame 1 --sim $lignes --csv "$csv" ${secondes:+--seconds "$secondes"}
 echo
 
 # A frame as fast as it goes; what it prints goes to a file, its sum to the screen.
@@ -36,7 +39,7 @@ echo
 montre() {
   local chassis=$1 titre=$2 admis=$(($# > 2)) code=0
   shift 2
-  "$zuma" run "$base" --frame "$chassis" --sim --fast --seconds 8 "$@" \
+  "$zuma" run "$base" --frame "$chassis" --sim --fast --lines --seconds 8 "$@" \
     >"$dossier/frame$chassis.txt" 2>"$dossier/frame$chassis.err" || code=$?
   if [ "$code" -gt "$admis" ]; then
     cat "$dossier/frame$chassis.err" >&2
@@ -55,3 +58,18 @@ echo
 QT_LOGGING_RULES="default.warning=false" \
   "$zuma" desktop "$base" --frame 1 --sim --lang en --picture "$dossier/desktop.png" --after 3
 echo "The frame in a window: picture $dossier/desktop.png, live: $zuma desktop $base --sim --lang en"
+echo
+# A test that a limit stops: its black box page says why, and how the machine came to rest.
+"$zuma" compression "$base" --frame 1 --out "$dossier" --fault overrange >"$dossier/overrange.txt" ||
+  [ $? -eq 1 ]
+cas=$(find "$dossier/stops" -mindepth 1 -maxdepth 1 -type d -newer "$dossier/frame5.txt" | tail -1)
+python3 - "$cas" <<'FIN'
+import json
+import sys
+
+cas = json.load(open(sys.argv[1] + "/case.json"))
+print("A stop:", cas["What fired?"][0])
+for question in list(cas)[4:8]:
+    print(f"  {question} {'; '.join(cas[question])}")
+FIN
+echo "Its black box page: picture $cas/stop.svg"

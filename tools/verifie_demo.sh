@@ -21,6 +21,9 @@ awk -F' [|] ' '
   }
   $5 == "logic in" { logiques++ }
   / [|] stop [|] / { arrets++ }
+  /^A stop: D.*passement dangereux du capteur Force 100 kN/ { causes++ }
+  /^  When did the outputs come to rest[?] in the pass of the stop: command Servovalve/ { repos++ }
+  /^Its black box page: picture .*stop.svg$/ { pages++ }
   /: no problem$/ { bonne++ }
   /^Compression test: specimen broken$/ { rompu++ }
   /^Frame [345] / {
@@ -42,5 +45,6 @@ awk -F' [|] ' '
     if (arrets > 0) print "demo: a stop fired"
     essai = rompu == 1 && force > 59 && force < 61 && contrainte > 30 && contrainte < 31.1 \
             && tenue > 0.57 && tenue < 0.63
+    if (causes != 1 || repos != 1 || pages != 1) { faux++; print "demo: the page of the stop is missing or wrong" }
     exit !(essai && arrets == 0 && bonne == 4 && chassis == 3 && voies >= 10 && lus >= 3 * voies && faux == 0 && mobiles == voies && logiques > 0)
   }' "$1"

@@ -91,10 +91,18 @@ std::string NombreEnTexte(double nombre, int chiffres) {
   return texte.data();
 }
 
+std::string PointsEnTexte(double points) {
+  if (!std::isfinite(points)) return "-";
+  std::array<char, 32> texte{};
+  std::snprintf(texte.data(), texte.size(), "%.6g", points);
+  return texte.data();
+}
+
 std::string ValeurEnTexte(const ObjetPublié& objet, const Mesure& mesure) {
   if (EstLogique(objet.genre)) return std::string(NiveauEnTexte(mesure.valeur));
   if (objet.genre == Genre::Watchdog) return NombreEnTexte(mesure.valeur) + " s";
-  const std::string nombre = NombreEnTexte(mesure.valeur, objet.genre == Genre::Canal ? 1 : 3);
+  const std::string nombre =
+      objet.genre == Genre::Canal ? PointsEnTexte(mesure.valeur) : NombreEnTexte(mesure.valeur);
   return objet.unité.empty() ? nombre : nombre + " " + objet.unité;
 }
 

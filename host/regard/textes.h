@@ -19,6 +19,8 @@ namespace zuma::host {
                                         const publication::Mesure& mesure);
 /// Value alone, at most `chiffres` behind the point.
 [[nodiscard]] std::string NombreEnTexte(double nombre, int chiffres = 3);
+/// What a channel holds, in six digits: from counts of a converter to thousandths of an instrument.
+[[nodiscard]] std::string PointsEnTexte(double points);
 /// What else there is to say of it: "DANGER", "not reached", "old since 3.2 s"; "ok" for nothing.
 [[nodiscard]] std::string EtatEnTexte(const publication::ObjetPublié& objet,
                                       const publication::Mesure& mesure);

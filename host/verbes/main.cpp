@@ -174,6 +174,8 @@ class LigneDeCommande {
     AjouteSimulation(verbe, run_);
     verbe.add_option("--seconds", run_.secondes, "end after that many seconds")
         ->check(CLI::PositiveNumber);
+    verbe.add_flag("--lines", run_.lignes, "print a line for each sensor and channel")
+        ->excludes("--json");
     verbe.add_option("--stops", run_.arrêts, "folder that keeps each stop [stops beside FILE]");
     CLI::Option* csv =
         verbe.add_option("--csv", run_.csv, "record the sensors on each refresh in a new file");
@@ -192,7 +194,8 @@ class LigneDeCommande {
     verbe.add_flag("--fast", run_.auPlusVite, "let simulated time run as fast as it goes");
     verbe.footer(
         "Keys: j k choose a sensor, t tare, c cancel tare, z zero, m reset extremes, "
-        "s stop, a acknowledge, f next fault (simulated machine), q quit.");
+        "s stop, a acknowledge, f next fault (simulated machine), space and b scroll, q quit. "
+        "Without a terminal: a summary line a second.");
   }
 
   void AjouteDump() {

@@ -22,7 +22,8 @@ namespace {
 
 constexpr double kPasDePasse = 0.001;     // seconds between passes
 constexpr double kPeriodeTerminal = 0.1;  // seconds between views on a terminal
-constexpr double kPeriodeLignes = 0.5;    // the same on a pipe
+constexpr double kPeriodeLignes = 0.5;    // of the lines or the data for a program
+constexpr double kPeriodeResume = 1;      // of the summary, without a terminal
 
 class Marche {
  public:
@@ -46,7 +47,7 @@ class Marche {
   Marche& operator=(const Marche&) = delete;
 
   void Tourne() {
-    const double période = terminal_.EstTerminal() ? kPeriodeTerminal : kPeriodeLignes;
+    const double période = Période();
     double prochaineVue = période;
     double secondes = 0;
     while (!fin_ && !Interruption::Demandée() && machine_.Fini().empty() &&
@@ -76,6 +77,16 @@ class Marche {
     return textes;
   }
 
+  [[nodiscard]] double Période() const {
+    if (options_.json || options_.lignes) return kPeriodeLignes;
+    return terminal_.EstTerminal() ? kPeriodeTerminal : kPeriodeResume;
+  }
+
+  void FaitDéfiler(bool versLeBas) {
+    const std::size_t page = std::max<std::size_t>(terminal_.Lignes() / 2, 1);
+    haut_ = versLeBas ? haut_ + page : haut_ - std::min(haut_, page);
+  }
+
   void Choisit(std::int32_t pas) {
     const std::int32_t nombre = marche_.LeChassis().Capteurs()->Count();
     if (nombre != 0) choisi_ = (choisi_ + pas + nombre) % nombre;
@@ -92,6 +103,7 @@ class Marche {
     if (touche == 'q') fin_ = true;
     if (touche == 'j') Choisit(1);
     if (touche == 'k') Choisit(-1);
+    if (touche == ' ' || touche == 'b') FaitDéfiler(touche == ' ');
     if (touche == 'a') (void)marche_.Acquitte();
     if (touche == 'e') (void)marche_.RemetEnService();
     if (touche == 's') marche_.Arrête();
@@ -127,10 +139,12 @@ class Marche {
     if (options_.json) {
       std::printf("%s\n", VueEnJson(vue).c_str());
       std::fflush(stdout);
-    } else if (terminal_.EstTerminal()) {
-      terminal_.Montre(VueVivante(vue, terminal_));
-    } else {
+    } else if (options_.lignes) {
       terminal_.Montre(VueEnLignes(vue));
+    } else if (terminal_.EstTerminal()) {
+      terminal_.Montre(VueVivante(vue, terminal_, haut_));
+    } else {
+      terminal_.Montre({VueEnResume(vue)});
     }
   }
 
@@ -145,6 +159,7 @@ class Marche {
   double plusLonguePasse_ = 0;  // milliseconds
   std::optional<sim::GenreDePanne> parTouche_;
   std::int32_t choisi_ = 0;
+  std::size_t haut_ = 0;  ///< first line shown below the head of the view
   bool fin_ = false;
 };
 

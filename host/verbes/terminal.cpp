@@ -20,19 +20,19 @@ bool EstSuite(char c) {
   return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
-std::size_t HauteurDuTerminal() {
-  winsize taille{};
-  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &taille) != 0 || taille.ws_row == 0) {
-    return kLignesParDéfaut;
-  }
-  return taille.ws_row;
-}
-
 }  // namespace
 
 Terminal::Terminal() : terminal_(::isatty(STDOUT_FILENO) == 1), couleurs_(terminal_) {
   const char* sans = std::getenv("NO_COLOR");
   if (sans != nullptr && *sans != '\0') couleurs_ = false;
+}
+
+std::size_t Terminal::Lignes() const {
+  winsize taille{};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &taille) != 0 || taille.ws_row == 0) {
+    return kLignesParDéfaut;
+  }
+  return taille.ws_row;
 }
 
 std::size_t Terminal::Colonnes() const {
@@ -56,7 +56,7 @@ void Terminal::Montre(const std::vector<std::string>& lignes) {
   if (terminal_) {
     sortie += "\x1b[H";
     // The last line stays free: filling it would scroll the view away.
-    reste = std::min(reste, HauteurDuTerminal() - 1);
+    reste = std::min(reste, Lignes() - 1);
   }
   for (const std::string& ligne : lignes) {
     if (reste-- == 0) break;

@@ -19,6 +19,8 @@ class Terminal {
   [[nodiscard]] bool EstTerminal() const { return terminal_; }
   /// Columns of the terminal; 80 where there is none.
   [[nodiscard]] std::size_t Colonnes() const;
+  /// Lines of the terminal; 24 where there is none.
+  [[nodiscard]] std::size_t Lignes() const;
   /// `texte` with the colour of `ton`, or as it stands.
   [[nodiscard]] std::string Colore(std::string_view texte, Ton ton) const;
   /// Shows the lines in place of the ones shown before; on a pipe they follow one another.

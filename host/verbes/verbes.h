@@ -36,6 +36,7 @@ struct OptionsRun {
   bool malgréTout = false;  ///< start although the load or the start left entries
   std::optional<double> secondes;
   bool json = false;
+  bool lignes = false;              ///< one line for each sensor and channel, for other programs
   std::string csv;                  ///< recording of the sensors; empty for none
   std::string arrêts;               ///< folder that keeps the stops; empty: beside the database
   bool âges = false;                ///< the recording tells how old each reading is

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "host/regard/textes.h"
 #include "platform/linux/texte_ligne.h"
 #include "sensors/lecture.h"
 
@@ -40,7 +40,7 @@ bool EstLogique(const Canal& canal) {
 }
 
 std::string ValeurDuCanal(const Canal& canal) {
-  if (!EstLogique(canal)) return TexteDeNombre(canal.ValeurCanal());
+  if (!EstLogique(canal)) return PointsEnTexte(canal.ValeurCanal());
   return canal.ValeurCanal() != 0 ? "on" : "off";
 }
 
@@ -91,18 +91,10 @@ EtatAffiché Etat(const Capteur& capteur) {
   return kEtats[rang < kEtats.size() ? rang : 0];
 }
 
-std::string Mesure(double valeur) {
-  constexpr double kMoitiéDuDernierChiffre = 0.0005;
-  if (std::fabs(valeur) < kMoitiéDuDernierChiffre) valeur = 0;  // no "-0.000"
-  std::array<char, 32> texte{};
-  std::snprintf(texte.data(), texte.size(), "%.3f", valeur);
-  return texte.data();
-}
-
 // A dash in place of a reading that is missing.
 std::string Lecture(const Capteur& capteur) {
   const auto lecture = LectureDe(capteur);
-  return lecture ? Mesure(*lecture) : "-";
+  return lecture ? NombreEnTexte(*lecture) : "-";
 }
 
 std::string Durée(double secondes) {
@@ -118,8 +110,8 @@ std::string LigneDuCapteur(const Capteur& capteur, const Terminal& terminal, boo
          ADroite(Lecture(capteur), kLargeurMesure) + " " +
          AGauche(capteur.UnitéEtalonnage(), kLargeurUnité) +
          terminal.Colore(AGauche(état.texte, kLargeurMesure), état.ton) + "min " +
-         ADroite(Mesure(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
-         ADroite(Mesure(capteur.MaxiDétecté()), kLargeurMesure) +
+         ADroite(NombreEnTexte(capteur.MiniDétecté()), kLargeurMesure) + "  max " +
+         ADroite(NombreEnTexte(capteur.MaxiDétecté()), kLargeurMesure) +
          (capteur.EtatDeLaTare() ? "  tared" : "") +
          (vieux ? terminal.Colore("  old since " + Durée(capteur.Age()), Ton::Attention) : "");
 }
@@ -174,6 +166,16 @@ nlohmann::ordered_json EnJson(const EtatDEnregistrement& état) {
   return json;
 }
 
+// What stands below the head of the view, from line `haut` on, no further than the last page.
+void FaitDéfiler(std::vector<std::string>& lignes, std::size_t entête, std::size_t place,
+                 std::size_t& haut) {
+  const std::size_t corps = lignes.size() - entête;
+  const std::size_t page = place > entête + 1 ? place - entête - 1 : 1;
+  haut = std::min(haut, corps > page ? corps - page : 0);
+  const auto début = lignes.begin() + static_cast<std::ptrdiff_t>(entête);
+  lignes.erase(début, début + static_cast<std::ptrdiff_t>(haut));
+}
+
 template <class Travail>
 void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
   for (const CarteRef& carte : *chassis.Cartes()) {
@@ -185,12 +187,14 @@ void PourChaqueCanal(Chassis& chassis, Travail&& travail) {
 
 }  // namespace
 
-std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal) {
+std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal,
+                                    std::size_t& haut) {
   Chassis& chassis = vue.chassis;
   std::vector<std::string> lignes;
   lignes.push_back(
       terminal.Colore(UneSeuleLigne(chassis.Nom()), Ton::Titre) + "   " + Secondes(vue.secondes) +
-      "   j k choose, t tare, z zero, m extremes, s stop, e enable, f fault (simulated), q quit");
+      "   j k choose, t tare, z zero, m extremes, s stop, e enable, f fault (simulated), "
+      "space b scroll, q quit");
   lignes.push_back(
       terminal.Colore("longest pass " + Millisecondes(vue.plusLonguePasse), Ton::Discret));
   if (!vue.panne.empty()) {
@@ -203,6 +207,7 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
     lignes.push_back(terminal.Colore(Phrase(*vue.enregistrement), ton));
   }
   AjouteLArrêt(vue, terminal, lignes);
+  const std::size_t entête = lignes.size();
   std::int32_t rangCapteur = 0;
   for (const CapteurRef& capteur : *chassis.Capteurs()) {
     lignes.push_back(LigneDuCapteur(*capteur, terminal, rangCapteur++ == vue.capteurChoisi));
@@ -219,7 +224,29 @@ std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& term
       }
     }
   }
+  FaitDéfiler(lignes, entête, terminal.Lignes(), haut);
   return lignes;
+}
+
+std::string VueEnResume(const Instantané& vue) {
+  constexpr int kMontrés = 4;
+  std::string ligne = Secondes(vue.secondes);
+  if (!vue.sécurité.Causes().empty()) {
+    ligne += " | STOP " + vue.sécurité.Causes().front().texte;
+  }
+  for (const std::string& nom : vue.suivi.Manquées()) ligne += " | NOT REACHED " + nom;
+  std::string montrés;
+  int bons = 0, rang = 0;
+  for (const CapteurRef& capteur : *vue.chassis.Capteurs()) {
+    if (Etat(*capteur).ton == Ton::Bon && !EstAncien(*capteur)) ++bons;
+    if (rang++ >= kMontrés) continue;
+    montrés += " | " + capteur->NomDuCapteur() + " " + Lecture(*capteur) + " " +
+               capteur->UnitéEtalonnage();
+  }
+  ligne += " | " + std::to_string(bons) + " of " + std::to_string(rang) + " sensors ok" + montrés +
+           " | longest pass " + Millisecondes(vue.plusLonguePasse);
+  if (vue.enregistrement) ligne += " | " + Phrase(*vue.enregistrement);
+  return UneSeuleLigne(ligne);
 }
 
 std::vector<std::string> VueEnLignes(const Instantané& vue) {
@@ -242,8 +269,8 @@ std::vector<std::string> VueEnLignes(const Instantané& vue) {
                      " | " + Lecture(*capteur) + " " + capteur->UnitéEtalonnage() + " | " +
                      std::string(Etat(*capteur).texte) +
                      (EstAncien(*capteur) ? " | old since " + Durée(capteur->Age()) : "") +
-                     " | min " + Mesure(capteur->MiniDétecté()) + " | max " +
-                     Mesure(capteur->MaxiDétecté()));
+                     " | min " + NombreEnTexte(capteur->MiniDétecté()) + " | max " +
+                     NombreEnTexte(capteur->MaxiDétecté()));
   }
   PourChaqueCanal(vue.chassis, [&](const Carte& carte, const Fonction& bloc, const Canal& canal) {
     std::string ligne = heure + " | board " + carte.Key() + " | block " + bloc.Key() +

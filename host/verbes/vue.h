@@ -28,7 +28,12 @@ struct Instantané {
 };
 
 /// The frame as a person watches it: stop, sensors, then boards, blocks and channels.
-[[nodiscard]] std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal);
+/// Its head stays; `haut` is the first line shown below it, and is brought back to the last page.
+[[nodiscard]] std::vector<std::string> VueVivante(const Instantané& vue, const Terminal& terminal,
+                                                  std::size_t& haut);
+
+/// The frame in one line: stop, how many sensors are well, the first of them, recording.
+[[nodiscard]] std::string VueEnResume(const Instantané& vue);
 
 /// The frame as lines for a file or another program, one a sensor or channel, fields between bars.
 [[nodiscard]] std::vector<std::string> VueEnLignes(const Instantané& vue);

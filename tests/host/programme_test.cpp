@@ -194,7 +194,7 @@ TEST_F(LeProgramme, MontreLesNomsCommeDuTexte) {
       "UPDATE Canal SET [Nom du Canal]='A'||char(27,10,155)||CAST(x'FF' AS TEXT) WHERE "
       "[Index]=1101;"
       "UPDATE Chassis SET [Nom du Chassis]='F'||char(27)||']0;x'||char(7) WHERE [Index]=1");
-  for (const char* forme : {"", " --json"}) {
+  for (const char* forme : {" --lines", " --json"}) {
     const Fin fin = Lance("run " + base + " --sim --seconds 0.5" + forme);
     EXPECT_EQ(fin.code, 0) << fin.erreur;
     EXPECT_EQ(fin.sortie.find_first_of("\x1b\x07\xff"), std::string::npos);
@@ -234,7 +234,7 @@ TEST_F(LeProgramme, TrouveUnChassisDerrièreUnAutreSansNom) {
 }
 
 TEST_F(LeProgramme, MontreDesValeursQuiSuiventLesBornes) {
-  const Fin fin = Lance("run " + Base() + " --sim --seconds 1");
+  const Fin fin = Lance("run " + Base() + " --sim --lines --seconds 1");
   EXPECT_EQ(fin.code, 0);
   EXPECT_EQ(fin.erreur, "");
   std::string début = "0.50 s | ";
@@ -248,6 +248,10 @@ TEST_F(LeProgramme, MontreDesValeursQuiSuiventLesBornes) {
     début = début == "0.50 s | " ? "1.00 s | " : "twice";
   }
   EXPECT_EQ(début, "twice");
+
+  const std::string résumé = Lance("run " + Base() + " --sim --seconds 2").sortie;
+  EXPECT_EQ(std::ranges::count(résumé, '\n'), 2) << "a line a second";
+  EXPECT_PRED_FORMAT2(IsSubstring, "2.00 s | 19 of 19 sensors ok | Force 100 kN ", résumé);
 
   const auto vues = Lance("run " + Base() + " --sim --seconds 1 --json").Vues();
   EXPECT_EQ(vues.size(), 2U);
