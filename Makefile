@@ -6,7 +6,7 @@ SHELL := /bin/bash
 .PHONY: help deps demo test bench fuzz images lint format deb clean
 
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
-            libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev \
+            libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev libhdf5-dev python3-h5py \
             qt6-base-dev qt6-charts-dev libqt6opengl6-dev
 PACKAGES_BENCH := libbenchmark-dev valgrind
 PACKAGES_DEB := debhelper dpkg-dev lintian

@@ -119,6 +119,7 @@ class LigneDeCommande {
     AjouteRecord();
     AjouteBlackbox();
     AjouteDiff();
+    AjouteConvert();
   }
 
   int Lance(int argc, char** argv) {
@@ -323,6 +324,19 @@ class LigneDeCommande {
     AjouteJson(verbe, diff_);
   }
 
+  void AjouteConvert() {
+    CLI::App& verbe = Verbe("convert", "a finished recording in another form", convert_, &Convert);
+    verbe.add_option("FILE", convert_.fichier, "recording, as run --csv and record write it")
+        ->required()
+        ->check(CLI::ExistingFile);
+    verbe
+        .add_option("--to", convert_.forme,
+                    "hdf5: FILE with the ending .h5, a data set a column; csvw: "
+                    "FILE-metadata.json, what the columns are")
+        ->check(CLI::IsMember({"hdf5", "csvw"}))
+        ->capture_default_str();
+  }
+
   CLI::App app_{"zuma drives a materials-testing frame described by a configuration database."};
   int code_ = kMauvaisUsage;
   OptionsInit init_;
@@ -339,6 +353,7 @@ class LigneDeCommande {
   OptionsRecord record_;
   OptionsBoîte boîte_;
   OptionsDiff diff_;
+  OptionsConvert convert_;
 };
 
 }  // namespace

@@ -157,6 +157,13 @@ struct OptionsBoîte : OptionsRegard {
 /// What a black box tells: last sample, outputs as they were last written, events, stops in words.
 int Blackbox(const OptionsBoîte& options);
 
+struct OptionsConvert {
+  std::string fichier;         ///< a recording
+  std::string forme = "hdf5";  ///< or "csvw"
+};
+/// Writes a finished recording beside itself in another form.
+int Convert(const OptionsConvert& options);
+
 struct OptionsDiff {
   std::string un, autre;  ///< publications, or databases of frames that are published
   bool json = false;

@@ -158,5 +158,39 @@ TEST_F(LesRegards, MontrentSuiventEnregistrentEtLisentLaBoîteNoire) {
   EXPECT_TRUE(essai::Lit(dossier.Fichier("r.csv")).starts_with("time [s],Armé\n"));
 }
 
+// Read back by another program: what it is told must be in the file itself.
+TEST_F(LesRegards, ConvertissentUnEnregistrementPourDAutresProgrammes) {
+  const std::string csv = dossier.Fichier("essai.csv");
+  ASSERT_EQ(Lance("run " + Base() + " --sim --fast --seconds 3 --csv " + csv).code, 0);
+  std::ofstream(csv, std::ios::app)
+      << "# 7 rows lost from 3.000000 s to 3.030000 s" << std::string(19, ',') << "\n";
+  ASSERT_EQ(Lance("convert " + csv).code, 0);
+  ASSERT_EQ(Lance("convert " + csv + " --to csvw").code, 0);
+  EXPECT_EQ(Lance("convert " + csv).code, 2) << "never written over";
+  const std::string python =
+      "import csv, h5py, json, math, sys\n"
+      "f = h5py.File(sys.argv[1] + '.h5'); c = f['Force 100 kN']\n"
+      "rows = [r for r in csv.reader(open(sys.argv[1] + '.csv')) if not r[0].startswith('#')][1:]\n"
+      "assert len(rows) == len(c) == len(f['time']) > 500, len(rows)\n"
+      "assert [float(r[1]) for r in rows] == list(c)\n"
+      "assert c.attrs['unit'] == 'kN' and c.attrs['calibrated'] == '2024-03-01', dict(c.attrs)\n"
+      "assert 'Cylindre' in ' '.join(map(str, f.attrs.values())), dict(f.attrs)\n"
+      "assert list(f['gap rows']) == [7] and list(f['gap to']) == [3.03]\n"
+      "m = json.load(open(sys.argv[1] + '.csv-metadata.json'))\n"
+      "assert m['url'] == 'essai.csv'\n"
+      "assert [t['titles'] for t in m['tableSchema']['columns']][:2] == ['time [s]', 'Force 100 kN "
+      "[kN]']\n"
+      "print('all there')\n";
+  std::ofstream(dossier.Fichier("lit.py")) << python;
+  const std::string sortie = dossier.Fichier("lu");
+  (void)std::system(("/usr/bin/python3 " + dossier.Fichier("lit.py") + " " +
+                     dossier.Fichier("essai") + " >" + sortie + " 2>&1")
+                        .c_str());
+  EXPECT_EQ(essai::Lit(sortie), "all there\n");
+
+  std::ofstream(csv, std::ios::app) << "4.0,1\n";
+  EXPECT_PRED_FORMAT2(IsSubstring, "no row of 20 numbers", Lance("convert " + csv).erreur);
+}
+
 }  // namespace
 }  // namespace zuma

@@ -15,6 +15,7 @@ _zuma() {
     [scope]="--of --frame --seconds --trigger --wait --svg --json --help"
     [record]="--of --frame --out --ages --seconds --json --help"
     [blackbox]="--frame --svg --json --help"
+    [convert]="--to --help"
     [diff]="--json --help"
     [compression]="--frame --out --rate --fault --json --start-anyway --help"
   )

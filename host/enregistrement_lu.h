@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/rangees.h"
+
+namespace zuma::host {
+
+/// One column of a recording.
+struct ColonneLue {
+  std::string nom;  ///< without its unit
+  std::string unité;
+  std::string label{};
+  std::string étalonné{};  ///< date of the calibration, as its row said it
+  std::string parQui{};
+  std::vector<double> valeurs{};  ///< no number where there was no reading
+};
+
+/// A recording that is finished.
+struct EnregistrementLu {
+  std::vector<double> secondes;
+  std::vector<ColonneLue> colonnes;
+  std::vector<Lacune> lacunes;
+  /// Start, frame, and "specimen ..." of the file beside it.
+  std::vector<std::pair<std::string, std::string>> textes;
+};
+
+/// Reads a recording and the JSON file beside it, which may be missing. Throws `MauvaisUsage` with
+/// the line for what is no recording.
+[[nodiscard]] EnregistrementLu LitLEnregistrement(const std::string& fichier);
+
+}  // namespace zuma::host
