@@ -92,16 +92,15 @@ void Enregistreur::Suit() {
 
 void Enregistreur::Termine() {
   if (rangées_) rangées_->FinitIci();
-}
-
-void Enregistreur::Ferme() {
-  if (!fil_.joinable()) return;
   {
     const std::lock_guard garde(verrou_);
     fin_ = true;
   }
   réveil_.notify_one();
-  fil_.join();
+}
+
+void Enregistreur::Ferme() {
+  if (fil_.joinable()) fil_.join();
 }
 
 EtatDEnregistrement Enregistreur::Etat() const {

@@ -45,7 +45,7 @@ class Enregistreur {
                 const Textes& spécimen, double origine);
   /// Behind each pass of a simulated machine whose time may wait for the disk.
   void Suit();
-  /// Nothing is recorded from here on. Does not wait.
+  /// Nothing is recorded from here on. Does not wait: the writer ends by itself.
   void Termine();
   /// Behind `Termine`: waits for the writer, as long as the disk takes. To be called once the
   /// outputs are at rest.

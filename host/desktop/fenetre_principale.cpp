@@ -1,6 +1,8 @@
 #include "host/desktop/fenetre_principale.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -52,7 +54,8 @@ FenêtrePrincipale::FenêtrePrincipale(ChassisEnMarche& marche, Battement& batte
       textes_(textes),
       hôte_(*this, [this] { RafraîchitTout(); }),
       verrou_([this] { return marche_.LaSécurité().Déclenchée(); }),
-      courbesChoisies_(CourbesAuDépart(marche.LeChassis())) {
+      courbesChoisies_(CourbesAuDépart(marche.LeChassis())),
+      enregistrement_(marche) {
   setObjectName("fenetrePrincipale");
   setWindowTitle(EnQt(marche.LeChassis().Nom()) + " - zuma");
   Compose();
@@ -173,6 +176,9 @@ void FenêtrePrincipale::AjouteLesMenus() {
     QAction* action = menu.addAction(textes_(clé), touche, this, fait);
     action->setObjectName(nom);
   };
+  gesteEnregistre_ = fichier.addAction(textes_("Geste enregistre"), Qt::CTRL | Qt::Key_R, this,
+                                       [this] { Fait([this] { ChangeLEnregistrement(); }); });
+  gesteEnregistre_->setObjectName("gesteEnregistre");
   ajoute(fichier, "gesteQuitte", "Geste quitte", Qt::CTRL | Qt::Key_Q, [this] { close(); });
   ajoute(vue, "gesteAgrandit", "Geste agrandit", Qt::CTRL | Qt::Key_Plus,
          [this] { ChangeLaPolice(1); });
@@ -188,7 +194,10 @@ void FenêtrePrincipale::AjouteLaBarreDEtat() {
   auto* oublie = new QPushButton(textes_("Bouton oublie mesures"));
   oublie->setObjectName("oublieMesures");
   connect(oublie, &QPushButton::clicked, this, [this] { battement_.OublieLesMesures(); });
+  enregistrementMontré_ = new QLabel;
+  enregistrementMontré_->setObjectName("enregistrement");
   statusBar()->addWidget(mesures_, 1);
+  statusBar()->addPermanentWidget(enregistrementMontré_);
   statusBar()->addPermanentWidget(oublie);
 }
 
@@ -230,6 +239,7 @@ void FenêtrePrincipale::RafraîchitTout() {
   logique_->Rafraîchit();
   messages_->Rafraîchit();
   MontreLesMesures();
+  MontreLEnregistrement();
 }
 
 void FenêtrePrincipale::MontreLesMesures() {
@@ -240,6 +250,26 @@ void FenêtrePrincipale::MontreLesMesures() {
                     " ms");
 }
 
+// A name in use is refused behind the dialog, which therefore does not ask.
+void FenêtrePrincipale::ChangeLEnregistrement() {
+  if (enregistrement_.EnCours()) {
+    enregistrement_.Finit();
+    return;
+  }
+  const QString nom =
+      QFileDialog::getSaveFileName(this, textes_("Titre enregistrement"), {}, "CSV (*.csv)",
+                                   nullptr, QFileDialog::DontConfirmOverwrite);
+  if (!nom.isEmpty()) enregistrement_.Commence(nom.toStdString());
+}
+
+void FenêtrePrincipale::MontreLEnregistrement() {
+  gesteEnregistre_->setText(
+      textes_(enregistrement_.EnCours() ? "Geste finit l'enregistrement" : "Geste enregistre"));
+  enregistrementMontré_->setText(enregistrement_.Phrase());
+  enregistrementMontré_->setStyleSheet(
+      enregistrement_.EnPanne() ? "background:#c03a1e;color:white;padding:2px" : QString());
+}
+
 void FenêtrePrincipale::closeEvent(QCloseEvent* demande) {
   QMainWindow::closeEvent(demande);
   if (fermée_) fermée_();
@@ -248,6 +278,7 @@ void FenêtrePrincipale::closeEvent(QCloseEvent* demande) {
 void FenêtrePrincipale::Fige() {
   rafraîchissement_.stop();
   if (essai_ != nullptr) essai_->Oublie();
+  enregistrement_.Finit();
 }
 
 }  // namespace zuma::host

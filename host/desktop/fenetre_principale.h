@@ -8,6 +8,7 @@
 #include "dialogs/qt/fenetre_qt.h"
 #include "host/chassis_en_marche.h"
 #include "host/desktop/battement.h"
+#include "host/desktop/enregistrement_du_bureau.h"
 #include "host/desktop/fiche_commande.h"
 #include "host/desktop/table_capteurs.h"
 
@@ -39,6 +40,7 @@ class FenêtrePrincipale : public QMainWindow {
 
   /// Behind each pass.
   void AprèsLaPasse(double secondes);
+  [[nodiscard]] EnregistrementDuBureau& LEnregistrement() { return enregistrement_; }
   /// Begins the test; nothing where it is not offered.
   void CommenceLEssai();
   /// 0 the curves, 1 the test.
@@ -64,6 +66,8 @@ class FenêtrePrincipale : public QMainWindow {
   void AjouteLesMenus();
   QMenu& AjouteLeMenu(std::string_view titre, const char* nom);
   void AjouteLaBarreDEtat();
+  void ChangeLEnregistrement();
+  void MontreLEnregistrement();
   void ChangeLaPolice(int points);
   void Rafraîchit();
   void MontreLesMesures();
@@ -85,6 +89,9 @@ class FenêtrePrincipale : public QMainWindow {
   VoletMessages* messages_;
   QTabWidget* onglets_ = nullptr;
   QLabel* mesures_ = nullptr;
+  QLabel* enregistrementMontré_ = nullptr;
+  QAction* gesteEnregistre_ = nullptr;
+  EnregistrementDuBureau enregistrement_;
   QTimer rafraîchissement_;
   std::function<void()> fermée_;
   bool tourDesCourbes_ = false;
