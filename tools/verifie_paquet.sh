@@ -29,6 +29,26 @@ for hote in "$travail/examples/minimal" "$travail/examples/complet" "$travail/mi
   echo "$(basename "$hote"): $("$hote" "$travail/demo.db" | tail -1)"
 done
 
+# A host outside the program is looked at while it runs: shown, scoped, recorded, attached to.
+export ZUMA_PUBLICATIONS="$travail/publications"
+mkdir "$ZUMA_PUBLICATIONS"
+"$travail/examples/minimal" "$travail/demo.db" >/dev/null &
+hote=$!
+for _ in $(seq 100); do
+  [ -z "$("$prefixe/bin/zuma" list --json)" ] || break
+  sleep 0.05
+done
+echo "running host: $("$prefixe/bin/zuma" show Force | tail -1)"
+"$prefixe/bin/zuma" scope Force --seconds 0.5 --svg "$travail/force.svg"
+"$prefixe/bin/zuma" record Force --out "$travail/force.csv" --seconds 0.5
+QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="default.warning=false" \
+  "$prefixe/bin/zuma" desktop --attach --picture "$travail/attached.png" --after 0.5 2>/dev/null
+echo "reader: $("$travail/examples/regarde" "$ZUMA_PUBLICATIONS"/*.pub Force)"
+wait "$hote"
+grep -q '<polyline' "$travail/force.svg"
+[ "$(wc -l <"$travail/force.csv")" -gt 50 ]
+[ -s "$travail/attached.png" ]
+
 # A driver of one's own: by itself on its twin, then loaded by the installed program.
 zuma="$prefixe/bin/zuma"
 cmake -S examples/driver -B "$travail/driver" -G Ninja -DCMAKE_PREFIX_PATH="$prefixe" \

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <thread>
 
 #include "host/configuration.h"
@@ -136,6 +137,13 @@ class Montre {
   Terminal terminal_;
 };
 
+// The place of a host that still loads, or whose map found no room.
+bool EstVide(const publication::Publiée& publiée) {
+  std::error_code ignorée;
+  const auto octets = std::filesystem::file_size(publiée.fichier, ignorée);
+  return publiée.vivante && octets < publication::kMotsDEnTête * sizeof(publication::Mot);
+}
+
 }  // namespace
 
 int Liste(const OptionsListe& options) {
@@ -146,6 +154,7 @@ int Liste(const OptionsListe& options) {
   }
   int code = kBon;
   for (const publication::Publiée& publiée : publiées) {
+    if (EstVide(publiée)) continue;
     try {
       if (!options.noms) Imprime(publiée, options.json);
       if (options.noms && publiée.vivante) ImprimeLesNoms(publiée);
