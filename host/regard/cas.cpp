@@ -109,7 +109,7 @@ std::vector<std::size_t> ObjetsALaPage(const Lecteur& lecteur, const Récit& ré
       vus[rang].maxi = std::max(vus[rang].maxi, mesure.valeur);
     }
   });
-  std::vector<std::pair<double, std::size_t>> poids;
+  std::vector<std::pair<double, std::size_t>> poids;  // the heaviest is the least
   for (std::size_t rang = 0; rang < objets.size(); ++rang) {
     const bool capteur = objets[rang].genre == Genre::Capteur;
     const bool commande = objets[rang].genre == Genre::Commande && !objets[rang].canal.empty();
@@ -117,9 +117,10 @@ std::vector<std::size_t> ObjetsALaPage(const Lecteur& lecteur, const Récit& ré
     if ((!capteur && !commande) || !(course > 0)) continue;
     const double étendue = objets[rang].maxi.value_or(0) - objets[rang].mini.value_or(0);
     const double part = étendue > 0 ? std::min(course / étendue, 1.0) : 0.0;
-    poids.emplace_back((capteur && vus[rang].enDanger ? 3 : 0) + (commande ? 2 : 0) + part, rang);
+    poids.emplace_back(-((capteur && vus[rang].enDanger ? 3 : 0) + (commande ? 2 : 0) + part),
+                       rang);
   }
-  std::ranges::stable_sort(poids, std::greater<>(), &std::pair<double, std::size_t>::first);
+  std::ranges::sort(poids);
   std::vector<std::size_t> choisis;
   for (const auto& [pois, rang] : poids) {
     if (choisis.size() < kCourbes) choisis.push_back(rang);

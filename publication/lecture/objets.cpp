@@ -155,7 +155,7 @@ std::vector<std::string> LesPlusProches(const ChassisPublié& chassis, std::stri
         proches.emplace_back(distance, sien);
     }
   }
-  std::ranges::stable_sort(proches, {}, &std::pair<std::size_t, std::string>::first);
+  std::ranges::sort(proches);
   std::vector<std::string> noms;
   for (const auto& [distance, sien] : proches) {
     if (noms.size() < kAuPlus && std::ranges::find(noms, sien) == noms.end()) noms.push_back(sien);
