@@ -113,7 +113,7 @@ void ChassisEnMarche::Démarre(const publication::Identité& identité) {
   for (const auto& paramètre : *paramètres_.Collection()) {
     sujet.paramètres.emplace_back(paramètre->NomParamètre(), paramètre->ValeurParamètre());
   }
-  publication_.emplace(chassis_, place_, std::move(sujet));
+  publication_.emplace(chassis_, place_, std::move(sujet), publication::RéglagesDuSystème());
   publication_->Suit(*sécurité_);
   if (!place_.Défaut().empty()) std::fprintf(stderr, "zuma: %s\n", place_.Défaut().c_str());
 }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <bit>
+#include <charconv>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -135,6 +137,16 @@ bool EstUneSortie(const Commande& commande) {
 }
 
 }  // namespace
+
+Réglages RéglagesDuSystème() {
+  Réglages réglages;
+  const char* voulues = std::getenv("ZUMA_PUBLICATION_SECONDS");
+  if (voulues == nullptr) return réglages;
+  double secondes = 0;
+  const auto lu = std::from_chars(voulues, voulues + std::strlen(voulues), secondes);
+  if (lu.ec == std::errc() && *lu.ptr == '\0' && secondes > 0) réglages.secondes = secondes;
+  return réglages;
+}
 
 Publication::Publication(Chassis& chassis, Place& place, ChassisPublié sujet,
                          const Réglages& réglages)

@@ -26,6 +26,9 @@ struct Réglages {
   std::size_t octetsAuPlus = std::size_t{256} << 20U;
 };
 
+/// Those of the user's surroundings: $ZUMA_PUBLICATION_SECONDS, where it is a number above 0.
+[[nodiscard]] Réglages RéglagesDuSystème();
+
 /// Where the parts of a map lie, in words from its start.
 struct Plan {
   std::size_t description = 0, descriptionPlaces = 0;

@@ -142,6 +142,21 @@ TEST_F(UnePublication, DitQuUnEtalonnageAChangé) {
   EXPECT_EQ(lecteur.LeChassis().objets[0].unité, "daN");
 }
 
+TEST(LesRéglagesDUnePublication, SeLisentEtSeBornent) {
+  for (const auto& [texte, secondes] : essai::Cas<const char*, double>{{"30", 30},
+                                                                       {"0.5", 0.5},
+                                                                       {"0", 60},
+                                                                       {"-1", 60},
+                                                                       {"abc", 60},
+                                                                       {"10 s", 60},
+                                                                       {"nan", 60}}) {
+    ::setenv("ZUMA_PUBLICATION_SECONDS", texte, 1);
+    EXPECT_EQ(publication::RéglagesDuSystème().secondes, secondes) << texte;
+  }
+  ::unsetenv("ZUMA_PUBLICATION_SECONDS");
+  EXPECT_EQ(publication::RéglagesDuSystème().secondes, 60);
+}
+
 TEST_F(UnePublication, DépasseQuiEstTropLentEtLeLuiDit) {
   essai::DossierProvisoire dossier;
   Place place({"autre.db", 1, true}, dossier.Chemin());
