@@ -85,7 +85,11 @@ void FicheCommande::Branche() {
     if (!verrou_()) commande_->Enabled(enService);
     Abandonne();
   });
-  connect(consigne_, &QLineEdit::textEdited, this, [this] { Signale(true, false); });
+  // The button comes with the first key, and not with the next refresh of the window.
+  connect(consigne_, &QLineEdit::textEdited, this, [this] {
+    Signale(true, false);
+    Rafraîchit();
+  });
   connect(consigne_, &QLineEdit::returnPressed, this, [this] { Applique(); });
   connect(applique_, &QPushButton::clicked, this, [this] { Applique(); });
   auto* échappe = new QShortcut(Qt::Key_Escape, consigne_);
