@@ -252,7 +252,10 @@ TEST_F(UnArrêtEnCours, SArrêteSousToutCeQuiEstOuvert) {
   new QVBoxLayout(&dialogue);
   auto& liste = Le<QComboBox>("etendue");
   const auto menu = [&](const char* nom) { return &Le<QMenu>(nom); };
-  const auto déroule = [&] { liste.showPopup(), Laisse(400); };
+  const auto déroule = [&] {
+    liste.showPopup();
+    (void)QTest::qWaitFor([&] { return !liste.view()->isVisible(); }, 20000);
+  };
   for (const auto& [nom, ouvre, ouvert, ferme] :
        Cas<const char*, Arrêt, std::function<QWidget*()>, Arrêt>{
            {"menu", [&] { menu("menuFichier")->exec(); }, [&] { return menu("menuFichier"); },
@@ -264,9 +267,11 @@ TEST_F(UnArrêtEnCours, SArrêteSousToutCeQuiEstOuvert) {
             [&] { dialogue.close(); }}}) {
     for (const bool parTouche : {true, false}) {
       (void)bureau->LaMarche().Acquitte();
-      std::uint64_t passes = 0;
-      QTimer::singleShot(150, &bureau->Fenêtre(), [&] {
-        passes = bureau->LeBattement().LesMesures().passes;
+      const auto passes = [&] { return bureau->LeBattement().LesMesures().passes; };
+      const std::uint64_t avant = passes();
+      const auto vivante = [&] { return passes() > avant + 10; };
+      UneFoisQue(vivante, [&] {
+        EXPECT_TRUE(vivante()) << nom << parTouche;
         if (parTouche) {
           QTest::keyClick(ouvert(), Qt::Key_F12);
         } else if (ouvert() == &dialogue) {
@@ -279,9 +284,7 @@ TEST_F(UnArrêtEnCours, SArrêteSousToutCeQuiEstOuvert) {
         EXPECT_TRUE(Latché()) << nom << parTouche;
         ferme();
       });
-      const std::uint64_t avant = bureau->LeBattement().LesMesures().passes;
       ouvre();
-      EXPECT_GT(passes, avant + 10) << nom << parTouche;
     }
   }
 }

@@ -51,6 +51,15 @@ inline void Ensuite(std::function<void()> geste) {
   QTimer::singleShot(0, qApp, std::move(geste));
 }
 
+/// Has the operator do something once a condition holds, or after ten seconds without it.
+inline void UneFoisQue(std::function<bool()> condition, std::function<void()> geste,
+                       int essais = 500) {
+  QTimer::singleShot(20, qApp, [=] {
+    if (essais == 0 || condition()) return geste();
+    UneFoisQue(condition, geste, essais - 1);
+  });
+}
+
 /// Answers the next message box with Enter; `vu` gets its title and texts.
 inline void Répondra(QStringList& vu) {
   Ensuite([&vu] {

@@ -251,11 +251,13 @@ TEST_F(LeBureau, MontreAussiEnBoîteCeQuiRépondÀUnActe) {
   const auto passes = [&] { return bureau->LeBattement().LesMesures().passes; };
   const std::uint64_t avant = passes();
   std::uint64_t après = 0;
-  QTimer::singleShot(200, &bureau->Fenêtre(), [&] {
-    après = passes();
-    ASSERT_NE(QApplication::activeModalWidget(), nullptr);
-    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
-  });
+  const auto vivante = [&] { return passes() > avant + 20; };
+  UneFoisQue([&] { return QApplication::activeModalWidget() != nullptr && vivante(); },
+             [&] {
+               après = passes();
+               ASSERT_NE(QApplication::activeModalWidget(), nullptr);
+               QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return);
+             });
   LeChassis().Commandes()->Item("4")->Montre("Error during data backup");
   EXPECT_GT(après, avant + 20);
   EXPECT_EQ(bureau->LeRecueil()->Problèmes().back().texte, "Error during data backup");
