@@ -102,6 +102,9 @@ class Chassis : public Objet {
   /// One pass: time, rates, commands, watchdog, boards, sensors, logic inputs. Never waits. Must
   /// not be re-entered.
   void MetàJour();
+  /// The next pass refreshes channels, sensors and logic inputs whatever the time: for a host whose
+  /// instants are set from outside, as those of a recording are.
+  void ExigeUnRafraîchissement();
   /// How often the sensors were refreshed: a recorder takes a line each time it moves.
   [[nodiscard]] std::uint64_t RafraichissementsEA() const noexcept { return rafraichissementsEA_; }
   /// Starts boards and objects, once.

@@ -1,4 +1,6 @@
 // The refresh pass.
+#include <limits>
+
 #include "base/en_cours.h"
 #include "base/garde.h"
 #include "core/chassis.h"
@@ -35,6 +37,10 @@ Chassis::Dues Chassis::CalculeLesDues() {
   dues.el = EstDue(Heure, mdblFréquenceEL, kRetardEL, HeurePrécédenteMàJEL);
   dues.wd = EstDue(Heure, mdblFréquenceWD, kRetardWD, HeurePrécédenteMàJWD);
   return dues;
+}
+
+void Chassis::ExigeUnRafraîchissement() {
+  HeurePrécédenteMàJEA = HeurePrécédenteMàJEL = -std::numeric_limits<double>::infinity();
 }
 
 void Chassis::MetàJour() {

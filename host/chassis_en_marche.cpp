@@ -15,6 +15,7 @@
 namespace zuma::host {
 namespace {
 
+constexpr double kMicrosecondes = 1e6;
 constexpr double kRepos = 0.5;         // seconds
 constexpr double kReposAuPlus = 1.5;   // seconds: a tester sends its stop again each second
 constexpr double kReposMaximum = 15;   // seconds: the same on a bus of slow slaves
@@ -52,7 +53,8 @@ ChassisEnMarche::ChassisEnMarche(Machine& machine, const publication::Identité&
       paramètres_(std::move(paramètres)),
       sécurité_(Crée<linux_::Securite>(machine.Timer())),
       chassis_(machine.Services()),
-      suivi_(recueil, traducteur_) {
+      suivi_(recueil, traducteur_),
+      horloge_(Crée<HorlogeDePasse>(machine.InstantDePasse())) {
   sécurité_->Branche(chassis_);
   sécurité_->Bornes(*traducteur_);
   chassis_.TimerExact(machine.Timer());
@@ -87,12 +89,11 @@ std::vector<Problème> ChassisEnMarche::Charge(const std::string& fichier, std::
   const std::unique_ptr<const LecturesCohérentes> lectures = FigeLaBase(base, fichier);
   ExigeChassis(*base, fichier, index);
   chassis_.ChargeLeChassis(base, index);
+  chassis_.TimerExact(horloge_);
+  for (const CapteurRef& capteur : *chassis_.Capteurs()) capteur->TimerExact(horloge_);
   chassis_.Lien(base, std::to_string(index), sécurité_, paramètres_.Collection(), traducteur_);
   chassis_.MiseàJourDesLiens();
-  for (const CarteRef& carte : *chassis_.Cartes()) {
-    carte->Lien(paramètres_.Collection());
-    if (carte->LeDriver().EstLaisséeALHôte()) laissées_.push_back(carte);
-  }
+  for (const CarteRef& carte : *chassis_.Cartes()) carte->Lien(paramètres_.Collection());
   if (Interruption::Demandée()) throw std::runtime_error("asked to end during the load");
   if (recueil_->Problèmes().empty()) return {};
   return ProblèmesDesDonnées(*base, chassis_, index);
@@ -109,22 +110,35 @@ void ChassisEnMarche::Démarre(const publication::Identité& identité) {
   publication::ChassisPublié sujet{.fichier = std::filesystem::absolute(identité.fichier),
                                    .index = identité.index,
                                    .simulé = identité.simulé,
-                                   .programme = ::program_invocation_short_name};
+                                   .programme = ::program_invocation_short_name,
+                                   .horloge = horloge_->LitMicrosecondes()};
   for (const auto& paramètre : *paramètres_.Collection()) {
     sujet.paramètres.emplace_back(paramètre->NomParamètre(), paramètre->ValeurParamètre());
   }
-  publication_.emplace(chassis_, place_, std::move(sujet), publication::RéglagesDuSystème());
+  horloge_->Pose(machine_.InstantDePasse());
+  publication::Réglages réglages = publication::RéglagesDuSystème();
+  réglages.durées = machine_.Timer();
+  publication_.emplace(chassis_, place_, std::move(sujet), réglages);
   publication_->Suit(*sécurité_);
   if (!place_.Défaut().empty()) std::fprintf(stderr, "zuma: %s\n", place_.Défaut().c_str());
+  machine_.AprèsLeDépart(chassis_);
+  for (const CarteRef& carte : *chassis_.Cartes()) {
+    if (carte->LeDriver().EstLaisséeALHôte()) laissées_.push_back(carte);
+  }
 }
 
 void ChassisEnMarche::Passe() {
   const std::uint64_t avant = chassis_.RafraichissementsEA();
-  chassis_.MetàJour();
-  MaintientLArrêt();
-  if (chassis_.RafraichissementsEA() != avant) {
+  const double dernier = horloge_->LitMicrosecondes();
+  horloge_->Pose(machine_.InstantDePasse());
+  if (std::exchange(rafraîchi_, false)) {
+    machine_.Services().heureDePasse = horloge_->LitMicrosecondes() / kMicrosecondes;
     for (const CarteRef& carte : laissées_) carte->MetàJour();
   }
+  chassis_.MetàJour();
+  rafraîchi_ = chassis_.RafraichissementsEA() != avant;
+  if (!rafraîchi_) horloge_->Pose(dernier);
+  MaintientLArrêt();
   Publie();
 }
 

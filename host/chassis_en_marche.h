@@ -8,6 +8,7 @@
 
 #include "core/chassis.h"
 #include "host/depart.h"
+#include "host/horloge_de_passe.h"
 #include "host/machine.h"
 #include "host/problemes.h"
 #include "host/suivi_de_l_arret.h"
@@ -46,8 +47,9 @@ class ChassisEnMarche {
   [[nodiscard]] publication::Publication& LaPublication() { return *publication_; }
   /// Keeps each stop from now on as a case in that folder; see `EcritLeCas`.
   void GardeLesArrêts(const std::string& dossier);
-  /// One pass, and after a refresh of the sensors the instruments that the pass leaves to the host:
-  /// their exchange may take as long as a conversion.
+  /// One pass, and before the first one behind a refresh of the sensors the instruments that the
+  /// pass leaves to the host: their exchange may take as long as a conversion, and what they give
+  /// is felt by the sensors before anybody sees it as read.
   void Passe();
   /// Fires the stop for the operator: latched like any other.
   void Arrête(std::string_view cause = "stop asked at the keyboard");
@@ -82,7 +84,9 @@ class ChassisEnMarche {
   std::optional<publication::Publication> publication_;
   std::size_t publiés_ = 0;  ///< of the problems
   std::unique_ptr<GardienDesArrêts> gardien_;
+  Ref<HorlogeDePasse> horloge_;
   bool démarré_ = false;
+  bool rafraîchi_ = false;          ///< the sensors, in the last pass
   std::vector<CarteRef> laissées_;  ///< boards whose instrument the pass does not refresh
 };
 

@@ -30,7 +30,22 @@ std::string LigneDeLacune(const Lacune& lacune, std::size_t colonnes) {
   return ligne + " s" + std::string(colonnes, ',') + "\n";
 }
 
+// Likewise. The words are those that a player of recordings knows.
+std::string LigneDActe(const Acte& acte, std::size_t colonnes) {
+  std::string ligne = "# " + std::string(MotDe(acte.acte));
+  if (acte.acte == ActeSurCapteur::Tare) {
+    ligne += " to ";
+    AjouteNombre(ligne, acte.valeur);
+  }
+  return ChampCsv(ligne + " of " + acte.capteur) + std::string(colonnes, ',') + "\n";
+}
+
 }  // namespace
+
+std::string_view MotDe(ActeSurCapteur acte) {
+  constexpr std::array<std::string_view, 4> kMots{"zero undone", "tare undone", "zero", "tare"};
+  return kMots.at(static_cast<std::size_t>(acte));
+}
 
 std::string Raison(int erreur) {
   struct Cas {
@@ -107,6 +122,7 @@ void Ecrivain::Prend(const SourceDeRangées::Rangée& rangée) {
     perdues_ += rangée.avant.rangées;
   }
   Lot& lot = lots_.back();
+  for (const Acte& acte : rangée.actes) lot.texte += LigneDActe(acte, rangées_.Colonnes());
   AjouteSecondes(lot.texte, rangée.secondes);
   for (const double valeur : rangée.valeurs) {
     lot.texte += ',';

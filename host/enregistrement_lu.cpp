@@ -63,6 +63,25 @@ bool LitLaLacune(const std::string& ligne, Lacune& lacune) {
   return true;
 }
 
+// "# tare to 0 of NAME", behind it empty fields; see the writer of recordings.
+std::optional<Acte> LitLActe(const std::string& ligne) {
+  std::string_view reste;
+  const std::vector<std::string> champs = Champs(ligne);
+  for (const ActeSurCapteur acte : {ActeSurCapteur::ZéroRepris, ActeSurCapteur::TareReprise,
+                                    ActeSurCapteur::Zéro, ActeSurCapteur::Tare}) {
+    const std::string début = "# " + std::string(MotDe(acte)) + " ";
+    if (!champs[0].starts_with(début)) continue;
+    reste = std::string_view(champs[0]).substr(début.size());
+    constexpr std::string_view kDe = "of ";
+    double valeur = 0;
+    const std::size_t nom = acte == ActeSurCapteur::Tare ? reste.find(kDe) : 0;
+    const bool lu = nom == 0 || std::sscanf(champs[0].c_str(), "# tare to %lf", &valeur) == 1;
+    if (!lu || nom == std::string_view::npos || !reste.substr(nom).starts_with(kDe)) return {};
+    return Acte{acte, std::string(reste.substr(nom + kDe.size())), valeur};
+  }
+  return {};
+}
+
 void LitLaDescription(const std::string& fichier, EnregistrementLu& enregistrement) {
   std::ifstream flux(fichier);
   const auto json = nlohmann::json::parse(flux, nullptr, false);
@@ -71,6 +90,9 @@ void LitLaDescription(const std::string& fichier, EnregistrementLu& enregistreme
     if (json.contains(nom) && json[nom].is_string()) {
       enregistrement.textes.emplace_back(nom, json[nom].get<std::string>());
     }
+  }
+  if (json.contains("linked_at_us") && json["linked_at_us"].is_number()) {
+    enregistrement.liéÀ = json["linked_at_us"].get<double>();
   }
   if (const auto éprouvette = json.find("specimen"); éprouvette != json.end()) {
     for (const auto& [nom, valeur] : éprouvette->items()) {
@@ -106,6 +128,10 @@ EnregistrementLu LitLEnregistrement(const std::string& fichier) {
     Lacune lacune;
     if (LitLaLacune(ligne, lacune)) {
       lu.lacunes.push_back(lacune);
+      continue;
+    }
+    if (auto acte = LitLActe(ligne)) {
+      lu.actes.push_back({lu.secondes.size(), std::move(*acte)});
       continue;
     }
     const std::vector<std::string> champs = Champs(ligne);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,12 @@ struct EnregistrementLu {
   std::vector<double> secondes;
   std::vector<ColonneLue> colonnes;
   std::vector<Lacune> lacunes;
+  struct ActeLu {
+    std::size_t rangée;  ///< it was done before this one
+    Acte acte;
+  };
+  std::vector<ActeLu> actes;
+  std::optional<double> liéÀ;  ///< timer of the frame when it was linked, microseconds
   /// Start, frame, and "specimen ..." of the file beside it.
   std::vector<std::pair<std::string, std::string>> textes;
 };

@@ -28,7 +28,7 @@ std::string Maintenant() {
 
 std::string Description(const std::string& fichier, const publication::ChassisPublié& chassis,
                         const std::vector<std::size_t>& objets,
-                        const Enregistreur::Textes& spécimen) {
+                        const Enregistreur::Textes& spécimen, Contenu contenu) {
   nlohmann::ordered_json description{{"start", Maintenant()},
                                      {"frame", std::to_string(chassis.index)},
                                      {"frame_name", chassis.nom},
@@ -42,6 +42,7 @@ std::string Description(const std::string& fichier, const publication::ChassisPu
                      {"calibrated", objet.étalonné},
                      {"calibrated_by", objet.parQui}});
   }
+  if (contenu.rejouable) description["linked_at_us"] = chassis.horloge;
   auto& eprouvette = description["specimen"] = nlohmann::ordered_json::object();
   for (const auto& [nom, valeur] : spécimen) eprouvette[nom] = valeur;
   const std::string texte =
@@ -50,21 +51,29 @@ std::string Description(const std::string& fichier, const publication::ChassisPu
 }
 
 std::string EnTêteCsv(const publication::ChassisPublié& chassis,
-                      const std::vector<std::size_t>& objets, bool avecAges) {
+                      const std::vector<std::size_t>& objets, Contenu contenu) {
   std::string entête = "time [s]";
+  const auto ajoute = [&](std::string nom, std::string_view unité) {
+    if (!unité.empty()) nom.append(" [").append(unité).append("]");
+    entête += "," + ChampCsv(nom);
+  };
   for (const std::size_t rang : objets) {
     const publication::ObjetPublié& objet = chassis.objets.at(rang);
-    entête +=
-        "," + ChampCsv(objet.unité.empty() ? objet.nom : objet.nom + " [" + objet.unité + "]");
-    if (avecAges) entête += "," + ChampCsv(objet.nom + " age [s]");
+    ajoute(objet.nom, objet.unité);
+    if (contenu.âges) ajoute(objet.nom + " age", "s");
+  }
+  if (!contenu.rejouable) return entête + "\n";
+  ajoute(std::string(kColonneDeLHorloge), "us");
+  for (const std::size_t rang : LesCanaux(chassis)) {
+    ajoute(NomComplet(chassis.objets[rang]), kUnitéDesCanaux);
   }
   return entête + "\n";
 }
 
 }  // namespace
 
-Enregistreur::Enregistreur(const std::string& fichier, Retard retard, Ages âges)
-    : nom_(fichier), retard_(retard), âges_(âges), csv_(fichier), json_(fichier + ".json") {}
+Enregistreur::Enregistreur(const std::string& fichier, Retard retard, Contenu contenu)
+    : nom_(fichier), retard_(retard), contenu_(contenu), csv_(fichier), json_(fichier + ".json") {}
 
 Enregistreur::~Enregistreur() {
   Termine();
@@ -73,12 +82,11 @@ Enregistreur::~Enregistreur() {
 
 void Enregistreur::Commence(const publication::Lecteur& lecteur, std::vector<std::size_t> objets,
                             const Textes& spécimen, double origine) {
-  const bool avecAges = âges_ == Ages::Avec;
   const publication::ChassisPublié& chassis = lecteur.LeChassis();
-  description_ = Description(nom_, chassis, objets, spécimen);
-  const std::string entête = EnTêteCsv(chassis, objets, avecAges);
+  description_ = Description(nom_, chassis, objets, spécimen, contenu_);
+  const std::string entête = EnTêteCsv(chassis, objets, contenu_);
   retardAuPlus_ = lecteur.Places() / 2;
-  rangées_.emplace(lecteur, std::move(objets), avecAges, lecteur.Suivant(), origine);
+  rangées_.emplace(lecteur, std::move(objets), contenu_, lecteur.Suivant(), origine);
   écrivain_.emplace(csv_, *rangées_, entête);
   fil_ = std::thread([this] { Tourne(); });
 }
@@ -143,14 +151,6 @@ void Enregistre(ChassisEnMarche& marche, Enregistreur& enregistreur,
                 const Enregistreur::Textes& spécimen) {
   const publication::Lecteur lecteur = marche.LaPublication().LeLecteur();
   enregistreur.Commence(lecteur, LesCapteurs(lecteur.LeChassis()), spécimen, 0);
-}
-
-std::vector<std::size_t> LesCapteurs(const publication::ChassisPublié& chassis) {
-  std::vector<std::size_t> rangs;
-  for (std::size_t rang = 0; rang < chassis.objets.size(); ++rang) {
-    if (chassis.objets[rang].genre == publication::Genre::Capteur) rangs.push_back(rang);
-  }
-  return rangs;
 }
 
 bool FermeEtDit(Enregistreur& enregistreur) {

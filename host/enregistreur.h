@@ -27,14 +27,12 @@ class Enregistreur {
   /// What happens when the writer is behind: the time of a machine goes on, and rows are lost once
   /// the ring of samples comes round; simulated time may wait.
   enum class Retard : std::uint8_t { Perd, Attend };
-  /// Whether each reading is followed by its age in seconds.
-  enum class Ages : std::uint8_t { Sans, Avec };
   /// Texts for the JSON file.
   using Textes = std::vector<std::pair<std::string, std::string>>;
 
   /// Creates both files, so that a name in use is refused before anything starts; throws
   /// `MauvaisUsage`. They go again if nothing is recorded.
-  Enregistreur(const std::string& fichier, Retard retard, Ages âges = Ages::Sans);
+  Enregistreur(const std::string& fichier, Retard retard, Contenu contenu = {});
   ~Enregistreur();
   Enregistreur(const Enregistreur&) = delete;
   Enregistreur& operator=(const Enregistreur&) = delete;
@@ -60,7 +58,7 @@ class Enregistreur {
 
   std::string nom_;
   Retard retard_;
-  Ages âges_;
+  Contenu contenu_;
   FichierEnAjout csv_, json_;
   std::string description_;  ///< empty once it is in its file
   std::optional<RangéesPubliées> rangées_;
@@ -79,9 +77,6 @@ class ChassisEnMarche;
 /// Records all sensors of a frame of this process from its next refresh on.
 void Enregistre(ChassisEnMarche& marche, Enregistreur& enregistreur,
                 const Enregistreur::Textes& spécimen);
-
-/// Ranks of the sensors of a frame: what is recorded when nobody says otherwise.
-[[nodiscard]] std::vector<std::size_t> LesCapteurs(const publication::ChassisPublié& chassis);
 
 /// Closes a recording, the outputs being at rest, and tells on the error output what is missing;
 /// true when nothing is.

@@ -29,6 +29,12 @@ class Machine {
   /// Called before each pass: lets the time of the machine come to `secondes` after the start.
   /// Returns the time that it is by then; a pass may have taken longer.
   virtual double AvanceJusquA(double secondes) = 0;
+  /// The frame is started and published, and its first pass comes next.
+  virtual void AprèsLeDépart(Chassis&) {}
+  /// Instant of the pass to come, microseconds of the machine's timer.
+  [[nodiscard]] virtual double InstantDePasse() { return Timer()->LitMicrosecondes(); }
+  /// Nothing comes any more: a recording that is played again has an end.
+  [[nodiscard]] virtual bool AuBout() const { return false; }
   /// What stands at the terminals of a channel, for people; empty when nobody knows.
   [[nodiscard]] virtual std::string Borne(const Canal&) const { return {}; }
   /// Why the process has to end at once; empty while nothing asked for it. A real machine never

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
+#include <string_view>
 
 namespace zuma::host {
 
@@ -23,12 +25,22 @@ struct Lacune {
   }
 };
 
+/// What somebody asked of a sensor between two rows.
+enum class ActeSurCapteur : std::uint8_t { ZéroRepris, TareReprise, Zéro, Tare };
+[[nodiscard]] std::string_view MotDe(ActeSurCapteur acte);
+struct Acte {
+  ActeSurCapteur acte = ActeSurCapteur::Zéro;
+  std::string capteur{};  ///< its name
+  double valeur = 0;      ///< that it is to read, of a tare
+};
+
 /// Where the writer of a recording has its rows of numbers from.
 class SourceDeRangées {
  public:
   struct Rangée {
     double secondes = 0;
-    Lacune avant{};  ///< rows lost between the row before and this one
+    Lacune avant{};                 ///< rows lost between the row before and this one
+    std::span<const Acte> actes{};  ///< between those two
     std::span<const double> valeurs{};
   };
   virtual ~SourceDeRangées() = default;

@@ -6,7 +6,6 @@
 #include "tree/fonction.h"
 
 namespace zuma::publication {
-namespace {
 
 std::string NomDuCanal(const CanalRef& canal) {
   if (!canal) return {};
@@ -14,6 +13,8 @@ std::string NomDuCanal(const CanalRef& canal) {
   if (bloc == nullptr || bloc->LaCarte() == nullptr) return canal->Nom();
   return bloc->LaCarte()->NomDeLaCarte() + "/" + bloc->NomDeLaFonction() + "/" + canal->Nom();
 }
+
+namespace {
 
 // JSON knows no other numbers.
 std::optional<double> Fini(double nombre) {

@@ -20,6 +20,9 @@ struct ObjetsDuChassis {
   std::vector<CanalRef> canaux;
 };
 
+/// "board/block/channel"; empty for none.
+[[nodiscard]] std::string NomDuCanal(const CanalRef& canal);
+
 /// How they are at present. `sujet` brings what the host alone knows.
 [[nodiscard]] ChassisPublié Décrit(const Chassis& chassis, const ObjetsDuChassis& objets,
                                    ChassisPublié sujet);

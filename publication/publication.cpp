@@ -1,6 +1,7 @@
 #include "publication/publication.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <chrono>
@@ -150,13 +151,17 @@ Réglages RéglagesDuSystème() {
 
 Publication::Publication(Chassis& chassis, Place& place, ChassisPublié sujet,
                          const Réglages& réglages)
-    : chassis_(chassis), sujet_(std::move(sujet)), objets_(chassis), timer_(chassis.LeTimer()) {
+    : chassis_(chassis),
+      sujet_(std::move(sujet)),
+      objets_(chassis),
+      durées_(réglages.durées ? réglages.durées : chassis.LeTimer()),
+      debout_(static_cast<bool>(réglages.durées)) {
   const std::string json = EnJson(Décrit(chassis_, objets_, sujet_));
   const std::size_t mots = RangDe(MotDEchantillon::kNombre) + objets_.Nombre() * kMotsParObjet;
   plan_ = Planifie(json.size(), mots, chassis.FréquenceEA(), réglages);
   zone_ = place.Réserve(plan_.total * sizeof(Mot));
   mots_ = zone_->Mots();
-  départ_ = timer_->LitMicrosecondes() / kMicrosecondes;
+  départ_ = chassis_.LeTimer()->LitMicrosecondes() / kMicrosecondes;
   rafraîchissements_ = chassis_.RafraichissementsEA();
   EcritLEnTête();
   EcritLaDescription(json);
@@ -213,6 +218,7 @@ double Publication::Temps() const noexcept {
 
 // Ranks are those of `ObjetsDuChassis`.
 void Publication::RepèreLesSuivis() {
+  for (const CapteurRef& capteur : objets_.capteurs) gestes_.push_back(capteur->Gestes());
   std::size_t rang = objets_.capteurs.size();
   for (const CommandeRef& commande : objets_.commandes) {
     if (EstUneSortie(*commande)) {
@@ -244,13 +250,14 @@ void Publication::Publie() {
   ++passes_;
   const double heure = chassis_.LaPlateforme().heureDePasse;
   secondes_ = heure - départ_;
-  durée_ = std::max(durée_, timer_->LitMicrosecondes() / kMicrosecondes - heure);
+  durée_ = std::max(durée_, durées_->LitMicrosecondes() / kMicrosecondes - heure);
   SuitLArrêt();
   SuitLesSorties();
   SuitLesValeurs();
   const std::uint64_t rafraîchissements = chassis_.RafraichissementsEA();
   const bool rafraîchi = rafraîchissements != rafraîchissements_;
   rafraîchissements_ = rafraîchissements;
+  if (rafraîchi) SuitLesGestes();
   if (rafraîchi || évènement_ || secondes_ - dernier_ >= kAuPlusTard) Echantillonne(rafraîchi);
 }
 
@@ -267,6 +274,9 @@ void Publication::Echantillonne(bool rafraîchi) {
     place.Ecrit(RangDe(MotDEchantillon::Arrêt), std::uint64_t{arrêt_});
     place.Ecrit(RangDe(MotDEchantillon::Rafraîchi), std::uint64_t{rafraîchi});
     place.Ecrit(RangDe(MotDEchantillon::Rafraîchissements), rafraîchissements_);
+    place.Ecrit(RangDe(MotDEchantillon::Horloge),
+                debout_ ? chassis_.LeTimer()->LitMicrosecondes()
+                        : chassis_.LaPlateforme().heureDePasse * kMicrosecondes);
     std::size_t rang = RangDe(MotDEchantillon::kNombre);
     EcritChacun(place, rang, objets_.capteurs);
     EcritChacun(place, rang, objets_.commandes);
@@ -362,6 +372,30 @@ void Publication::SuitLesValeurs() {
     suivi.valeur = valeur;
     suivi.dit = secondes_;
     Consigne(suivi.genre, suivi.rang, valeur, "");
+  }
+}
+
+// Told with the refresh that first felt them, and before its sample.
+void Publication::SuitLesGestes() {
+  struct Acte {
+    std::uint8_t GestesDuCapteur::* compte;
+    GenreDEvènement genre;
+  };
+  constexpr std::array<Acte, 4> kActes{{
+      {&GestesDuCapteur::zérosRepris, GenreDEvènement::ZéroRepris},
+      {&GestesDuCapteur::taresReprises, GenreDEvènement::TareReprise},
+      {&GestesDuCapteur::zéros, GenreDEvènement::Zéro},
+      {&GestesDuCapteur::tares, GenreDEvènement::Tare},
+  }};
+  for (std::size_t rang = 0; rang < gestes_.size(); ++rang) {
+    const Capteur& capteur = *objets_.capteurs[rang];
+    if (capteur.Gestes() == gestes_[rang]) continue;
+    for (const Acte& acte : kActes) {
+      if (capteur.Gestes().*acte.compte == gestes_[rang].*acte.compte) continue;
+      const bool tare = acte.genre == GenreDEvènement::Tare;
+      Consigne(acte.genre, rang, tare ? capteur.ValeurApresTarage() : 0, "");
+    }
+    gestes_[rang] = capteur.Gestes();
   }
 }
 

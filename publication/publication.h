@@ -24,6 +24,9 @@ struct Réglages {
   double secondes = 60;  ///< that the ring of samples holds
   /// Of the whole map; it holds fewer seconds of a frame that is larger.
   std::size_t octetsAuPlus = std::size_t{256} << 20U;
+  /// What times the passes where the frame's own timer stands still during one; Nothing: the
+  /// frame's.
+  Ref<ZED_Timer> durées{};
 };
 
 /// Those of the user's surroundings: $ZUMA_PUBLICATION_SECONDS, where it is a number above 0.
@@ -100,6 +103,7 @@ class Publication {
   void FinitLArrêt();
   void SuitLesSorties();
   void SuitLesValeurs();
+  void SuitLesGestes();
   void Consigne(GenreDEvènement genre, std::uint64_t objet, double valeur, std::string_view texte);
   void Echantillonne(bool rafraîchi);
 
@@ -107,11 +111,13 @@ class Publication {
   ChassisPublié sujet_;
   ObjetsDuChassis objets_;
   const linux_::Securite* sécurité_ = nullptr;
-  Ref<ZED_Timer> timer_;
+  Ref<ZED_Timer> durées_;
+  bool debout_;  ///< the frame's timer stands still during a pass
   std::shared_ptr<Zone> zone_;
   std::span<Mot> mots_;
   std::vector<Suivi> suivis_;
   std::vector<SortieSuivie> sorties_;
+  std::vector<GestesDuCapteur> gestes_;  ///< of the sensors, as they were told last
   Plan plan_{};
   std::uint64_t génération_ = 0;
   std::uint64_t échantillons_ = 0, évènements_ = 0, passes_ = 0, rafraîchissements_ = 0;

@@ -35,6 +35,17 @@ struct Mesure;
 using CapteursRef = Ref<Capteurs>;
 using CapteurRef = Ref<Capteur>;
 
+/// How often something was asked of a sensor since the start: who watches it sees each act by the
+/// count that moved, however short it was. Each goes round at 256.
+struct GestesDuCapteur {
+  std::uint8_t zéros = 0;
+  std::uint8_t zérosRepris = 0;  ///< taken back
+  std::uint8_t tares = 0;
+  std::uint8_t taresReprises = 0;
+
+  bool operator==(const GestesDuCapteur&) const = default;
+};
+
 /// One named measurement in engineering units: the points of a channel through a calibration
 /// table, or a value made from other sensors, from the clock or from a serial instrument.
 ///
@@ -153,6 +164,10 @@ class Capteur : public Objet {
   /// Starts measuring a tare so that the present input reads `ValeurApresTarage_var`. Nothing
   /// while one is being measured.
   void Tare(const Valeur& ValeurApresTarage_var = Valeur(0.0));
+  /// Value in units that the last `Tare` asked for.
+  [[nodiscard]] double ValeurApresTarage() const { return mdblValeurApresTarage; }
+  /// Zeros of a sensor that is made from others are theirs.
+  [[nodiscard]] const GestesDuCapteur& Gestes() const { return gestes_; }
   /// Restarts both extremes from the present value.
   void RazMaxiDétecté();
   /// Value in units, after tare and offset; 0 while not enabled.
@@ -376,6 +391,7 @@ class Capteur : public Objet {
   double ValeurDeRAZ_mdbl = 0;
   double mdblValeurApresTarage = 0;
   bool EtatDeLaTare_ = false;
+  GestesDuCapteur gestes_;
   double mdblAncienneValeurEnPoints = 0;
   double mdblAncienTemps = 0;
   double mdblDépartCapteurTemps = 0;

@@ -21,10 +21,12 @@ void Capteur::Raz() {
 
 void Capteur::Calcul::RazDuCanal(Capteur& c) {
   if (c.musrOpérationCouranteDeRAZ != ENUM_OPERATION_MAV::RienFaire) return;
+  ++c.gestes_.zéros;
   c.CommenceMAV(c.musrOpérationCouranteDeRAZ);
 }
 
 void Capteur::Calcul::RazDeLaMontre(Capteur& c) {
+  ++c.gestes_.zéros;
   c.ValeurDeRAZ_mdbl = c.Timer()->LitMicrosecondes() - c.mdblDépartCapteurTemps;
   c.MetàJour();
 }
@@ -43,6 +45,7 @@ void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
   Garde(*this, Forme::Méthode, "Tare", [&] {
     if (musrOpérationCouranteDeTare != ENUM_OPERATION_MAV::RienFaire) return;
     mdblValeurApresTarage = VersDouble(ValeurApresTarage_var);
+    ++gestes_.tares;
     CommenceMAV(musrOpérationCouranteDeTare);
   });
 }
@@ -50,6 +53,7 @@ void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
 void Capteur::AnnuleRaz() {
   Garde(*this, Forme::Méthode, "AnnuleRaz", [&] {
     ValeurDeRAZ_mdbl = 0;
+    ++gestes_.zérosRepris;
     if (musrTypeDeCapteur != ENUM_TYPE_CAPTEUR::CapteurRecouvrement) return;
     const EnCours descente = Descend();
     PetitCapteur()->AnnuleRaz();
@@ -59,6 +63,7 @@ void Capteur::AnnuleRaz() {
 void Capteur::AnnuleTare() {
   ValeurTare_ = 0;
   EtatDeLaTare_ = false;
+  ++gestes_.taresReprises;
 }
 
 ENUM_OPERATION_MAV Capteur::EtatRAZ() const {

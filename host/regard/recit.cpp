@@ -86,8 +86,10 @@ class Narration {
     if (e.genre == GenreDEvènement::Manquée && e.objet) {
       récit_.pasAuRepos.push_back(Objet(e) + " was not at rest when the stop was acknowledged");
     }
-    constexpr std::array kGestes{GenreDEvènement::Acquitté, GenreDEvènement::EnService,
-                                 GenreDEvènement::Consigne, GenreDEvènement::Sortie};
+    constexpr std::array kGestes{GenreDEvènement::Acquitté,   GenreDEvènement::EnService,
+                                 GenreDEvènement::Consigne,   GenreDEvènement::Sortie,
+                                 GenreDEvènement::Zéro,       GenreDEvènement::Tare,
+                                 GenreDEvènement::ZéroRepris, GenreDEvènement::TareReprise};
     const bool geste = std::ranges::find(kGestes, e.genre) != kGestes.end();
     // What changes in the pass of the stop is the stop's own doing.
     if (geste && e.passe != récit_.passe) {

@@ -1,5 +1,6 @@
 #include "host/regard/textes.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -120,9 +121,10 @@ std::string Désignation(const ObjetPublié& objet) {
 }
 
 std::string_view MotDe(GenreDEvènement genre) {
-  constexpr std::array<std::string_view, 12> kMots{
-      "start",      "stop",      "cause", "at rest", "NOT AT REST", "acknowledged",
-      "in service", "set point", "input", "output",  "entry",       "description changed"};
+  constexpr std::array<std::string_view, 16> kMots{
+      "start",      "stop",      "cause",       "at rest",    "NOT AT REST", "acknowledged",
+      "in service", "set point", "input",       "output",     "entry",       "description changed",
+      "zero",       "tare to",   "zero undone", "tare undone"};
   const auto rang = static_cast<std::size_t>(genre);
   return rang < kMots.size() ? kMots[rang] : "?";
 }
@@ -132,10 +134,10 @@ std::string Phrase(const ChassisPublié& chassis, const EvènementLu& évènemen
   if (évènement.objet) {
     const ObjetPublié& objet = chassis.objets[*évènement.objet];
     phrase += "  " + Désignation(objet);
-    const bool chiffré = évènement.genre == GenreDEvènement::Consigne ||
-                         évènement.genre == GenreDEvènement::Entrée ||
-                         évènement.genre == GenreDEvènement::Sortie;
-    if (chiffré) phrase += " = " + ValeurEnTexte(objet, {évènement.valeur, 0, 0});
+    constexpr std::array kChiffrés{GenreDEvènement::Consigne, GenreDEvènement::Entrée,
+                                   GenreDEvènement::Sortie, GenreDEvènement::Tare};
+    if (std::ranges::find(kChiffrés, évènement.genre) != kChiffrés.end())
+      phrase += " = " + ValeurEnTexte(objet, {évènement.valeur, 0, 0});
   }
   if (!évènement.texte.empty()) phrase += "  " + évènement.texte;
   return linux_::UneSeuleLigne(phrase);

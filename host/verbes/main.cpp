@@ -184,6 +184,16 @@ class LigneDeCommande {
         .add_flag("--ages", run_.âges, "with --csv: each reading is followed by its age in seconds")
         ->needs(csv);
     verbe
+        .add_flag("--channels", run_.canaux,
+                  "with --csv: clock and channels too, so that the recording can be played again")
+        ->needs(csv);
+    verbe
+        .add_option("--replay", run_.rejoue,
+                    "a recording with channels instead of the machine: its test on today's "
+                    "calibration")
+        ->check(CLI::ExistingFile)
+        ->excludes("--sim");
+    verbe
         .add_option("--fault", run_.pannes,
                     "disturb the simulated machine: silence, deaf, garbage, crc, cut, lose, add, "
                     "flip, babble, unplug, late, stuck, on all lines or on :PORT, :can, :usb; "

@@ -32,8 +32,7 @@ int Record(const OptionsRecord& options) {
   if (!publication::EstVivante(fichier) || !lecteur.LitLeDernier(dernier)) {
     throw MauvaisUsage("the frame does not run: there is nothing to record");
   }
-  Enregistreur enregistreur(options.fichier, Enregistreur::Retard::Perd,
-                            options.âges ? Enregistreur::Ages::Avec : Enregistreur::Ages::Sans);
+  Enregistreur enregistreur(options.fichier, Enregistreur::Retard::Perd, {.âges = options.âges});
   const double début = dernier.Secondes();
   enregistreur.Commence(lecteur, std::move(objets), lecteur.LeChassis().paramètres, début);
   const bool terminal = Terminal().EstTerminal();

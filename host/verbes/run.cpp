@@ -9,6 +9,7 @@
 #include "host/drivers_charges.h"
 #include "host/enregistreur.h"
 #include "host/interruption.h"
+#include "host/machine_rejouee.h"
 #include "host/parametres.h"
 #include "host/verbes/clavier_terminal.h"
 #include "host/verbes/gestes_capteur.h"
@@ -25,6 +26,14 @@ constexpr double kPeriodeTerminal = 0.1;  // seconds between views on a terminal
 constexpr double kPeriodeLignes = 0.5;    // of the lines or the data for a program
 constexpr double kPeriodeResume = 1;      // of the summary, without a terminal
 
+// Those of the recording that is played again, unless they are given anew.
+std::vector<std::string> LesDonnés(const OptionsRun& options) {
+  std::vector<std::string> donnés;
+  if (!options.rejoue.empty()) donnés = ParamètresEnregistrés(options.rejoue);
+  donnés.insert(donnés.end(), options.paramètres.begin(), options.paramètres.end());
+  return donnés;
+}
+
 class Marche {
  public:
   Marche(const OptionsRun& options, Machine& machine, const Ref<Recueil>& recueil,
@@ -33,11 +42,13 @@ class Marche {
         machine_(machine),
         recueil_(recueil),
         marche_(options.fichier, options.chassis, machine, recueil,
-                LitLesParamètres(options.fichier, options.paramètres),
+                LitLesParamètres(options.fichier, LesDonnés(options)),
                 SelonLOption(options.malgréTout)),
         enregistreur_(enregistreur) {
-    marche_.GardeLesArrêts(options.arrêts.empty() ? DossierDesArrêts(options.fichier)
-                                                  : options.arrêts);
+    if (options.rejoue.empty()) {
+      marche_.GardeLesArrêts(options.arrêts.empty() ? DossierDesArrêts(options.fichier)
+                                                    : options.arrêts);
+    }
     if (enregistreur_ != nullptr) Enregistre(marche_, *enregistreur_, Spécimen());
   }
   ~Marche() {
@@ -50,7 +61,7 @@ class Marche {
     const double période = Période();
     double prochaineVue = période;
     double secondes = 0;
-    while (!fin_ && !Interruption::Demandée() && machine_.Fini().empty() &&
+    while (!fin_ && !Interruption::Demandée() && machine_.Fini().empty() && !machine_.AuBout() &&
            !(options_.secondes && secondes >= *options_.secondes)) {
       secondes = machine_.AvanceJusquA(secondes + kPasDePasse);
       Passe();
@@ -164,15 +175,20 @@ class Marche {
 };
 
 std::unique_ptr<Machine> LaMachine(const OptionsRun& options, BoîteDeMessage& messages) {
+  const Cadence cadence = options.auPlusVite ? Cadence::Libre : Cadence::Réelle;
+  const bool deLaJumelle = !options.pannes.empty() || options.graine != 0;
+  if (!options.simulation && (deLaJumelle || (options.auPlusVite && options.rejoue.empty()))) {
+    throw MauvaisUsage("--fault, --seed and --fast belong to the simulated machine: add --sim");
+  }
+  if (!options.rejoue.empty()) {
+    return MachineRejouée(MachineSimulée(messages, Cadence::Libre, LesDrivers(options.drivers)),
+                          options.rejoue, cadence);
+  }
   const Raccordement raccordement = LitLesPorts(options.ports, options.can);
   if (!options.simulation) {
-    if (!options.pannes.empty() || options.graine != 0 || options.auPlusVite) {
-      throw MauvaisUsage("--fault, --seed and --fast belong to the simulated machine: add --sim");
-    }
     return MachineRéelle(messages, raccordement, LesDrivers(options.drivers));
   }
-  auto machine = MachineSimulée(messages, options.auPlusVite ? Cadence::Libre : Cadence::Réelle,
-                                LesDrivers(options.drivers));
+  auto machine = MachineSimulée(messages, cadence, LesDrivers(options.drivers));
   machine->Jumelle()->graine = options.graine;
   std::vector<sim::PannePrévue>& pannes = machine->Jumelle()->pannes;
   for (const std::string& panne : options.pannes) {
@@ -191,9 +207,8 @@ int Run(const OptionsRun& options) {
   std::optional<Enregistreur> enregistreur;
   if (!options.csv.empty()) {
     using Retard = Enregistreur::Retard;
-    using Ages = Enregistreur::Ages;
     enregistreur.emplace(options.csv, options.auPlusVite ? Retard::Attend : Retard::Perd,
-                         options.âges ? Ages::Avec : Ages::Sans);
+                         Contenu{.âges = options.âges, .rejouable = options.canaux});
   }
   // The outputs are at rest before anything waits for the disk.
   Marche(options, *machine, recueil, enregistreur ? &*enregistreur : nullptr).Tourne();

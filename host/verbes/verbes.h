@@ -40,6 +40,8 @@ struct OptionsRun {
   std::string csv;                  ///< recording of the sensors; empty for none
   std::string arrêts;               ///< folder that keeps the stops; empty: beside the database
   bool âges = false;                ///< the recording tells how old each reading is
+  bool canaux = false;              ///< the recording can be played again
+  std::string rejoue;               ///< recording in the place of the machine; empty for none
   std::uint32_t graine = 0;         ///< of the luck of the faults
   std::vector<std::string> pannes;  ///< faults of the simulated machine, see host/verbes/pannes.h
   bool auPlusVite = false;          ///< simulated time runs as fast as it goes

@@ -14,7 +14,7 @@ using Mot = std::atomic<std::uint64_t>;
 static_assert(Mot::is_always_lock_free && sizeof(Mot) == 8);
 
 inline constexpr std::uint64_t kMagie = 0x3142'5550'414D'555AULL;  ///< "ZUMAPUB1" in the file
-inline constexpr std::uint64_t kVersion = 1;                       ///< of this layout
+inline constexpr std::uint64_t kVersion = 2;                       ///< of this layout
 inline constexpr std::uint64_t kOrdre = 0x0102'0304'0506'0708ULL;  ///< reads otherwise elsewhere
 
 /// Words of the header. Places and sizes are in words from the start of the map.
@@ -51,6 +51,7 @@ enum class MotDEchantillon : std::uint8_t {
   Arrêt,              ///< 1 while a stop is latched
   Rafraîchi,          ///< 1 when the sensors were refreshed since the sample before
   Rafraîchissements,  ///< of the sensors, since the start
+  Horloge,            ///< the timer of the frame, microseconds
   kNombre
 };
 /// Value; age (seconds, `float`) in the upper half of a word and state in the lower one.
@@ -74,18 +75,22 @@ inline constexpr std::size_t kMotsDeTexte =
 
 /// What an event tells.
 enum class GenreDEvènement : std::uint8_t {
-  Départ,      ///< of the frame
-  Arrêt,       ///< a stop was latched; the text is its cause
-  Cause,       ///< one more cause of a stop that is latched
-  Atteinte,    ///< an output stands where the stop put it
-  Manquée,     ///< an output did not get there before the acknowledgement
-  Acquitté,    ///< a stop was acknowledged
-  EnService,   ///< watchdog and copying commands serve again
-  Consigne,    ///< a command has another set point
-  Entrée,      ///< a logic input changed
-  Sortie,      ///< a logic output changed
-  Problème,    ///< an entry of the error record, or a message
-  Description  ///< the description was written anew: a calibration, a limit
+  Départ,       ///< of the frame
+  Arrêt,        ///< a stop was latched; the text is its cause
+  Cause,        ///< one more cause of a stop that is latched
+  Atteinte,     ///< an output stands where the stop put it
+  Manquée,      ///< an output did not get there before the acknowledgement
+  Acquitté,     ///< a stop was acknowledged
+  EnService,    ///< watchdog and copying commands serve again
+  Consigne,     ///< a command has another set point
+  Entrée,       ///< a logic input changed
+  Sortie,       ///< a logic output changed
+  Problème,     ///< an entry of the error record, or a message
+  Description,  ///< the description was written anew: a calibration, a limit
+  Zéro,         ///< a zero of a sensor was begun before the refresh of that pass
+  Tare,         ///< a tare, its value what the sensor is to read
+  ZéroRepris,   ///< a zero was taken back
+  TareReprise
 };
 
 /// Bits of an object's state.

@@ -43,6 +43,9 @@ class Echantillon {
   [[nodiscard]] std::uint64_t Rafraîchissements() const noexcept {
     return Mot(MotDEchantillon::Rafraîchissements);
   }
+  /// The frame's timer, microseconds: where the host lets it stand during a pass, exactly what the
+  /// sensors saw in their last refresh.
+  [[nodiscard]] double Horloge() const noexcept { return Nombre(MotDEchantillon::Horloge); }
   [[nodiscard]] Mesure operator[](std::size_t objet) const noexcept {
     const std::uint64_t* mots = &mots_[RangDe(MotDEchantillon::kNombre) + objet * kMotsParObjet];
     const auto état = static_cast<std::uint32_t>(mots[1]);

@@ -81,9 +81,10 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string EnJson(const ChassisPublié& chassis) {
-  Json json{{"database", chassis.fichier}, {"frame", chassis.index},
-            {"name", chassis.nom},         {"simulated", chassis.simulé},
-            {"rate", chassis.fréquence},   {"program", chassis.programme}};
+  Json json{
+      {"database", chassis.fichier},    {"frame", chassis.index},    {"name", chassis.nom},
+      {"simulated", chassis.simulé},    {"rate", chassis.fréquence}, {"program", chassis.programme},
+      {"linked_at_us", chassis.horloge}};
   auto& paramètres = json["parameters"] = Json::object();
   for (const auto& [nom, valeur] : chassis.paramètres) paramètres[nom] = valeur;
   auto& objets = json["objects"] = Json::array();
@@ -100,6 +101,7 @@ ChassisPublié LitLaDescription(std::string_view texte) {
                           .simulé = json.value("simulated", false),
                           .fréquence = json.value("rate", 0.0),
                           .programme = json.value("program", ""),
+                          .horloge = json.value("linked_at_us", 0.0),
                           .paramètres = {},
                           .objets = {}};
     const Json paramètres = json.value("parameters", Json::object());

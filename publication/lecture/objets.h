@@ -39,6 +39,7 @@ struct ChassisPublié {
   bool simulé = false;
   double fréquence = 0;  ///< of the sensors, hertz
   std::string programme{};
+  double horloge = 0;  ///< the frame's timer when it was linked, microseconds
   std::vector<std::pair<std::string, std::string>> paramètres{};
   std::vector<ObjetPublié> objets{};  ///< in the order of their values in a sample
 };

@@ -121,7 +121,7 @@ TEST(DesRangéesPubliées, ComptentCellesQuiSontDépassées) {
   essai::DossierProvisoire dossier;
   publication::Place place({"petite.db", 1, true}, dossier.Chemin());
   publication::Publication petite(démo.marche->LeChassis(), place, {}, {.secondes = 0});
-  host::RangéesPubliées rangées(petite.LeLecteur(), {0}, false, 0, 0);
+  host::RangéesPubliées rangées(petite.LeLecteur(), {0}, {}, 0, 0);
   std::uint64_t vues = 0, perdues = 0;
   const auto retire = [&](int auPlus) {
     while (auPlus-- > 0 && rangées.Retire([&](const SourceDeRangées::Rangée& rangée) {

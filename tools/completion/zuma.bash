@@ -5,7 +5,7 @@ _zuma() {
   local -A options=(
     [init]="--help"
     [check]="--frame --json --param --driver --help"
-    [run]="--lines --frame --sim --seconds --csv --ages --json --param --driver --fault --seed --fast --port --can --stops --start-anyway --help"
+    [run]="--lines --frame --sim --seconds --csv --ages --channels --replay --json --param --driver --fault --seed --fast --port --can --stops --start-anyway --help"
     [desktop]="--attach --frame --sim --param --driver --port --can --lang --person --stops --start-anyway --help"
     [dump]="--frame --sim --seconds --out --json --param --driver --port --can --start-anyway --help"
     [sim]="--seconds --json --help"
