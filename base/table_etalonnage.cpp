@@ -5,6 +5,7 @@
 #include <compare>
 #include <functional>
 #include <iterator>
+#include <limits>
 
 #include "base/echec.h"
 
@@ -32,6 +33,7 @@ bool Continue(std::span<const double> colonne) {
 
 void Interpolation::Prépare(std::span<const PointDeTable> points) {
   nombre_ = 0;
+  dessus_ = jusquÀ_ = 0;  // nothing is between the two
   identité_ = points.empty();
   std::array<PointDeTable, kMaxPoints> triés{};
   const auto fin =
@@ -47,9 +49,10 @@ void Interpolation::Prépare(std::span<const PointDeTable> points) {
   for (auto p = triés.begin(); fin - p > 1; ++p) ajoute(p[0], p[1]);
 }
 
-double Interpolation::Interpole(double x) const {
-  // Compared and interpolated, what is no number would come out as an end of the first segment.
-  if (identité_ || std::isnan(x)) return x;
+// False where `x` itself is the ordinate: without points, and for what is no number, which compared
+// would come out as an end of the first segment.
+bool Interpolation::Cherche(double x) const {
+  if (identité_ || std::isnan(x)) return false;
   if (nombre_ == 0) {
     throw Echec(Numéro::DivisionParZéro,
                 DescriptionDEchec(Numéro::DivisionParZéro) +
@@ -58,8 +61,11 @@ double Interpolation::Interpole(double x) const {
   const auto* segment = segments_.data();
   const auto* const dernier = segment + nombre_ - 1;
   while (segment != dernier && x > segment->fin.x) ++segment;
-  const auto& [début, fin] = *segment;
-  return std::lerp(début.y, fin.y, (x - début.x) / (fin.x - début.x));
+  constexpr double kSansFin = std::numeric_limits<double>::infinity();
+  segment_ = *segment;
+  dessus_ = segment == segments_.data() ? -kSansFin : segment[-1].fin.x;
+  jusquÀ_ = segment == dernier ? kSansFin : segment->fin.x;
+  return true;
 }
 
 double TableEtalonnage::PointX(std::int16_t indice) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -27,7 +28,11 @@ class Interpolation {
 
   /// Ordinate at `x`. Fails with 11 when all points share one abscissa, or when the only point
   /// stands at abscissa 0: such a table gives no value in this direction.
-  [[nodiscard]] double Interpole(double x) const;
+  [[nodiscard]] double Interpole(double x) const {
+    if (!(dessus_ < x && x <= jusquÀ_) && !Cherche(x)) return x;
+    const auto& [début, fin] = segment_;
+    return std::lerp(début.y, fin.y, (x - début.x) / (fin.x - début.x));
+  }
 
  private:
   struct Segment {
@@ -35,8 +40,15 @@ class Interpolation {
     PointDeTable fin;
   };
 
+  [[nodiscard]] bool Cherche(double x) const;
+
   std::array<Segment, kMaxPoints> segments_{};
   std::size_t nombre_ = 0;
+  // Of the last look-up: readings move little from one to the next, and most stay between the same
+  // two abscissas.
+  mutable Segment segment_{};
+  mutable double dessus_ = 0;
+  mutable double jusquÀ_ = 0;
   bool identité_ = true;
 };
 

@@ -37,6 +37,7 @@ Capteur::Capteur(Plateforme& plateforme) : Objet(plateforme, "Capteur") {
 void Capteur::TypeDeCapteur(ENUM_TYPE_CAPTEUR type) {
   musrTypeDeCapteur = type;
   genre_ = Genre::De(type);
+  estNormal_ = type == ENUM_TYPE_CAPTEUR::capteurNormal;
 }
 
 Valeur Capteur::AutoriseAU() {

@@ -297,13 +297,17 @@ class Capteur : public Objet {
 
   void Rafraîchit(Passe& passe);
   void CalculeLaValeur(Passe& passe);
+  void CalculeDuCanal(Passe& passe);
+  void SuitLesExtrêmes();
+  void DétecteLesExtrêmes();
   [[nodiscard]] bool LitLOffset(Passe& passe);
   void TientLaValeur(Passe& passe);
   [[nodiscard]] bool EntréeLAutorise() const;
-  [[nodiscard]] bool ParamètreLAutorise() const;
+  [[nodiscard]] bool EstSélectionné() const;
   void Refuse();
-  void Intègre(Passe& passe);
+  [[nodiscard]] double Intègre(double points, Passe& passe);
   void ContrôleLesLimites();
+  void SortDesLimites();
   void DateLaMesure() {
     heureDeMesure_ = LaPlateforme().heureDePasse;
     mesuré_ = true;
@@ -339,6 +343,7 @@ class Capteur : public Objet {
   std::string NomAfficheDuCapteur_;
   ENUM_TYPE_CAPTEUR musrTypeDeCapteur = ENUM_TYPE_CAPTEUR::capteurNormal;
   const Genre* genre_ = nullptr;  ///< row of the kind, none for a number that is no kind
+  bool estNormal_ = false;        ///< that kind, which most sensors are of, for the pass
   std::string UnitéEtalonnage_;
   std::string DateEtalonnage_;
   std::string NomEtalonneur_;

@@ -49,8 +49,7 @@ Capteur::AgeDeMesure Capteur::Calcul::AgeDuDehors(const Capteur& c) {
 // An overrun stops for itself. Like the limits, the age is not watched while the sensor is open to
 // calibration by the user.
 void Capteur::ContrôleLAge() {
-  tropVieux_ = false;
-  if (!(mdblAgeMaximal > 0) || EtalonnageExterieurPossible_ || AU()) return;
+  if (EtalonnageExterieurPossible_ || AU()) return;
   if (!(Age() > mdblAgeMaximal)) return;
   musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
   if (!mblnArrêtSiDépassement || !mblnAutoriseAU) return;

@@ -1,4 +1,5 @@
 // The refresh of a sensor: selection, value by kind, tare, offset, validity, extremes.
+#include <algorithm>
 #include <cmath>
 
 #include "base/garde.h"
@@ -6,24 +7,109 @@
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
+namespace {
 
-void Capteur::MetàJour() {
-  Passe passe;
-  Garde(
-      *this, Forme::Méthode, "MetàJour",
-      [&] {
-        passe.chacun([&] { Rafraîchit(passe); });
-        if (CapteurSelectionne_) passe.chacun([&] { ContrôleLAge(); });
-        passe.chacun.Termine();
-      },
-      [&](Variables& v) { RemplitLesVariables(v, passe); });
+constexpr double kMicrosecondes = 1'000'000;
+// Two refreshes at one time stamp: the period counts as this part of the integration time.
+constexpr double kPartAuMêmeInstant = 300;
+// The filter works while a refresh lasts less than this part of the integration time.
+constexpr double kPartFiltrée = 30;
+// Weight of the filter for a refresh of the whole integration time, and what is added to it.
+constexpr double kPoids = 0.216;
+constexpr double kPoidsAjouté = 0.54;
+
+}  // namespace
+
+// What follows is run for each sensor in each refresh: it stands in one place, innermost first, so
+// that the compiler makes one piece of it.
+
+// The limits themselves are outside, and so is a value that is no number. The value tested has
+// neither tare nor offset in it.
+inline void Capteur::ContrôleLesLimites() {
+  const bool dedans = MiniCapteur_ < mdblValeurCourante && mdblValeurCourante < MaxiCapteur_ &&
+                      mdblValeurCouranteEnPoints < mdblSécuritéMaxiEnPoints &&
+                      mdblSécuritéMiniEnPoints < mdblValeurCouranteEnPoints;
+  if (!dedans) SortDesLimites();
 }
 
-void Capteur::Rafraîchit(Passe& passe) {
+// First-order filter whose weight follows the actual period of the refresh.
+inline double Capteur::Intègre(double points, Passe& passe) {
+  MémoTemps = Timer()->LitMicrosecondes();
+  double période = (MémoTemps - mdblAncienTemps) / kMicrosecondes;
+  if (période == 0) période = mdblTempsIntégration / kPartAuMêmeInstant;
+  passe.DeltaT = période;
+  const double avant = mdblAncienneValeurEnPoints;
+  // A channel that once gave no number must not hold the filter for ever.
+  if (mdblTempsIntégration / kPartFiltrée > période && période != 0 && std::isfinite(avant)) {
+    const double poids = std::max(mdblTempsIntégration * kPoids / période + kPoidsAjouté, 1.0);
+    passe.Intégation = poids;
+    points = ((poids - 1) * avant + points) / poids;
+  }
+  mdblAncienneValeurEnPoints = points;
+  mdblAncienTemps = MémoTemps;
+  return points;
+}
+
+// A sensor from a channel: zero, integration, calibration, limits and the stop.
+[[gnu::always_inline]] inline void Capteur::CalculeDuCanal(Passe& passe) {
+  mdblValeurCouranteEnPoints = mobjCanal ? mobjCanal->ValeurCanal() : 0;
+  if (musrOpérationCouranteDeRAZ == ENUM_OPERATION_MAV::Acquisition && !passe.tenue) {
+    passe.chacun([&] { AvanceLeZéro(passe); });
+  }
+  mdblValeurCouranteEnPoints = Intègre(mdblValeurCouranteEnPoints - ValeurDeRAZ_mdbl, passe);
+  const auto contrôle = [&] { passe.chacun([&] { ContrôleLesLimites(); }); };
+  try {
+    mdblValeurCourante = table_.VersUnités(mdblValeurCouranteEnPoints);
+  } catch (...) {
+    contrôle();  // a table that gives no units leaves the limits in points
+    throw;
+  }
+  contrôle();
+}
+
+void Capteur::Calcul::Normal(Capteur& c, Passe& passe) {
+  c.CalculeDuCanal(passe);
+}
+
+inline void Capteur::SuitLesExtrêmes() {
+  if (mdblValeurCourante > mdblMaxiDétecté) {
+    mdblMaxiDétecté = mdblValeurCourante;
+    EtatMaxi_ = musrEtat;
+  }
+  if (mdblValeurCourante < mdblMiniDétecté) mdblMiniDétecté = mdblValeurCourante;
+}
+
+void Capteur::Calcul::ExtrêmesDeLaValeur(Capteur& c) {
+  c.SuitLesExtrêmes();
+}
+
+// Most sensors are of one kind: that one is computed here, and not behind a pointer.
+[[gnu::always_inline]] inline void Capteur::CalculeLaValeur(Passe& passe) {
+  if (estNormal_) return CalculeDuCanal(passe);
+  if (genre_ != nullptr && genre_->calcule != nullptr) genre_->calcule(*this, passe);
+}
+
+inline void Capteur::DétecteLesExtrêmes() {
+  if (estNormal_) return SuitLesExtrêmes();
+  if (genre_ != nullptr && genre_->extrêmes != nullptr) genre_->extrêmes(*this);
+}
+
+inline bool Capteur::LitLOffset(Passe& passe) {
+  if (!paramètres_[ParamEprouvette::Offset]) return true;
+  return passe.chacun([&] { passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset); });
+}
+
+inline bool Capteur::EstSélectionné() const {
+  return (!mobjELSelection || EntréeLAutorise()) &&
+         (!paramètres_[ParamEprouvette::Sélection] ||
+          paramètres_.Texte(ParamEprouvette::Sélection) == mstrValeurSelection);
+}
+
+[[gnu::always_inline]] inline void Capteur::Rafraîchit(Passe& passe) {
   musrEtat = ENUM_ETAT_CAPTEUR::Correct;
   CapteurSelectionne_ = false;
   tropVieux_ = false;
-  if (!EntréeLAutorise() || !ParamètreLAutorise()) {
+  if (!EstSélectionné()) {
     Refuse();
     return;
   }
@@ -39,18 +125,19 @@ void Capteur::Rafraîchit(Passe& passe) {
       std::abs(mdblValeurCourante) < mdblSeuilDeLectureNonValide && !EtalonnageExterieurPossible_) {
     musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
   }
-  if (AutoriseDétectionMaxi_ && genre_ != nullptr && genre_->extrêmes != nullptr) {
-    genre_->extrêmes(*this);
-  }
+  if (AutoriseDétectionMaxi_) DétecteLesExtrêmes();
 }
 
-void Capteur::CalculeLaValeur(Passe& passe) {
-  if (genre_ != nullptr && genre_->calcule != nullptr) genre_->calcule(*this, passe);
-}
-
-bool Capteur::LitLOffset(Passe& passe) {
-  if (!paramètres_[ParamEprouvette::Offset]) return true;
-  return passe.chacun([&] { passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset); });
+void Capteur::MetàJour() {
+  Passe passe;
+  Garde(
+      *this, Forme::Méthode, "MetàJour",
+      [&] {
+        passe.chacun([&] { Rafraîchit(passe); });
+        if (CapteurSelectionne_ && mdblAgeMaximal > 0) passe.chacun([&] { ContrôleLAge(); });
+        passe.chacun.Termine();
+      },
+      [&](Variables& v) { RemplitLesVariables(v, passe); });
 }
 
 // Without its offset: what is shown and what is being measured stay, the limits are watched.
@@ -62,7 +149,6 @@ void Capteur::TientLaValeur(Passe& passe) {
 }
 
 bool Capteur::EntréeLAutorise() const {
-  if (!mobjELSelection) return true;
   switch (mobjELSelection->ValeurCourante()) {
     case ENUM_ETAT_LOGIQUE::Actif:
       return mstrEtatELSelection == "Actif";
@@ -73,24 +159,11 @@ bool Capteur::EntréeLAutorise() const {
   }
 }
 
-bool Capteur::ParamètreLAutorise() const {
-  return !paramètres_[ParamEprouvette::Sélection] ||
-         paramètres_.Texte(ParamEprouvette::Sélection) == mstrValeurSelection;
-}
-
 // The minimum, the points, the zero and the tare stay; a running operation does not advance.
 void Capteur::Refuse() {
   mdblValeurCourante = 0;
   mdblMaxiDétecté = 0;
   EtatMaxi_ = musrEtat;
-}
-
-void Capteur::Calcul::ExtrêmesDeLaValeur(Capteur& c) {
-  if (c.mdblValeurCourante > c.mdblMaxiDétecté) {
-    c.mdblMaxiDétecté = c.mdblValeurCourante;
-    c.EtatMaxi_ = c.musrEtat;
-  }
-  if (c.mdblValeurCourante < c.mdblMiniDétecté) c.mdblMiniDétecté = c.mdblValeurCourante;
 }
 
 // Stress and elongation follow the maximum of what they are made from; their minimum stays.

@@ -69,10 +69,6 @@ void ParamètresEprouvette::Lie(const ParamètresPartagés& partagés, const Abs
   }
 }
 
-const Ref<ZED_Parametre>& ParamètresEprouvette::operator[](ParamEprouvette rang) const {
-  return liens_[static_cast<std::size_t>(rang)].objet;
-}
-
 std::string_view ParamètresEprouvette::Texte(ParamEprouvette rang) const {
   return (*this)[rang]->LitValeur(tampon_);
 }

@@ -69,7 +69,9 @@ class ParamètresEprouvette {
   void Délie() noexcept;
 
   /// Nothing when there is no such reference.
-  [[nodiscard]] const Ref<ZED_Parametre>& operator[](ParamEprouvette rang) const;
+  [[nodiscard]] const Ref<ZED_Parametre>& operator[](ParamEprouvette rang) const {
+    return liens_[static_cast<std::size_t>(rang)].objet;
+  }
   /// The value as text, without a copy where the parameter allows; fails with 91 on Nothing.
   [[nodiscard]] std::string_view Texte(ParamEprouvette rang) const;
   /// The value as a number; fails with 91 on Nothing and 13 on text that is no number.
