@@ -203,6 +203,7 @@ void DécodeParCanal(const Fonction& bloc, const Valeurs& octets) {
   });
 }
 
+// A register is 16 bits without a sign, unless the channel's row says otherwise.
 void DécodeAnalogique(const Fonction& bloc, const Valeurs& mots) {
   PourChaqueCanal(bloc, [&](const CanalRef& canal) {
     const std::uint16_t mot = mots.Item(canal->NuméroCanal() + 1);
