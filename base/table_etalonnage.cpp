@@ -50,6 +50,7 @@ void Interpolation::Prépare(std::span<const PointDeTable> points) {
 double Interpolation::Interpole(double x) const {
   // Compared and interpolated, what is no number would come out as an end of the first segment.
   if (identité_ || std::isnan(x)) return x;
+  // Told, and not guessed: points that share one abscissa may mean any ordinate.
   if (nombre_ == 0) {
     throw Echec(Numéro::DivisionParZéro,
                 DescriptionDEchec(Numéro::DivisionParZéro) +

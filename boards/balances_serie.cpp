@@ -81,7 +81,7 @@ void LitLRPC(Canal& canal) {
 }
 
 // A listener that came in the midst of a frame finds its place again byte by byte: nothing parts
-// one frame from the next.
+// one frame from the next, and one lost byte would keep the old value for ever.
 void LitDEXAL(Canal& canal) {
   Ecoute écoute(canal);
   TamponSérie& tampon = écoute.Tampon();

@@ -214,7 +214,9 @@ void VariateurLS::Juge(Carte& carte, Résultat résultat, double maintenant) {
   if (!journal.empty()) Journalise(journal, compteur);
 }
 
-// A drive whose answer is spoilt still speaks to its end, and hears nothing meanwhile.
+// A drive whose answer is spoilt still speaks to its end, and hears nothing meanwhile: 3.5 bytes of
+// silence end it, or the 100 ms of the exchange. Under noise the questions would else pile up in
+// the port, with a stop behind them.
 bool VariateurLS::EstFinie(Carte& carte, double maintenant) const {
   return maintenant - heureDuDernierOctet_ >= OutilsModbus::Silence(carte.RS()->VitesseSérie());
 }
