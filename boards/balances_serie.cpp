@@ -38,7 +38,7 @@ class Ecoute {
     return bloc_->LeTimer()->LitMicrosecondes() - tampon_.heure > kSilence;
   }
   void MarqueLHeure() { tampon_.heure = bloc_->LeTimer()->LitMicrosecondes(); }
-  /// Drops what came in and opens the line anew.
+  /// Drops what came in, so that half a record finds no other half, and opens the line anew.
   void Recommence() {
     tampon_.reçu.clear();
     tampon_.entamé = false;
