@@ -24,8 +24,9 @@ void EnNommant(std::string_view table, const Recordset& liste, Travail&& travail
 }
 
 /// Runs `charge` on the "Index" of every row of a list, in order. A row that fails is a failure of
-/// operation `nom` that names table and row; the rows behind it are loaded all the same. Behind a
-/// reading that was interrupted nothing more can be read: the walk ends.
+/// operation `nom` that names table and row; the rows behind it are loaded all the same: one bad
+/// row, or a key that is there twice, would otherwise take the stop inputs behind it along. Behind
+/// a reading that was interrupted nothing more can be read: the walk ends.
 template <class Charge>
 void PourChacune(const Objet& objet, Forme forme, std::string_view nom, std::string_view table,
                  Recordset& liste, Charge&& charge) {

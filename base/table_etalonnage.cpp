@@ -53,6 +53,7 @@ void Interpolation::Prépare(std::span<const PointDeTable> points) {
 // would come out as an end of the first segment.
 bool Interpolation::Cherche(double x) const {
   if (identité_ || std::isnan(x)) return false;
+  // Told, and not guessed: points that share one abscissa may mean any ordinate.
   if (nombre_ == 0) {
     throw Echec(Numéro::DivisionParZéro,
                 DescriptionDEchec(Numéro::DivisionParZéro) +

@@ -38,7 +38,7 @@ class Ecoute {
     return bloc_->LeTimer()->LitMicrosecondes() - tampon_.heure > kSilence;
   }
   void MarqueLHeure() { tampon_.heure = bloc_->LeTimer()->LitMicrosecondes(); }
-  /// Drops what came in and opens the line anew.
+  /// Drops what came in, so that half a record finds no other half, and opens the line anew.
   void Recommence() {
     tampon_.reçu.clear();
     tampon_.entamé = false;
@@ -81,7 +81,7 @@ void LitLRPC(Canal& canal) {
 }
 
 // A listener that came in the midst of a frame finds its place again byte by byte: nothing parts
-// one frame from the next.
+// one frame from the next, and one lost byte would keep the old value for ever.
 void LitDEXAL(Canal& canal) {
   Ecoute écoute(canal);
   TamponSérie& tampon = écoute.Tampon();

@@ -98,7 +98,8 @@ void IK_121::ExigeUnMouvementPossible(std::int16_t axe, std::int64_t compte) {
   dernier = {compte, maintenant};
 }
 
-// The last look comes after the limit: a program that was held up finds its latch all the same.
+// Not for ever: no stop must wait behind a board that hangs. The last look comes after the limit: a
+// program that was held up finds its latch all the same.
 std::uint16_t IK_121::AttendLatch(std::int16_t axe, std::size_t rang) {
   const unsigned prêt = 1U << rang;
   ZED_Timer& timer = *LeMatériel().timer;

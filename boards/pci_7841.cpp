@@ -218,6 +218,7 @@ struct PortOuvert : EtatPilote {
   std::optional<std::int32_t> poignée;
 };
 
+// A ruler that does not start leaves its channel out of service.
 void DémarreCanal25(Canal& canal) {
   canal.EnService(false);
   for (int i = 0; i < kTentatives; ++i) {

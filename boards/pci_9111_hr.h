@@ -50,7 +50,8 @@ class PCI_9111_HR : public CartePCI {
  private:
   /// Word that the logic outputs hold, while that is certain: none after a start, at a stop, after
   /// the write of a single line or after a write that failed. The next word then goes out whatever
-  /// it is: a stop must not be taken for a word already there.
+  /// it is: a stop must not be taken for a word already there that did not arrive, or that a card
+  /// which was reset has lost.
   std::optional<std::uint32_t> imageSorties_;
   bool lues_ = true;
 };

@@ -50,7 +50,7 @@ void PCL_731::EcritSorties(std::uint32_t image) {
 }
 
 // On the interface of the whole word: beside an input block the first one drives nothing, and a
-// number must be the same terminal whoever writes it.
+// number must be the same terminal whoever writes it, so that a stop reaches it.
 void PCL_731::EcritSortie(std::int16_t voie, bool active) {
   const auto port = static_cast<std::uint16_t>(kSecondeInterface + voie / 8);
   const std::uint32_t lu = Lit(port);

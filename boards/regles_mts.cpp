@@ -107,7 +107,7 @@ std::optional<std::int32_t> FiltreSimple(Mémoire& m, const Paire& lues, int aim
   }
   std::int32_t& courante = aimant == 1 ? m.c1 : m.c2;
   const std::int32_t précédente = aimant == 1 ? m.q1 : m.q2;
-  // 0 is no position: the first one has nothing to be compared with.
+  // 0 is no position: the first one is taken whatever its size, with nothing to compare it with.
   const bool admise = précédente == 0 || Ecart(courante, précédente) < kSautSimple;
   if (courante != 0 && admise) return courante;
   courante = précédente;

@@ -95,6 +95,8 @@ void Commande::Enabled(bool enService) {
   });
 }
 
+// A copying command follows its sensor whatever its state, through a stop too: unheld, its output
+// would move during the stop, at the acknowledgement, or at the end of the program.
 void Commande::MaintientAuRepos() {
   if (TypeCommande_ != ENUM_TYPE_COMMANDE::Recopie) return;
   mblnEnabled = false;
@@ -102,7 +104,8 @@ void Commande::MaintientAuRepos() {
 }
 
 // Whatever the type. The safety limits in points are not applied here, though every refresh does.
-// The channel of an on/off command drives nothing: it is given what it holds.
+// The channel of an on/off command drives nothing: it is given what it holds. A dither starts its
+// wave afresh.
 void Commande::MetEnService(bool reprise) {
   const bool deSesSorties = reprise && TypeCommande_ == ENUM_TYPE_COMMANDE::ToutOuRien;
   const double tenue =

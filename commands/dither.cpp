@@ -21,6 +21,7 @@ void Dither::Recale(double t) noexcept {
   côté_ = Côté::Aucun;
 }
 
+// What a late host left behind, or a much slower wave, must not make an output move a minute later.
 bool Dither::EstDû(double t, double fréquence) const noexcept {
   return t > prochaine_ || prochaine_ - t > kPériodesDAvance / fréquence;
 }

@@ -13,7 +13,7 @@ constexpr double kMicrosecondes = 1'000'000;
 
 Chassis::~Chassis() {
   Commandes_ = nullptr;
-  // Sensors that were never sorted may keep each other.
+  // Sensors that were never sorted may keep each other, and listen to a host that has gone.
   if (Capteurs_) {
     for (const CapteurRef& capteur : *Capteurs_) capteur->Délie();
   }

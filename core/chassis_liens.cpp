@@ -119,7 +119,8 @@ void Chassis::TrieLesCapteurs() {
   if (restants->Count() != 0) Ecarte(*restants);
 }
 
-// In a cycle each would keep the other, and what it listens to, for ever.
+// What the sort leaves is named and let go of: in a cycle each would keep the other, and listen for
+// ever to a host that has gone.
 void Chassis::Ecarte(const zuma::Capteurs& restants) {
   std::string noms;
   for (const CapteurRef& capteur : restants) {

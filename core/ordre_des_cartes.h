@@ -4,8 +4,9 @@
 
 namespace zuma {
 
-/// Serves the boards in their order, those that may wait behind the others: a stop does not wait
-/// for the pauses of an instrument that stands before it.
+/// Serves the boards in their order, those that may wait for an answer or for the pauses of an
+/// instrument behind the others, in the pass and at a stop, wherever they stand: what waits must
+/// not delay the stops behind it.
 template <class Cartes, class Travail>
 void ParAttente(const Cartes& cartes, Travail&& travail) {
   using enum AttenteCarte;

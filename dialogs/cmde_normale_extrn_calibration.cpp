@@ -86,6 +86,8 @@ std::string Cmde_Normale_Extrn_Calibration::CapteurChoisi() const {
   return choisi ? textes.at(*choisi) : std::string();
 }
 
+// Tells its failures itself, in message boxes; those of the sensor's form go to the window that
+// pressed the button.
 void Cmde_Normale_Extrn_Calibration::BtnOK() {
   if (commande_ == nullptr || chassis_.expired()) return Ferme();
   // Its owner may take the command away when it hears of the calibration, and fail then.

@@ -28,6 +28,7 @@ void Cpt_Normal_Extrn_Calibration::Reçoit(Capteur& capteur) {
   Remplit(capteur, capteur.NomDuCapteur());
   nomRempli_ = TxtNomAffiche = capteur.NomAfficheDuCapteur();
   unitéRemplie_ = TxtUnite = capteur.UnitéEtalonnage();
+  // The box begins with what is so: a sensor may have a tare already.
   tare_ = capteur.EtatDeLaTare();
 }
 

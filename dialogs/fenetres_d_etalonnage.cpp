@@ -19,6 +19,7 @@ Ref<Feuille> LaFeuille(Ref<FeuilleTenue>& tenue) {
 
 }  // namespace
 
+// A form that is on the screen is not filled again: what is being typed stays.
 void FenêtresDEtalonnage::Etalonne(Capteur& capteur, const DemandeDEtalonnage& demande) {
   const auto feuille = LaFeuille<Cpt_Normal_Extrn_Calibration>(demande.feuille);
   if (!feuille->Visible()) {

@@ -72,6 +72,7 @@ std::string Traduit(const Ref<ZED_Traduction>& traducteur, const Clé& clé) {
 
 }  // namespace
 
+// The form leaves its window: it would show what is gone.
 ConditionneurAffiché::~ConditionneurAffiché() {
   if (feuille_ != nullptr) feuille_->Décharge();
 }

@@ -62,7 +62,9 @@ ChassisEnMarche::ChassisEnMarche(Machine& machine, const publication::Identité&
 }
 
 // What is thrown from here on finds an object that is made: its destructor puts the outputs to
-// rest.
+// rest. A frame whose load, link or start told anything is refused, message boxes and what adapters
+// told on their own included: nobody can say of an entry that no stop hangs on it. Taken all the
+// same, it runs behind a stop.
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                                  const MalgréTout& malgréTout, Ref<ZED_Traduction> traducteur)

@@ -9,7 +9,8 @@
 namespace zuma::host {
 namespace {
 
-// Short: a calibration is saved between two passes, and a watchdog does not wait for a database.
+// Short, at load as when a calibration is saved: passes stand still meanwhile, and a watchdog does
+// not wait for a database.
 constexpr std::chrono::milliseconds kAttente{100};
 
 // Name of the frame in hand in brackets; nothing where it has none.

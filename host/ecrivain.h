@@ -35,7 +35,8 @@ struct EtatDEnregistrement {
 class Ecrivain {
  public:
   struct Réglages {
-    std::size_t lots = 60;                 ///< rounds that may wait: a minute
+    /// Rounds that may wait: a minute, so that a disk that is full for a moment leaves no gap.
+    std::size_t lots = 60;
     std::size_t octetsParLot = 1U << 20U;  ///< a longer round is written by parts
   };
   /// `entête`: first line of the file, with its line end.

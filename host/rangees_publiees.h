@@ -31,7 +31,8 @@ struct Contenu {
 
 /// The refreshes of the sensors as rows, from a publication: values of the objects chosen, and
 /// what else is wanted. Whoever is slower than the ring of samples is overtaken, and
-/// told how many rows that cost.
+/// told how many rows that cost. No lock stands between them and the pass: one side adds to a ring
+/// of fixed samples, the other takes from it.
 class RangéesPubliées final : public SourceDeRangées {
  public:
   /// Rows from sample `premier` on; their seconds count from `origine` of the samples.

@@ -107,8 +107,8 @@ void BalanceGram_CLASS::Accepte() {
   ++mesures_;
 }
 
-// A port found again leaves the balance the time of a record: without it the next refresh, which
-// comes sooner, would give it up again.
+// Every 5 s, whether the last try found the port or not. A port found again leaves the balance the
+// time of a record: without it the next refresh, which comes sooner, would give it up again.
 void BalanceGram_CLASS::Cherche() {
   const double maintenant = TimerExact_->LitMicrosecondes();
   if (maintenant - heureRecherche_ <= kEntreDeuxRecherches) return;

@@ -77,7 +77,7 @@ void Arrête(Carte& carte, CBR_UTEST_CLASS& testeur) {
 
 // What the channel holds when the board starts is where changes are counted from: a level left
 // there moves nothing. Every writing of another level is a stop, whatever the channel held before,
-// but for a machine known to be at rest.
+// but for a machine that said within the last second that it stands still.
 void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
   Canal* const sortie = LaSortie(carte);
   if (sortie == nullptr) return;
@@ -90,7 +90,8 @@ void TransmetLaCommande(Carte& carte, PiloteCBR& pilote) {
   if (MarcheDemandée(sortie) && (baissée || !avant)) testeur.Marche();
 }
 
-// Once for each time that it is seen. It is not stopped: nobody asked for that.
+// Once for each time that it is seen. It is not stopped: nobody asked for that, and its operator
+// may have started it at its panel. A stop reaches it.
 void DitLaMarcheSansOrdre(const Carte& carte, PiloteCBR& pilote) {
   const bool avant = std::exchange(pilote.marcheDite, pilote.LInstrument().TourneSansOrdre());
   if (avant || !pilote.marcheDite) return;

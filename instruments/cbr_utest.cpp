@@ -221,7 +221,8 @@ bool CBR_UTEST_CLASS::RépèteLArrêt() {
 }
 
 // The sequence ends with the identification, so that a start also tells the kind of machine. A stop
-// given during a pause ends it there.
+// given during a pause ends it there: the two are one order and its contrary, and the machine must
+// not move behind the second.
 void CBR_UTEST_CLASS::Démarre() {
   struct Pas {
     Demande demande;

@@ -36,6 +36,7 @@ bool ClassSpider::EstLu(std::int32_t IndexCanal_lng) const noexcept {
   return rang < lues_.size() && lues_[rang];
 }
 
+// One whose settings cannot be read is of no known type, and is not measured.
 bool ClassSpider::EstMesuré(std::int32_t canal) {
   float type = 0;
   float état = 0;

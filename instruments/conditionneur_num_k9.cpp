@@ -82,7 +82,8 @@ void ClassConditionneurNum_K9::Refresh() {
   Surveille();
 }
 
-// Goes on while the module is silent: nothing else would find it again.
+// Goes on while the module is silent: nothing else would find it again. An answer too short for
+// the three values leaves them, and is asked again at once.
 void ClassConditionneurNum_K9::Lit() {
   (void)EnvoieRequête(kRegistresDemandés, Envoi::SiLibre);
   if (!échange_.LitRéponse(Ligne()) || !MetLesValeurs()) return;

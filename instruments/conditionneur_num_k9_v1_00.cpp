@@ -65,6 +65,7 @@ void ClassConditionneurNum_K9_V1_00::Reconnaît() {
   EstEntendu();
 }
 
+// A module that is silent for a second keeps its values until there are others.
 void ClassConditionneurNum_K9_V1_00::Refresh() {
   if (Initialised_) {
     Lit();

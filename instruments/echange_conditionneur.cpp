@@ -62,6 +62,8 @@ bool EchangeConditionneur::EnvoieRequête(const Ligne& ligne, std::int32_t adres
   return true;
 }
 
+// An answer is as long as it announces, and not as the question makes it: that tells the firmwares
+// apart.
 bool EchangeConditionneur::LitRéponse(const Ligne& ligne) {
   if (!enAttente_) return false;
   réponse_ += ligne.port.LitEntrée();
@@ -89,7 +91,8 @@ void EchangeConditionneur::BaisseLesAnciens(ZED_Timer& timer) {
 }
 
 // The wait always ends: an exchange that a wrong answer ended lasts until its time-out too, so that
-// noise on the line cannot hold the host for ever.
+// noise on the line cannot hold the host for ever. It goes by its own sending: a time-out latched
+// before does not cut it short.
 bool EchangeConditionneur::AttendRéponse(const Ligne& ligne) {
   while (!LitRéponse(ligne)) {
     if (Echoit(ligne.timer)) return false;

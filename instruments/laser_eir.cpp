@@ -207,7 +207,7 @@ bool LASER_EIR::ResteSansRéponse(double maintenant) {
 // measure.
 //
 // A retry moves no count and goes by the counts as they stand: behind the tenth measure it asks a
-// state, behind a state a measure.
+// state, behind a state a measure. The first state asked is the echo.
 void LASER_EIR::DemandeLaSuite(double maintenant, bool reprise) {
   dernierInstant_ = maintenant;
   if (!reprise) reprises_ = 0;

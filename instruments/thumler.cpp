@@ -113,13 +113,15 @@ std::optional<Thumler::Champs> Thumler::LitChamps(std::string_view réponse) noe
   return Champs{texte.substr(0, milieu), texte.substr(milieu + 1)};
 }
 
+// A stop alone is given again: before a set point that runs, the "H" would halt the drive.
 bool Thumler::RedonneLArrêt(const Canal& canal) const {
   if (canal.ValeurCanal() != 0 || canal.Atteint()) return false;
   if (muet_ || !heureDeLArrêt_) return muet_ || tourne_;
   return tourne_ && matériel_.timer->LitMicrosecondes() - *heureDeLArrêt_ >= kEntreDeuxArrêts;
 }
 
-// Halt, new set point, run: the drive takes a set point only at rest.
+// Halt, new set point, run: the drive takes a set point only at rest. A 0 counts as the last one
+// sent too, so that the drive runs again when the former set point comes back.
 void Thumler::EnvoieConsigne(Canal& canal) {
   const double valeur = canal.ValeurCanal();
   const std::int32_t entier = VersEntier32(std::trunc(valeur));
@@ -157,7 +159,8 @@ void Thumler::CommThumler(Carte& carte) {
   Publie(carte, *champs);
 }
 
-// What is no number does not prove that the drive is at rest.
+// Which measure is the speed is a setting of the installation, the first one by default. What is no
+// number does not prove that the drive is at rest.
 bool Thumler::AuRepos(const Champs& champs) const {
   const auto rang = static_cast<std::size_t>(matériel_.plateforme.réglages.vitesseThumler);
   if (rang >= champs.size()) return true;

@@ -144,7 +144,7 @@ void VariateurLS::SurLaLigne(Carte& carte, Travail&& travail) {
 }
 
 // Blocks: nothing of the drive may move before its internal program is known to be stopped. Only
-// the first pass waits; a start that failed goes on step by step once the drive answers.
+// the very first pass waits; a start that failed goes on step by step between the other exchanges.
 void VariateurLS::MiseEnRoute(Carte& carte) {
   compteurErreurs_ = 0;
   while (pas_ < kDépart.size()) {
@@ -214,13 +214,15 @@ void VariateurLS::Juge(Carte& carte, Résultat résultat, double maintenant) {
   if (!journal.empty()) Journalise(journal, compteur);
 }
 
-// A drive whose answer is spoilt still speaks to its end, and hears nothing meanwhile.
+// A drive whose answer is spoilt still speaks to its end, and hears nothing meanwhile: 3.5 bytes of
+// silence end it, or the 100 ms of the exchange. Under noise the questions would else pile up in
+// the port, with a stop behind them.
 bool VariateurLS::EstFinie(Carte& carte, double maintenant) const {
   return maintenant - heureDuDernierOctet_ >= OutilsModbus::Silence(carte.RS()->VitesseSérie());
 }
 
 // The rest of a cut answer gets one time-out from the first pass that saw it. Plain silence is not
-// a cut answer: it ends by the limit of the whole exchange.
+// a cut answer: it ends by the 100 ms of the whole exchange alone.
 void VariateurLS::AttendLaSuite(double maintenant) {
   if (timeOut_ == 0 || réponse_.empty()) return;
   if (heureDeRéception_ == 0) {
@@ -242,7 +244,9 @@ void VariateurLS::ResteSansRéponse() noexcept {
   doute_.SansRéponse(heureDEnvoi_, matériel_.timer->LitMicrosecondes());
 }
 
-// The counter of wrong answers starts again at each silence; silences have their own.
+// The counter of wrong answers starts again at each silence; silences have their own, to which a
+// port that is gone adds one each 100 ms. Ten in a row, a second without the port, raise the error
+// channels too: one that stays 0 with the cable out would be no truth.
 void VariateurLS::SeTait(Carte& carte) {
   ResteSansRéponse();
   compteurErreurs_ = 1;
@@ -303,7 +307,10 @@ bool VariateurLS::LaisseLaLigne(Carte& carte, double maintenant) {
   return true;
 }
 
-// A failed exchange is repeated as a write of the present values, whatever it was.
+// A failed exchange is repeated as a write of the present values, whatever it was: a stop must not
+// wait for a question that was made before it. Nor does it wait for a read, or for two in a row:
+// with answers of 43 ms and more one would always be due. A start that failed is tried again a
+// second later at the earliest, and only once the drive answers.
 VariateurLS::Genre VariateurLS::Choisit(Carte& carte, double maintenant) const {
   if (compteurErreurs_ != 0 || sorties_.ArrêtDonné()) return Genre::Ecriture;
   const bool départ = pas_ < kDépart.size() && départPermis_ &&

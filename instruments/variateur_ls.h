@@ -32,7 +32,9 @@ class VariateurLS : public Pilote {
   /// One pass of the exchange. The first one runs the start sequence, which waits for the drive.
   void CommLSAvecSoftK9(Carte& carte);
 
-  /// Time allowed for an answer of `longueur` bytes at `vitesse` bauds, in microseconds.
+  /// Time allowed for an answer of `longueur` bytes at `vitesse` bauds, in microseconds. Shorter on
+  /// the slow links, as the drive's software wants it: at 19200 and below no real drive answers in
+  /// time, so that its line needs 38400 or more.
   [[nodiscard]] static double TimeOut(std::int32_t longueur, std::int32_t vitesse) noexcept {
     return (vitesse > 19200 ? 15'000.0 : 1'500.0) * longueur;
   }

@@ -110,6 +110,7 @@ class EntréeLogique : public Objet {
   CanalRef mobjCanal;
   std::string NomDeEntréeLogique_;
   std::string Label_;
+  // Inactive until its source or its host says otherwise.
   ENUM_ETAT_LOGIQUE musrValeurCourante = ENUM_ETAT_LOGIQUE::Inactif;
   bool mblnEtatActivation = false;
   bool mblnAutoriseAU = false;

@@ -19,7 +19,9 @@ class ZED_Timer {
  public:
   virtual ~ZED_Timer() = default;
   /// Monotonic time in microseconds since an arbitrary origin. Read on every pass and inside
-  /// busy waits: it must cost little and never fail.
+  /// busy waits: it must cost little and never fail. Every wait and every silence is counted on it
+  /// and none on the time of day, which can be set at any moment: put back an hour it would hold a
+  /// pass for that hour.
   [[nodiscard]] virtual double LitMicrosecondes() = 0;
 };
 

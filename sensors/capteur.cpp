@@ -69,6 +69,7 @@ CapteurRef Capteur::FilsOuRien(std::size_t rang) const {
   }
 }
 
+// In a circle of sensors what goes down to the children would never end: it fails.
 EnCours Capteur::Descend() const {
   if (descend_) {
     throw Echec(Numéro::AppelIncorrect,

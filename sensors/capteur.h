@@ -245,9 +245,9 @@ class Capteur : public Objet {
   void ReprendLesLimitesDesFils();
   /// Lets go of children and shared parameters: the sensor is no part of its frame any more.
   void Délie() noexcept;
-  /// Writes name, key and channel on the file that the host has open under that number, for traces,
-  /// and leaves it open. Without a channel the lines before it are written, and failure 91 goes to
-  /// the error record.
+  /// Writes name, key and channel on the file that the host has open under that file descriptor,
+  /// for traces, and leaves it open. Without a channel the lines before it are written, and failure
+  /// 91 goes to the error record.
   void Espion(std::int16_t intNumFich) const;
   void MiseàJourDesLiens() {}
   /// Prepares the first refresh: limits, clock, serial line.

@@ -107,6 +107,7 @@ void Capteur::DéduitLesLimites() {
   }
 }
 
+// A zero or tare that runs is measured anew: readings of before the start would stay in the mean.
 void Capteur::Initialise() {
   Garde(
       *this, Forme::Méthode, "Initialise",

@@ -105,6 +105,8 @@ inline bool Capteur::EstSélectionné() const {
           paramètres_.Texte(ParamEprouvette::Sélection) == mstrValeurSelection);
 }
 
+// What fails on the way, a zero or the cause of a stop that was refused, is told at the end: no
+// refresh may leave the limits untested, nor show a value without its tare and offset.
 [[gnu::always_inline]] inline void Capteur::Rafraîchit(Passe& passe) {
   musrEtat = ENUM_ETAT_CAPTEUR::Correct;
   CapteurSelectionne_ = false;
@@ -140,7 +142,8 @@ void Capteur::MetàJour() {
       [&](Variables& v) { RemplitLesVariables(v, passe); });
 }
 
-// Without its offset: what is shown and what is being measured stay, the limits are watched.
+// Without its offset: the value shown stays, the limits are watched, and a zero or tare that runs
+// is held: it would be measured on a value that nobody sees.
 void Capteur::TientLaValeur(Passe& passe) {
   passe.tenue = true;
   const double tenue = mdblValeurCourante;

@@ -28,7 +28,9 @@ void Capteur::PrépareLeRecouvrement() {
   musrEtatRecouvrement = RECOUVREMENT_ETAT::InferieurSeuilBas;
 }
 
-// Nothing on one that its link could not prepare.
+// Children that are made from others find their limits in their own link, which may come after that
+// of this sensor: they are compared again behind the sort. Nothing on a sensor that its link could
+// not prepare.
 void Capteur::ReprendLesLimitesDesFils() {
   Garde(*this, Forme::Procédure, "Lien", [&] {
     if (!PetitCapteur_str_.empty()) PrépareLeRecouvrement();
@@ -70,6 +72,8 @@ double Capteur::RecouvrementLecture(const CapteursRef& CapteursFils_cobj,
   });
 }
 
+// A gap that is no number is neither learned nor counted, in both: one such reading would undo the
+// correction for good. When it is the first one, the next reading begins the count.
 void Capteur::RecouvrementInitAcquisistion(const CapteurRef& PetitCapteur_obj,
                                            const CapteurRef& GrandCapteur_obj) {
   Garde(*this, Forme::Méthode, "RecouvrementInitAcquisistion", [&] {

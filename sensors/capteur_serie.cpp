@@ -51,6 +51,8 @@ void Capteur::Calcul::DémarreScout55(Capteur& c) {
   c.DémarreLaLigne(kScout55);
 }
 
+// Not on the time of day, which can be set at any moment: put back an hour it would hold the next
+// question for that hour.
 bool Capteur::EstSilencieux() const {
   return Timer()->LitMicrosecondes() - mdblHeureEmission > kSilence;
 }

@@ -79,6 +79,8 @@ void Canal::Gain(const Valeur& gain) {
       [&](Variables& v) { v.Ajoute("mintGain", mintGain); });
 }
 
+// Not held, as a block does not hold its board: who keeps a channel when that ends finds no parent,
+// whatever collection it was taken out of, and fails where its driver was.
 void Canal::Parent(Fonction* parent) {
   Parent_ = PointeurSuivi<Fonction>(parent);
 }
@@ -135,6 +137,7 @@ void Canal::Initialise() {
     if (opérations_ == nullptr) return;
     if (opérations_->ouvre != nullptr) {
       Carte& carte = *Parent_->LaCarte();
+      // Of the board, and not of the block: it goes on serving when the block has gone.
       pilote_ = {&opérations_->ouvre(carte, Base()), carte.LaVie()};
     }
     if (opérations_->démarreCanal != nullptr) opérations_->démarreCanal(*this);

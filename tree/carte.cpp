@@ -83,6 +83,8 @@ Ref<PortInstrument> Carte::LiaisonSerie2() {
   return LiaisonSerie2_;
 }
 
+// Kept before the row is written: what the operator picked serves the board's next start even when
+// the row cannot be.
 void Carte::EnregistreConfiguration(const std::string& réglages) {
   Configuration_ = réglages;
   LeRecordset_->Edit();

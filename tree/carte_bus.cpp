@@ -4,7 +4,8 @@
 namespace zuma {
 namespace {
 
-// A stop of a block that was taken out of service since its last write still leaves.
+// A stop of a block that was taken out of service since its last write still leaves, turn by turn
+// until it is confirmed.
 bool EstServie(Fonction& fonction) {
   return fonction.Enabled() || fonction.Modbus_Echange().sorties.ArrêtDû();
 }
@@ -43,7 +44,7 @@ void Carte::SertLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain) {
 }
 
 // The first block in service gets the line: the first one behind a block that did not start its
-// exchange, since that one would keep its turn for ever.
+// exchange, since that one would keep the bus, and a stop behind it, for ever.
 void Carte::DébuteSurLeBus(std::optional<ENUM_TYPE_FONCTION>& enMain) {
   if (const FonctionRef due = CelleQuiDoitUnArrêt(LesFonctions())) return Débute(due);
   FonctionRef choisie;

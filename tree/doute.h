@@ -8,8 +8,9 @@ namespace zuma {
 /// Whether the answers of a Modbus slave can be told apart. Once a question has ended without its
 /// answer, the next good answer may be the late one of that question: it proves nothing about the
 /// question that is pending. A slave answers in order, so that all that was still on its way comes
-/// within as long again as the first late answer took; the slave is left alone meanwhile. Times in
-/// microseconds.
+/// within as long again as the first late answer took: the slave is left alone for that time, 0.1 s
+/// at least, 0.5 s or ten time-outs at most, whichever is more, counted from its last word. One
+/// that is dead says none and is asked as often as ever. Times in microseconds.
 class Doute {
  public:
   /// The question sent at `envoi` has ended without its own answer, `attente` being the time-out of
@@ -34,7 +35,7 @@ class Doute {
   }
   /// True while the slave is left alone. The doubt ends with that time; without a word from the
   /// slave it lasts, and nothing is held up. A line that never falls silent is asked again after
-  /// two seconds or more, in doubt as before.
+  /// four of the longest rests, two seconds by default, in doubt as before.
   [[nodiscard]] bool Attend(double maintenant) noexcept {
     if (!entendu_) return false;
     if (EstReposé(maintenant)) {

@@ -203,6 +203,7 @@ void DécodeParCanal(const Fonction& bloc, const Valeurs& octets) {
   });
 }
 
+// A register is 16 bits without a sign, unless the channel's row says otherwise.
 void DécodeAnalogique(const Fonction& bloc, const Valeurs& mots) {
   PourChaqueCanal(bloc, [&](const CanalRef& canal) {
     const std::uint16_t mot = mots.Item(canal->NuméroCanal() + 1);
@@ -235,7 +236,8 @@ void CompteErreur(Fonction& bloc) {
 }
 
 // The counters come first: a channel number beyond the answer is a failure of the configuration,
-// told in the record on each answer, and must not hold the bus nor the error channel.
+// told in the record on each answer, and must not hold the bus nor the error channel. An answer in
+// doubt says nothing: no value, no arrival, no end of the error.
 void Accepte(Fonction& bloc, const Valeurs& valeurs) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   bloc.RafraichissementEnCours(false);
@@ -248,7 +250,8 @@ void Accepte(Fonction& bloc, const Valeurs& valeurs) {
   chacun.Termine();
 }
 
-// A link that fails counts like a silence, so that the error channel tells it.
+// A question that cannot be made or sent, or a link that fails, counts like a silence, so that the
+// error channel tells it; the board then gives the turn to the next block.
 template <class Travail>
 void SurLaLigne(Fonction& bloc, Travail&& travail) {
   try {
@@ -270,7 +273,8 @@ bool EstDUneAutre(Résultat résultat) {
 }
 
 // What a slave says while something else is asked is its late answer, when one is due. It goes as
-// soon as it is whole: the answer that is waited for may touch it.
+// soon as it is whole and costs the slave that is asked nothing: the answer that is waited for may
+// touch it.
 Résultat DécodeSansLesTardives(Fonction& bloc, Valeurs& valeurs) {
   EchangeModbus& échange = bloc.Modbus_Echange();
   const FormeValeurs forme = EstLogique(bloc) ? FormeValeurs::Octets : FormeValeurs::Mots;
@@ -297,7 +301,9 @@ void Rejette(Fonction& bloc, Résultat résultat, bool tard) {
   CompteErreur(bloc);
 }
 
-// A slave whose answer is spoilt still speaks to its end, and hears nothing meanwhile.
+// A slave whose answer is spoilt still speaks to its end, and hears nothing meanwhile: the exchange
+// goes on until the line has been silent for 3.5 bytes, or to its time-out. Under noise the
+// questions would else pile up in the port, with a stop behind them.
 bool EstFinie(Fonction& bloc, double maintenant) {
   return maintenant - bloc.Modbus_Echange().heureDuDernierOctet >=
          OutilsModbus::Silence(bloc.RS()->VitesseSérie());

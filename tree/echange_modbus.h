@@ -10,7 +10,8 @@ namespace zuma {
 
 class Fonction;
 
-/// State of one block's Modbus exchange, kept from pass to pass.
+/// State of one block's Modbus exchange, kept from pass to pass. Each block has its own: a dead
+/// slave must raise its error channel even while its neighbours on the bus answer.
 struct EchangeModbus {
   Octets question;
   Octets réponse;

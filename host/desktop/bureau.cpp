@@ -41,6 +41,10 @@ Bureau::Bureau(const OptionsDesktop& options)
                                                 const QDate jour = QDate::currentDate();
                                                 return jour.toString(Qt::ISODate).toStdString();
                                               }};
+  // A command may follow what a sensor reads behind a calibration, a tare or a zero, and a servo
+  // one at rest is corrected by its pressures: none of them while a stop is latched. A save that
+  // moves nothing yet would move the output by itself after the acknowledgement. Extremes, curves
+  // and the maintenance form of a conditioner move no output.
   fenêtres_.Refuse([this] {
     const bool arrêt = marche_ && marche_->LaSécurité().Déclenchée();
     return arrêt ? textes_("Refus pendant un arret") : QString();

@@ -144,6 +144,8 @@ void FicheCommande::Rafraîchit() {
   limites_->setText(TexteDesLimites());
 }
 
+// What was typed and not applied is dropped by a stop, and by putting the command out of service:
+// there it is given no set point, and reads its output.
 void FicheCommande::MontreLaConsigne(bool commandable) {
   if (attente_ && !commandable) Signale(false, false);
   consigne_->setEnabled(commandable);

@@ -26,7 +26,9 @@ class TableCapteurs : public QAbstractTableModel {
                                     int rôle) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-  /// As many as there are ways to draw one; painting more would hold the passes up.
+  /// As many as there are ways to draw one; painting more would hold the passes up: two hundred
+  /// curves made the longest gap between passes 76 ms, where two hundred sensors alone have 14 and
+  /// nineteen 12.
   static constexpr std::ptrdiff_t kCourbesAuPlus = 16;
 
   void Rafraîchit();

@@ -49,7 +49,7 @@ VoletArrêt::VoletArrêt(const linux_::Securite& sécurité, const SuiviDeLArrê
   ligne->addWidget(bandeau_, 1);
   ligne->addWidget(acquitte_);
   connect(acquitte_, &QPushButton::clicked, this, [this, acquitte = std::move(acquitte)] {
-    refusé_ = organe_.Tenu();
+    refusé_ = organe_.Tenu();  // a stop that is still asked for is not acknowledged
     // A cause that came since must be seen before it is forgotten.
     if (!refusé_ && montrées_ == sécurité_.Causes().size()) (void)acquitte();
     Rafraîchit();

@@ -163,6 +163,8 @@ void EssaiCompression::Agit() {
   if (étape_ != nullptr && étape_->délai > 0 && Depuis(étape_->délai)) Finit(Fin::Délai);
 }
 
+// It unloads by valve after a break alone: without a force nobody knows which way is out, and the
+// valve closes.
 void EssaiCompression::Finit(Fin fin) {
   if (fin_) return;
   fin_ = fin;

@@ -370,8 +370,8 @@ class LigneDeCommande {
 
 int main(int argc, char** argv) {
   arguments = argv;
-  // A file at the size limit of the process is a write that fails, and no reason to leave a machine
-  // under its last set point.
+  // A file at the size limit of the process, the database included, is a write that fails, and no
+  // reason to leave a machine under its last set point.
   std::signal(SIGXFSZ, SIG_IGN);
   try {
     return LigneDeCommande().Lance(argc, argv);

@@ -108,7 +108,8 @@ class Marche {
     return choisi_ < capteurs->Count() ? std::next(capteurs->begin(), choisi_)->Brut() : nullptr;
   }
 
-  // One letter, one act; a stop is acknowledged by its own key and by no other.
+  // One letter, one act; a stop is acknowledged by its own key and by no other. A terminal tells no
+  // release of a key, so that each repeated `s` fires anew.
   void Traite(char touche) {
     Capteur* capteur = CapteurChoisi();
     if (touche == 'q') fin_ = true;

@@ -89,7 +89,9 @@ void RafraîchitLesCartes(Chassis& chassis, Poursuite& chacun) {
   ParAttente(*chassis.Cartes(), [&](Carte& carte) { chacun([&] { carte.MetàJour(); }); });
 }
 
-// While the board is not in its stop this would stop it instead, and close its contact.
+// The pass refreshes the board for as long as `Enabled` says so, and fast passes would keep it from
+// tripping in the 10 ms of its stop. While it is not in its stop this would stop it instead, and
+// close its contact.
 void CesseDeRafraîchir(Watchdog& chien) {
   if (chien.EnArrêt()) chien.Enabled(false);
 }

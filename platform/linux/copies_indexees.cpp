@@ -70,6 +70,8 @@ void Copie(ConnexionSqlite& connexion, const std::string& nom, std::string_view 
 
 }  // namespace
 
+// The statements of a load are those of every database of this system and stay: what they find is
+// put in their way, at the beginning of the transaction in which it reads.
 void CopieLesGrandesTables(ConnexionSqlite& connexion) {
   for (const TableDuSchéma& table : TablesDuSchéma()) {
     const std::string nom = NomSql(table.nom);
