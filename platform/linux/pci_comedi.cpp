@@ -60,13 +60,13 @@ const AppelsComedi* ChargeComedi(std::string& manque) {
     return nullptr;
   }
 #define ZUMA_TROUVE(nom) Trouve(b, #nom, appels.nom, manque)
-  const bool complète =
-      ZUMA_TROUVE(comedi_open) && ZUMA_TROUVE(comedi_close) && ZUMA_TROUVE(comedi_errno) &&
-      ZUMA_TROUVE(comedi_strerror) && ZUMA_TROUVE(comedi_get_board_name) &&
-      ZUMA_TROUVE(comedi_find_subdevice_by_type) && ZUMA_TROUVE(comedi_get_n_channels) &&
-      ZUMA_TROUVE(comedi_get_maxdata) && ZUMA_TROUVE(comedi_get_n_ranges) &&
-      ZUMA_TROUVE(comedi_get_range) && ZUMA_TROUVE(comedi_data_read) &&
-      ZUMA_TROUVE(comedi_data_write) && ZUMA_TROUVE(comedi_dio_bitfield2);
+  const bool complète = ZUMA_TROUVE(comedi_open) && ZUMA_TROUVE(comedi_close) &&
+                        ZUMA_TROUVE(comedi_errno) && ZUMA_TROUVE(comedi_strerror) &&
+                        ZUMA_TROUVE(comedi_get_board_name) &&
+                        ZUMA_TROUVE(comedi_find_subdevice_by_type) &&
+                        ZUMA_TROUVE(comedi_get_n_channels) && ZUMA_TROUVE(comedi_get_maxdata) &&
+                        ZUMA_TROUVE(comedi_get_range) && ZUMA_TROUVE(comedi_data_read) &&
+                        ZUMA_TROUVE(comedi_data_write) && ZUMA_TROUVE(comedi_dio_bitfield2);
 #undef ZUMA_TROUVE
   return complète ? &appels : nullptr;
 }
@@ -219,19 +219,19 @@ std::string PciComedi::ReconnaîtPartie(Carte& carte, const Partie& partie) cons
 bool PciComedi::TrouveLesCalibres(Carte& carte) const {
   AppareilComedi* const appareil = carte.appareil.get();
   const unsigned int place = carte.parties[kEntréesAnalogiques];
-  const int nombre = appels_->comedi_get_n_ranges(appareil, place, 0);
   double volts = kVoltsPleineEchelle;
   for (unsigned int& calibre : carte.calibres) {
-    const auto convient = [&](unsigned int essayé) {
-      const CalibreComedi* c = appels_->comedi_get_range(appareil, place, 0, essayé);
+    const auto convient = [&](const CalibreComedi& c) {
       const double écart = volts / 1000;
-      return c != nullptr && c->unité == kVolt && std::abs(c->max - volts) < écart &&
-             std::abs(c->min + volts) < écart;
+      return c.unité == kVolt && std::abs(c.max - volts) < écart && std::abs(c.min + volts) < écart;
     };
-    int essayé = 0;
-    while (essayé < nombre && !convient(static_cast<unsigned int>(essayé))) ++essayé;
-    if (essayé >= nombre) return false;
-    calibre = static_cast<unsigned int>(essayé);
+    const CalibreComedi* essayé = nullptr;
+    calibre = 0;
+    while ((essayé = appels_->comedi_get_range(appareil, place, 0, calibre)) != nullptr &&
+           !convient(*essayé)) {
+      ++calibre;
+    }
+    if (essayé == nullptr) return false;
     volts /= 2;
   }
   return true;

@@ -34,7 +34,6 @@ struct AppelsComedi {
   int (*comedi_get_n_channels)(AppareilComedi* appareil, unsigned int partie);
   unsigned int (*comedi_get_maxdata)(AppareilComedi* appareil, unsigned int partie,
                                      unsigned int voie);
-  int (*comedi_get_n_ranges)(AppareilComedi* appareil, unsigned int partie, unsigned int voie);
   CalibreComedi* (*comedi_get_range)(AppareilComedi* appareil, unsigned int partie,
                                      unsigned int voie, unsigned int calibre);
   int (*comedi_data_read)(AppareilComedi* appareil, unsigned int partie, unsigned int voie,
