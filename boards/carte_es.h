@@ -57,7 +57,7 @@ class CarteES : public Pilote {
 struct RèglesDEntrées {
   bool bitParNuméro = false;      ///< a channel takes the bit of its number, not of its rank
   bool parCanalPossible = false;  ///< the same where the block is set channel by channel
-  bool peutRefuser = false;       ///< reads may fail: the board has `EntréesLues`
+  bool peutRefuser = false;       ///< reads may fail: the board has `LignesLues`
   /// What the change test compares of a word; all of it by default.
   std::uint32_t (*poids)(std::uint32_t mot) = &MotEntier;
 };

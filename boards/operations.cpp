@@ -2,7 +2,9 @@
 #include "boards/operations.h"
 
 #include <algorithm>
+#include <bit>
 #include <concepts>
+#include <string>
 #include <type_traits>
 
 #include "boards/a_826pg.h"
@@ -64,14 +66,29 @@ void DémarreEntrées(Fonction& bloc) {
   }
 }
 
-// The last read of logic inputs was one: a port always answers, a library may refuse.
-template <class Board>
-bool EstLue([[maybe_unused]] const Board& board) {
-  if constexpr (Board::kEntrées.peutRefuser) return board.EntréesLues();
-  return true;
+// Lines of a block's channels; a channel that has no bit has none.
+std::uint32_t LignesDe(const Fonction& bloc) {
+  std::uint32_t lignes = 0;
+  for (const CanalRef& canal : bloc.LesCanaux()) {
+    const std::int16_t numéro = canal->NuméroCanal();
+    if (EstUneVoie(numéro, kBitsDuMot)) lignes |= Masque(numéro);
+  }
+  return lignes;
 }
-Echec Refusée() {
-  return Echec(Numéro::MatérielAbsent, "Lecture des entrées logiques refusée par la carte");
+
+// Those of these lines that the last read did not give: a port always answers, a library may
+// refuse. Lines that no channel has are not missed, since a library need not know the whole board.
+template <class Board, class Lignes>
+std::uint32_t Refusées([[maybe_unused]] const Board& board, [[maybe_unused]] Lignes&& lignes) {
+  if constexpr (Board::kEntrées.peutRefuser) {
+    static_assert(Board::kEntrées.bitParNuméro, "a channel must be the line of its number");
+    return lignes() & ~board.LignesLues();
+  }
+  return 0;
+}
+Echec Refusée(std::uint32_t lignes) {
+  return Echec(Numéro::MatérielAbsent, "Lecture des entrées logiques refusée par la carte, ligne " +
+                                           std::to_string(std::countr_zero(lignes)));
 }
 
 // A channel takes the bit of its rank in the block, or of its number where the board or the block's
@@ -103,10 +120,11 @@ void RafraîchitEntrées(Fonction& bloc) {
   auto& board = bloc.PiloteDe<Board>();
   const std::uint32_t mot = board.LitEntrées();
   auto& précédent = bloc.Etat<DernierMot>().mot;
-  if (!EstLue(board)) {
+  const auto lignes = [&] { return LignesDe(bloc); };
+  if (const std::uint32_t refusées = Refusées(board, lignes); refusées != 0) {
     précédent.reset();
     RépartitLesBits<Board>(bloc, 0, &Canal::TientValeurCanal);
-    throw Refusée();
+    throw Refusée(refusées);
   }
   if (précédent == mot) {
     for (const CanalRef& canal : bloc.LesCanaux()) canal->DateLaLecture();
@@ -124,9 +142,10 @@ template <class Board>
 void LitEntrée(Canal& canal) {
   auto& board = canal.PiloteDe<Board>();
   const bool vrai = board.LitEntrée(canal.NuméroCanal());
-  if (!EstLue(board)) {
+  const auto ligne = [&] { return Masque(canal.NuméroCanal()); };
+  if (const std::uint32_t refusées = Refusées(board, ligne); refusées != 0) {
     canal.TientValeurCanal(0);
-    throw Refusée();
+    throw Refusée(refusées);
   }
   canal.ValeurCanal(vrai ? kVrai : 0);
 }

@@ -15,6 +15,7 @@ namespace {
 constexpr PlageDeGains kGains{1, 5};
 
 constexpr std::int16_t kLignesPort0 = 16;
+constexpr std::uint32_t kMasquePort0 = 0xFFFF;
 constexpr std::uint32_t kMasqueEntréesPort1 = 0x0F;
 constexpr std::uint32_t kMasqueSortiesPort0 = 0xF0FFFF;
 
@@ -62,15 +63,16 @@ bool PCI_9111_HR::EcritAnalogique(std::int16_t, std::int16_t valeur) {
 std::uint32_t PCI_9111_HR::LitEntrées() {
   std::uint32_t port0 = 0;
   std::uint32_t port1 = 0;
-  lues_ = Lib().DI_ReadPort(Poignée(), 0, port0) == 0;
-  lues_ = Lib().DI_ReadPort(Poignée(), 1, port1) == 0 && lues_;
+  lues_ = Lib().DI_ReadPort(Poignée(), 0, port0) == 0 ? kMasquePort0 : 0;
+  if (Lib().DI_ReadPort(Poignée(), 1, port1) == 0) lues_ |= ~kMasquePort0;
   return port0 | (port1 & kMasqueEntréesPort1) << kLignesPort0;
 }
 
 bool PCI_9111_HR::LitEntrée(std::int16_t voie) {
   const LigneDePort ligne = LigneDe(voie);
   std::uint16_t état = 0;
-  lues_ = Lib().DI_ReadLine(Poignée(), ligne.port, ligne.ligne, état) == 0;
+  const bool lue = Lib().DI_ReadLine(Poignée(), ligne.port, ligne.ligne, état) == 0;
+  lues_ = lue ? Masque(voie) : 0;
   return état != 0;
 }
 

@@ -36,8 +36,8 @@ class PCI_9111_HR : public CartePCI {
   [[nodiscard]] std::uint32_t LitEntrées();
   /// A set line is the true level.
   [[nodiscard]] bool LitEntrée(std::int16_t voie);
-  /// False when the library refused the last read of inputs: what it gave is then none.
-  [[nodiscard]] bool EntréesLues() const noexcept { return lues_; }
+  /// Lines that the last read of inputs gave; those that the library refused are none.
+  [[nodiscard]] std::uint32_t LignesLues() const noexcept { return lues_; }
 
   /// All lines to 0, whatever was written before.
   void DémarreSorties();
@@ -53,7 +53,7 @@ class PCI_9111_HR : public CartePCI {
   /// it is: a stop must not be taken for a word already there that did not arrive, or that a card
   /// which was reset has lost.
   std::optional<std::uint32_t> imageSorties_;
-  bool lues_ = true;
+  std::uint32_t lues_ = 0;
 };
 
 }  // namespace zuma

@@ -14,7 +14,7 @@
 #include "platform/linux/liaison_serie_linux.h"
 #include "platform/linux/messages_terminal.h"
 #include "platform/linux/parametres.h"
-#include "platform/linux/pci_absente.h"
+#include "platform/linux/pci_comedi.h"
 #include "platform/linux/ports_linux.h"
 #include "platform/linux/registre_erreurs.h"
 #include "platform/linux/securite.h"
@@ -71,7 +71,7 @@ class PlateformeLinux {
   FinDuProgrammeLinux fin;
   ClavierEvdev clavier;
   FtdiUsb ftdi;
-  PciAbsente pci;
+  PciComedi pci;
   Ref<Securite> securite;
 
   /// What `Chassis` takes.

@@ -283,8 +283,8 @@ TEST(PlateformeLinux, DitUneFoisChaqueBibliothèqueQuIlNAPas) {
   EXPECT_NE(machine.services.orbit->OrbitSetaddr(0, 1, "A0"), 0);
   EXPECT_NE(machine.services.spider->S8_GetDevSettings(1, nombre), 0);
   EXPECT_EQ(nombre, 0);
-  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType9111, 0), 0);
-  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType6208V, 0), 0);
+  EXPECT_EQ(machine.registre->Total(), 2U);
+  EXPECT_LT(machine.services.pci->Register_Card(BibliothèquePCI::kType9111, 1000), 0);
   EXPECT_EQ(machine.registre->Total(), 3U);
 }
 
