@@ -91,6 +91,7 @@ class Rejouée final : public Machine {
                                     std::chrono::duration_cast<Instant::duration>(
                                         std::chrono::duration<double>(heure - lu_.secondes[0])));
     }
+    (void)dessous_->AvanceJusquA(heure);  // filters of inputs and waits count by its clock
     FaitLesActes();
     instant_ = horloge_[rangée_];
     chassis_->LaPlateforme().heureDePasse = instant_ / kMicrosecondes;

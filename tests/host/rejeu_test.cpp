@@ -82,7 +82,10 @@ TEST_F(LeRejeu, DonneLesMêmesLecturesAuBitPrès) {
     }
     EXPECT_EQ(alors.actes.empty(), chassis != 1);
     ChassisPubliéDeDémo essai(chassis, "", dossier.Fichier(nom));
+    const double départ = essai.machine->Timer()->LitMicrosecondes();
     const EnregistrementLu rejoué = Enregistre(essai, "re" + nom);
+    const double écoulé = essai.machine->Timer()->LitMicrosecondes() - départ;
+    EXPECT_GT(écoulé, 2.9e6) << "filters of inputs count by it";
     EXPECT_GT(rejoué.secondes.size(), 500U);
     EXPECT_EQ(Différentes(alors, rejoué), std::vector<std::string>{}) << "frame " << chassis;
     EXPECT_TRUE(essai.machine->AuBout());
