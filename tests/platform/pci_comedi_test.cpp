@@ -58,14 +58,14 @@ int Echoue(int erreur) {
   return -1;
 }
 
-// A channel and its range; for a transfer, of a subdevice of that kind on a board that is there.
-Partie* La(AppareilComedi* a, unsigned int partie, unsigned int voie, unsigned int calibre = 0,
-           int type = 0) {
+// A channel for a transfer, of a subdevice of that kind, while the board is there.
+Partie* La(AppareilComedi* a, int type, unsigned int partie, unsigned int voie,
+           unsigned int calibre) {
   Partie* p = partie < a->parties.size() ? &a->parties[partie] : nullptr;
-  const bool existe = p != nullptr && voie < p->voies && calibre < p->calibres.size() &&
-                      (type == 0 || type == p->type);
-  const int erreur = existe ? (type == 0 ? 0 : a->panne) : EINVAL;
-  return erreur == 0 ? p : (Echoue(erreur), nullptr);
+  const bool existe =
+      p != nullptr && type == p->type && voie < p->voies && calibre < p->calibres.size();
+  dernièreErreur = existe ? a->panne : EINVAL;
+  return dernièreErreur == 0 ? p : nullptr;
 }
 
 AppareilComedi* Ouvre(const char* fichier) {
@@ -80,11 +80,21 @@ int Cherche(AppareilComedi* a, int type, unsigned int) {
   return trouvée == a->parties.end() ? Echoue(EINVAL)
                                      : static_cast<int>(trouvée - a->parties.begin());
 }
+int Voies(AppareilComedi* a, unsigned int partie) {
+  return static_cast<int>(a->parties[partie].voies);
+}
+unsigned int PlusGrand(AppareilComedi* a, unsigned int partie, unsigned int) {
+  return a->parties[partie].plusGrand;
+}
+CalibreComedi* Calibre(AppareilComedi* a, unsigned int partie, unsigned int, unsigned int calibre) {
+  std::vector<CalibreComedi>& calibres = a->parties[partie].calibres;
+  return calibre < calibres.size() ? &calibres[calibre] : nullptr;
+}
 // Codes are linear from the lower bound of the range to the upper one. There is no pause for a
 // multiplexed input to settle: half of the voltage before is still there.
 int Lit(AppareilComedi* a, unsigned int partie, unsigned int voie, unsigned int calibre,
         unsigned int, unsigned int* code) {
-  Partie* p = La(a, partie, voie, calibre, kEA);
+  Partie* p = La(a, kEA, partie, voie, calibre);
   if (p == nullptr) return -1;
   const CalibreComedi& c = p->calibres[calibre];
   const unsigned int voulu = voie << 8U | calibre;
@@ -97,9 +107,8 @@ int Lit(AppareilComedi* a, unsigned int partie, unsigned int voie, unsigned int 
 }
 int Ecrit(AppareilComedi* a, unsigned int partie, unsigned int voie, unsigned int calibre,
           unsigned int, unsigned int code) {
-  Partie* p = La(a, partie, voie, calibre, kSA);
-  if (p == nullptr) return -1;
-  if (code > p->plusGrand) return Echoue(EINVAL);
+  Partie* p = La(a, kSA, partie, voie, calibre);
+  if (p == nullptr || code > p->plusGrand) return Echoue(p == nullptr ? dernièreErreur : EINVAL);
   p->codes[voie] = code;
   return 1;
 }
@@ -107,7 +116,7 @@ int Ecrit(AppareilComedi* a, unsigned int partie, unsigned int voie, unsigned in
 int Echange(AppareilComedi* a, unsigned int partie, unsigned int masque, unsigned int* bits,
             unsigned int première) {
   const bool sorties = partie < a->parties.size() && a->parties[partie].type == kSL;
-  Partie* p = La(a, partie, première, 0, sorties ? kSL : kEL);
+  Partie* p = La(a, sorties ? kSL : kEL, partie, première, 0);
   if (p == nullptr) return -1;
   const unsigned int écrits = sorties ? masque << première & ((1U << p->voies) - 1) : 0;
   p->bits = (p->bits & ~écrits) | (*bits << première & écrits);
@@ -122,16 +131,9 @@ const AppelsComedi kAppels{
     .comedi_strerror = [](int erreur) -> const char* { return std::strerror(erreur); },
     .comedi_get_board_name = [](AppareilComedi* a) { return a->nom; },
     .comedi_find_subdevice_by_type = &Cherche,
-    .comedi_get_n_channels = [](AppareilComedi* a,
-                                unsigned int p) { return static_cast<int>(a->parties[p].voies); },
-    .comedi_get_maxdata =
-        [](AppareilComedi* a, unsigned int p, unsigned int voie) {
-          return La(a, p, voie) != nullptr ? a->parties[p].plusGrand : 0U;
-        },
-    .comedi_get_range =
-        [](AppareilComedi* a, unsigned int p, unsigned int voie, unsigned int c) {
-          return La(a, p, voie, c) != nullptr ? &a->parties[p].calibres[c] : nullptr;
-        },
+    .comedi_get_n_channels = &Voies,
+    .comedi_get_maxdata = &PlusGrand,
+    .comedi_get_range = &Calibre,
     .comedi_data_read = &Lit,
     .comedi_data_write = &Ecrit,
     .comedi_dio_bitfield2 = &Echange};
@@ -289,18 +291,17 @@ TEST_F(DesCartesComedi, DisentCeQuiManqueEtQueFaire) {
 
 TEST_F(DesCartesComedi, SePerdentEtSeRetrouvent) {
   const std::uint16_t poignée = Enregistre(pci, k9111);
-  Celle9111().panne = ENODEV;
-  std::uint16_t valeur = 7;
-  std::uint32_t mot = 7;
   (void)pci.AO_9111_Config(poignée, 1);
-  EXPECT_NE(pci.AI_ReadChannel(poignée, 0, 1, valeur), 0);
-  EXPECT_NE(pci.AO_WriteChannel(poignée, 0, 5), 0);
+  Celle9111().panne = ENODEV;
+  std::uint16_t lu = 7;
+  std::uint32_t mot = 7;
+  EXPECT_NE(pci.AI_ReadChannel(poignée, 0, 1, lu), 0);
   EXPECT_NE(pci.DI_ReadPort(poignée, 0, mot), 0);
+  EXPECT_EQ(lu + mot, 14U) << "what no call gave stays";
+  EXPECT_NE(pci.AO_WriteChannel(poignée, 0, 5), 0);
   EXPECT_NE(pci.DO_WritePort(poignée, 0, 5), 0);
-  EXPECT_EQ(valeur + mot, 14U) << "what no call gave stays";
-  ASSERT_EQ(registre->entrées.size(), 1U);
-  EXPECT_TRUE(
-      registre->Contient("/dev/comedi0) : lecture d'une entrée analogique refusée (No such"));
+  EXPECT_EQ(registre->entrées.size(), 1U) << "told once";
+  EXPECT_TRUE(registre->Contient("/dev/comedi0) : lecture d'une entrée analogique refusée (No"));
   Celle9111().erreur = ENODEV;
   EXPECT_LT(pci.Register_Card(k9111, 0), 0);
   EXPECT_NE(pci.DO_WritePort(poignée, 0, 5), 0);
