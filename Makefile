@@ -3,7 +3,7 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench fuzz images lint format deb clean
+.PHONY: help deps demo test bench fuzz images mutants lint format deb clean
 
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev libhdf5-dev python3-h5py \
@@ -44,6 +44,10 @@ fuzz: deps  ## give each decoder random bytes for FUZZ_SECONDS
 images: deps  ## make the pictures of the windows in docs/images anew
 	@tools/construit.sh release $(JOBS) zuma_images
 	@build/release/zuma_images docs/images
+
+mutants: deps  ## change stop chain, commands, calibration and limits in small ways; a test must notice each
+	@tools/deps.sh python3-clang-19
+	@/usr/bin/python3 tools/mutants/mutants.py --jobs $(JOBS)
 
 lint: deps  ## clang-tidy over the sources and clang-format in check mode
 	@tools/deps.sh $(PACKAGES_LINT)

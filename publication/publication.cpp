@@ -108,6 +108,11 @@ void Ecrit(EnEcriture& place, std::size_t& rang, const Canal& canal) {
                   Bits(canal.EstVieux(), kVieux) | Bits(canal.Atteint(), kAtteint));
 }
 
+// Its counts at once.
+std::uint32_t EnUnMot(const GestesDuCapteur& gestes) {
+  return std::bit_cast<std::uint32_t>(gestes);
+}
+
 template <class Refs>
 void EcritChacun(EnEcriture& place, std::size_t& rang, const Refs& objets) {
   for (const auto& objet : objets) Ecrit(place, rang, *objet);
@@ -257,7 +262,6 @@ void Publication::Publie() {
   const std::uint64_t rafraîchissements = chassis_.RafraichissementsEA();
   const bool rafraîchi = rafraîchissements != rafraîchissements_;
   rafraîchissements_ = rafraîchissements;
-  if (rafraîchi) SuitLesGestes();
   if (rafraîchi || évènement_ || secondes_ - dernier_ >= kAuPlusTard) Echantillonne(rafraîchi);
 }
 
@@ -278,7 +282,13 @@ void Publication::Echantillonne(bool rafraîchi) {
                 debout_ ? chassis_.LeTimer()->LitMicrosecondes()
                         : chassis_.LaPlateforme().heureDePasse * kMicrosecondes);
     std::size_t rang = RangDe(MotDEchantillon::kNombre);
-    EcritChacun(place, rang, objets_.capteurs);
+    bool gestes = false;
+    for (std::size_t i = 0; i < gestes_.size(); ++i) {
+      const Capteur& capteur = *objets_.capteurs[i];
+      Ecrit(place, rang, capteur);
+      gestes |= EnUnMot(capteur.Gestes()) != EnUnMot(gestes_[i]);
+    }
+    if (gestes && rafraîchi) SuitLesGestes();
     EcritChacun(place, rang, objets_.commandes);
     EcritChacun(place, rang, objets_.entrées);
     EcritChacun(place, rang, objets_.sorties);
@@ -375,7 +385,7 @@ void Publication::SuitLesValeurs() {
   }
 }
 
-// Told with the refresh that first felt them, and before its sample.
+// Told with the refresh that first felt them, and before its sample is there for others.
 void Publication::SuitLesGestes() {
   struct Acte {
     std::uint8_t GestesDuCapteur::* compte;
