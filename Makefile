@@ -45,7 +45,7 @@ images: deps  ## make the pictures of the windows in docs/images anew
 	@tools/construit.sh release $(JOBS) zuma_images
 	@build/release/zuma_images docs/images
 
-mutants: deps  ## change stop chain, commands, calibration and limits in small ways; a test must notice each
+mutants: deps  ## change stop chain, commands and limits in small ways; a test must notice each
 	@tools/deps.sh python3-clang-19
 	@/usr/bin/python3 tools/mutants/mutants.py --jobs $(JOBS)
 
