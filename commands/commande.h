@@ -66,10 +66,10 @@ class Commande : public Objet {
   void AutoSave(const std::string& Ou) const;
   void TesteAU(std::span<std::string>) {}  ///< a command raises no cause
 
+  ///@{
   /// Enabling writes the present value to the channel, within the working limits only; disabling
   /// takes the value from the channel, or from the outputs of an on/off command, which moves
   /// neither way. Nothing without a channel.
-  ///@{
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
   ///@}

@@ -109,8 +109,8 @@ class Chassis : public Objet {
   void SortiesLogiques(SortieLogiquesRef sorties) { SortiesLogiques_ = std::move(sorties); }
   /// The sensors; behind `Lien` in the order of their dependencies.
   [[nodiscard]] CapteursRef Capteurs();
-  /// Well-known inputs, Nothing when no input bears their label. `AU` is the "Entrée Armé" input.
   ///@{
+  /// Well-known inputs, Nothing when no input bears their label. `AU` is the "Entrée Armé" input.
   [[nodiscard]] EntréeLogiqueRef DépartEssai() const { return DépartEssai_; }
   [[nodiscard]] EntréeLogiqueRef DépartRéarme() const { return DépartRéarme_; }
   [[nodiscard]] EntréeLogiqueRef AutoManu() const { return AutoManu_; }
