@@ -12,8 +12,8 @@ class Fonction;
 
 /// State of one block's Modbus exchange, kept from pass to pass.
 struct EchangeModbus {
-  Octets question;
-  Octets réponse;
+  Octets question;                   ///< last request, with its CRC
+  Octets réponse;                    ///< what was received of its answer
   double heureDEnvoi = 0;            ///< microseconds
   double heureDuDernierOctet = 0;    ///< received, in microseconds
   std::int32_t compteurErreurs = 0;  ///< failed exchanges in a row
