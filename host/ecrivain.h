@@ -14,11 +14,11 @@ namespace zuma::host {
 
 /// How a recording goes.
 struct EtatDEnregistrement {
-  std::string fichier;
+  std::string fichier;          ///< path of the recording
   int erreur = 0;               ///< error number of the last try to write; 0: it goes on
   std::uint64_t écrites = 0;    ///< rows in the file
   std::uint64_t enAttente = 0;  ///< rows that a failing disk keeps waiting
-  std::uint64_t perdues = 0;
+  std::uint64_t perdues = 0;    ///< rows given up
 
   /// Nothing is missing, and nothing waits.
   [[nodiscard]] bool Complet() const { return erreur == 0 && enAttente == 0 && perdues == 0; }
@@ -34,6 +34,7 @@ struct EtatDEnregistrement {
 /// when. No row is ever there in part.
 class Ecrivain {
  public:
+  /// How much is kept while the disk takes nothing.
   struct Réglages {
     std::size_t lots = 60;                 ///< rounds that may wait: a minute
     std::size_t octetsParLot = 1U << 20U;  ///< a longer round is written by parts
@@ -41,6 +42,7 @@ class Ecrivain {
   /// `entête`: first line of the file, with its line end.
   Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête,
            const Réglages& réglages);
+  /// The same with room for a minute.
   Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête)
       : Ecrivain(fichier, rangées, std::move(entête), Réglages()) {}
 
