@@ -11,6 +11,7 @@ namespace zuma::linux_ {
 /// PCI boards without their library: no board is ever found, no reading changes.
 class PciAbsente final : public BibliothèquePCI, private BibliothèqueAbsente {
  public:
+  /// Tells what is missing in `registre`.
   explicit PciAbsente(Ref<ZED_Erreur> registre)
       : BibliothèqueAbsente(std::move(registre), "des cartes PCI 9111 HR et PCI 6208 V",
                             "BibliothèquePCI") {}
