@@ -50,8 +50,8 @@ struct CommandeDémo {
 void AjouteLesCapteurs(std::span<const CapteurDémo> capteurs, std::int32_t chassis,
                        std::vector<LigneDeBase>& lignes);
 void AjouteLesCommandes(std::span<const CommandeDémo> commandes, std::int32_t chassis,
-                        ///@}
                         std::vector<LigneDeBase>& lignes);
+///@}
 
 /// Sensors, commands, logic inputs and outputs and the watchdog of the demonstration frame, on the
 /// channels of `LignesDeDémonstration`.
