@@ -27,17 +27,22 @@ auto EnNommant(std::string_view colonne, Travail&& travail) {
 /// Numbers are also read from texts, with comma or point.
 [[nodiscard]] double Nombre(const Recordset& ligne, std::string_view colonne);
 
+///@{
 /// The same of a value already found in column `colonne`.
 [[nodiscard]] std::string Texte(const Valeur& valeur, std::string_view colonne);
 [[nodiscard]] double Nombre(const Valeur& valeur, std::string_view colonne);
 [[nodiscard]] std::int32_t Entier32(const Valeur& valeur, std::string_view colonne);
+///@}
 
 /// One row of a class's table of columns: a name, and what an object makes of the value.
 template <class Objet>
 struct Colonne {
+  /// Name of the column.
   std::string_view nom;
+  /// Takes the value into the object; throws `Echec` on one that it refuses.
   void (*lit)(Objet&, const Valeur&);
 
+  /// Reads the value into `objet`; a failure names the column.
   void Lit(Objet& objet, const Valeur& valeur) const {
     EnNommant(nom, [&] { lit(objet, valeur); });
   }
@@ -60,8 +65,10 @@ struct Objet<void (*)(C&, const Valeur&)> {
 template <auto kQuoi>
 using ObjetDe = typename détail::Objet<decltype(kQuoi)>::Type;
 
-// Readers for such tables: a value into a field.
-
+///@{
+/// Readers for tables of columns: a value into a field. Texts and booleans as `VersTexte` and
+/// `VersBooléen` read them; numbers are also read from texts, and fail with 94 on Null, empty or
+/// unreadable text, with 6 out of range.
 template <auto kChamp>
 void LitTexte(ObjetDe<kChamp>& objet, const Valeur& v) {
   objet.*kChamp = VersTexte(v);
@@ -82,6 +89,7 @@ template <auto kChamp>
 void LitEntier32(ObjetDe<kChamp>& objet, const Valeur& v) {
   objet.*kChamp = VersEntier32(OutilsCommuns::LitChampSûr(v));
 }
+///@}
 /// Hexadecimal digits, as those of an address.
 template <auto kChamp>
 void LitHexa(ObjetDe<kChamp>& objet, const Valeur& v) {

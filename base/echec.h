@@ -50,14 +50,19 @@ enum class Numéro : int {
 /// operation that has the error tail of `Garde`.
 class Echec : public std::exception {
  public:
+  /// With the description of that number; the line is the caller's.
   explicit Echec(Numéro numéro, std::source_location où = std::source_location::current());
+  /// With a description of its own; the line is the caller's.
   Echec(Numéro numéro, std::string description,
         std::source_location où = std::source_location::current());
 
+  /// The number as messages show it.
   [[nodiscard]] int NuméroErreur() const noexcept { return static_cast<int>(numéro_); }
+  /// What went wrong, French, as it stands behind the number in messages.
   [[nodiscard]] const std::string& Description() const noexcept { return description_; }
   /// Source line of the failure; 0 when only the guarded operation's own line is known.
   [[nodiscard]] int Ligne() const noexcept { return ligne_; }
+  /// The description, for those who know standard exceptions alone.
   [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
 
   /// The same failure placed at `ligne` when it has no line of its own.

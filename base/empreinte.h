@@ -9,10 +9,14 @@ namespace zuma {
 /// out.
 class Empreinte {
  public:
+  ///@{
+  /// Takes more bytes in, in their order.
   constexpr void Ajoute(unsigned char octet) noexcept { valeur_ = (valeur_ ^ octet) * kFacteur; }
   constexpr void Ajoute(std::string_view octets) noexcept {
     for (const char c : octets) Ajoute(static_cast<unsigned char>(c));
   }
+  ///@}
+  /// Hash of what was taken in so far.
   [[nodiscard]] constexpr std::uint64_t Valeur() const noexcept { return valeur_; }
 
  private:

@@ -16,6 +16,7 @@ namespace zuma {
 template <class... Arguments>
 class Evènement {
  public:
+  /// A handler. What it throws reaches who raised the event, behind the other handlers.
   using Abonné = std::function<void(Arguments...)>;
 
   Evènement() : liste_(std::make_shared<Liste>()) {}

@@ -34,6 +34,7 @@ class Variables {
   void AjouteLigne(std::string_view texte, Valeur valeur);
   /// Next row of a variable that hangs on an absent object: it stays empty.
   void AjouteVide() { table_.emplace_back(); }
+  /// The rows so far; row 0 is empty.
   [[nodiscard]] const TableVariables& Table() const { return table_; }
 
  private:
@@ -69,6 +70,7 @@ auto Garde(const Objet& objet, Forme forme, std::string_view nom, Travail&& trav
   if constexpr (!std::is_void_v<std::invoke_result_t<Travail&>>) return {};
 }
 
+/// The same without variables; an object without error record fails.
 template <class Travail>
 auto Garde(const Objet& objet, Forme forme, std::string_view nom, Travail&& travail,
            std::source_location où = std::source_location::current())

@@ -35,14 +35,18 @@ enum class Longueur : std::uint8_t { Demandée, Annoncée };
 /// List of values numbered from 1, in fixed memory: the largest frame fits.
 class Valeurs {
  public:
-  static constexpr std::size_t kCapacité = 255;  // the byte count of an answer is one byte
+  /// Values of the largest frame: the byte count of an answer is one byte.
+  static constexpr std::size_t kCapacité = 255;
 
+  /// Forgets all values.
   void Vide() noexcept { nombre_ = 0; }
   /// Appends; a list that is full fails with 9.
   void Ajoute(std::uint16_t valeur);
+  /// How many there are.
   [[nodiscard]] std::int32_t Nombre() const noexcept { return static_cast<std::int32_t>(nombre_); }
   /// The value at `rang`, from 1; out of the list fails with 9.
   [[nodiscard]] std::uint16_t Item(std::int32_t rang) const;
+  /// All of them, in order; valid until the list changes.
   [[nodiscard]] std::span<const std::uint16_t> Toutes() const noexcept {
     return {valeurs_.data(), nombre_};
   }

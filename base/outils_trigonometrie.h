@@ -8,6 +8,7 @@
 /// Plain trigonometry of the section formulas.
 namespace zuma::OutilsTrigonométrie {
 
+/// The circle number.
 [[nodiscard]] constexpr double Pi() noexcept {
   return std::numbers::pi;
 }

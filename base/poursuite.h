@@ -21,6 +21,7 @@ class Poursuite {
       return false;
     }
   }
+  /// Throws the first failure of the steps; nothing when all went well.
   void Termine() const {
     if (premier_) std::rethrow_exception(premier_);
   }

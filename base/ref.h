@@ -13,22 +13,31 @@ template <class T>
 class Ref {
  public:
   Ref() noexcept = default;
+  /// Nothing.
   Ref(std::nullptr_t) noexcept {}
+  /// Takes a share of the object; an empty pointer is Nothing.
   Ref(std::shared_ptr<T> objet) noexcept : objet_(std::move(objet)) {}
+  /// The same object as its base class.
   template <class U>
     requires std::is_convertible_v<U*, T*>
   Ref(const Ref<U>& autre) noexcept : objet_(autre.Partagé()) {}
 
+  ///@{
+  /// The object; Nothing fails with 91, at the line of the guarded operation.
   [[nodiscard]] T* operator->() const { return &**this; }
   [[nodiscard]] T& operator*() const {
     if (!objet_) throw Echec::ObjetAbsent();
     return *objet_;
   }
+  ///@}
   /// True when there is an object, false on Nothing.
   [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(objet_); }
+  /// The object without a check, or null; valid for as long as somebody holds it.
   [[nodiscard]] T* Brut() const noexcept { return objet_.get(); }
+  /// The shared owner, for who keeps the object by other means.
   [[nodiscard]] const std::shared_ptr<T>& Partagé() const noexcept { return objet_; }
 
+  /// The same object, or both Nothing.
   [[nodiscard]] friend bool operator==(const Ref& a, const Ref& b) noexcept {
     return a.objet_ == b.objet_;
   }
@@ -49,14 +58,20 @@ template <class T>
 class Pointeur {
  public:
   Pointeur() noexcept = default;
+  /// Holds nothing alive: `objet` outlives this pointer.
   Pointeur(T* objet) noexcept : objet_(objet) {}
 
+  ///@{
+  /// The object; Nothing fails with 91.
   [[nodiscard]] T* operator->() const { return &**this; }
   [[nodiscard]] T& operator*() const {
     if (objet_ == nullptr) throw Echec::ObjetAbsent();
     return *objet_;
   }
+  ///@}
+  /// False on Nothing.
   [[nodiscard]] explicit operator bool() const noexcept { return objet_ != nullptr; }
+  /// The object without a check, or null.
   [[nodiscard]] T* Brut() const noexcept { return objet_; }
 
  private:
@@ -84,16 +99,22 @@ template <class T>
 class PointeurSuivi {
  public:
   PointeurSuivi() noexcept = default;
+  /// Points at `objet` for as long as `vie` lasts.
   PointeurSuivi(T* objet, const Vie& vie) noexcept : objet_(objet), signe_(vie.signe_) {}
+  /// Points at an object that has a `LaVie()` of its own; null is Nothing.
   explicit PointeurSuivi(T* objet) noexcept {
     if (objet != nullptr) *this = {objet, objet->LaVie()};
   }
 
+  ///@{
+  /// The object; Nothing, or one that has ended, fails with 91.
   [[nodiscard]] T* operator->() const { return &**this; }
   [[nodiscard]] T& operator*() const {
     if (signe_.expired()) throw Echec::ObjetAbsent();
     return *objet_;
   }
+  ///@}
+  /// The object, or null once it has ended.
   [[nodiscard]] T* Brut() const noexcept { return signe_.expired() ? nullptr : objet_; }
 
  private:

@@ -19,11 +19,17 @@ class SuiviDesEchecs {
   /// What makes two failures the same: record, object, operation, place and number. Their words may
   /// differ.
   struct Signature {
+    /// Record that the failure goes to.
     const ZED_Erreur* registre;
+    /// Object that failed.
     const Objet* objet;
+    /// Name of the operation.
     std::string_view opération;
+    /// Source line of the failure.
     int ligne;
+    /// Its number.
     int numéro;
+    /// Equal in all five.
     bool operator==(const Signature&) const = default;
   };
 

@@ -10,7 +10,9 @@ namespace zuma {
 
 /// One row of a look-up: ordinate `y` at abscissa `x`.
 struct PointDeTable {
+  /// Abscissa.
   double x = 0;
+  /// Ordinate.
   double y = 0;
 };
 
@@ -20,6 +22,7 @@ struct PointDeTable {
 /// zero width is passed over: at a jump the value before it is given. What is no number gives none.
 class Interpolation {
  public:
+  /// Rows that a table can hold.
   static constexpr std::size_t kMaxPoints = 20;
 
   /// Takes the used rows (at most 20), in any order; those of one abscissa are taken in the
@@ -58,14 +61,19 @@ class Interpolation {
 /// towards zero. Index 0 exists, is never loaded and takes no part in a look-up.
 class TableEtalonnage {
  public:
+  /// Rows that can be used, from 1.
   static constexpr std::int16_t kMaxPoints = 20;
 
+  ///@{
   /// Unit value of row `indice`, 0 to 20; outside, failure 9.
   [[nodiscard]] double PointX(std::int16_t indice) const;
   void PointX(std::int16_t indice, double unités);
+  ///@}
+  ///@{
   /// Point value of row `indice`, 0 to 20; outside, failure 9.
   [[nodiscard]] double PointY(std::int16_t indice) const;
   void PointY(std::int16_t indice, double points);
+  ///@}
 
   /// Points to units; fails like `Interpolation::Interpole`.
   [[nodiscard]] double VersUnités(double points) const { return versUnités_.Interpole(points); }

@@ -14,6 +14,7 @@ using Octets = std::string;
 
 /// The database's Null.
 struct Nul {
+  /// Two Nulls are equal.
   friend bool operator==(Nul, Nul) = default;
 };
 
@@ -23,6 +24,7 @@ using Valeur = std::variant<Nul, bool, std::int32_t, double, std::string>;
 /// Boolean true wherever a boolean meets a number.
 inline constexpr int kVrai = -1;
 
+/// True on Null alone.
 [[nodiscard]] inline bool EstNul(const Valeur& v) noexcept {
   return std::holds_alternative<Nul>(v);
 }
@@ -33,6 +35,7 @@ inline constexpr int kVrai = -1;
 /// Null or empty text: the test of the columns that are skipped "when null or empty".
 [[nodiscard]] bool EstNulOuVide(const Valeur& v) noexcept;
 
+///@{
 /// Narrowing conversions. They round half to even and fail with 6 out of range, 13 on text that
 /// is no number, 94 on Null, at the caller's line.
 [[nodiscard]] std::int16_t VersEntier16(double v,
@@ -45,6 +48,7 @@ inline constexpr int kVrai = -1;
                                         std::source_location où = std::source_location::current());
 [[nodiscard]] double VersDouble(const Valeur& v,
                                 std::source_location où = std::source_location::current());
+///@}
 
 /// Boolean of a value: any number but 0 is true; text "True"/"Vrai", "False"/"Faux" or a number.
 [[nodiscard]] bool VersBooléen(const Valeur& v,

@@ -17,11 +17,15 @@ class Objet;
 /// One line of an object's block: its label, with the blanks that end it, and the member it shows.
 template <class T>
 struct ChampVidé {
+  /// Label of the line, its blanks included.
   std::string_view libellé;
+  /// Text or number that stands behind it.
   std::variant<std::string T::*, double T::*, std::int32_t T::*, std::int16_t T::*> membre;
 };
 
+/// Words of a flag in the dump: no, yes.
 inline constexpr std::string_view kNonOui[] = {"Non", "Oui"};
+/// Digits of a flag in the dump: off, on.
 inline constexpr std::string_view kZéroUn[] = {"0", "1"};
 
 /// Block of one object in the diagnostic dump: a banner, then lines of a label and its value. It is
@@ -32,7 +36,9 @@ class BlocDeVidage {
   /// stars included: its blanks do not follow from the word's length.
   BlocDeVidage(std::size_t retrait, std::string_view titre);
 
+  /// A line with a text.
   void Texte(std::string_view libellé, std::string_view texte);
+  /// A line with a number as people read it, decimal comma.
   void Nombre(std::string_view libellé, double nombre);
   /// In hexadecimal, upper case; a negative address as its 32 bits.
   void Adresse(std::string_view libellé, std::int32_t adresse);
@@ -41,6 +47,7 @@ class BlocDeVidage {
   /// Both values of a row of a calibration table; `objet` ends their labels.
   void Point(std::int32_t indice, std::string_view objet, double unités, double points);
 
+  /// One line for each of the members, in the order of the table.
   template <class T>
   void Champs(const T& objet, std::span<const ChampVidé<T>> champs) {
     for (const ChampVidé<T>& champ : champs) {

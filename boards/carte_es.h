@@ -13,32 +13,41 @@ namespace zuma {
 /// gives.
 class CarteES : public Pilote {
  public:
+  /// The board at `base`; its services come from `matériel`.
   CarteES(const Matériel& matériel, std::uint16_t base) : matériel_(matériel), base_(base) {}
 
  protected:
+  ///@{
+  /// Reads the register at that offset: a byte, or a word.
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) const {
     return matériel_.plateforme.ports->Inp(Port(décalage));
   }
   [[nodiscard]] std::uint16_t LitMot(std::uint16_t décalage) const {
     return matériel_.plateforme.ports->Inpw(Port(décalage));
   }
+  ///@}
   /// Two bytes of an unsigned word, each at its own offset.
   [[nodiscard]] std::uint16_t LitPaire(std::uint16_t bas, std::uint16_t haut) const;
+  ///@{
+  /// Writes the register at that offset: a byte, or a word.
   void Ecrit(std::uint16_t décalage, std::uint8_t octet) {
     matériel_.plateforme.ports->Outp(Port(décalage), octet);
   }
   void EcritMot(std::uint16_t décalage, std::uint16_t mot) {
     matériel_.plateforme.ports->Outpw(Port(décalage), mot);
   }
+  ///@}
   /// A word as two bytes: the low one at `décalage`, then the high one behind it.
   void EcritPaire(std::uint16_t décalage, std::uint16_t mot);
 
   /// Busy wait on the frame's timer, in microseconds.
   void Attend(double microsecondes) const;
 
+  /// Port of the register at that offset.
   [[nodiscard]] std::uint16_t Port(std::uint16_t décalage) const noexcept {
     return static_cast<std::uint16_t>(base_ + décalage);
   }
+  /// What the board was made from.
   [[nodiscard]] const Matériel& LeMatériel() const noexcept { return matériel_; }
 
  private:

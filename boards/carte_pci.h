@@ -12,12 +12,16 @@ namespace zuma {
 /// board that is missing read as 0.
 class CartePCI : public Pilote {
  public:
+  /// The board of that handle.
   CartePCI(const Matériel& matériel, std::uint16_t poignée)
       : matériel_(matériel), poignée_(poignée) {}
 
  protected:
+  /// The library; fails with 91 where the host has none.
   [[nodiscard]] BibliothèquePCI& Lib() const { return *matériel_.plateforme.pci; }
+  /// Settings of the installation.
   [[nodiscard]] const Réglages& LesRéglages() const { return matériel_.plateforme.réglages; }
+  /// Handle that the registration gave.
   [[nodiscard]] std::uint16_t Poignée() const noexcept { return poignée_; }
 
  private:

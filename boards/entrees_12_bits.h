@@ -10,9 +10,12 @@ namespace zuma {
 /// Registers that the 12-bit input boards share: 32 analog inputs with four gains.
 class Entrées12Bits : public CarteES {
  public:
+  /// Counts of a whole conversion.
   static constexpr double kPleineEchelle = 4096;
+  /// Analog inputs.
   static constexpr std::int16_t kVoies = 32;
 
+  /// The board at a base address.
   using CarteES::CarteES;
 
  protected:
@@ -35,6 +38,7 @@ class ACL_8113 : public Entrées12Bits {
   using Entrées12Bits::Entrées12Bits;
   /// Opens the counter; a former one is closed.
   void DémarreAnalogique(bool scan);
+  /// One conversion with automatic range, see `Lit12Bits`.
   [[nodiscard]] double LitAnalogique(std::int16_t voie, std::int16_t& gain);
 
  private:
@@ -45,7 +49,9 @@ class ACL_8113 : public Entrées12Bits {
 class PCL_813B : public Entrées12Bits {
  public:
   using Entrées12Bits::Entrées12Bits;
+  /// Nothing to prepare.
   void DémarreAnalogique(bool) {}
+  /// One conversion with automatic range, see `Lit12Bits`.
   [[nodiscard]] double LitAnalogique(std::int16_t voie, std::int16_t& gain);
 };
 

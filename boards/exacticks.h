@@ -13,6 +13,7 @@ namespace zuma {
 /// so that a reader sees one running count.
 class Exacticks {
  public:
+  /// Count past which the counter is opened again, microseconds.
   static constexpr std::int32_t kLimite = 100'000'000;
 
   Exacticks() = default;
@@ -24,6 +25,7 @@ class Exacticks {
   void Ouvre(Pointeur<CompteursFins> compteurs, std::string nom);
   /// Microseconds since `Ouvre`; fails with 91 before it.
   [[nodiscard]] std::int64_t Lit();
+  /// Closes the counter; nothing on a closed one.
   void Ferme() noexcept;
   /// Busy wait, in microseconds.
   void Attend(std::int64_t microsecondes);

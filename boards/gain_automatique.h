@@ -9,17 +9,20 @@ namespace zuma {
 /// Magnitudes between which a gain stays: below the first it goes up, above the second down. They
 /// stand at about half and all of a converter's range, less a margin.
 struct SeuilsDeGain {
-  double montée;
-  double descente;
+  double montée;    ///< below it the gain goes up
+  double descente;  ///< above it the gain goes down
 };
+/// For signed conversions of 16 bits.
 inline constexpr SeuilsDeGain kSeuils16Bits{16284, 32668};
+/// For conversions of 12 bits, from the middle of the range.
 inline constexpr SeuilsDeGain kSeuils12Bits{1948, 3995};
 
 /// Gain codes of a board; each code doubles the gain of the one before.
 struct PlageDeGains {
-  std::int16_t premier;
-  std::int16_t dernier;
+  std::int16_t premier;  ///< that of gain 1
+  std::int16_t dernier;  ///< that of the highest gain
 };
+/// Codes of the port-mapped boards.
 inline constexpr PlageDeGains kGainsPortsES{0, 3};
 
 /// A signal that jumps past both thresholds from one conversion to the next would be chased for

@@ -35,6 +35,7 @@ class IK_121 : public CarteES {
 
   // As the operations of analog inputs ask for it.
 
+  /// Starts both axes.
   void DémarreAnalogique(bool) { IK121_Initialise(); }
   /// The count the other way round, by the latch of the settings. `axe` is the channel's number.
   [[nodiscard]] double LitAnalogique(std::int16_t axe, std::int16_t& gain);

@@ -16,7 +16,7 @@ struct EtatMETRO : EtatPilote {
   std::vector<std::int32_t> Metro_CanauxValides;  ///< gauges that answered on a multiplexer
   std::size_t rang = 0;                           ///< of the gauge asked, in `Metro_CanauxValides`
   bool enCours = false;                           ///< the first gauge was asked
-  Octets tampon;
+  Octets tampon;                                  ///< what came in and is not decoded yet
 };
 
 }  // namespace zuma

@@ -9,6 +9,7 @@ namespace zuma {
 /// PCI 6208 V: analog outputs of 16 bits.
 class PCI_6208_V : public CartePCI {
  public:
+  /// The board of a handle.
   using CartePCI::CartePCI;
 
   /// Outputs 0 to 5 to 0.

@@ -13,19 +13,22 @@ namespace zuma {
 /// Identifiers that a ruler of driver 25 gave at its start: of its start message and of its
 /// positions. Those of the configuration serve the other rulers.
 struct IdentifiantsDeRègle : EtatPilote {
-  std::int32_t a = 0;
-  std::int32_t b = 0;
+  std::int32_t a = 0;  ///< of the start message
+  std::int32_t b = 0;  ///< of the positions
 };
 
 /// First generation of the CAN card's driver (25): rulers that send their position unasked, one on
 /// each port. The card is the one at the block's address.
 class Pci7841 : public Pilote {
  public:
+  /// The card whose number is `base`.
   Pci7841(const Matériel& matériel, std::uint16_t base) : matériel_(matériel), carte_(base) {}
 
   /// Speed of the rulers' bus, in kilobits per second.
   static constexpr std::int32_t kVitesse = 1000;
+  /// Acceptance mask of a port.
   static constexpr std::uint8_t kMasque = 0xFF;
+  /// Ports of a card.
   static constexpr std::int32_t kPorts = 2;
 
   /// Address byte of a port.
@@ -72,6 +75,7 @@ class Pci7841 : public Pilote {
 /// rulers of one card, each known by its port's handle and its position identifier.
 class PCI7841B : public Pilote {
  public:
+  /// The rulers of one card.
   PCI7841B(const Matériel& matériel, std::uint16_t) : matériel_(matériel) {}
 
   /// Opens and configures a port of the card for `pour`, to whom a failed configuration is shown,
@@ -81,16 +85,18 @@ class PCI7841B : public Pilote {
                                    std::uint32_t codeAcceptation, std::uint32_t masqueAcceptation,
                                    std::string_view mode, std::int32_t vitesse);
 
+  /// The port behind that handle, for the dialogue with its rulers.
   [[nodiscard]] regles_mts::PortRègles Port(std::int32_t poignée) {
     return {matériel_, poignée, courrier_};
   }
   /// What is kept of one ruler, made on first use.
   struct Règle {
-    std::int32_t poignée;
-    std::int16_t positionID;
-    regles_mts::LectureBloc bloc{};
-    regles_mts::LectureSimple simple{};
+    std::int32_t poignée;                ///< of its port
+    std::int16_t positionID;             ///< identifier of its positions
+    regles_mts::LectureBloc bloc{};      ///< read as a block
+    regles_mts::LectureSimple simple{};  ///< read by one channel
   };
+  /// What is kept of the ruler with that identifier on that port.
   [[nodiscard]] Règle& LaRègle(std::int32_t poignée, std::int16_t positionID);
 
  private:

@@ -11,12 +11,17 @@ namespace zuma {
 /// second, at 4 to 6 with its control at 7, and rest at 1.
 class PCL_731 : public CarteES {
  public:
+  /// Lines of each interface.
   static constexpr std::int16_t kLignes = 24;
 
+  /// The board at a base address.
   using CarteES::CarteES;
 
+  /// How its inputs reach the channels.
   static constexpr RèglesDEntrées kEntrées{.bitParNuméro = true};
+  /// Sets the first interface up to read; with `avecSorties` the second one to drive its lines.
   void DémarreEntrées(bool avecSorties);
+  /// All lines but the last in one read, one a bit.
   [[nodiscard]] std::uint32_t LitEntrées();
   /// A set bit is the false level; there is no line from 24 on, which reads true.
   [[nodiscard]] bool LitEntrée(std::int16_t voie);

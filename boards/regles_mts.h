@@ -29,9 +29,11 @@ inline constexpr std::size_t kOctetsPosition = 3;
 /// First position of a frame; none in a frame too short for one.
 [[nodiscard]] std::optional<std::int32_t> DécodePosition(std::span<const std::uint8_t> données);
 
+///@{
 /// The two positions of a frame. A frame that holds only the first has 0 for the second: no magnet.
 using Paire = std::array<std::int32_t, 2>;
 [[nodiscard]] std::optional<Paire> DécodePaire(std::span<const std::uint8_t> données);
+///@}
 
 /// The data bytes that a frame uses; a count beyond 8 counts as 8.
 template <class Trame>
@@ -56,8 +58,11 @@ template <class Trame>
 
 /// What is kept of a two-magnet ruler between its reads.
 struct Mémoire {
+  ///@{
+  /// Positions of magnets 1 and 2: the present one, and the one read before.
   std::int32_t c1 = 0, c2 = 0;  ///< positions
   std::int32_t q1 = 0, q2 = 0;  ///< the same one read before
+  ///@}
 };
 
 /// Filter of the block read, `m` holding what was decoded and what was known before. Magnets too
@@ -103,6 +108,7 @@ enum class Arrivée : std::uint8_t {
 /// One open port of the card with rulers on it, as the second generation of calls knows it.
 class PortRègles {
  public:
+  /// The port of that handle; `courrier` is shared with the other rulers of the card.
   PortRègles(const Matériel& matériel, std::int32_t poignée, Courrier& courrier)
       : courrier_(courrier),
         can_(*matériel.plateforme.can),
@@ -123,7 +129,9 @@ class PortRègles {
   [[nodiscard]] bool Echange(std::uint32_t identifiant, std::span<const std::uint8_t> octets,
                              std::uint32_t réponse);
 
+  /// Settings of the CAN card and its rulers.
   [[nodiscard]] const RéglagesCAN& LesRéglages() const noexcept { return réglages_; }
+  /// The frame's timer, microseconds.
   [[nodiscard]] double Maintenant() { return timer_.LitMicrosecondes(); }
 
  private:
@@ -138,11 +146,11 @@ class PortRègles {
 
 /// What a ruler's start needs of its channel.
 struct IdentitéRègle {
-  std::string_view numéroDeSérie;
-  std::int16_t noeud = 0;
-  std::int16_t positionID = 0;
-  std::int16_t statusID = 0;
-  std::int16_t mode = 0;
+  std::string_view numéroDeSérie;  ///< 8 hexadecimal digits
+  std::int16_t noeud = 0;          ///< node of the ruler
+  std::int16_t positionID = 0;     ///< identifier of its positions
+  std::int16_t statusID = 0;       ///< identifier of its states
+  std::int16_t mode = 0;           ///< of the row
 };
 
 /// Starts a ruler: selects it by its serial number, gives it its identifiers and its mode. True on
@@ -153,6 +161,7 @@ struct IdentitéRègle {
 /// request, which says nothing of the ruler.
 [[nodiscard]] std::optional<std::int32_t> LireRègleMono(PortRègles& port, std::int16_t positionID);
 
+/// What a three-magnet ruler gives: the second magnet less the first, or the third.
 enum class Lecture3Aimants : std::uint8_t { DeuxMoinsUn, Trois };
 /// The same for three magnets.
 [[nodiscard]] std::optional<std::int32_t> LireRègle3Aimants(PortRègles& port,
@@ -161,8 +170,11 @@ enum class Lecture3Aimants : std::uint8_t { DeuxMoinsUn, Trois };
 
 /// State of the filtered single read of one ruler.
 struct LectureSimple {
-  Mémoire mémoire;
+  Mémoire mémoire;  ///< positions, and those before
+  ///@{
+  /// The first read is over, the second one is.
   bool vu1 = false, vu2 = false;
+  ///@}
   bool reçue = false;  ///< the last read took a frame of the ruler
 };
 /// Filtered position of magnet 1 or 2. The first two reads give what is stored and leave the bus
@@ -171,7 +183,7 @@ struct LectureSimple {
                                           LectureSimple& état);
 
 /// State of the block read of one ruler.
-struct LectureBloc {
+struct LectureBloc {  ///< positions, and those before
   Mémoire mémoire;
   std::optional<double> heure;  ///< of the last request, microseconds
   bool reçue = false;           ///< the last read took a frame of the ruler

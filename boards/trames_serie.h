@@ -13,11 +13,13 @@
 /// line here, and nothing fails. What cannot be read leaves the kept value.
 namespace zuma::trames_serie {
 
+///@{
 /// LRPC frame, 6 bytes in any order: 0xA4 positive, 0xA8 negative; any other byte has its place
 /// (0 the units, to 4) in its top 3 bits and its digit in the low 4. None unless the sign and each
 /// place stand there once: a frame that lost a byte must not be read without its digit.
 inline constexpr std::size_t kLongueurLRPC = 6;
 [[nodiscard]] std::optional<double> DecortiqueUneTrame_dbl(std::string_view trame) noexcept;
+///@}
 /// Value of the first frame of `texte`, in thousandths, wherever it begins; none without a frame.
 [[nodiscard]] std::optional<double> PremièreTrame(std::string_view texte) noexcept;
 /// The same; `gardée` when there is none.

@@ -4,6 +4,15 @@ include(CMakePackageConfigHelpers)
 
 set(dossier_cmake ${CMAKE_INSTALL_LIBDIR}/cmake/zuma)
 
+# zuma_en_tete(file folder): a header, with component dev and, for tools/documentation.sh, with
+# component headers, which can be installed before any library is built.
+function(zuma_en_tete fichier dossier)
+  foreach(choix "dev" "headers;EXCLUDE_FROM_ALL")
+    install(FILES ${fichier} COMPONENT ${choix}
+      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuma/${dossier})
+  endforeach()
+endfunction()
+
 # zuma_installe(export-set target...): the libraries and their headers, each in its folder.
 function(zuma_installe jeu)
   install(TARGETS ${ARGN} EXPORT ${jeu}
@@ -16,8 +25,7 @@ function(zuma_installe jeu)
     list(TRANSFORM en_tetes REPLACE "^${PROJECT_SOURCE_DIR}/" "")
     foreach(en_tete ${en_tetes})
       cmake_path(GET en_tete PARENT_PATH dossier)
-      install(FILES ${PROJECT_SOURCE_DIR}/${en_tete} COMPONENT dev
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuma/${dossier})
+      zuma_en_tete(${PROJECT_SOURCE_DIR}/${en_tete} ${dossier})
     endforeach()
   endforeach()
 endfunction()
@@ -29,8 +37,7 @@ if(ZUMA_QT)
   zuma_installe(zuma-qt zuma_qt)
 endif()
 
-install(FILES ${PROJECT_BINARY_DIR}/include/zuma/version.h COMPONENT dev
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zuma)
+zuma_en_tete(${PROJECT_BINARY_DIR}/include/zuma/version.h .)
 configure_package_config_file(cmake/zuma-config.cmake.in zuma-config.cmake
   INSTALL_DESTINATION ${dossier_cmake} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(zuma-config-version.cmake COMPATIBILITY SameMinorVersion)

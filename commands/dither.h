@@ -13,10 +13,12 @@ class Dither {
   /// past.
   [[nodiscard]] bool EstDû(double t, double fréquence) const noexcept;
 
+  ///@{
   /// Plans the toggle after the one at `t`, for a wave of `fréquence` hertz: with the lateness of
   /// the toggles carried along, half a period at most, or without.
   void PlanifieAvecRetard(double t, double fréquence) noexcept;
   void Planifie(double t, double fréquence) noexcept;
+  ///@}
 
   /// Goes to the other side; the first is the low one.
   void Bascule() noexcept;

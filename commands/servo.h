@@ -10,21 +10,23 @@
 /// pressure is added.
 namespace zuma::servo {
 
+///@{
 /// Bounds of the coefficient.
 inline constexpr double kCoefMini = 0.7;
 inline constexpr double kCoefMaxi = 10;
+///@}
 
 /// Pressures of the two sensors, in one unit; none for a sensor that is not there.
 struct Pressions {
-  std::optional<double> alimentation;
-  std::optional<double> utilisation;
+  std::optional<double> alimentation;  ///< supply sensor
+  std::optional<double> utilisation;   ///< use sensor
 };
 
 /// What the pressures give: the coefficient, and the pressures that it was computed from.
 struct Compensation {
-  double coefficient = 1;
-  double Palim = 0;
-  double Putil = 0;
+  double coefficient = 1;  ///< 0.7 to 10
+  double Palim = 0;        ///< supply pressure
+  double Putil = 0;        ///< use pressure
 };
 
 /// Coefficient for a command of `unités`: above 0 the valve passes from supply to use, otherwise
@@ -34,23 +36,25 @@ struct Compensation {
 
 /// Offset of the valve: `fixe` units, and `pente` units per unit of the use pressure.
 struct Décalage {
-  double fixe = 0;
-  double pente = 0;
+  double fixe = 0;   ///< units
+  double pente = 0;  ///< units per unit of the use pressure
 
+  /// Offset at these pressures, in units.
   [[nodiscard]] double Pour(const Compensation& c) const { return c.Putil * pente + fixe; }
 };
 
+/// What goes to the valve for a command of `unités`: times the coefficient, plus the offset.
 [[nodiscard]] double Corrige(double unités, const Compensation& c, const Décalage& décalage);
 /// The inverse: the command that gives `corrigée`.
 [[nodiscard]] double Décorrige(double corrigée, const Compensation& c, const Décalage& décalage);
 
 /// One refresh of a servo command, for diagnosis.
 struct Relevé {
-  double unités = 0;
-  Compensation compensation;
-  double décalage = 0;
-  double corrigée = 0;
-  double points = 0;
+  double unités = 0;          ///< command asked for
+  Compensation compensation;  ///< coefficient and pressures
+  double décalage = 0;        ///< offset, units
+  double corrigée = 0;        ///< command sent, units
+  double points = 0;          ///< command sent, points
 };
 
 /// Columns of the journal.

@@ -20,10 +20,13 @@
 
 namespace zuma {
 
+///@{
+/// Counted reference; never Nothing from an accessor of the frame.
 using CartesRef = Ref<Cartes>;
 using CommandesRef = Ref<Commandes>;
 using EntréeLogiquesRef = Ref<EntréeLogiques>;
 using SortieLogiquesRef = Ref<SortieLogiques>;
+///@}
 
 class Variables;
 namespace recherche {
@@ -53,10 +56,12 @@ class Chassis : public Objet {
   /// Closes what must be closed and ends the sensors. To be called before the frame is released;
   /// a failure goes to the caller.
   Valeur Décharge();
+  /// Name of the frame's row; empty until it is loaded.
   [[nodiscard]] const std::string& Nom() const { return Nom_; }
   /// Does nothing: a host collects the causes from `Capteur.TesteAU` itself.
   void TesteAU(std::span<std::string> astrTableAUs);
 
+  ///@{
   /// Rates in hertz; 0 is never due. Analog and logic outputs have no pass of their own:
   /// those two rates are kept for the dump.
   void FréquenceEA(double hertz) { mdblFréquenceEA = hertz; }
@@ -64,15 +69,22 @@ class Chassis : public Objet {
   void FréquenceSA(double hertz) { mdblFréquenceSA = hertz; }
   void FréquenceEL(double hertz) { mdblFréquenceEL = hertz; }
   void FréquenceSL(double hertz) { mdblFréquenceSL = hertz; }
+  ///@}
 
+  /// The boards, in refresh order; empty when nothing was loaded.
   [[nodiscard]] CartesRef Cartes();
+  /// Replaces the boards.
   void Cartes(CartesRef cartes) { Cartes_ = std::move(cartes); }
+  /// The commands, in refresh order; empty when nothing was loaded.
   [[nodiscard]] CommandesRef Commandes();
   using Objet::TimerExact;
   /// The timer that its pass reads.
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const noexcept { return Timer(); }
+  /// The watchdog; one that does nothing when the frame has none.
   [[nodiscard]] WatchdogRef Watchdog();
+  /// Replaces the commands.
   void Commandes(CommandesRef commandes) { Commandes_ = std::move(commandes); }
+  /// Replaces the watchdog.
   void Watchdog(WatchdogRef watchdog) { Watchdog_ = std::move(watchdog); }
 
   /// Puts every output in its safe state at once: commands to their initial value, logic outputs
@@ -85,18 +97,26 @@ class Chassis : public Objet {
   /// An output without a channel is none.
   [[nodiscard]] std::vector<std::string> SortiesNonAtteintes();
 
+  /// The logic inputs, in refresh order; empty when nothing was loaded.
   [[nodiscard]] EntréeLogiquesRef EntréesLogiques();
   /// The manual inputs found by label, at most six.
   [[nodiscard]] EntréeLogiquesRef EntréesManuelles();
+  /// Replaces the logic inputs.
   void EntréesLogiques(EntréeLogiquesRef entrées) { EntréesLogiques_ = std::move(entrées); }
+  /// The logic outputs, in refresh order; empty when nothing was loaded.
   [[nodiscard]] SortieLogiquesRef SortiesLogiques();
+  /// Replaces the logic outputs.
   void SortiesLogiques(SortieLogiquesRef sorties) { SortiesLogiques_ = std::move(sorties); }
+  /// The sensors; behind `Lien` in the order of their dependencies.
   [[nodiscard]] CapteursRef Capteurs();
+  ///@{
   /// Well-known inputs, Nothing when no input bears their label. `AU` is the "Entrée Armé" input.
   [[nodiscard]] EntréeLogiqueRef DépartEssai() const { return DépartEssai_; }
   [[nodiscard]] EntréeLogiqueRef DépartRéarme() const { return DépartRéarme_; }
   [[nodiscard]] EntréeLogiqueRef AutoManu() const { return AutoManu_; }
   [[nodiscard]] EntréeLogiqueRef AU() const { return AU_; }
+  ///@}
+  /// Replaces the sensors.
   void Capteurs(CapteursRef capteurs) { Capteurs_ = std::move(capteurs); }
 
   /// One pass: time, rates, commands, watchdog, boards, sensors, logic inputs. Never waits. Must

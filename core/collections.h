@@ -32,13 +32,16 @@ struct RèglesCollection {
   bool cléNullePermise = false;  ///< `Item` of a null key gives Nothing
   bool itemIndex = false;        ///< has `ItemIndex`
   bool modeEdition = false;      ///< has `ModeEdition`
+  /// What becomes of its failures.
   EchecsCollection échecs = EchecsCollection::VersAppelant;
 };
 
 /// Members of a collection and their keys, in insertion order.
 template <class T>
 struct Membres {
+  /// The objects; none is Nothing.
   std::vector<Ref<T>> objets;
+  /// Key of the object at the same rank; none for one stored without a key.
   std::vector<std::optional<std::string>> clés;
 };
 
@@ -47,10 +50,14 @@ struct Membres {
 template <class T>
 class Photo {
  public:
+  /// Holds the members as they are.
   explicit Photo(std::shared_ptr<const Membres<T>> membres) noexcept
       : membres_(std::move(membres)) {}
+  ///@{
+  /// The members, in insertion order.
   [[nodiscard]] const Ref<T>* begin() const noexcept { return membres_->objets.data(); }
   [[nodiscard]] const Ref<T>* end() const noexcept { return begin() + membres_->objets.size(); }
+  ///@}
 
  private:
   std::shared_ptr<const Membres<T>> membres_;
@@ -60,19 +67,29 @@ class Photo {
 template <class T>
 class Itérateur {
  public:
+  ///@{
+  /// What the algorithms of the standard library ask for.
   using value_type = Ref<T>;
   using difference_type = std::ptrdiff_t;
   using pointer = const Ref<T>*;
   using reference = const Ref<T>&;
   using iterator_category = std::forward_iterator_tag;
+  ///@}
 
   Itérateur() noexcept = default;
+  /// A place that keeps nothing alive: the end of a walk, which is compared only.
   explicit Itérateur(pointer place) noexcept : place_(place) {}
+  /// The beginning of a walk, which keeps the members that it meets.
   Itérateur(std::shared_ptr<const Membres<T>> membres, pointer place) noexcept
       : place_(place), membres_(std::move(membres)) {}
 
+  ///@{
+  /// The object at this place.
   [[nodiscard]] reference operator*() const noexcept { return *place_; }
   [[nodiscard]] pointer operator->() const noexcept { return place_; }
+  ///@}
+  ///@{
+  /// One member on.
   Itérateur& operator++() noexcept {
     ++place_;
     return *this;
@@ -82,6 +99,8 @@ class Itérateur {
     ++place_;
     return avant;
   }
+  ///@}
+  /// True at the same place.
   [[nodiscard]] friend bool operator==(const Itérateur& a, const Itérateur& b) noexcept {
     return a.place_ == b.place_;
   }
@@ -99,6 +118,7 @@ class Itérateur {
 template <class T, RèglesCollection kRègles>
 class Collection {
  public:
+  /// An empty collection; its members get `plateforme`, which outlives them.
   explicit Collection(Plateforme& plateforme) : plateforme_(plateforme) {}
 
   /// Makes a member, writes `sKey` to its `Key` and stores it under that key. A key already
@@ -149,6 +169,7 @@ class Collection {
     return {};
   }
 
+  /// Number of members.
   [[nodiscard]] std::int32_t Count() const {
     return static_cast<std::int32_t>(membres_->objets.size());
   }
@@ -197,8 +218,10 @@ class Collection {
     return false;
   }
 
-  // Enumerator (`NewEnum`): for (const Ref<T>& objet : collection).
+  /// Walks the members of this moment, in insertion order (`NewEnum`):
+  /// `for (const Ref<T>& objet : collection)`.
   [[nodiscard]] Itérateur<T> begin() const { return {membres_, membres_->objets.data()}; }
+  /// The end of such a walk.
   [[nodiscard]] Itérateur<T> end() const {
     return Itérateur<T>(membres_->objets.data() + membres_->objets.size());
   }
@@ -263,25 +286,32 @@ class EntréeLogique;
 class Fonction;
 class SortieLogique;
 
+/// Channels of a block.
 using Canals = Collection<Canal, RèglesCollection{.échecs = EchecsCollection::TousAttrapés}>;
+/// Blocks of a board.
 using Fonctions = Collection<Fonction, RèglesCollection{}>;
+/// Boards of a frame.
 using Cartes = Collection<Carte, RèglesCollection{}>;
+/// Sensors of a frame, or those that make one up.
 using Capteurs = Collection<Capteur, RèglesCollection{.accepteObjet = true,
                                                       .cléFacultative = true,
                                                       .cléNullePermise = true,
                                                       .itemIndex = true,
                                                       .modeEdition = true}>;
+/// Commands of a frame.
 using Commandes = Collection<Commande, RèglesCollection{.accepteObjet = true,
                                                         .cléFacultative = true,
                                                         .cléNullePermise = true,
                                                         .itemIndex = true,
                                                         .modeEdition = true}>;
+/// Logic inputs of a frame.
 using EntréeLogiques =
     Collection<EntréeLogique, RèglesCollection{.accepteObjet = true,
                                                .cléFacultative = true,
                                                .cléNullePermise = true,
                                                .itemIndex = true,
                                                .échecs = EchecsCollection::ItemAttrapé}>;
+/// Logic outputs of a frame.
 using SortieLogiques = Collection<SortieLogique, RèglesCollection{.cléFacultative = true,
                                                                   .cléNullePermise = true,
                                                                   .itemIndex = true}>;

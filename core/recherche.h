@@ -25,11 +25,12 @@ class Annuaire {
   Annuaire& operator=(const Annuaire&) = delete;
 
   template <class T>
+  /// Objects of one class, each found by its text.
   using Table = std::unordered_map<std::string, Ref<T>>;
-  Table<Canal> canaux;  ///< by key, the others by label
-  Table<Capteur> capteurs;
-  Table<EntréeLogique> entrées;
-  Table<SortieLogique> sorties;
+  Table<Canal> canaux;           ///< by key, the others by label
+  Table<Capteur> capteurs;       ///< sensors by label
+  Table<EntréeLogique> entrées;  ///< logic inputs by label
+  Table<SortieLogique> sorties;  ///< logic outputs by label
 
  private:
   Chassis& chassis_;
@@ -37,9 +38,12 @@ class Annuaire {
 
 /// The channel of that key, over all boards and blocks.
 [[nodiscard]] CanalRef CanalDeClé(Chassis& chassis, std::string_view clé);
+///@{
+/// The first object of that label.
 [[nodiscard]] CapteurRef CapteurDeLabel(Chassis& chassis, std::string_view label);
 [[nodiscard]] EntréeLogiqueRef EntréeLogiqueDeLabel(Chassis& chassis, std::string_view label);
 [[nodiscard]] SortieLogiqueRef SortieLogiqueDeLabel(Chassis& chassis, std::string_view label);
+///@}
 /// The first shared parameter of that key.
 [[nodiscard]] Ref<ZED_Parametre> ParamètreDeClé(const ParamètresPartagés& paramètres,
                                                 std::string_view clé);

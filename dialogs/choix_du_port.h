@@ -21,8 +21,8 @@ class TesteurDePort {
 
 /// A list of texts of which one may be selected.
 struct ListeDeChoix {
-  std::vector<std::string> textes;
-  std::optional<std::size_t> choisi;
+  std::vector<std::string> textes;    ///< in the order shown
+  std::optional<std::size_t> choisi;  ///< rank of the selected one; none
 };
 
 /// The form in which the operator picks the port and the speed of an instrument, or has them found
@@ -51,8 +51,11 @@ class ChoixDuPort {
   /// Hides the form.
   void BtnClose() noexcept { visible_ = false; }
 
+  /// Ports that can be picked.
   ListeDeChoix CmbListeCOM;
+  /// Speeds that can be picked.
   ListeDeChoix CmbListeBaudrate;
+  /// What the search is doing, or came to.
   std::string LblEtat;
 
  private:

@@ -16,7 +16,9 @@ class FenêtresDEtalonnage;
 /// takes it off the screen when it goes. Until `BtnOK` the command goes on with its old table.
 class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
  public:
+  /// Column of the units.
   static constexpr int kUnités = 0;
+  /// Column of the points.
   static constexpr int kPoints = 1;
 
   Cmde_Normale_Extrn_Calibration() : FeuilleEtalonnage(kModèle) {}
@@ -33,7 +35,9 @@ class Cmde_Normale_Extrn_Calibration final : public FeuilleEtalonnage {
 
   /// The sensors' labels.
   ListeDeChoix CmbCapteurARecopier;
+  /// Live value of the sensor chosen.
   [[nodiscard]] const std::string& LblValeurCapteur() const noexcept { return valeurCapteur_; }
+  /// Live points of the channel; 0 without one.
   [[nodiscard]] const std::string& LblValeurSortie() const noexcept { return valeurSortie_; }
 
   void Timer1() override;

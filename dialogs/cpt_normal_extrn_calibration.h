@@ -15,7 +15,9 @@ class FenêtresDEtalonnage;
 /// takes it off the screen when it goes.
 class Cpt_Normal_Extrn_Calibration final : public FeuilleEtalonnage {
  public:
+  /// Column of the points.
   static constexpr int kPoints = 0;
+  /// Column of the units.
   static constexpr int kUnités = 1;
 
   Cpt_Normal_Extrn_Calibration() : FeuilleEtalonnage(kModèle) {}
@@ -29,13 +31,19 @@ class Cpt_Normal_Extrn_Calibration final : public FeuilleEtalonnage {
   /// The sensor goes away.
   void OublieSonObjet() noexcept override;
 
+  /// Name that the operator reads, as it is being typed.
   std::string TxtNomAffiche;
+  /// Unit, as it is being typed.
   std::string TxtUnite;
+  /// Live points of the sensor.
   [[nodiscard]] const std::string& LblValeurBrute() const noexcept { return valeurBrute_; }
+  /// Live value of the sensor.
   [[nodiscard]] const std::string& LblValeurCourante() const noexcept { return valeurCourante_; }
+  ///@{
   /// Checked takes a tare to 0, unchecked cancels it. A tare stays whatever button ends the form.
   [[nodiscard]] bool ChkTare() const noexcept { return tare_; }
   void ChkTare(bool cochée);
+  ///@}
 
   void Timer1() override;
   /// Writes what changed of name, unit and points to the sensor's row, then all to the sensor. A

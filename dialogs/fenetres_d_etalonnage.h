@@ -17,9 +17,11 @@ class FenêtresDEtalonnage : public Fenêtres {
                 const DemandeDEtalonnage& demande) final;
 
   using Fenêtres::Montre;
+  ///@{
   /// Shows a calibration form as a child of `mère`, or brings it to the front, and returns at once.
   virtual void Montre(Ref<Cpt_Normal_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
   virtual void Montre(Ref<Cmde_Normale_Extrn_Calibration> feuille, FenêtreHôte* mère) = 0;
+  ///@}
 };
 
 }  // namespace zuma

@@ -14,11 +14,14 @@ namespace zuma {
 /// What the maintenance form shows of a digital conditioner, of either class.
 class ConditionneurAffiché {
  public:
+  /// One state of the module.
   struct Drapeau {
-    std::string_view nom;
-    bool levé = false;
+    std::string_view nom;  ///< key of its caption
+    bool levé = false;     ///< it is raised
   };
+  /// The nine states of a module, in the order of the form.
   using Drapeaux = std::array<Drapeau, 9>;
+  /// Channels of a module.
   static constexpr std::int32_t kNombreDeValeurs = 3;
 
   ConditionneurAffiché() = default;
@@ -27,8 +30,11 @@ class ConditionneurAffiché {
   /// Takes the object off the form that shows it.
   virtual ~ConditionneurAffiché();
 
+  /// Its port; Nothing while it has none.
   [[nodiscard]] virtual Ref<PortInstrument> PortAffiché() const = 0;
+  /// The module answers and has been set up.
   [[nodiscard]] virtual bool InitialiséAffiché() const = 0;
+  /// Its states now.
   [[nodiscard]] virtual Drapeaux DrapeauxAffichés() const = 0;
   /// Value of channel `index`, from 0.
   [[nodiscard]] virtual double ValeurAffichée(std::int32_t index) const = 0;
@@ -46,6 +52,7 @@ class FeuilleConditionneurNumerique {
  public:
   static constexpr double kPériode = 0.2;  ///< seconds between two refreshes of the display
 
+  /// Captions of the form.
   enum class Element : std::uint8_t {
     Titre,
     CadreCommunication,
@@ -60,15 +67,18 @@ class FeuilleConditionneurNumerique {
     BoutonQuitter,
     BoutonRetryConnection
   };
+  /// How many captions there are.
   static constexpr std::size_t kNombreDElements = 12;
 
+  /// Colour of the lamp.
   enum class Lampe : std::uint8_t { Rouge, Verte };
 
   /// What changes while the form is shown.
   struct Affichage {
-    std::string com;             ///< the port and its settings
-    Lampe lampe = Lampe::Rouge;  ///< green once the module is initialised
-    ConditionneurAffiché::Drapeaux drapeaux{};
+    std::string com;                            ///< the port and its settings
+    Lampe lampe = Lampe::Rouge;                 ///< green once the module is initialised
+    ConditionneurAffiché::Drapeaux drapeaux{};  ///< states of the module
+    /// Values of the three channels.
     std::array<std::string, ConditionneurAffiché::kNombreDeValeurs> valeurs;
   };
 
@@ -93,9 +103,11 @@ class FeuilleConditionneurNumerique {
   /// Unloads the form.
   void BtnQuitter() { Décharge(); }
 
+  /// Caption of an element, in the language of the translator.
   [[nodiscard]] const std::string& Texte(Element élément) const {
     return textes_[static_cast<std::size_t>(élément)];
   }
+  /// What is to be painted now.
   [[nodiscard]] const Affichage& LAffichage() const noexcept { return affichage_; }
   /// Window that owns the form; null for none.
   [[nodiscard]] FenêtreHôte* Mère() const noexcept { return mère_; }

@@ -29,6 +29,7 @@ class FeuilleEtalonnage : public FeuilleTenue {
  public:
   static constexpr double kPériode = 0.2;  ///< seconds between two refreshes of the live values
   static constexpr int kRangées = TableEtalonnage::kMaxPoints + 1;  ///< row 0 is the header
+  /// Columns of the grid.
   static constexpr int kColonnes = 2;
 
   /// What the editor does with a key.
@@ -36,9 +37,11 @@ class FeuilleEtalonnage : public FeuilleTenue {
     Passe,  ///< the box takes the character
     Mangée  ///< dropped, or already carried out
   };
+  /// Place of a cell.
   struct Case {
-    int rangée = 1;
-    int colonne = 0;
+    int rangée = 1;   ///< 1 to 20
+    int colonne = 0;  ///< 0 or 1
+    /// The same cell.
     friend bool operator==(Case, Case) = default;
   };
 
@@ -48,9 +51,11 @@ class FeuilleEtalonnage : public FeuilleTenue {
 
   /// Without a translator captions stay as they are.
   void Traducteur(Ref<ZED_Traduction> traducteur) { traducteur_ = std::move(traducteur); }
+  /// False once the form is to leave the screen.
   [[nodiscard]] bool Visible() const noexcept { return visible_; }
   /// The window that owns the form; null for none, and once it is gone.
   [[nodiscard]] FenêtreHôte* Propriétaire() const noexcept { return propriétaire_.lock().get(); }
+  /// Title of the window: the name of the object.
   [[nodiscard]] const std::string& Titre() const noexcept { return titre_; }
   /// Internal name of the object, read only.
   [[nodiscard]] const std::string& Lbl_Nom_Interne_Cpt() const noexcept { return nom_; }
@@ -79,9 +84,11 @@ class FeuilleEtalonnage : public FeuilleTenue {
   void ActiveCellule(Case où);
   /// The cell being edited; none while `Text1` is hidden.
   [[nodiscard]] std::optional<Case> Text1Sur() const noexcept { return text1Sur_; }
+  ///@{
+  /// The box: what it holds now.
   [[nodiscard]] const std::string& Text1() const noexcept { return text1_; }
-  /// What the box holds now.
   void Text1(std::string texte) { text1_ = std::move(texte); }
+  ///@}
   /// A key in `Text1`: digits, ".", ",", "+", "-" and backspace pass; Enter (13) keeps the text,
   /// Escape (27) leaves the cell as it was, both hide the box; any other key is dropped.
   Suite Text1_KeyPress(char32_t code);
@@ -104,13 +111,17 @@ class FeuilleEtalonnage : public FeuilleTenue {
     std::array<std::string_view, kColonnes> entêtes;  ///< captions of the columns
     int unités;  ///< column of the units; the other one holds the points
   };
+  /// One row of the table.
   struct Point {
-    double unités = 0;
-    double points = 0;
+    double unités = 0;  ///< in units of the object
+    double points = 0;  ///< in points of the channel
+    /// Equal to the last digit.
     friend bool operator==(const Point&, const Point&) = default;
   };
+  /// Rows 1 to 20 of the table.
   using Points = std::array<Point, TableEtalonnage::kMaxPoints>;
 
+  /// An empty form of that model, not shown.
   explicit FeuilleEtalonnage(const Modèle& modèle) : modèle_(modèle) {}
 
   /// Shows the form, owned by `mère`: the owner before is kept, and put back at the end.
@@ -155,6 +166,7 @@ class FeuilleEtalonnage : public FeuilleTenue {
   }
   /// Works out `LblValeurSaisie` of `entrée`, by the direction `vers` of the table.
   void AfficheSousLaTableSaisie(double entrée, double (TableEtalonnage::*vers)(double) const);
+  /// Hands the points to the object, row by row.
   template <class Etalonné>
   static void PorteLesPoints(Etalonné& objet, const Points& points) {
     for (std::int16_t rangée = 1; rangée < kRangées; ++rangée) {

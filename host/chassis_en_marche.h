@@ -40,10 +40,15 @@ class ChassisEnMarche {
   ChassisEnMarche(const ChassisEnMarche&) = delete;
   ChassisEnMarche& operator=(const ChassisEnMarche&) = delete;
 
+  /// The frame; it ends with this object.
   [[nodiscard]] Chassis& LeChassis() { return chassis_; }
+  /// Its safety object, which latches the causes of a stop.
   [[nodiscard]] linux_::Securite& LaSécurité() { return *sécurité_; }
+  /// Which outputs a stop has reached.
   [[nodiscard]] const SuiviDeLArrêt& LeSuivi() const { return suivi_; }
+  /// Its shared parameters.
   [[nodiscard]] const linux_::Parametres& LesParamètres() const { return paramètres_; }
+  /// What other programs see of it.
   [[nodiscard]] publication::Publication& LaPublication() { return *publication_; }
   /// Keeps each stop from now on as a case in that folder; see `EcritLeCas`.
   void GardeLesArrêts(const std::string& dossier);

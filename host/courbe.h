@@ -9,18 +9,18 @@ namespace zuma::host {
 
 /// One curve with its axes.
 struct Courbe {
-  std::string titre;
-  std::string abscisse;  ///< name and unit
-  std::string ordonnée;
-  std::vector<std::pair<double, double>> points;
-  std::optional<double> moment{};  ///< marked by a line across
-  std::vector<double> limites{};   ///< of the ordinate, drawn where they come near the curve
+  std::string titre;                              ///< above the curve
+  std::string abscisse;                           ///< name and unit
+  std::string ordonnée;                           ///< name and unit
+  std::vector<std::pair<double, double>> points;  ///< in the order in which they are joined
+  std::optional<double> moment{};                 ///< marked by a line across
+  std::vector<double> limites{};  ///< of the ordinate, drawn where they come near the curve
 };
 
 /// A line of text above the curves.
 struct LigneDePage {
-  std::string texte;
-  bool titre = false;
+  std::string texte;   ///< words of the line
+  bool titre = false;  ///< set larger, as a title
 };
 
 /// The curves as an SVG picture, `colonnes` side by side, below the lines of text. Texts are those

@@ -11,16 +11,17 @@ namespace zuma::host {
 
 /// Why a sensor must not be believed.
 struct DéfautCapteur {
+  /// What can be wrong with a reading.
   enum class Genre : std::uint8_t {
-    HorsService,
-    NonSélectionné,
-    SansCanal,
-    NonValide,
-    Dépassement,
-    PasUnNombre,
-    Figé,
+    HorsService,     ///< out of service
+    NonSélectionné,  ///< its selection is not met
+    SansCanal,       ///< no channel, or one that was not found
+    NonValide,       ///< below the threshold of a valid reading
+    Dépassement,     ///< outside its limits
+    PasUnNombre,     ///< the value is no number
+    Figé,            ///< the value does not move any more
   };
-  Genre genre = Genre::HorsService;
+  Genre genre = Genre::HorsService;  ///< what is wrong
   std::string capteur;  ///< its name: a sensor that others are made from fails by itself
 };
 

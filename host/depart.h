@@ -21,11 +21,14 @@ enum class Etape {
 /// one limit that could not be read, a sensor no longer stops the machine.
 class DépartRefusé : public std::runtime_error {
  public:
+  /// Problems of frame `chassis`, found at that stage.
   DépartRefusé(std::int32_t chassis, Etape étape, std::vector<Problème> problèmes);
 
+  /// What is wrong, as it was met.
   [[nodiscard]] const std::vector<Problème>& Problèmes() const { return problèmes_; }
   /// The problems for people, one a line.
   [[nodiscard]] std::string Liste() const;
+  /// "Index" of the frame.
   [[nodiscard]] std::int32_t LeChassis() const { return chassis_; }
 
  private:

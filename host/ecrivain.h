@@ -14,11 +14,11 @@ namespace zuma::host {
 
 /// How a recording goes.
 struct EtatDEnregistrement {
-  std::string fichier;
+  std::string fichier;          ///< path of the recording
   int erreur = 0;               ///< error number of the last try to write; 0: it goes on
   std::uint64_t écrites = 0;    ///< rows in the file
   std::uint64_t enAttente = 0;  ///< rows that a failing disk keeps waiting
-  std::uint64_t perdues = 0;
+  std::uint64_t perdues = 0;    ///< rows given up
 
   /// Nothing is missing, and nothing waits.
   [[nodiscard]] bool Complet() const { return erreur == 0 && enAttente == 0 && perdues == 0; }
@@ -34,6 +34,7 @@ struct EtatDEnregistrement {
 /// when. No row is ever there in part.
 class Ecrivain {
  public:
+  /// How much is kept while the disk takes nothing.
   struct Réglages {
     /// Rounds that may wait: a minute, so that a disk that is full for a moment leaves no gap.
     std::size_t lots = 60;
@@ -42,6 +43,7 @@ class Ecrivain {
   /// `entête`: first line of the file, with its line end.
   Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête,
            const Réglages& réglages);
+  /// The same with room for a minute.
   Ecrivain(FichierEnAjout& fichier, SourceDeRangées& rangées, std::string entête)
       : Ecrivain(fichier, rangées, std::move(entête), Réglages()) {}
 

@@ -11,24 +11,25 @@ namespace zuma::host {
 
 /// One column of a recording.
 struct ColonneLue {
-  std::string nom;  ///< without its unit
-  std::string unité;
-  std::string label{};
-  std::string étalonné{};  ///< date of the calibration, as its row said it
-  std::string parQui{};
+  std::string nom;                ///< without its unit
+  std::string unité;              ///< empty without one
+  std::string label{};            ///< label of the object
+  std::string étalonné{};         ///< date of the calibration, as its row said it
+  std::string parQui{};           ///< who calibrated
   std::vector<double> valeurs{};  ///< no number where there was no reading
 };
 
 /// A recording that is finished.
 struct EnregistrementLu {
-  std::vector<double> secondes;
-  std::vector<ColonneLue> colonnes;
-  std::vector<Lacune> lacunes;
+  std::vector<double> secondes;      ///< of each row, from the start
+  std::vector<ColonneLue> colonnes;  ///< in the order of the file
+  std::vector<Lacune> lacunes;       ///< rows that are missing
+  /// Something that was asked of a sensor.
   struct ActeLu {
     std::size_t rangée;  ///< it was done before this one
-    Acte acte;
+    Acte acte;           ///< what it was
   };
-  std::vector<ActeLu> actes;
+  std::vector<ActeLu> actes;   ///< in their order
   std::optional<double> liéÀ;  ///< timer of the frame when it was linked, microseconds
   /// Start, frame, and "specimen ..." of the file beside it.
   std::vector<std::pair<std::string, std::string>> textes;

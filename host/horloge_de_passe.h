@@ -10,8 +10,10 @@ namespace zuma::host {
 /// Devices have a timer that runs: what they wait for comes during a pass.
 class HorlogeDePasse final : public ZED_Timer {
  public:
+  /// Stands at that instant, microseconds.
   explicit HorlogeDePasse(double instant) : instant_(instant) {}
   [[nodiscard]] double LitMicrosecondes() override { return instant_; }
+  /// Moves the timer to an instant of the machine, whatever it stood at.
   void Pose(double microsecondes) { instant_ = microsecondes; }
 
  private:

@@ -67,13 +67,16 @@ class Hôte {
   Hôte(const Hôte&) = delete;
   Hôte& operator=(const Hôte&) = delete;
 
+  /// The frame itself, for all that this class does not offer.
   [[nodiscard]] zuma::Chassis& LeChassis();
+  ///@{
   /// The object of that label ("Label" of its row). Throws `MauvaisUsage`, with the labels that are
   /// there, when there is none.
   [[nodiscard]] zuma::Capteur& Capteur(std::string_view label);
   [[nodiscard]] zuma::Commande& Commande(std::string_view label);
   [[nodiscard]] zuma::EntréeLogique& EntréeLogique(std::string_view label);
   [[nodiscard]] zuma::SortieLogique& SortieLogique(std::string_view label);
+  ///@}
 
   /// Heard behind the pass in which a stop is latched, with its first cause; the outputs are at
   /// rest by then. It may acknowledge or leave, but moves nothing.

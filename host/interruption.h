@@ -15,6 +15,7 @@ class Interruption {
   ~Interruption();
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
+  /// An end was asked for, since the construction. False again once this has ended.
   [[nodiscard]] static bool Demandée() noexcept;
 
  private:

@@ -21,11 +21,13 @@ class LigneLue {
   /// Reads the row in hand of `lignes`, which outlives it, and every row that follows.
   LigneLue(std::string_view table, const Recordset& lignes);
 
+  /// Name of the table.
   [[nodiscard]] std::string_view Table() const { return table_; }
   /// The field of exactly that name, or none.
   [[nodiscard]] const Valeur* Cherche(std::string_view colonne) const;
   /// Its "Index"; in a link table without one the numbers of frame and object.
   [[nodiscard]] std::string Désignation() const;
+  /// A number, from a number or a text with comma or point.
   [[nodiscard]] std::optional<double> Nombre(std::string_view colonne) const;
   /// A whole number of 32 bits.
   [[nodiscard]] std::optional<std::int32_t> Entier(std::string_view colonne) const;
@@ -35,6 +37,7 @@ class LigneLue {
   }
   /// Empty where there is none.
   [[nodiscard]] std::string Texte(std::string_view colonne) const;
+  /// True on a value that means so; false where there is none.
   [[nodiscard]] bool Vrai(std::string_view colonne) const;
 
  private:
@@ -49,20 +52,24 @@ class LigneLue {
 
 /// What is wrong with a value of a row.
 struct Constat {
-  std::string_view colonne;
-  Gravité gravité = Gravité::Erreur;
-  std::string_view texte;
-  std::string trouvé;
-  std::string attendu;
+  std::string_view colonne;           ///< name of the column
+  Gravité gravité = Gravité::Erreur;  ///< how bad it is
+  std::string_view texte;             ///< what is wrong
+  std::string trouvé;                 ///< value found
+  std::string attendu;                ///< value expected
 };
 
 /// What the checks found, each with its table and row.
 class Constats {
  public:
+  /// Collects into `recueil`, which outlives it.
   explicit Constats(Recueil& recueil) : recueil_(recueil) {}
+  ///@{
+  /// Keeps what was found, once.
   void Dit(const LigneLue& ligne, Constat constat);
   /// `ligne`: "Index" of the row, or what stands for it in a link table without one.
   void Dit(std::string_view table, std::string ligne, Constat constat);
+  ///@}
 
  private:
   Recueil& recueil_;

@@ -22,7 +22,9 @@ class Machine {
  public:
   virtual ~Machine() = default;
 
+  /// The services that the frame is made with; they live as long as the machine.
   [[nodiscard]] virtual Plateforme& Services() = 0;
+  /// The timer of the frame.
   [[nodiscard]] virtual Ref<ZED_Timer> Timer() = 0;
   /// Called once, between load and start.
   virtual void Branche(Chassis&) {}

@@ -29,16 +29,17 @@ enum class Gravité {
 
 /// One thing that is wrong with a configuration. Fields that do not apply stay empty.
 struct Problème {
-  Origine origine = Origine::Donnée;
-  std::string table{};
-  std::string ligne{};  ///< "Index" of the row
-  std::string colonne{};
-  std::string trouvé{};
-  std::string attendu{};
-  std::string objet{};  ///< class, key and name of the object concerned
-  std::string texte{};
-  Gravité gravité = Gravité::Erreur;
+  Origine origine = Origine::Donnée;  ///< where it was met
+  std::string table{};                ///< table of the row
+  std::string ligne{};                ///< "Index" of the row
+  std::string colonne{};              ///< column of the value
+  std::string trouvé{};               ///< value found
+  std::string attendu{};              ///< value expected
+  std::string objet{};                ///< class, key and name of the object concerned
+  std::string texte{};                ///< what is wrong, or what was told
+  Gravité gravité = Gravité::Erreur;  ///< how bad it is
 
+  /// Equal in everything.
   friend bool operator==(const Problème&, const Problème&) = default;
 };
 
@@ -50,9 +51,11 @@ class Recueil : public ZED_Erreur, public BoîteDeMessage, public AttenteLimité
   bool AttendEncore(std::string_view texte, const ObjetConcerné& objet, int fois) override;
   /// Keeps the problem, once: a board that is gone fails on every pass. False when it was there.
   bool Ajoute(Problème problème);
+  /// The different ones, in the order in which they came.
   [[nodiscard]] const std::vector<Problème>& Problèmes() const { return problèmes_; }
   /// How many different ones came behind the first `kGardés`, which alone are kept.
   [[nodiscard]] std::size_t EnPlus() const { return connus_.size() - problèmes_.size(); }
+  /// Problems that are kept.
   static constexpr std::size_t kGardés = 10'000;
 
  private:
@@ -63,6 +66,7 @@ class Recueil : public ZED_Erreur, public BoîteDeMessage, public AttenteLimité
 
 /// The problem as one line for people.
 [[nodiscard]] std::string Ligne(const Problème& problème);
+/// `retrait` of a JSON text on one line.
 inline constexpr int kUneLigne = -1;
 /// All problems as a JSON text, an array of objects, indented by `retrait` or on one line; a last
 /// one tells of `enPlus` others.

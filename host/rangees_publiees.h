@@ -16,9 +16,11 @@ namespace zuma::host {
 /// Those of its channels.
 [[nodiscard]] std::vector<std::size_t> LesCanaux(const publication::ChassisPublié& chassis);
 
+///@{
 /// Titles of what a recording holds that is to be played again.
 inline constexpr std::string_view kColonneDeLHorloge = "clock";
 inline constexpr std::string_view kUnitéDesCanaux = "points";
+///@}
 
 /// What a recording holds besides the values chosen.
 struct Contenu {

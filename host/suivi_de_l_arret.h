@@ -15,21 +15,24 @@ namespace zuma::host {
 /// and once more when it is reached after all.
 class SuiviDeLArrêt {
  public:
+  /// How far a stop has come at one output.
   enum class Portée : std::uint8_t {
-    Atteinte,
+    Atteinte,  ///< it is at rest
     Attendue,  ///< its link has not confirmed it yet
-    Manquée
+    Manquée    ///< not confirmed within `kDélai`, or its write failed
   };
+  /// One output that is followed.
   struct Sortie {
-    std::string nom;
-    std::function<bool()> atteinte;
+    std::string nom;                 ///< its name
+    std::function<bool()> atteinte;  ///< asks the object
     bool directe;  ///< a write either goes out or fails: there is nothing to wait for
-    Portée portée = Portée::Atteinte;
-    std::optional<double> depuis{};  ///< it is not reached, microseconds
+    Portée portée = Portée::Atteinte;  ///< how far it has come
+    std::optional<double> depuis{};    ///< it is not reached, microseconds
   };
   /// Microseconds within which a link has to confirm; longer than the time-out of any of them.
   static constexpr double kDélai = 1e6;
 
+  /// Follows nothing yet. What is missed goes to `recueil`, in the words of `traducteur`.
   SuiviDeLArrêt(Ref<Recueil> recueil, Ref<ZED_Traduction> traducteur)
       : recueil_(std::move(recueil)), traducteur_(std::move(traducteur)) {}
 
@@ -43,6 +46,7 @@ class SuiviDeLArrêt {
 
   /// Empty while no stop is latched and none missed anything.
   [[nodiscard]] const std::vector<Sortie>& Sorties() const noexcept;
+  /// Names of the outputs that are missed.
   [[nodiscard]] std::vector<std::string> Manquées() const;
 
  private:

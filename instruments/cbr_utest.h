@@ -28,19 +28,27 @@ class CBR_UTEST_CLASS : public TesteurDePort {
   /// Makes its own serial port with the services of `plateforme`, which outlive it.
   explicit CBR_UTEST_CLASS(Plateforme& plateforme);
 
+  /// Clock of the exchanges.
   void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
   /// Settings of the port in use or looked for, such as "3,9600,N,8,1"; empty before `Initialise`.
   [[nodiscard]] const std::string& Settings() const noexcept { return mstrSettings; }
+  ///@{
   /// Force and displacement of the last good answer, in the machine's own units.
   [[nodiscard]] double ForceCourante() const noexcept { return mdblForceCourante; }
   [[nodiscard]] double DeplacementCourant() const noexcept { return mdblDeplacementCourant; }
+  ///@}
+  ///@{
   /// The kind of machine, told by each start; all three False before the first one.
   [[nodiscard]] bool TestCBR() const noexcept { return EstUn(trames_utest::Machine::CBR); }
+  ///@}
   [[nodiscard]] bool TestPort(const std::string& Settings_str) override;
+  ///@{
+  /// The kind of machine, see `TestCBR`.
   [[nodiscard]] bool TestMarshall() const noexcept {
     return EstUn(trames_utest::Machine::Marshall);
   }
   [[nodiscard]] bool TestUU() const noexcept { return EstUn(trames_utest::Machine::UU); }
+  ///@}
   /// The port is there and open, and the machine answers.
   [[nodiscard]] bool EtatMachine() const;
   /// The port is there.
@@ -84,11 +92,13 @@ class CBR_UTEST_CLASS : public TesteurDePort {
 
   /// What was wrong with answers since the last good one.
   struct Erreurs {
-    bool somme = false;
-    bool fonction = false;
-    bool sansEntête = false;
+    bool somme = false;       ///< a check sum was wrong
+    bool fonction = false;    ///< it answered another function
+    bool sansEntête = false;  ///< bytes without a frame came in
+    /// The same faults.
     friend bool operator==(const Erreurs&, const Erreurs&) = default;
   };
+  /// What was wrong with answers since the last good one.
   [[nodiscard]] const Erreurs& LesErreurs() const noexcept { return erreurs_; }
 
   /// Good measures so far.

@@ -13,6 +13,7 @@ namespace zuma {
 /// cannot be read, or is none that an amplifier gives, stays as it was.
 class ClassSpider {
  public:
+  /// No channels before `Initialise`; `plateforme` outlives this.
   explicit ClassSpider(Plateforme& plateforme) : plateforme_(plateforme) {}
 
   /// Channels of the whole devices that answered, measured or not; 0 without a device.

@@ -17,7 +17,9 @@ class ConditionneurCommun : protected ConditionneurAffiché {
  public:
   /// Clock of the exchanges; an operation that needs it fails with 91 when there is none.
   void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
+  /// The line to the module; Nothing leaves it unasked.
   void LiaisonSerie(Ref<PortInstrument> liaison) { LiaisonSerie_ = std::move(liaison); }
+  /// The line to the module; Nothing while it has none.
   [[nodiscard]] const Ref<PortInstrument>& LiaisonSerie() const { return LiaisonSerie_; }
   /// A module of a known kind has answered, and within the last second.
   [[nodiscard]] bool Initialised() const { return Initialised_ && !muet_; }
@@ -26,20 +28,29 @@ class ConditionneurCommun : protected ConditionneurAffiché {
   [[nodiscard]] bool Périmé() const { return périmé_; }
   /// Modbus slave, 0 to 127.
   [[nodiscard]] std::int32_t Adresse() const { return Adresse_; }
+  /// A wrong answer came lately, of whatever kind. Latched like the others below.
   [[nodiscard]] bool ErreurGenerale() const { return Levé(DrapeauConditionneur::ErreurGenerale); }
+  /// An answer did not come in time.
   [[nodiscard]] bool Timeout() const { return Levé(DrapeauConditionneur::Timeout); }
+  /// Another slave answered.
   [[nodiscard]] bool ErreurAdresseModbus() const {
     return Levé(DrapeauConditionneur::ErreurAdresseModbus);
   }
+  /// The check sum of an answer was wrong.
   [[nodiscard]] bool ErreurCRC() const { return Levé(DrapeauConditionneur::ErreurCRC); }
+  /// A diagnostic answer was wrong.
   [[nodiscard]] bool ErreurDiagnostic() const {
     return Levé(DrapeauConditionneur::ErreurDiagnostic);
   }
+  /// The module refused a write.
   [[nodiscard]] bool ErreurEcriture() const { return Levé(DrapeauConditionneur::ErreurEcriture); }
+  /// The module refused a read.
   [[nodiscard]] bool ErreurLecture() const { return Levé(DrapeauConditionneur::ErreurLecture); }
+  /// An answer was of another function.
   [[nodiscard]] bool ErreurProblemeFonction() const {
     return Levé(DrapeauConditionneur::ErreurProblemeFonction);
   }
+  /// An answer was wrong in any other way.
   [[nodiscard]] bool ErreurAutre() const { return Levé(DrapeauConditionneur::ErreurAutre); }
   /// Firmware of the module: 1 or 2; 99999 for any other; 0 before an answer.
   [[nodiscard]] double version() const { return version_; }
@@ -58,6 +69,9 @@ class ConditionneurCommun : protected ConditionneurAffiché {
   /// True when a module can be asked: link given, port open, address from 0 to 127.
   [[nodiscard]] static bool PeutInterroger(const Ref<PortInstrument>& liaison,
                                            std::int32_t adresse);
+  /// Asks the module for its registers, from the first one of the settings on. False, and nothing
+  /// sent,
+  /// while an answer is awaited.
   bool EnvoieRequête(std::int32_t nbRegistres, EchangeConditionneur::Envoi envoi);
   /// The three analog channels, at 0 when they are new: those that were read keep their values.
   void CréeLesCanaux();
@@ -71,21 +85,24 @@ class ConditionneurCommun : protected ConditionneurAffiché {
     heureEntendue_ = Maintenant();
     muet_ = false;
   }
+  /// What an exchange runs on; fails with 91 without line or clock.
   [[nodiscard]] EchangeConditionneur::Ligne Ligne() const { return {*LiaisonSerie_, *TimerExact_}; }
+  /// The clock, microseconds.
   [[nodiscard]] double Maintenant() const { return TimerExact_->LitMicrosecondes(); }
+  /// True while that flag is raised.
   [[nodiscard]] bool Levé(DrapeauConditionneur drapeau) const { return échange_.Levé(drapeau); }
 
   [[nodiscard]] Ref<PortInstrument> PortAffiché() const override { return LiaisonSerie_; }
   [[nodiscard]] bool InitialiséAffiché() const override { return Initialised(); }
   [[nodiscard]] Drapeaux DrapeauxAffichés() const override;
 
-  Plateforme& plateforme_;
-  EchangeConditionneur échange_;
-  std::vector<ClassCanalElementK9> canaux_;
-  Ref<PortInstrument> LiaisonSerie_;
-  std::int32_t Adresse_ = 0;
-  bool Initialised_ = false;
-  double version_ = 0;
+  Plateforme& plateforme_;                   ///< services of the machine
+  EchangeConditionneur échange_;             ///< exchange in progress, and its flags
+  std::vector<ClassCanalElementK9> canaux_;  ///< of the module, once it is known
+  Ref<PortInstrument> LiaisonSerie_;         ///< line to the module
+  std::int32_t Adresse_ = 0;                 ///< its slave
+  bool Initialised_ = false;                 ///< a module of a known kind has answered
+  double version_ = 0;                       ///< its firmware; 0 before an answer
 
  private:
   Ref<ZED_Timer> TimerExact_;

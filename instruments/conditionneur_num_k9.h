@@ -11,31 +11,38 @@ namespace zuma {
 /// do.
 class ClassConditionneurNum_K9 : private ConditionneurCommun {
  public:
+  /// A conditioner without a line; `plateforme` outlives this.
   explicit ClassConditionneurNum_K9(Plateforme& plateforme)
       : ConditionneurCommun(plateforme, kTimeOut) {}
 
+  ///@{
   /// Channel counts: nothing fills them, they stay 0.
   [[nodiscard]] std::int32_t NombreEA() const { return 0; }
   [[nodiscard]] std::int32_t NombreEL() const { return 0; }
   [[nodiscard]] std::int32_t NombreSA() const { return 0; }
   [[nodiscard]] std::int32_t NombreSL() const { return 0; }
+  ///@}
   /// Value of an analog input in the module's raw units, -32768 to 32767; 0 for no such channel.
   [[nodiscard]] double ParCanalEA(std::int32_t IndexCanal) const;
   /// State of a logic input; false for no such channel.
   [[nodiscard]] bool ParCanalEL(std::int32_t IndexCanal) const;
+  ///@{
   /// Value of an output, kept here: nothing is ever written to a module, and no known module has
   /// outputs.
   void ParCanalSA(std::int32_t IndexCanal, double valeur);
   void ParCanalSL(std::int32_t IndexCanal, bool valeur);
+  ///@}
   using ConditionneurCommun::Adresse;
   using ConditionneurCommun::Initialised;
   using ConditionneurCommun::LiaisonSerie;
   using ConditionneurCommun::Mesures;
   using ConditionneurCommun::Périmé;
   using ConditionneurCommun::TimerExact;
+  ///@{
   /// Never set.
   [[nodiscard]] double DateDernierRaffraichissement() const { return 0; }
   [[nodiscard]] bool FullRefreshed() const { return false; }
+  ///@}
   using ConditionneurCommun::ErreurAdresseModbus;
   using ConditionneurCommun::ErreurAutre;
   using ConditionneurCommun::ErreurCRC;

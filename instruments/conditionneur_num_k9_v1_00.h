@@ -11,6 +11,7 @@ namespace zuma {
 /// by itself. A good answer lowers no flag, five seconds without a fault do.
 class ClassConditionneurNum_K9_V1_00 : private ConditionneurCommun {
  public:
+  /// A conditioner without a line; `plateforme` outlives this.
   explicit ClassConditionneurNum_K9_V1_00(Plateforme& plateforme)
       : ConditionneurCommun(plateforme, kTimeOut) {}
 

@@ -14,16 +14,17 @@ namespace zuma {
 
 /// What a conditioner reports of its line.
 enum class DrapeauConditionneur : std::uint8_t {
-  ErreurGenerale,
-  Timeout,
-  ErreurAdresseModbus,
-  ErreurCRC,
-  ErreurDiagnostic,
-  ErreurEcriture,
-  ErreurLecture,
-  ErreurProblemeFonction,
-  ErreurAutre
+  ErreurGenerale,          ///< a wrong answer, of whatever kind
+  Timeout,                 ///< no answer in time
+  ErreurAdresseModbus,     ///< answer of another slave
+  ErreurCRC,               ///< wrong check sum
+  ErreurDiagnostic,        ///< wrong diagnostic answer
+  ErreurEcriture,          ///< a write was refused
+  ErreurLecture,           ///< a read was refused
+  ErreurProblemeFonction,  ///< answer of another function
+  ErreurAutre              ///< anything else
 };
+/// How many there are.
 inline constexpr std::size_t kNombreDeDrapeaux = 9;
 
 /// Name of a flag, as the classes bear it.
@@ -41,9 +42,10 @@ class EchangeConditionneur {
 
   /// The line and the clock of an exchange.
   struct Ligne {
-    PortInstrument& port;
-    ZED_Timer& timer;
+    PortInstrument& port;  ///< line to the module
+    ZED_Timer& timer;      ///< its clock
   };
+  /// What becomes of a request while an answer is awaited.
   enum class Envoi : std::uint8_t {
     SiLibre,  ///< refused while an answer is awaited
     Forcé     ///< drops the exchange in progress and resets the port
@@ -60,9 +62,11 @@ class EchangeConditionneur {
   /// the wait.
   bool AttendRéponse(const Ligne& ligne);
 
+  /// An answer is awaited.
   [[nodiscard]] bool EnAttente() const noexcept { return enAttente_; }
   /// Data bytes of the last good answer.
   [[nodiscard]] const OutilsModbus::Valeurs& Données() const noexcept { return données_; }
+  /// True while that flag is raised.
   [[nodiscard]] bool Levé(DrapeauConditionneur drapeau) const noexcept {
     return drapeaux_[static_cast<std::size_t>(drapeau)];
   }

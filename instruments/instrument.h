@@ -14,12 +14,14 @@ namespace zuma::instruments {
 template <class Instrument>
 class PiloteInstrument : public Pilote {
  public:
+  /// Makes the instrument, with the services of the board.
   PiloteInstrument(const Matériel& matériel, std::uint16_t) : matériel_(matériel) { Recommence(); }
   /// Makes the instrument again, in the same place.
   void Recommence() {
     instrument_ = &place_.emplace(matériel_.plateforme);
     instrument_->TimerExact(matériel_.timer);
   }
+  /// The instrument as it stands; `Recommence` makes another one in its place.
   [[nodiscard]] Instrument& LInstrument() noexcept { return *instrument_; }
 
  private:
@@ -28,6 +30,7 @@ class PiloteInstrument : public Pilote {
   Instrument* instrument_ = nullptr;
 };
 
+/// The instrument of a board, made on first use.
 template <class Instrument>
 [[nodiscard]] Instrument& De(Carte& carte) {
   return carte.PiloteDe<PiloteInstrument<Instrument>>(0).LInstrument();
@@ -45,11 +48,12 @@ template <class Instrument>
 /// number. States are told as -1 and 0, like on any logic channel.
 template <class Instrument>
 struct Voie {
-  ENUM_TYPE_FONCTION type;
-  std::int16_t numéro;
-  double (*lit)(const Instrument& instrument);
+  ENUM_TYPE_FONCTION type;                      ///< of the block
+  std::int16_t numéro;                          ///< of the channel
+  double (*lit)(const Instrument& instrument);  ///< value of the instrument
 };
 
+/// A state as a logic channel holds it: -1 true, 0 false.
 [[nodiscard]] constexpr double Etat(bool vrai) noexcept {
   return vrai ? -1 : 0;
 }

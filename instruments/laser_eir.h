@@ -15,14 +15,17 @@
 
 namespace zuma {
 
+/// State of the line.
 enum class EnumEtatCommExtenso : std::int32_t {
   Pret = 0,             ///< a request can be sent
   EnCommunication = 1,  ///< a request is out
   EnErreur = 2,         ///< the last reply was wrong, or none came to four tries
 };
 
+/// Unit that the laser is set to.
 enum class EnumUnite : std::int32_t { mm = 0, inch = 1 };
 
+/// A state of the laser, as it is written.
 enum class EnumState : std::int32_t { StateOFF = 0, StateON = 1, StateUNDEFINED = 99 };
 
 /// Laser extensometer on a serial line. `Refresh`, called on every pass, keeps one exchange going
@@ -30,18 +33,23 @@ enum class EnumState : std::int32_t { StateOFF = 0, StateON = 1, StateUNDEFINED 
 /// in `CommState` and `Timeout`; a collaborator that was not given fails with 91.
 class LASER_EIR {
  public:
+  /// A laser without a line. It needs no service but its line and clock.
   explicit LASER_EIR(Plateforme&) { LastError({}); }
   /// Leaves the port as `ClosePort` does.
   ~LASER_EIR();
   LASER_EIR(const LASER_EIR&) = delete;
   LASER_EIR& operator=(const LASER_EIR&) = delete;
 
+  /// Clock of the exchanges.
   void TimerExact(Ref<ZED_Timer> timer) { TimerExact_ = std::move(timer); }
   /// Text of the last error. No failure of the protocol sets it.
   [[nodiscard]] const std::string& LastError() const { return LastError_; }
+  ///@{
   /// The line, set up by its owner at 9600 bits per second, no parity, 8 data bits, 1 stop bit.
   void MaComm(Ref<PortInstrument> liaison) { MaComm_ = std::move(liaison); }
   [[nodiscard]] const Ref<PortInstrument>& MaComm() const { return MaComm_; }
+  ///@}
+  /// State of the line.
   [[nodiscard]] EnumEtatCommExtenso CommState() const { return CommState_; }
   /// True from the fourth try without an answer until the next right reply, and so while it is not
   /// known whose answer comes, or behind one with too many bytes.
@@ -50,6 +58,7 @@ class LASER_EIR {
   void CommState(EnumEtatCommExtenso état) { CommState_ = état; }
   /// Last good measure, in signed counts.
   [[nodiscard]] double ReadValue() const { return lu_.ReadValue; }
+  ///@{
   /// States as the laser last told them; writing one keeps a wish and sends nothing.
   [[nodiscard]] bool LaserState() const { return lu_.LaserState; }
   void LaserState(bool voulu) { LaserStateVoulu_ = voulu ? 1 : 0; }
@@ -57,6 +66,7 @@ class LASER_EIR {
   void EchoState(bool voulu) { EchoStateVoulu_ = voulu ? 1 : 0; }
   [[nodiscard]] bool ZeroState() const { return lu_.ZeroState; }
   void ZeroState(bool voulu) { ZeroStateVoulu_ = voulu ? 1 : 0; }
+  ///@}
   /// Unit last written. Asks the laser for its own too: a later `Refresh` consumes that reply.
   [[nodiscard]] EnumUnite UnitState();
   /// Keeps the unit and sends it, without waiting.
@@ -84,7 +94,9 @@ class LASER_EIR {
 
   /// Event `Error`: registers a handler and returns its number, for `DésabonneError`.
   using AbonnéError = Evènement<const std::string&>::Abonné;
+  /// Registers a handler; it gets the text of each error.
   int AbonneError(AbonnéError abonné) { return Error_.Abonne(std::move(abonné)); }
+  /// Removes a handler; nothing on a number that is not there.
   void DésabonneError(int numéro) noexcept { Error_.Désabonne(numéro); }
 
   /// Good measures so far.

@@ -18,6 +18,7 @@ namespace zuma {
 /// of 0 is stopped and told in the error record.
 class Thumler : public Pilote {
  public:
+  /// A drive that is not opened yet.
   Thumler(const Matériel& matériel, std::uint16_t) : matériel_(matériel) {}
   ~Thumler() override;
 
@@ -33,6 +34,7 @@ class Thumler : public Pilote {
   /// What an answer keeps of the bytes received: it ends at a line feed or where the next one,
   /// another "A", begins. A line feed in front leaves no answer.
   [[nodiscard]] static std::string_view Coupe(std::string_view octets) noexcept;
+  /// The texts of two fields.
   using Champs = std::array<std::string_view, 2>;
   /// The two fields of an answer "Ax<field>;<field>"; none when it is anything else.
   [[nodiscard]] static std::optional<Champs> LitChamps(std::string_view réponse) noexcept;

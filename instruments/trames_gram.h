@@ -11,9 +11,13 @@
 /// functions on the bytes, nothing here fails.
 namespace zuma::trames_gram {
 
+/// Terminator of a record.
 inline constexpr std::string_view kFin = "\r\n";
+/// Characters of the number.
 inline constexpr std::size_t kLongueurNombre = 8;
+/// Characters of the unit.
 inline constexpr std::size_t kLongueurUnité = 2;
+/// Characters of a record, the terminator apart.
 inline constexpr std::size_t kLongueurEnregistrement = kLongueurNombre + kLongueurUnité;
 
 /// True when `tampon` begins with a record that came to its end, without terminator: what came

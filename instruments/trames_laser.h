@@ -41,17 +41,17 @@ namespace zuma::trames_laser {
 
 /// What the replies have told so far.
 struct EtatLu {
-  bool LaserState = false;
-  bool EchoState = false;
-  bool ZeroState = false;
-  double ReadValue = 0;  ///< last measure, signed counts
+  bool LaserState = false;  ///< the laser is on
+  bool EchoState = false;   ///< it repeats what it is sent
+  bool ZeroState = false;   ///< its zero is set
+  double ReadValue = 0;     ///< last measure, signed counts
 };
 
 /// One command that goes out, and its reply.
 struct Echange {
-  EnumEIRCommande commande;
-  char lettre;
-  bool avecValeur;  ///< the value follows the letter
+  EnumEIRCommande commande;  ///< what is asked
+  char lettre;               ///< what goes out for it
+  bool avecValeur;           ///< the value follows the letter
   /// The reply is not whole yet, by its length.
   bool (*incomplète)(std::size_t longueur);
   /// A whole reply is right.

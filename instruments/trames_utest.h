@@ -22,25 +22,30 @@ enum class Demande : std::uint8_t {
   Mesures,         ///< answered by force and displacement
 };
 
-/// A request has no data.
+/// Length of a request, which has no data.
 inline constexpr std::size_t kLongueurDemande = 10;
+/// One request as it goes out.
 using Trame = std::array<char, kLongueurDemande>;
+/// The request, with length, function and check sum.
 [[nodiscard]] Trame ConstruitDemande(Demande demande) noexcept;
 
 /// The answer that a state waits for: its function and its number of data bytes.
 struct Attente {
-  std::uint16_t fonction;
-  std::size_t données;
+  std::uint16_t fonction;  ///< code of the function
+  std::size_t données;     ///< bytes between function and check sum
 };
+/// Kind of machine.
 inline constexpr Attente kIdentification{.fonction = 1, .données = 2};
+/// Force and displacement.
 inline constexpr Attente kMesures{.fonction = 11, .données = 12};
 
+/// What a look at the bytes received found.
 enum class Code : std::uint8_t {
-  Bonne,
-  SansEntête,
-  SommeFausse,
-  AutreFonction,
-  Incomplète,
+  Bonne,          ///< a good frame
+  SansEntête,     ///< nothing begins a frame
+  SommeFausse,    ///< wrong check sum
+  AutreFonction,  ///< answer to another function
+  Incomplète,     ///< more is to come
 };
 
 /// Judges what came in, after cutting off what stands before the first header. The frame goes from
@@ -55,8 +60,9 @@ enum class Machine : std::uint8_t { CBR, Marshall, UU };
 /// Kind told by a good identification frame; none for a byte that names no kind.
 [[nodiscard]] std::optional<Machine> DécodeIdentification(std::string_view trame) noexcept;
 
+/// What a frame of measures tells.
 struct Mesures {
-  bool enMarche = false;
+  bool enMarche = false;   ///< the machine runs
   double force = 0;        ///< hundred-thousandths on the wire, signed
   double déplacement = 0;  ///< thousandths on the wire, never negative
 };

@@ -27,6 +27,7 @@ namespace zuma {
 /// that fails.
 class VariateurLS : public Pilote {
  public:
+  /// A drive that is not started yet.
   VariateurLS(const Matériel& matériel, std::uint16_t) : matériel_(matériel) {}
 
   /// One pass of the exchange. The first one runs the start sequence, which waits for the drive.

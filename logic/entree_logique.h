@@ -22,31 +22,42 @@ class Chassis;
 /// stop by itself.
 class EntréeLogique : public Objet {
  public:
+  /// A handler of `Change`; it gets the new state.
   using AbonnéChange = Evènement<ENUM_ETAT_LOGIQUE>::Abonné;
 
+  /// An input without a source; `plateforme` outlives it.
   explicit EntréeLogique(Plateforme& plateforme) : Objet(plateforme, "Entrée logique") {}
 
   using Objet::ChargeErreur;
   using Objet::TimerExact;
 
+  ///@{
   /// Lets the input ask for the stop, when its row gives a state that does.
   void AutoriseAU() { mblnAutoriseAU = true; }
   void InterditAU() { mblnAutoriseAU = false; }
+  ///@}
   /// Appends the input's block of the diagnostic dump to the text file `Ou` of the host. A failure
   /// goes to the caller.
   void AutoSave(const std::string& Ou) const;
 
-  void DéclencheAU() {}  ///< an input has nothing to cut
-  void TesteAU(std::span<std::string>) {}
+  void DéclencheAU() {}                    ///< an input has nothing to cut
+  void TesteAU(std::span<std::string>) {}  ///< an input tells its cause when it asks for the stop
 
+  ///@{
+  /// Name of the input, of the row.
   void NomDeEntréeLogique(std::string nom) { NomDeEntréeLogique_ = std::move(nom); }
   [[nodiscard]] const std::string& NomDeEntréeLogique() const { return NomDeEntréeLogique_; }
+  ///@}
+  ///@{
+  /// Name by which the frame's row and other programs refer to it; "" when it has none.
   [[nodiscard]] const std::string& Label() const { return Label_; }
   void Label(std::string label) { Label_ = std::move(label); }
+  ///@}
 
   /// Reads the input's row, at the first record. An emergency stop level that is none of the
   /// three known texts is a failure, told once the rest of the row has been read.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
+  /// Does nothing: `Lien` has resolved all references.
   void MiseàJourDesLiens() {}
 
   /// Source channel. Without one an empty channel is made and kept: the input still counts as
@@ -71,15 +82,18 @@ class EntréeLogique : public Objet {
   /// publishes the state. To be called when the channel's block has been refreshed.
   void MetàJour();
 
+  ///@{
   /// Forcing changes what `ValeurCourante` shows and nothing else: filter, event, stop and
   /// parameters go on from the real source.
   void ForceON() { Force(ENUM_ETAT_LOGIQUE::Actif); }
   void ForceOFF() { Force(ENUM_ETAT_LOGIQUE::Inactif); }
   void LibereEntreeLogique() { mblnForcée = false; }
+  ///@}
 
   /// Event `Change(NewValue_usr)`, after the stored state changed: registers a handler and returns
   /// its number, for `DésabonneChange`.
   int AbonneChange(AbonnéChange abonné) { return Change_.Abonne(std::move(abonné)); }
+  /// Removes a handler; nothing on a number that is not there.
   void DésabonneChange(int numéro) noexcept { Change_.Désabonne(numéro); }
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return NomDeEntréeLogique_; }
@@ -132,6 +146,7 @@ class EntréeLogique : public Objet {
   Evènement<ENUM_ETAT_LOGIQUE> Change_;
 };
 
+/// Counted reference to a logic input.
 using EntréeLogiqueRef = Ref<EntréeLogique>;
 
 }  // namespace zuma

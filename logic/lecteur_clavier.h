@@ -7,10 +7,12 @@
 
 namespace zuma::clavier {
 
+///@{
 /// Weights of the keys held with another one, in `modificateurs`.
 inline constexpr std::int32_t kAvecMajuscule = 128;
 inline constexpr std::int32_t kAvecContrôle = 64;
 inline constexpr std::int32_t kAvecAlt = 32;
+///@}
 
 /// Name of the one key that is down: "RETURN", "F1", "A" ..., empty when none is, when two are, or
 /// when the key has no name. Keys are scanned by rising code, and shift, control and alt found

@@ -22,6 +22,7 @@ struct Liaison;
 /// or the host's message box gives it up, which is a failure of the operation.
 class Watchdog : public Objet {
  public:
+  /// A watchdog of neither form; `plateforme` outlives it.
   explicit Watchdog(Plateforme& plateforme) : Objet(plateforme, "WatchDog") {}
   /// Stops the board.
   ~Watchdog() override;
@@ -38,29 +39,37 @@ class Watchdog : public Objet {
   /// dump of a frame leaves it out. A failure goes to the caller.
   void AutoSave(const std::string& Ou) const;
 
+  ///@{
   /// Base port of the board, of which the low 16 bits count; 0 for no board.
   void Adresse(std::int32_t adresse) { mlngAdresse = adresse; }
   [[nodiscard]] std::int32_t Adresse() const { return mlngAdresse; }
+  ///@}
+  ///@{
   /// Arms or stops the board; after a stop only the flag is stored, until `Réarme`.
   void Enabled(bool enService);
   [[nodiscard]] bool Enabled() const { return mblnEnabled; }
+  ///@}
   /// True from a stop until `Réarme`.
   [[nodiscard]] bool EnArrêt() const { return mblnAU; }
   /// False while a stop has not reached the board: it was given up before it had taken all.
   [[nodiscard]] bool ArrêtAtteint() const { return arrêtAtteint_; }
   /// False while the board would make its caller wait; true without a board.
   [[nodiscard]] bool CartePrête() const;
+  /// The channel that it toggles; Nothing for a board.
   [[nodiscard]] CanalRef SortiePulse() const { return SortiePulse_; }
+  ///@{
   /// Time-out of the board in seconds; 0 for none: the board is then never armed. What is no
   /// number is refused (5).
   void Temps(double secondes);
   [[nodiscard]] double Temps() const { return mdblTemps; }
+  ///@}
 
   /// Reads the watchdog's row, at the first record.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
   /// Resolves the pulse channel.
   void Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
             const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis);
+  /// Does nothing: `Lien` has resolved all references.
   void MiseàJourDesLiens() {}
   /// Gives the board its time and leaves it stopped.
   void Initialise();
@@ -92,6 +101,7 @@ class Watchdog : public Objet {
   bool mblnPhase = false;  ///< the byte "S" comes next, and not the carriage return
 };
 
+/// Counted reference to a watchdog.
 using WatchdogRef = Ref<Watchdog>;
 
 }  // namespace zuma

@@ -14,7 +14,9 @@ namespace zuma {
 
 /// One field of the current record.
 struct Champ {
+  /// Name of the column, as the statement gives it.
   std::string Name;
+  /// Its value in this record.
   Valeur Value;
 };
 
@@ -24,18 +26,23 @@ class Recordset {
  public:
   virtual ~Recordset() = default;
 
+  /// Number of rows; 0 is an empty recordset, never a failure.
   [[nodiscard]] virtual std::int32_t RecordCount() const = 0;
   /// Fails with 3021 on an empty recordset.
   virtual void MoveFirst() = 0;
+  /// One row on, behind the last one to the end; fails with 3021 at the end.
   virtual void MoveNext() = 0;
+  /// True behind the last row, and on an empty recordset.
   [[nodiscard]] virtual bool FinDeTable() const = 0;
   /// Fields of the current record in column order; fails with 3021 when there is none.
   [[nodiscard]] virtual std::span<const Champ> Fields() const = 0;
 
-  /// Opens the current record for writing.
+  /// Opens the current record for writing; fails with 3021 when there is none, with 3027 on a
+  /// database
+  /// that can only be read.
   virtual void Edit() = 0;
   /// Sets a field of the record opened by `Edit`, its name in whatever case; a missing column fails
-  /// with 3265.
+  /// with 3265, a record that is not open with 3020.
   virtual void Ecrit(std::string_view colonne, Valeur valeur) = 0;
   /// Saves the record in one transaction, to the row of its "Index", if that still holds what was
   /// read: a row that somebody else has changed fails with 3197. A failure leaves the old row.
@@ -49,6 +56,10 @@ class BaseDeDonnées {
   static constexpr int kDynaset = 2;
 
   virtual ~BaseDeDonnées() = default;
+  /// Rows of a statement of `base/requetes.h`, as they stand now. A missing table fails with 3078,
+  /// a
+  /// missing column with 3061, a statement that is refused with 3075, a database that is locked
+  /// with 3260.
   [[nodiscard]] virtual Ref<Recordset> OpenRecordset(std::string_view instruction,
                                                      int type = kDynaset) = 0;
 
@@ -57,6 +68,7 @@ class BaseDeDonnées {
   /// with 3260 when another program keeps the database locked. A database that nobody else writes
   /// needs neither of the two. See `LecturesCohérentes`.
   virtual void DébuteLesLectures() {}
+  /// Ends what `DébuteLesLectures` began.
   virtual void FinitLesLectures() noexcept {}
 };
 
@@ -65,6 +77,7 @@ class BaseDeDonnées {
 /// end before the frame starts: others may be unable to save meanwhile.
 class LecturesCohérentes {
  public:
+  /// Begins the reads, at once; fails like `DébuteLesLectures`.
   explicit LecturesCohérentes(Ref<BaseDeDonnées> base) : base_(std::move(base)) {
     base_->DébuteLesLectures();
   }

@@ -9,13 +9,16 @@ namespace zuma {
 
 /// The eight data bytes of a frame: what a frame does not use is blank.
 using DonnéesCAN = std::array<std::uint8_t, 8>;
+/// Data of a frame that carries none.
 inline constexpr DonnéesCAN kDonnéesVides{' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
 
 /// Frame of the `Can*` calls, in memory order.
 struct TrameCAN {
+  /// Identifier of 11 or 29 bits.
   std::uint32_t identifiant = 0;
   std::uint8_t distante = 0;  ///< 1 asks for the frame of that identifier
   std::uint8_t nombre = 0;    ///< data bytes, 0 to 8
+  /// Data bytes, the first `nombre` of which count.
   DonnéesCAN données = kDonnéesVides;
 };
 static_assert(offsetof(TrameCAN, distante) == 4 && offsetof(TrameCAN, nombre) == 5 &&
@@ -23,15 +26,17 @@ static_assert(offsetof(TrameCAN, distante) == 4 && offsetof(TrameCAN, nombre) ==
 
 /// Frame of the `W_7841_*` calls, in memory order.
 struct Trame7841 {
-  std::uint8_t identifiantBas = 0;
-  std::uint8_t identifiantHaut = 0;
-  std::uint8_t distante = 0;
-  std::uint8_t nombre = 0;
-  DonnéesCAN données = kDonnéesVides;
+  std::uint8_t identifiantBas = 0;     ///< low byte of the identifier
+  std::uint8_t identifiantHaut = 0;    ///< its high byte
+  std::uint8_t distante = 0;           ///< 1 asks for the frame of that identifier
+  std::uint8_t nombre = 0;             ///< data bytes, 0 to 8
+  DonnéesCAN données = kDonnéesVides;  ///< the first `nombre` count
 
+  /// Identifier of 16 bits, from its two bytes.
   [[nodiscard]] constexpr std::uint32_t Identifiant() const noexcept {
     return identifiantBas + 256U * identifiantHaut;
   }
+  ///@{
   /// The same frame in the form of the other calls, and back; an identifier has 16 bits here.
   [[nodiscard]] constexpr TrameCAN EnTrameCAN() const noexcept {
     return {
@@ -44,6 +49,7 @@ struct Trame7841 {
             .nombre = trame.nombre,
             .données = trame.données};
   }
+  ///@}
 };
 static_assert(sizeof(Trame7841) == 12);
 
@@ -57,8 +63,8 @@ struct PortCAN {
 
 /// Port settings of `W_7841_Config`.
 struct Port7841 {
-  std::uint8_t adresse = 0;  ///< port number shifted left by 3
-  std::uint8_t masque = 0;
+  std::uint8_t adresse = 0;             ///< port number shifted left by 3
+  std::uint8_t masque = 0;              ///< as the controller takes it
   std::array<std::uint8_t, 2> temps{};  ///< bus timing registers; 0, 0 for an unknown speed
 };
 
@@ -78,6 +84,7 @@ class BibliothèqueCAN {
   [[nodiscard]] virtual std::int32_t CanSendMsg(std::int32_t poignée, const TrameCAN& trame) = 0;
   /// 0 when a frame was waiting; it is then removed from the receive queue.
   [[nodiscard]] virtual std::int32_t CanRcvMsg(std::int32_t poignée, TrameCAN& trame) = 0;
+  /// Closes a port; nothing on a handle that is not open.
   virtual void CanCloseDriver(std::int32_t poignée) noexcept = 0;
 
   /// 0 when the port is ready.

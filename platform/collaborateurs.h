@@ -49,6 +49,7 @@ class ZED_Securite {
 /// One shared parameter: a named text that tells its listeners when it changes.
 class ZED_Parametre {
  public:
+  /// A handler of `Change`; it asks for the new text itself.
   using Abonné = std::function<void()>;
 
   virtual ~ZED_Parametre() = default;
@@ -56,6 +57,7 @@ class ZED_Parametre {
   [[nodiscard]] virtual std::string Key() const = 0;
   /// Name, compared exactly with the names of the configuration.
   [[nodiscard]] virtual std::string NomParamètre() const = 0;
+  /// The present text, a copy.
   [[nodiscard]] virtual std::string ValeurParamètre() const = 0;
   /// The same text for the refresh pass, which must not allocate: a view of the parameter's own
   /// text where it has one, else a copy left in `tampon`. It holds until either changes.
@@ -67,19 +69,24 @@ class ZED_Parametre {
   virtual void ValeurParamètre(std::string valeur) = 0;
   /// Event `Change`: registers a handler and returns its number, for `Désabonne`.
   virtual int Abonne(Abonné abonné) = 0;
+  /// Removes a handler; nothing on a number that is not there.
   virtual void Désabonne(int numéro) noexcept = 0;
 };
 
 /// The host's parameters, in its order.
 using ParamètresPartagés = std::vector<Ref<ZED_Parametre>>;
+/// The host's parameters as a frame holds them; Nothing without any.
 using ParamètresRef = Ref<ParamètresPartagés>;
 
 /// Translator of the operator's texts.
 class ZED_Traduction {
  public:
   virtual ~ZED_Traduction() = default;
+  ///@{
+  /// Name of the language that texts are given in, one of `Langues`.
   [[nodiscard]] virtual std::string LangueCourante() const = 0;
   virtual void LangueCourante(std::string langue) = 0;
+  ///@}
   /// The languages known.
   [[nodiscard]] virtual std::vector<std::string> Langues() const = 0;
   /// Translation of `clé` in `section`; without one the default, without a default the key.

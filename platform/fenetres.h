@@ -45,6 +45,7 @@ class FeuilleTenue {
 /// What an object hands over to be calibrated.
 struct DemandeDEtalonnage {
   Ref<FeuilleTenue>& feuille;  ///< its form; made when there is none, and kept whatever follows
+  /// Translator of the texts of the form.
   const Ref<ZED_Traduction>& traducteur;
   FenêtreHôte* mère;  ///< none when null
 };
@@ -62,12 +63,14 @@ class Fenêtres {
   /// Shows the form as a child of `mère` (none when null) and returns at once; the form lives until
   /// it is unloaded.
   virtual void Montre(FeuilleConditionneurNumerique& feuille, FenêtreHôte* mère) = 0;
+  ///@{
   /// Shows the calibration form of a sensor, or of a command that follows one of the sensors of its
   /// frame, or brings it to the front, and returns at once. A form on the screen keeps what is
   /// being typed in it.
   virtual void Etalonne(Capteur& capteur, const DemandeDEtalonnage& demande) = 0;
   virtual void Etalonne(Commande& commande, const Ref<Chassis>& chassis,
                         const DemandeDEtalonnage& demande) = 0;
+  ///@}
   /// Lets the windows live while a form is at work.
   virtual void TraiteLesEvénements() = 0;
 };

@@ -15,6 +15,7 @@ class RéseauOrbit {
   virtual ~RéseauOrbit() = default;
   /// Opens the networks and gives the number of modules found; 0 when there is none.
   [[nodiscard]] virtual std::int32_t ConnectToOrbitNetworks() = 0;
+  /// Leaves the networks; nothing when there was no connection.
   virtual void DisconnectFromOrbitNetworks() noexcept = 0;
   /// Takes their addresses from the modules of a network.
   virtual std::int32_t OrbitRst(std::int32_t réseau) = 0;

@@ -8,7 +8,9 @@ namespace zuma {
 /// otherwise; `carte` is the handle that `Register_Card` gave.
 class BibliothèquePCI {
  public:
+  /// Type of the analog output board for `Register_Card`.
   static constexpr std::uint16_t kType6208V = 1;
+  /// Type of the multifunction board for `Register_Card`.
   static constexpr std::uint16_t kType9111 = 0x15;
 
   virtual ~BibliothèquePCI() = default;
@@ -21,13 +23,19 @@ class BibliothèquePCI {
   /// signed reading comes as 16 bits.
   virtual std::int16_t AI_ReadChannel(std::uint16_t carte, std::uint16_t canal, std::uint16_t gain,
                                       std::uint16_t& valeur) = 0;
+  /// Range of the analog output: 0 from 0 to 10 V, 1 from -10 to 10 V.
   virtual std::int16_t AO_9111_Config(std::uint16_t carte, std::uint16_t polarité) = 0;
+  /// Sets an output to a signed code, which its range turns into volts.
   virtual std::int16_t AO_WriteChannel(std::uint16_t carte, std::uint16_t canal,
                                        std::int16_t valeur) = 0;
+  /// Lines of a port, one a bit, set when active.
   virtual std::int16_t DI_ReadPort(std::uint16_t carte, std::uint16_t port, std::uint32_t& mot) = 0;
+  /// One line of a port; 1 is active.
   virtual std::int16_t DI_ReadLine(std::uint16_t carte, std::uint16_t port, std::uint16_t ligne,
                                    std::uint16_t& état) = 0;
+  /// Sets all lines of a port, one a bit.
   virtual std::int16_t DO_WritePort(std::uint16_t carte, std::uint16_t port, std::uint32_t mot) = 0;
+  /// Sets one line of a port; 1 is active.
   virtual std::int16_t DO_WriteLine(std::uint16_t carte, std::uint16_t port, std::uint16_t ligne,
                                     std::uint16_t état) = 0;
 };

@@ -26,22 +26,23 @@ struct Plateforme {
   double heureDePasse = 0;
   /// Failures of the passes that go on.
   SuiviDesEchecs échecs;
-  Pointeur<BoîteDeMessage> messages;
-  Pointeur<PortsES> ports;
-  Pointeur<CompteursFins> compteurs;
-  Pointeur<FabriqueLiaisons> liaisons;
-  Pointeur<Horloge> horloge;
-  Pointeur<Fichiers> fichiers;
-  Pointeur<Clavier> clavier;
-  Pointeur<FTD2XX> ftdi;
-  Pointeur<BibliothèqueCAN> can;
-  Pointeur<BibliothèquePCI> pci;
-  Pointeur<RéseauOrbit> orbit;
-  Pointeur<BibliothèqueSpider> spider;
-  Pointeur<Fenêtres> fenêtres;
-  Pointeur<FinDuProgramme> fin;
+  Pointeur<BoîteDeMessage> messages;    ///< notices to integrator and operator
+  Pointeur<PortsES> ports;              ///< I/O ports of the machine
+  Pointeur<CompteursFins> compteurs;    ///< fine event counters
+  Pointeur<FabriqueLiaisons> liaisons;  ///< serial links
+  Pointeur<Horloge> horloge;            ///< time of the day, and sleep
+  Pointeur<Fichiers> fichiers;          ///< text files
+  Pointeur<Clavier> clavier;            ///< keyboard of the operator
+  Pointeur<FTD2XX> ftdi;                ///< USB devices in direct mode
+  Pointeur<BibliothèqueCAN> can;        ///< CAN card
+  Pointeur<BibliothèquePCI> pci;        ///< PCI boards
+  Pointeur<RéseauOrbit> orbit;          ///< LVDT network
+  Pointeur<BibliothèqueSpider> spider;  ///< measuring amplifiers
+  Pointeur<Fenêtres> fenêtres;          ///< windows of the forms
+  Pointeur<FinDuProgramme> fin;         ///< end of the process
   /// Drivers that boards, blocks and channels may name (`tree/registre_des_drivers.h`).
   Ref<RegistreDesDrivers> drivers;
+  /// Settings of the installation; set before the frame is loaded.
   Réglages réglages;
 };
 

@@ -8,18 +8,18 @@ namespace zuma {
 
 /// Bus timing registers of the CAN card for one speed.
 struct TempsCAN {
-  std::int32_t vitesse;  ///< kilobits per second
-  std::array<std::uint8_t, 2> registres;
+  std::int32_t vitesse;                   ///< kilobits per second
+  std::array<std::uint8_t, 2> registres;  ///< bus timing registers 0 and 1
 };
 
 /// Identifiers and command bytes of the magnetostrictive rulers, both card generations. In each
 /// request of the first generation the command is the first data byte; in the second one it comes
 /// behind the node.
 struct DialogueRègles {
-  std::uint16_t demande = 0x7EA;    ///< requests
-  std::uint16_t réponse = 0x7E9;    ///< their answers
-  std::uint16_t sélection = 0x7E5;  ///< selection by serial number, second generation
-  std::uint16_t réponseSélection = 0x7E4;
+  std::uint16_t demande = 0x7EA;           ///< requests
+  std::uint16_t réponse = 0x7E9;           ///< their answers
+  std::uint16_t sélection = 0x7E5;         ///< selection by serial number, second generation
+  std::uint16_t réponseSélection = 0x7E4;  ///< answer to a selection
   // First generation.
   std::uint8_t identité = 1;    ///< with the serial number: gives the node
   std::uint8_t positionID = 2;  ///< with the node: gives the first identifier
@@ -40,6 +40,7 @@ struct RéglagesCAN {
   double attenteDémarrage = 100;
   /// Time-out of a position frame, in milliseconds. The pass waits this long for a dead ruler.
   double attenteLecture = 10;
+  /// Identifiers and commands of the rulers.
   DialogueRègles dialogue;
   /// Timing for a controller clocked at 16 MHz that samples near 80 % of a bit. A speed that is not
   /// listed leaves the registers at 0.
@@ -63,7 +64,7 @@ struct RéglagesIK121 {
   std::array<std::uint16_t, 2> demandeLatch{1, 2};  ///< control words that request latch 0, latch 1
   std::uint16_t départCompteur = 0x08;              ///< control word that starts the counter
   std::int32_t latch = 0;                           ///< latch that channels read, 0 or 1
-  MotHautIK121 motHaut = MotHautIK121::Signe;
+  MotHautIK121 motHaut = MotHautIK121::Signe;       ///< how a latch is read
 };
 
 /// What a calibration on site leaves in its row beside the table. Nothing by default: date and
@@ -81,9 +82,12 @@ struct Réglages {
   double stabilisationACL8316 = 10;
   /// Clock of the frequency output of the ACL 8316, in hertz.
   double horlogeACL8316 = 2'000'000;
+  ///@{
+  /// Settings of one device, or of one part of the work.
   RéglagesCAN can;
   RéglagesIK121 ik121;
   RéglagesEtalonnage étalonnage;
+  ///@}
   /// Output polarity of the PCI 9111: 0 from 0 to 10 V, 1 from -10 to 10 V.
   std::uint16_t polaritéPCI9111 = 1;
   /// First register that the digital conditioners are asked for.

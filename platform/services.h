@@ -11,7 +11,7 @@ namespace zuma {
 struct ObjetConcerné {
   std::string_view classe;  ///< class word, as in error messages
   std::string_view clé;     ///< `Index` of its row, as text
-  std::string_view nom;
+  std::string_view nom;     ///< name of the object; empty until its row is read
 };
 
 /// Modal notice to the integrator or the operator.
@@ -27,12 +27,18 @@ class BoîteDeMessage {
 class PortsES {
  public:
   virtual ~PortsES() = default;
+  ///@{
+  /// Reads a port: a byte, a word, a double word.
   [[nodiscard]] virtual std::uint8_t Inp(std::uint16_t port) = 0;
   [[nodiscard]] virtual std::uint16_t Inpw(std::uint16_t port) = 0;
   [[nodiscard]] virtual std::uint32_t Inpd(std::uint16_t port) = 0;
+  ///@}
+  ///@{
+  /// Writes a port: a byte, a word, a double word.
   virtual void Outp(std::uint16_t port, std::uint8_t octet) = 0;
   virtual void Outpw(std::uint16_t port, std::uint16_t mot) = 0;
   virtual void Outpd(std::uint16_t port, std::uint32_t mot) = 0;
+  ///@}
 };
 
 /// Library of high-resolution event counters, named and read by handle.
@@ -41,7 +47,9 @@ class CompteursFins {
   virtual ~CompteursFins() = default;
   /// Opens a counter that starts at 0 and counts microseconds.
   [[nodiscard]] virtual std::int16_t Ouvre(std::string_view nom) = 0;
+  /// Microseconds since it was opened, at most 2147483647. A handle that is not open fails with 9.
   [[nodiscard]] virtual std::int32_t Lit(std::int16_t poignée) = 0;
+  /// Gives the handle back; nothing on one that is not open.
   virtual void Ferme(std::int16_t poignée) noexcept = 0;
 };
 
@@ -52,6 +60,7 @@ class Horloge {
   virtual ~Horloge() = default;
   /// Local time as "hh:mm:ss".
   [[nodiscard]] virtual std::string TexteHeure() const = 0;
+  /// Stops the calling thread for that long.
   virtual void Dort(double secondes) = 0;
 };
 

@@ -22,10 +22,12 @@ struct Identité {
 
 /// Another host runs the frame, which must not have two masters.
 struct DéjàEnMarche : std::runtime_error {
+  /// `quoi` names the frame, `processus` is the one that runs it.
   DéjàEnMarche(const std::string& quoi, int processus)
       : std::runtime_error(quoi + " is run by process " + std::to_string(processus) +
                            " already: end that one first"),
         pid(processus) {}
+  /// Process that runs the frame.
   int pid;
 };
 

@@ -20,6 +20,7 @@ class Securite;
 
 namespace zuma::publication {
 
+/// How much a publication keeps.
 struct Réglages {
   double secondes = 60;  ///< that the ring of samples holds
   /// Of the whole map; it holds fewer seconds of a frame that is larger.
@@ -34,11 +35,17 @@ struct Réglages {
 
 /// Where the parts of a map lie, in words from its start.
 struct Plan {
+  ///@{
+  /// The description (JSON), and the words that it may take.
   std::size_t description = 0, descriptionPlaces = 0;
-  std::size_t évènements = 0;
-  std::size_t échantillons = 0, places = 0;  ///< the ring, and the samples that it holds
-  std::size_t mots = 0;                      ///< of one sample
-  std::size_t total = 0;
+  ///@}
+  std::size_t évènements = 0;  ///< ring of events
+  ///@{
+  /// The ring of samples, and the samples that it holds.
+  std::size_t échantillons = 0, places = 0;
+  ///@}
+  std::size_t mots = 0;   ///< of one sample
+  std::size_t total = 0;  ///< of the whole map
 };
 
 /// Lets others look at a frame that runs: behind each pass, `Publie` puts what is there into memory
@@ -53,7 +60,11 @@ struct Plan {
 /// frame has by then: one that is added later is not published.
 class Publication {
  public:
+  /// Describes the frame and writes the map to `place`, which outlives this; `sujet` brings what
+  /// the host
+  /// alone knows.
   Publication(Chassis& chassis, Place& place, ChassisPublié sujet, const Réglages& réglages);
+  /// The same with the settings as they are by default.
   Publication(Chassis& chassis, Place& place, ChassisPublié sujet)
       : Publication(chassis, place, std::move(sujet), Réglages()) {}
   ~Publication();

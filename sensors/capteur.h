@@ -32,17 +32,20 @@ struct DialogueSérie;
 namespace trames_capteur {
 struct Mesure;
 }
+/// Counted reference to the sensors of a frame, or of another sensor.
 using CapteursRef = Ref<Capteurs>;
+/// Counted reference to a sensor.
 using CapteurRef = Ref<Capteur>;
 
 /// How often something was asked of a sensor since the start: who watches it sees each act by the
 /// count that moved, however short it was. Each goes round at 256.
 struct GestesDuCapteur {
-  std::uint8_t zéros = 0;
-  std::uint8_t zérosRepris = 0;  ///< taken back
-  std::uint8_t tares = 0;
-  std::uint8_t taresReprises = 0;
+  std::uint8_t zéros = 0;          ///< zeros asked for
+  std::uint8_t zérosRepris = 0;    ///< taken back
+  std::uint8_t tares = 0;          ///< tares asked for
+  std::uint8_t taresReprises = 0;  ///< taken back
 
+  /// The same counts.
   bool operator==(const GestesDuCapteur&) const = default;
 };
 
@@ -53,6 +56,7 @@ struct GestesDuCapteur {
 /// on each refresh: a sensor that may stop the frame hands the cause to the safety object.
 class Capteur : public Objet {
  public:
+  /// A sensor of kind `capteurNormal`; `plateforme` outlives it.
   explicit Capteur(Plateforme& plateforme);
   /// Takes its calibration dialog off the screen.
   ~Capteur() override;
@@ -68,11 +72,16 @@ class Capteur : public Objet {
   Valeur ResetFeuilleEtalonnage();
   /// The user may calibrate on the machine; the sensor then neither warns nor stops.
   [[nodiscard]] bool EtalonnageExterieurPossible() const { return EtalonnageExterieurPossible_; }
+  ///@{
   /// The recordset of the sensor's row.
   [[nodiscard]] const Ref<Recordset>& LeRecordset() const { return LeRecordset_; }
   void LeRecordset(Ref<Recordset> lignes) { LeRecordset_ = std::move(lignes); }
+  ///@}
+  /// Name by which other rows refer to it; "" when it has none.
   [[nodiscard]] const std::string& Label() const { return Label_; }
+  /// Remark of the calibration, of the row.
   [[nodiscard]] const std::string& CommentaireEtalonnage() const { return CommentaireEtalonnage_; }
+  /// Changes that name; references that are resolved stay.
   void Label(std::string label) { Label_ = std::move(label); }
 
   /// Puts the zero back to 0, on an overlap sensor that of the small child too. A running
@@ -105,17 +114,22 @@ class Capteur : public Objet {
                                      std::int32_t NombreDeValeursLues_lng);
   /// Puts the tare back to 0. A running acquisition goes on and sets one afterwards.
   void AnnuleTare();
+  /// Does nothing: a sensor holds nothing that must be closed.
   Valeur Décharge() { return {}; }
+  /// Rows of the calibration table.
   [[nodiscard]] std::int16_t MaxPoints() const { return TableEtalonnage::kMaxPoints; }
   /// State of the zero; on an overlap sensor that of the small child.
   [[nodiscard]] ENUM_OPERATION_MAV EtatRAZ() const;
+  /// `Acquisition` while a tare is being measured.
   [[nodiscard]] ENUM_OPERATION_MAV EtatTare() const { return musrOpérationCouranteDeTare; }
   /// Appends the sensor's block of the diagnostic dump to the text file `Ou` of the host. A failure
   /// goes to the caller.
   void AutoSave(const std::string& Ou) const;
+  ///@{
   /// Integration time of the points, in seconds; 0 is none.
   [[nodiscard]] double TempsIntégration() const { return mdblTempsIntégration; }
   void TempsIntégration(double secondes) { mdblTempsIntégration = secondes; }
+  ///@}
   /// Puts the cause in the first empty entry from 1 on, when the sensor is in danger. Nothing when
   /// none is left.
   void TesteAU(std::span<std::string> TableAUs);
@@ -125,9 +139,9 @@ class Capteur : public Objet {
   }
   /// How old something is, and whether that is too old for it.
   struct AgeDeMesure {
-    double secondes = 0;
-    bool vieux = false;
-    bool lue = true;  ///< a first value has come
+    double secondes = 0;  ///< of the oldest
+    bool vieux = false;   ///< older than it may be
+    bool lue = true;      ///< a first value has come
   };
   /// `Age`, `EstVieux` and `EstLu` at once.
   [[nodiscard]] AgeDeMesure LAge() const;
@@ -149,10 +163,17 @@ class Capteur : public Objet {
   [[nodiscard]] double ConvertionContrainteForce(double Contrainte_dbl);
   /// Keeps the sensor from stopping the frame.
   Valeur InterditAU();
+  ///@{
+  /// Writes the name of the row, and the one that the operator reads.
   void NomDuCapteur(std::string nom) { mstrNom = std::move(nom); }
   void NomAfficheDuCapteur(std::string nom) { NomAfficheDuCapteur_ = std::move(nom); }
+  ///@}
+  ///@{
+  /// The name of the row, and the one that the operator reads.
   [[nodiscard]] const std::string& NomDuCapteur() const { return mstrNom; }
   [[nodiscard]] const std::string& NomAfficheDuCapteur() const { return NomAfficheDuCapteur_; }
+  ///@}
+  /// Minimum and maximum are being looked for.
   [[nodiscard]] bool AutoriseDétectionMaxi() const { return AutoriseDétectionMaxi_; }
   /// The sensor passed its selection in the last refresh.
   [[nodiscard]] bool CapteurSelectionne() const { return CapteurSelectionne_; }
@@ -176,6 +197,9 @@ class Capteur : public Objet {
   [[nodiscard]] double ValeurEnPoints() const {
     return Enabled_bln_ ? mdblValeurCouranteEnPoints : 0;
   }
+  /// Writes the value in units, from outside the refresh; it is of now. The next refresh of a kind
+  /// that
+  /// computes one replaces it.
   void ValeurCourante(double valeur) {
     mdblValeurCourante = valeur;
     DateLaMesure();
@@ -184,56 +208,87 @@ class Capteur : public Objet {
   [[nodiscard]] std::int16_t Etat() const { return static_cast<std::int16_t>(musrEtat); }
   /// State at the moment of the last new maximum.
   [[nodiscard]] ENUM_ETAT_CAPTEUR EtatMaxi() const { return EtatMaxi_; }
+  /// Sets the tare in units, taken off each value; `EtatDeLaTare` stays.
   void ValeurTare(double tare) { ValeurTare_ = tare; }
   /// "+", "-", "*" or "/" of a combination.
   void Operateur_str(std::string opérateur) { Operateur_str_ = std::move(opérateur); }
+  /// The operator of a combination.
   [[nodiscard]] const std::string& Operateur_str() const { return Operateur_str_; }
+  /// Tare in units, taken off each value; 0 for none.
   [[nodiscard]] double ValeurTare() const { return ValeurTare_; }
+  ///@{
   /// Sensors that this one is made from, under "1", "2", ...; Nothing until linked.
   [[nodiscard]] CapteursRef CapteursFils() const { return CapteursFils_; }
   void CapteursFils(CapteursRef fils) { CapteursFils_ = std::move(fils); }
+  ///@}
   using Objet::ChargeErreur;
+  ///@{
+  /// Largest and smallest value seen since the last restart, in units.
   [[nodiscard]] double MaxiDétecté() const { return mdblMaxiDétecté; }
   [[nodiscard]] double MiniDétecté() const { return mdblMiniDétecté; }
+  ///@}
+  /// Upper limit of the range in units, as deduced at start: of the row, or of the sensors below.
   [[nodiscard]] double MaxiCapteur() const { return MaxiCapteur_; }
+  ///@{
   /// Limits in units, as configured.
   [[nodiscard]] double MaxiCapteurUnité() const { return mdblSécuritéMaxiEnUnité; }
   void MaxiCapteurUnité(double unités) { mdblSécuritéMaxiEnUnité = unités; }
   [[nodiscard]] double MiniCapteurUnité() const { return mdblSécuritéMiniEnUnité; }
   void MiniCapteurUnité(double unités) { mdblSécuritéMiniEnUnité = unités; }
+  ///@}
   /// Lower limit in points, brought to units in spite of the name.
   [[nodiscard]] double MiniCapteurPoints() const;
   /// A reading below this absolute value is not valid; 0 switches the test off.
   [[nodiscard]] double SeuillLectureNonValide() const { return mdblSeuilDeLectureNonValide; }
   /// Upper limit in points, brought to units in spite of the name.
   [[nodiscard]] double MaxiCapteurPoints() const;
+  /// Lower limit of the range in units, like `MaxiCapteur`.
   [[nodiscard]] double MiniCapteur() const { return MiniCapteur_; }
+  ///@{
+  /// Who calibrated it, as kept in the row.
   [[nodiscard]] const std::string& NomEtalonneur() const { return NomEtalonneur_; }
   void NomEtalonneur(std::string nom) { NomEtalonneur_ = std::move(nom); }
+  ///@}
+  ///@{
+  /// The channel that it reads; Nothing on a sensor made from something else.
   [[nodiscard]] CanalRef Canal() const { return mobjCanal; }
   void Canal(CanalRef canal) { mobjCanal = std::move(canal); }
+  ///@}
+  /// When it was calibrated, as kept in the row; a text.
   [[nodiscard]] const std::string& DateEtalonnage() const { return DateEtalonnage_; }
   /// Kind of test that parameter "Type de contrainte" tells; shows a message on the obsolete ones.
   [[nodiscard]] ENUM_TYPE_CONTRAINTE TypeCalculContrainte();
+  /// Writes the word of that kind to parameter "Type de contrainte"; a value that is no kind writes
+  /// nothing. Without the parameter, failure 91.
   void TypeCalculContrainte(ENUM_TYPE_CONTRAINTE type);
+  /// Name of its maximum for the operator, of the row; often empty.
   [[nodiscard]] const std::string& TexteMaxi() const { return TexteMaxi_; }
+  ///@{
+  /// Kind of the sensor. A number that is no kind computes nothing.
   [[nodiscard]] ENUM_TYPE_CAPTEUR TypeDeCapteur() const { return musrTypeDeCapteur; }
   void TypeDeCapteur(ENUM_TYPE_CAPTEUR type);
+  ///@}
+  /// Changes the text of the date; the row keeps its own until it is saved.
   void DateEtalonnage(std::string date) { DateEtalonnage_ = std::move(date); }
   /// The number in parameter "S": section, reference length or selected value by kind.
   [[nodiscard]] double dblSurfaceContrainte();
+  /// The row lets the operator zero the sensor. `Raz` does not look at it.
   [[nodiscard]] bool RazAutorise_bln() const { return RazAutorise_bln_; }
+  /// Writes that number as text to parameter "S". Without the parameter, failure 91.
   void dblSurfaceContrainte(double surface);
   void DéclencheAU() {}  ///< a sensor has no output to cut
+  /// Unit of the value and of its limits.
   [[nodiscard]] const std::string& UnitéEtalonnage() const { return UnitéEtalonnage_; }
   /// Stores the unit and raises `UnitChange`, also when it is the same.
   void UnitéEtalonnage(const std::string& unité);
   /// Unit value of point `intIndex`, 0 to 20; outside, failure 9 in the error record.
   [[nodiscard]] double PointX(std::int16_t intIndex) const;
+  ///@{
   /// Point value of point `intIndex`, likewise.
   [[nodiscard]] double PointY(std::int16_t intIndex) const;
   void PointY(std::int16_t intIndex, double points);
   void PointX(std::int16_t intIndex, double unités);
+  ///@}
 
   /// Reads the sensor's row, at the first record, and keeps the recordset. The frequency, in
   /// hertz, sizes the run of a slope.
@@ -249,6 +304,7 @@ class Capteur : public Objet {
   /// for traces, and leaves it open. Without a channel the lines before it are written, and failure
   /// 91 goes to the error record.
   void Espion(std::int16_t intNumFich) const;
+  /// Does nothing: `Lien` has resolved all references.
   void MiseàJourDesLiens() {}
   /// Prepares the first refresh: limits, clock, serial line.
   void Initialise();
@@ -256,11 +312,14 @@ class Capteur : public Objet {
   void MetàJour();
   /// Enabling reaches the children too; disabling does not.
   void Enabled_bln(bool enService);
+  /// False on a sensor that is out of service: its value reads 0.
   [[nodiscard]] bool Enabled_bln() const { return Enabled_bln_; }
 
   /// Event `UnitChange`: registers a handler and returns its number, for `DésabonneUnitChange`.
   using AbonnéUnité = Evènement<const std::string&>::Abonné;
+  /// Registers a handler of `UnitChange`; it gets the new unit.
   int AbonneUnitChange(AbonnéUnité abonné) { return UnitChange_.Abonne(std::move(abonné)); }
+  /// Removes a handler; nothing on a number that is not there.
   void DésabonneUnitChange(int numéro) noexcept { UnitChange_.Désabonne(numéro); }
 
   [[nodiscard]] std::string_view NomPourErreur() const override { return mstrNom; }

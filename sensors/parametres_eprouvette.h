@@ -15,43 +15,47 @@ namespace zuma {
 /// Shared parameters that a sensor may refer to, in the order of their columns and searches.
 enum class ParamEprouvette : std::size_t {
   MethodeCalculDeSurface,
-  L,
-  M,
+  L,  ///< length
+  M,  ///< mass
   UniteMasse,
   MasseVolumique,
   UniteMasseVolumique,
-  A,
-  B,
-  C,
-  D,
-  E,
-  H,
-  N,
-  S,
-  Petit_L,
-  Grand_L,
+  A,        ///< side
+  B,        ///< other side
+  C,        ///< factor of the stress
+  D,        ///< outer diameter
+  E,        ///< wall of a tube
+  H,        ///< height
+  N,        ///< read, used by nothing
+  S,        ///< section, reference length or selected value
+  Petit_L,  ///< distance between the upper supports
+  Grand_L,  ///< distance between the lower supports
   UniteLongueur,
   FormeEprouvette,
-  TypeDeCalcul,
-  Offset,
-  Sélection,
+  TypeDeCalcul,  ///< kind of test
+  Offset,        ///< added to the value at each refresh
+  Sélection,     ///< text that a selection compares
 };
 
 /// What the configuration, the messages and the error record call one of them.
 struct LigneParamètre {
-  std::string_view colonne;
-  std::string_view message;
+  std::string_view colonne;       ///< column of the sensor's row
+  std::string_view message;       ///< name in messages
   std::string_view gestionnaire;  ///< handler of its `Change`; empty when nothing depends on it
 };
 
+/// How many there are.
 inline constexpr std::size_t kNombreParamètres = 21;
+/// What they are called, in the order of `ParamEprouvette`.
 extern const std::array<LigneParamètre, kNombreParamètres> kLignesParamètres;
 
 /// The parameters of one sensor: indices read from its row, objects found at link time. Handlers
 /// are taken off when it goes away: parameters outlive sensors.
 class ParamètresEprouvette {
  public:
+  /// Told of a parameter that is not in the host's set.
   using Absent = std::function<void(const LigneParamètre&, std::int32_t index)>;
+  /// Told of a parameter whose text changed, if it has a `gestionnaire`.
   using Change = std::function<void(const LigneParamètre&)>;
 
   ParamètresEprouvette() = default;

@@ -14,6 +14,7 @@ namespace zuma {
 /// while N stays the divisor.
 class Régression {
  public:
+  /// Longest run, in samples.
   static constexpr std::size_t kCapacité = 5000;
 
   /// Adds the sample `v` at `t` seconds and gives the slope in units per second; N is the length

@@ -21,6 +21,7 @@ inline constexpr double kPleineEchelle = 65536;
 /// hardware side fills or empties it, sensors, commands and logic objects read or write it.
 class Canal : public Objet, public TientUnEtat {
  public:
+  /// A channel of no block yet; `plateforme` outlives it.
   explicit Canal(Plateforme& plateforme) : Objet(plateforme, "Canal") {}
 
   using Objet::ChargeErreur;
@@ -31,15 +32,18 @@ class Canal : public Objet, public TientUnEtat {
   void AutoSave(const std::string& Ou) const;
 
   void DéclencheAU() {}  ///< an input or an output alone has nothing to cut
-  void Lien() {}
+  void Lien() {}         ///< nothing to resolve
 
   /// Reads the channel's row, at the recordset's current record.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
 
+  ///@{
   /// Gain code of the channel; boards with automatic range write the code found here.
   void Gain(const Valeur& gain);
   [[nodiscard]] std::int16_t Gain() const { return mintGain; }
+  ///@}
 
+  /// Name of the channel, of its row.
   [[nodiscard]] const std::string& Nom() const { return Nom_; }
 
   /// Starts the channel on its board.
@@ -68,8 +72,11 @@ class Canal : public Objet, public TientUnEtat {
   /// Age beyond which a reading is old: five times the period at which the device gives its
   /// readings, and a second at least.
   [[nodiscard]] double AgeLimite() const { return âgeLimite_; }
+  /// `Age` is beyond `AgeLimite`.
   [[nodiscard]] bool EstVieux() const { return Age() > âgeLimite_; }
-  /// What has become of the readings since the last look.
+  /// What has become of the readings since the last look: nothing to tell, too old from now on, or
+  /// of
+  /// now again.
   enum class Suite : std::uint8_t { Rien, Perdue, Retrouvée };
   /// For the frame, now and then. Told at the second look: one pass that waited long is no loss of
   /// what it reads last. `durée` is the time without a reading, seconds.
@@ -83,29 +90,47 @@ class Canal : public Objet, public TientUnEtat {
   /// channel that no driver serves.
   [[nodiscard]] bool Atteint() const { return valeurAtteinte_ == mdblValeurCanal; }
 
+  ///@{
   /// The block, as long as there is one.
   [[nodiscard]] Fonction* Parent() const { return Parent_.Brut(); }
   void Parent(Fonction* parent);
+  ///@}
 
+  ///@{
   /// Conversions averaged by one channel read.
   void NbLecture(std::int16_t nombre) { mintNbLecture = nombre; }
   [[nodiscard]] std::int16_t NbLecture() const { return mintNbLecture; }
+  ///@}
 
   /// Identifier of a ruler's position message.
   [[nodiscard]] std::int16_t PositionID() const { return PositionID_; }
 
+  ///@{
+  /// Base address of its board, handed down by the block.
   void Adresse(std::int32_t adresse) { mlngAdresse = adresse; }
   [[nodiscard]] std::int32_t Adresse() const { return mlngAdresse; }
+  ///@}
 
+  ///@{
+  /// Handle of the CAN port behind the channel, as the library of the card gave it.
   void HandlePort(std::int32_t poignée) { HandlePort_ = poignée; }
   [[nodiscard]] std::int32_t HandlePort() const { return HandlePort_; }
+  ///@}
 
+  ///@{
+  /// Driver of the channel; of its row, else that of its block. A number that no row of the
+  /// registry has serves nothing.
   [[nodiscard]] ENUM_DRIVER Driver() const { return musrDriver; }
   void Driver(ENUM_DRIVER driver);
+  ///@}
+  /// Row of that driver; `kSansDriver` without one.
   [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
 
+  ///@{
+  /// Kind of the channel, that of its block.
   void TypeCanal(ENUM_TYPE_FONCTION type);
   [[nodiscard]] ENUM_TYPE_FONCTION TypeCanal() const { return musrTypeCanal; }
+  ///@}
 
   /// Place of the channel on its board; -1 is the link's error indicator on Modbus blocks.
   [[nodiscard]] std::int16_t NuméroCanal() const { return NuméroCanal_; }
@@ -119,15 +144,24 @@ class Canal : public Objet, public TientUnEtat {
 
   /// Hexadecimal serial number of the device behind the channel.
   [[nodiscard]] const std::string& NuméroDeSérie() const { return mstrNuméroDeSérie; }
+  ///@{
+  /// Node of the device on its bus, from the row or as the device told it.
   [[nodiscard]] std::int16_t NuméroDeNoeud() const { return mintNode; }
   void NuméroDeNoeud(std::int16_t noeud) { mintNode = noeud; }
+  ///@}
+  /// Mode that a ruler is told at its start, of the row.
   [[nodiscard]] std::int16_t ModeOpératoire() const { return mintMode; }
+  /// Magnets on the ruler, of the row.
   [[nodiscard]] std::int16_t NombreDAimants() const { return mintNombreAimants; }
+  /// Which of the magnets this channel reads, of the row; 0 when the row leaves it Null.
   [[nodiscard]] std::int16_t PositionDeLAimant() const { return mintPositionAimant; }
+  /// Identifier of a ruler's status message.
   [[nodiscard]] std::int16_t StatusID() const { return StatusID_; }
+  ///@{
   /// The device holds `valeur`, or the present value: from here on `Atteint` compares with it.
   void MarqueAtteint(double valeur) { valeurAtteinte_ = valeur; }
   void MarqueAtteint() { valeurAtteinte_ = mdblValeurCanal; }
+  ///@}
   /// What the device holds is not known any more: a write failed, or the device was lost.
   void OublieAtteint() { valeurAtteinte_ = std::numeric_limits<double>::quiet_NaN(); }
   /// The value is of the present pass.
@@ -146,9 +180,11 @@ class Canal : public Objet, public TientUnEtat {
   [[nodiscard]] bool EnFréquence() const { return mblnCanalEnFréquence; }
   /// The words of this Modbus input are numbers with a sign, -32768 to 32767, and not 0 to 65535.
   [[nodiscard]] bool RegistreSigné() const { return registreSigné_; }
+  ///@{
   /// False makes `MetàJour` do nothing; the value stays.
   void EnService(bool enService) { mblnEnService = enService; }
   [[nodiscard]] bool EnService() const { return mblnEnService; }
+  ///@}
   /// Base address as the drivers take it: the low 16 bits.
   [[nodiscard]] std::uint16_t Base() const { return static_cast<std::uint16_t>(mlngAdresse); }
   /// Driver object of the channel's board, of the class that the channel's driver row opens.
@@ -213,6 +249,7 @@ class Canal : public Objet, public TientUnEtat {
   PointeurSuivi<Pilote> pilote_;
 };
 
+/// Counted reference to a channel.
 using CanalRef = Ref<Canal>;
 
 }  // namespace zuma

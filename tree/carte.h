@@ -17,6 +17,7 @@
 
 namespace zuma {
 
+/// Counted reference to the blocks of a board.
 using FonctionsRef = Ref<Fonctions>;
 
 /// One I/O board, bus or instrument: everything reached through one address or one line.
@@ -35,27 +36,38 @@ class Carte : public Objet {
   /// Has the next writes reach the board, those that it should hold already too. Outputs are cut by
   /// their commands and logic outputs.
   void DéclencheAU();
+  /// Driver of the board, of its row.
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return ligne_->valeur; }
+  /// Row of that driver; `kSansDriver` without one.
   [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
   /// Keeps the shared parameters and finds the one that "Config EIR" names for a laser board; the
   /// last of that name counts, none is told in a message. The host calls it, the frame does not.
   void Lien(ParamètresRef MesParametres_obj = {});
   /// Makes and reads the blocks of the board, each after its channels.
   void ChargeLesFonctions(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaCarte);
+  ///@{
+  /// Name of the board, of its row.
   void NomDeLaCarte(std::string nom) { NomDeLaCarte_ = std::move(nom); }
   [[nodiscard]] const std::string& NomDeLaCarte() const { return NomDeLaCarte_; }
+  ///@}
   /// Reads the board's row, at the first record, and keeps the recordset.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
+  ///@{
   /// Port address, or the handle that the board's library returned.
   [[nodiscard]] std::int32_t Adresse() const { return Adresse_; }
   /// Also writes the address to each block.
   void Adresse(std::int32_t adresse);
+  ///@}
+  ///@{
   /// Blocks of the board; an empty collection is made on first access.
   [[nodiscard]] FonctionsRef Fonctions();
   void Fonctions(FonctionsRef fonctions) { Fonctions_ = std::move(fonctions); }
+  ///@}
+  ///@{
   /// Turn mark of a bus board; Nothing at start.
   [[nodiscard]] FonctionRef FonctionSuivante() const { return FonctionSuivante_; }
   void FonctionSuivante(FonctionRef fonction) { FonctionSuivante_ = std::move(fonction); }
+  ///@}
   /// Exchanges with the board or instrument at once, whatever the rates.
   void MetàJour();
   /// Opens the board's link, then starts each block.
@@ -67,7 +79,9 @@ class Carte : public Objet {
 
   // For the pass and the drivers.
 
+  /// How the pass serves the board.
   [[nodiscard]] ServiceCarte Service() const { return ligne_->service; }
+  /// How long a refresh may make its caller wait.
   [[nodiscard]] AttenteCarte Attente() const { return ligne_->attente; }
   /// One step of a bus board: keeps one exchange going. `enMain` follows the type of the block in
   /// hand, for the error table. Failures go to the caller.
@@ -77,6 +91,7 @@ class Carte : public Objet {
   /// Driver object of class `T` for the board at `base`, made on first use.
   template <class T>
   [[nodiscard]] T& PiloteDe(std::uint16_t base);
+  /// The timer of its frame; Nothing without one.
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
   /// Serial link of the board, made on first access.
   [[nodiscard]] LiaisonSérieRef RS();
@@ -84,6 +99,7 @@ class Carte : public Objet {
   [[nodiscard]] RepriseDeLigne& Reprise() { return reprise_; }
   /// Writes the line settings in their order and opens the board's serial link.
   void OuvreLigneSérie();
+  /// Settings text of its line or instrument, of the row.
   [[nodiscard]] const std::string& Configuration() const { return Configuration_; }
   /// Time that a Modbus slave of the board has for its answer, the limit included, in milliseconds.
   [[nodiscard]] double TimeOutModbus() const { return TimeOutModbus_; }
@@ -131,8 +147,10 @@ class Carte : public Objet {
   Vie vie_;
 };
 
+/// Counted reference to a board.
 using CarteRef = Ref<Carte>;
 
+/// Looks through the driver objects of the board; makes one of class `T` when `base` has none.
 template <class T>
 T& Carte::PiloteDe(std::uint16_t base) {
   for (const PiloteOuvert& ouvert : pilotes_) {

@@ -22,6 +22,7 @@ class Doute {
     if (!depuis_) depuis_ = envoi;
     if (entendu_) entendu_ = maintenant;
   }
+  /// A question has ended without its answer, and the slave has not been left alone since.
   [[nodiscard]] bool EnDoute() const noexcept { return depuis_.has_value(); }
   /// The slave was heard: from here on it is left alone.
   void Entend(double maintenant) noexcept {

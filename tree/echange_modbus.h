@@ -13,8 +13,8 @@ class Fonction;
 /// State of one block's Modbus exchange, kept from pass to pass. Each block has its own: a dead
 /// slave must raise its error channel even while its neighbours on the bus answer.
 struct EchangeModbus {
-  Octets question;
-  Octets réponse;
+  Octets question;                   ///< last request, with its CRC
+  Octets réponse;                    ///< what was received of its answer
   double heureDEnvoi = 0;            ///< microseconds
   double heureDuDernierOctet = 0;    ///< received, in microseconds
   std::int32_t compteurErreurs = 0;  ///< failed exchanges in a row

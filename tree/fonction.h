@@ -17,19 +17,24 @@
 
 namespace zuma {
 
+/// Counted reference to the channels of a block.
 using CanalsRef = Ref<Canals>;
+/// Counted reference to a serial link.
 using LiaisonSérieRef = Ref<ZED_LiaisonSerie>;
 
 /// One functional block of a board: like channels behind one driver, at one address. It opens the
 /// hardware link at start and carries the exchange of each cycle.
 class Fonction : public Objet, public TientUnEtat {
  public:
+  /// A block of no board yet; `plateforme` outlives it.
   explicit Fonction(Plateforme& plateforme) : Objet(plateforme, "Fonction") {}
   ~Fonction() override;
 
   /// The channel numbered -1, error indicator of a Modbus link; Nothing when there is none.
   [[nodiscard]] CanalRef CanalErreurModbus() const { return CanalErreurModbus_; }
+  /// Driver of the block, of its row.
   [[nodiscard]] ENUM_DRIVER Driver_enm() const { return ligne_->valeur; }
+  /// Row of that driver; `kSansDriver` without one.
   [[nodiscard]] const LigneDriver& LeDriver() const { return *ligne_; }
   /// Closes what must be closed before the frame is released. Failures go to the caller.
   void Décharge();
@@ -40,24 +45,33 @@ class Fonction : public Objet, public TientUnEtat {
   void AutoSave(const std::string& Ou) const;
   /// Hands the call to each channel, in order.
   void DéclencheAU();
-  void Lien() {}
+  void Lien() {}  ///< nothing to resolve
 
+  ///@{
   /// Channels of the block; an empty collection is made on first access.
   [[nodiscard]] CanalsRef Canals();
   void Canals(CanalsRef canaux) { Canals_ = std::move(canaux); }
+  ///@}
 
   /// Makes and reads the channels of the block, in the order of "Numéro du Canal".
   void ChargeLesCanaux(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexDeLaFonction);
 
+  ///@{
   /// The board, as long as there is one.
   [[nodiscard]] Carte* Parent() const { return Parent_.Brut(); }
   void Parent(Carte* parent);
+  ///@}
 
+  /// Kind of its channels.
   [[nodiscard]] ENUM_TYPE_FONCTION TypeDeFonction() const { return TypeDeFonction_; }
+  ///@{
   /// Stores the base address and hands it to every channel.
   void Adresse(std::int32_t adresse);
   [[nodiscard]] std::int32_t Adresse() const { return mlngAdresse; }
+  ///@}
+  /// Number of channels that the row tells.
   [[nodiscard]] std::int32_t NombreDeCanaux() const { return NombreDeCanaux_; }
+  /// Name of the block, of its row.
   [[nodiscard]] const std::string& NomDeLaFonction() const { return NomDeLaFonction_; }
 
   /// Opens the hardware link and starts each channel.
@@ -69,18 +83,27 @@ class Fonction : public Objet, public TientUnEtat {
   /// their type and, without a driver of their own, their driver from here.
   void ParamètresDepuisBD(const Ref<Recordset>& rstMonRecordSet);
 
+  ///@{
   /// Serial link of the block; Nothing until given or opened by a serial driver.
   void RS(LiaisonSérieRef liaison) { RS_ = std::move(liaison); }
   [[nodiscard]] LiaisonSérieRef RS() const { return RS_; }
+  ///@}
 
+  ///@{
   /// False takes the block out of service; it never comes back by itself.
   [[nodiscard]] bool Enabled() const { return Enabled_; }
   void Enabled(bool enService) { Enabled_ = enService; }
+  ///@}
+  ///@{
   /// A request is on the wire and its answer is awaited.
   [[nodiscard]] bool RafraichissementEnCours() const { return RafraichissementEnCours_; }
   void RafraichissementEnCours(bool enCours) { RafraichissementEnCours_ = enCours; }
+  ///@}
+  /// Address of its Modbus slave, 1 to 247.
   [[nodiscard]] std::int32_t ModbusAdresse() const { return ModbusAdresse_; }
+  /// Modbus function by which it exchanges: 1 to 4 read, 5, 6, 15 and 16 write.
   [[nodiscard]] std::int32_t ModbusFonction() const { return ModbusFonction_; }
+  /// First Modbus register or coil, counted from 0.
   [[nodiscard]] std::int32_t ModbusRegistreDeDepart() const { return ModbusRegistreDeDepart_; }
 
   /// Tells in the error record, once, that readings of the block are old, and once that they are of
@@ -110,6 +133,7 @@ class Fonction : public Objet, public TientUnEtat {
   [[nodiscard]] RéglagesLigne LigneSérie() const {
     return {mintPort, mlngVitesse, mlngParité, mlngBitsDonnées, mlngBitsStop};
   }
+  /// Port of the CAN card, of the row.
   [[nodiscard]] std::int32_t PortCAN() const { return mlngPortCAN; }
   /// Kilobits per second.
   [[nodiscard]] std::int16_t VitesseCAN() const { return mintVitesseCAN; }
@@ -117,6 +141,7 @@ class Fonction : public Objet, public TientUnEtat {
   [[nodiscard]] const std::string& ModeCAN() const { return mstrModeCAN; }
   /// State of the block's Modbus exchange.
   [[nodiscard]] EchangeModbus& Modbus_Echange() { return Modbus_Echange_; }
+  /// The timer of its frame; Nothing without one.
   [[nodiscard]] const Ref<ZED_Timer>& LeTimer() const { return Timer(); }
   /// The board; its absence is a failure (91).
   [[nodiscard]] Carte* LaCarte() const;
@@ -160,6 +185,7 @@ class Fonction : public Objet, public TientUnEtat {
   PointeurSuivi<Pilote> pilote_;
 };
 
+/// Counted reference to a block.
 using FonctionRef = Ref<Fonction>;
 
 }  // namespace zuma

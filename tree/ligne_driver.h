@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// One row of the table of drivers, and what a library of drivers holds out.
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -29,9 +32,13 @@ class Pilote {
 struct OpérationsPilote {
   /// Finds or makes the driver object of the board at that base address.
   Pilote& (*ouvre)(Carte& carte, std::uint16_t base) = nullptr;
+  /// Starts a block: opens its link, puts its outputs at rest.
   void (*démarreBloc)(Fonction& bloc) = nullptr;
+  /// Exchanges a block as a whole.
   void (*rafraîchitBloc)(Fonction& bloc) = nullptr;
+  /// Starts one channel.
   void (*démarreCanal)(Canal& canal) = nullptr;
+  /// Exchanges one channel.
   void (*rafraîchitCanal)(Canal& canal) = nullptr;
   /// Closes what the block's start opened: at discharge and again at the block's end.
   void (*fermeBloc)(Fonction& bloc) noexcept = nullptr;
@@ -41,7 +48,9 @@ struct OpérationsPilote {
 
 /// What a driver does for a whole board.
 struct OpérationsCarte {
+  /// Starts a board, before its blocks.
   void (*démarre)(Carte& carte) = nullptr;
+  /// Exchanges a board as a whole.
   void (*rafraîchit)(Carte& carte) = nullptr;
   /// Shows the maintenance form of the instrument as a child of `mère`; none when left out.
   void (*entretient)(Carte& carte, FenêtreHôte& mère) = nullptr;
@@ -67,6 +76,7 @@ enum class AttenteCarte : std::uint8_t {
 
 /// Block types that a driver serves, one bit each.
 using TypesServis = std::uint8_t;
+/// The bit of a block type.
 [[nodiscard]] constexpr TypesServis TypeServi(ENUM_TYPE_FONCTION type) noexcept {
   return static_cast<TypesServis>(1U << static_cast<unsigned>(type));
 }
@@ -74,7 +84,8 @@ using TypesServis = std::uint8_t;
 /// What one device of a driver may hold a pass up for when it does not answer or is started: one
 /// for each board, or one for each channel.
 struct RetenueDeDriver {
-  bool parCanal = false;
+  bool parCanal = false;  ///< of each channel, else of the board
+  /// Longest wait in seconds; none when left out.
   double (*secondes)(const Réglages& réglages) = nullptr;
 };
 
@@ -86,17 +97,21 @@ inline constexpr std::uint32_t kVersionDesDrivers = 2;
 /// it points at outlive every frame that they serve.
 struct LigneDriver {
   std::uint32_t version = kVersionDesDrivers;  ///< form of the row that its maker knew
-  ENUM_DRIVER valeur = ENUM_DRIVER::DrvAucun;
-  std::string_view nom{};            ///< name of the value
-  std::string_view affichage{};      ///< as shown in dumps; empty for none
-  std::string_view texteCarte{};     ///< column "Driver de la Carte"
-  std::string_view texteFonction{};  ///< column "Driver" of a block
-  std::string_view texteCanal{};     ///< column "Driver canal"
+  ENUM_DRIVER valeur = ENUM_DRIVER::DrvAucun;  ///< number of the driver
+  std::string_view nom{};                      ///< name of the value
+  std::string_view affichage{};                ///< as shown in dumps; empty for none
+  std::string_view texteCarte{};               ///< column "Driver de la Carte"
+  std::string_view texteFonction{};            ///< column "Driver" of a block
+  std::string_view texteCanal{};               ///< column "Driver canal"
+  /// Block types that it serves; 0 for a board alone.
   TypesServis types = 0;
+  /// How the pass serves a board of this driver.
   ServiceCarte service = ServiceCarte::ParFonction;
+  /// What a refresh of such a board may wait for.
   AttenteCarte attente = AttenteCarte::Aucune;
   /// Seconds from one reading to the next of a device that is well and not read by each refresh.
   double période = 0;
+  /// How long a silent device holds a pass.
   RetenueDeDriver retenue{};
   /// A block uses the serial line of its board when it was given none of its own.
   bool surLaLigneDeLaCarte = false;
@@ -108,7 +123,9 @@ struct LigneDriver {
   bool sortieQuiDémarre = false;
   /// What an integrator should know about the wires of such a block; empty for nothing.
   std::string_view câblage{};
+  /// What it does for blocks and channels; none when null.
   const OpérationsPilote* pilote = nullptr;
+  /// What it does for a board; none when null.
   const OpérationsCarte* carte = nullptr;
   /// Twin of a port-mapped board that the simulated machine does not know
   /// (`tree/jumeau_de_driver.h`); none: it has one for the library's own, and nothing for others.
@@ -118,6 +135,7 @@ struct LigneDriver {
   [[nodiscard]] bool EstLaisséeALHôte() const noexcept {
     return service == ServiceCarte::ParFonction && carte != nullptr && carte->rafraîchit != nullptr;
   }
+  /// True when blocks of that type may name the driver.
   [[nodiscard]] bool Sert(ENUM_TYPE_FONCTION type) const noexcept {
     return (types & TypeServi(type)) != 0;
   }
@@ -129,8 +147,8 @@ inline constexpr LigneDriver kSansDriver{.nom = "DrvAucun"};
 /// What a library of drivers holds out to the program that loads it.
 struct DriversDUneBibliothèque {
   std::uint32_t version = kVersionDesDrivers;  ///< read first: rows of another form are not touched
-  const LigneDriver* lignes = nullptr;
-  std::size_t nombre = 0;
+  const LigneDriver* lignes = nullptr;         ///< its rows
+  std::size_t nombre = 0;                      ///< how many there are
 };
 
 }  // namespace zuma

@@ -7,8 +7,8 @@ namespace zuma {
 
 /// What a board's driver object is made from.
 struct Matériel {
-  Plateforme& plateforme;
-  Ref<ZED_Timer> timer;
+  Plateforme& plateforme;  ///< services of the machine
+  Ref<ZED_Timer> timer;    ///< timer of the frame
 };
 
 }  // namespace zuma

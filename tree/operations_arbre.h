@@ -15,6 +15,7 @@ inline void OuvreLigneSérie(Carte& carte) {
   carte.OuvreLigneSérie();
 }
 
+/// Operations of a board that is a serial line: opens it.
 inline constexpr OpérationsCarte kLigneSérie{.démarre = &OuvreLigneSérie};
 
 }  // namespace zuma::opérations_arbre

@@ -25,11 +25,13 @@ class RegistreDesDrivers {
 
   /// The row of a value; `kSansDriver` for one that is not there.
   [[nodiscard]] const LigneDriver& DeValeur(ENUM_DRIVER valeur) const noexcept;
+  ///@{
   /// The row that a text of the configuration selects, compared exactly: column "Driver de la
   /// Carte", "Driver" of a block, "Driver canal". `kSansDriver` for Null and an unknown text.
   [[nodiscard]] const LigneDriver& DeCarte(const Valeur& texte) const;
   [[nodiscard]] const LigneDriver& DeFonction(const Valeur& texte) const;
   [[nodiscard]] const LigneDriver& DeCanal(const Valeur& texte) const;
+  ///@}
   /// All rows, in the order in which they were added.
   [[nodiscard]] std::span<const LigneDriver* const> Tous() const noexcept { return lignes_; }
 

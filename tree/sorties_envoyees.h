@@ -15,6 +15,7 @@ namespace zuma {
 /// where the device takes one at a time. Keeps its memory.
 class SortiesEnvoyées {
  public:
+  /// Forgets all channels.
   void Vide() noexcept { envois_.clear(); }
   /// Takes the channel with the value that it holds, for a write of all.
   void Ajoute(const CanalRef& canal) { envois_.push_back({canal, canal->ValeurCanal(), true}); }

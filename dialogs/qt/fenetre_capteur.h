@@ -11,6 +11,7 @@ namespace zuma::qt {
 /// Window of the sensor's calibration form.
 class FenêtreCapteur final : public FenêtreEtalonnage {
  public:
+  /// A window of that form; `refus` is asked before a reading changes.
   FenêtreCapteur(const Ref<Cpt_Normal_Extrn_Calibration>& feuille, const Mots& mots,
                  const Refus& refus = {});
 

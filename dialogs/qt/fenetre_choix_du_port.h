@@ -16,12 +16,14 @@ namespace zuma::qt {
 /// `BtnClose`, which ends a search that goes on; it closes by itself when the form is hidden.
 class FenêtreChoixDuPort final : public QDialog {
  public:
+  /// A window of that form, which outlives it.
   FenêtreChoixDuPort(ChoixDuPort& feuille, const Mots& mots);
 
   /// Takes everything from the form anew.
   void Relit();
 
  protected:
+  /// Presses `BtnClose`, by whatever way the dialog ends.
   void done(int résultat) override;
 
  private:

@@ -10,6 +10,7 @@ namespace zuma::qt {
 /// Window of the command's calibration form.
 class FenêtreCommande final : public FenêtreEtalonnage {
  public:
+  /// A window of that form; `refus` is asked before an output changes.
   FenêtreCommande(const Ref<Cmde_Normale_Extrn_Calibration>& feuille, const Mots& mots,
                   const Refus& refus = {});
 

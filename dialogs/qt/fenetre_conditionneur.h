@@ -15,6 +15,7 @@ namespace zuma::qt {
 /// Window of the maintenance form of the digital conditioners, which outlives it.
 class FenêtreConditionneur final : public FenêtreDeFeuille {
  public:
+  /// A window of that form.
   FenêtreConditionneur(FeuilleConditionneurNumerique& feuille, const Mots& mots);
 
   /// True while the window serves that form.

@@ -24,8 +24,8 @@ class FenêtreDeFeuille : public QWidget {
   struct Suivi {
     std::function<bool()> montrée;  ///< false once the form is to leave the screen
     std::function<void()> timer;    ///< the periodic refresh, every `période` seconds
-    double période = 1;
-    std::function<void()> fermée;  ///< the window was closed without one of the form's buttons
+    double période = 1;             ///< seconds between two calls of `timer`
+    std::function<void()> fermée;   ///< the window was closed without one of the form's buttons
   };
 
   ~FenêtreDeFeuille() override;
@@ -36,6 +36,7 @@ class FenêtreDeFeuille : public QWidget {
   [[nodiscard]] bool Partie() const { return partie_; }
 
  protected:
+  /// A window that is not shown yet; `refus` is asked by `FaisSiPermis`.
   FenêtreDeFeuille(Suivi suivi, Mots mots, Refus refus = {});
 
   /// Takes everything from the form anew.
@@ -51,8 +52,10 @@ class FenêtreDeFeuille : public QWidget {
   /// `échec` too, and leaves the form as it is. Asked at the act: the window may have been opened
   /// long before.
   void FaisSiPermis(const std::function<void()>& action, const QString& échec);
+  /// The words of the windows' own.
   [[nodiscard]] const Mots& LesMots() const { return mots_; }
 
+  /// Tells the form, and takes the window out of service.
   void closeEvent(QCloseEvent* événement) override;
 
  private:

@@ -22,6 +22,7 @@ class FenêtreEtalonnage : public FenêtreDeFeuille {
   }
 
  protected:
+  /// Name, grid and comment of `feuille`; the derived window adds its own.
   FenêtreEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots, const Refus& refus);
 
   void Relit() override;

@@ -15,19 +15,26 @@ namespace zuma::qt {
 /// and rows that the table does not use; rows are inserted and deleted from the context menu.
 class GrilleEtalonnage final : public QTableView {
  public:
+  /// The grid of that form, with its editor.
   GrilleEtalonnage(const Ref<FeuilleEtalonnage>& feuille, const Mots& mots, QWidget* parent);
   ~GrilleEtalonnage() override;
 
   /// Takes everything from the form anew.
   void Relit();
+  ///@{
+  /// All columns, and some rows of the table.
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
+  ///@}
 
  protected:
+  ///@{
+  /// Moves and editing as the form wants them.
   void keyPressEvent(QKeyEvent* événement) override;
   bool focusNextPrevChild(bool suivante) override;
   void scrollContentsBy(int dx, int dy) override;
   void updateEditorGeometries() override;
+  ///@}
 
  private:
   [[nodiscard]] QSize TailleDe(int rangées) const;

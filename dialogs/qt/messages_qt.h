@@ -21,6 +21,7 @@ void Annonce(const Mots& mots, const QString& titre, const QString& texte,
 /// trips, as it should.
 class MessagesQt final : public BoîteDeMessage, public AttenteLimitée {
  public:
+  /// Titles in the language of `traducteur`; Nothing leaves the defaults.
   explicit MessagesQt(Ref<ZED_Traduction> traducteur) : mots_(std::move(traducteur)) {}
 
   void Montre(std::string_view texte, const ObjetConcerné& objet) override;

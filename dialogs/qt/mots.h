@@ -9,6 +9,7 @@
 
 namespace zuma::qt {
 
+/// A text of the library as Qt takes it.
 [[nodiscard]] inline QString EnQt(std::string_view texte) {
   return QString::fromUtf8(texte.data(), static_cast<qsizetype>(texte.size()));
 }
@@ -19,6 +20,7 @@ class Mots {
   /// Without a translator every word is its default.
   explicit Mots(Ref<ZED_Traduction> traducteur) : traducteur_(std::move(traducteur)) {}
 
+  /// The word of that key, or `défaut`.
   [[nodiscard]] QString operator()(std::string_view clé, std::string_view défaut) const {
     return EnQt(traducteur_ ? traducteur_->Traduit(clé, défaut, "Zuma") : std::string(défaut));
   }

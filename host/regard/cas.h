@@ -9,8 +9,8 @@ namespace zuma::host {
 
 /// How much of a stop is kept, in seconds.
 struct Fenêtre {
-  double avant = 10;
-  double après = 5;
+  double avant = 10;  ///< before the stop
+  double après = 5;   ///< behind the stop
 };
 
 /// Writes the stop that event `arrêt` began as a case: a folder of its own in `dossier`, named

@@ -18,7 +18,9 @@ namespace zuma::host {
 /// again.
 class GardienDesArrêts {
  public:
+  /// Looks at `lecteur` from now on; cases go to `dossier`, which is made when there is none.
   GardienDesArrêts(publication::Lecteur lecteur, std::string dossier, Fenêtre fenêtre);
+  /// The same with ten seconds before and five behind each stop.
   GardienDesArrêts(publication::Lecteur lecteur, std::string dossier)
       : GardienDesArrêts(std::move(lecteur), std::move(dossier), Fenêtre()) {}
   /// Writes what waits. To be called once the outputs are at rest.

@@ -10,8 +10,8 @@ namespace zuma::linux_ {
 
 /// One row to put into a new file. Columns left out take their default.
 struct LigneDeBase {
-  std::string table;
-  std::vector<Champ> champs;
+  std::string table;          ///< table that it goes to
+  std::vector<Champ> champs;  ///< its values by column
 };
 
 /// Creates a configuration database with every table of the system and these rows. An existing

@@ -11,11 +11,12 @@
 
 namespace zuma::linux_ {
 
+/// How a database file is opened and read.
 struct RéglagesBase {
-  bool lectureSeule = false;
+  bool lectureSeule = false;  ///< nothing is written
   /// How long an operation waits for another program that holds the file.
   std::chrono::milliseconds attenteVerrou{2000};
-  BornesDeLecture bornes{};
+  BornesDeLecture bornes{};  ///< what a reading may cost
 };
 
 /// A configuration database in an SQLite file. Recordsets of it may outlive it.
@@ -38,7 +39,7 @@ class BaseSqlite : public BaseDeDonnées {
 
   /// Something about the file itself.
   struct Problème {
-    std::string texte;
+    std::string texte;    ///< what is wrong, French
     bool certain = true;  ///< false: the file was not looked at to its end
   };
   /// What is wrong with the file itself, empty when it is sound: damage, references to rows that

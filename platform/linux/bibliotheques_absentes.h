@@ -15,6 +15,7 @@ namespace zuma::linux_ {
 /// one is told in the error record, with what to do.
 class BibliothèqueAbsente {
  protected:
+  /// `quoi` names the devices and `interface` the class that a host would bring; both are literals.
   BibliothèqueAbsente(Ref<ZED_Erreur> registre, std::string_view quoi, std::string_view interface)
       : registre_(std::move(registre)), quoi_(quoi), interface_(interface) {}
   /// Tells it once; gives `réponse`.
@@ -30,6 +31,7 @@ class BibliothèqueAbsente {
 /// LVDT network without its library: no module is ever found.
 class OrbitAbsent final : public RéseauOrbit, private BibliothèqueAbsente {
  public:
+  /// Tells what is missing in `registre`.
   explicit OrbitAbsent(Ref<ZED_Erreur> registre);
   [[nodiscard]] std::int32_t ConnectToOrbitNetworks() override { return Manque(0); }
   void DisconnectFromOrbitNetworks() noexcept override {}
@@ -45,6 +47,7 @@ class OrbitAbsent final : public RéseauOrbit, private BibliothèqueAbsente {
 /// Measuring amplifiers without their library: no device is ever found, no value changes.
 class SpiderAbsent final : public BibliothèqueSpider, private BibliothèqueAbsente {
  public:
+  /// Tells what is missing in `registre`.
   explicit SpiderAbsent(Ref<ZED_Erreur> registre);
   std::int32_t S8_InitAll(std::int32_t, std::int32_t) override { return Manque(kEchec); }
   std::int32_t S8_GetDevSettings(std::int32_t, std::int32_t& nombre) override {

@@ -16,16 +16,23 @@ namespace zuma::linux_ {
 /// descriptor.
 class PriseCAN {
  public:
+  /// Takes over an open descriptor; -1 is a closed port.
   explicit PriseCAN(int descripteur = -1) noexcept : fd_(descripteur) {}
   ~PriseCAN() { Ferme(); }
+  ///@{
+  /// The descriptor goes along; the other one is closed then.
   PriseCAN(PriseCAN&& autre) noexcept
       : fd_(std::exchange(autre.fd_, -1)), réglages_(autre.réglages_) {}
   PriseCAN& operator=(PriseCAN&& autre) noexcept;
+  ///@}
   PriseCAN(const PriseCAN&) = delete;
   PriseCAN& operator=(const PriseCAN&) = delete;
 
+  /// True while there is a descriptor.
   [[nodiscard]] bool Ouverte() const noexcept { return fd_ >= 0; }
+  /// Closes it; nothing on a closed port.
   void Ferme() noexcept;
+  /// Acceptance of frames from now on.
   void Réglages(const PortCAN& réglages) noexcept { réglages_ = réglages; }
   /// Gives 0, or the system's error number. Never waits.
   [[nodiscard]] int Envoie(const TrameCAN& trame) noexcept;
@@ -54,7 +61,9 @@ using InterfacesCAN = std::map<std::pair<std::int32_t, std::int32_t>, std::strin
 /// as those of a card that fails.
 class CanSocketCAN final : public BibliothèqueCAN {
  public:
+  /// Opens an interface as `OuvreInterfaceCAN` does.
   using Ouverture = std::function<int(const std::string&)>;
+  /// `ouvre` makes the descriptors: sockets, or what stands in for them.
   explicit CanSocketCAN(Ref<ZED_Erreur> registre, InterfacesCAN interfaces = {},
                         Ouverture ouvre = &OuvreInterfaceCAN)
       : registre_(std::move(registre)),

@@ -16,6 +16,7 @@ namespace zuma::linux_ {
 /// looked for again every second. The devices need the rights of group "input".
 class ClavierEvdev : public Clavier {
  public:
+  /// Looks for keyboards in `dossier`, at the first reading.
   explicit ClavierEvdev(DispositionClavier disposition = DispositionClavier::Azerty,
                         std::string dossier = "/dev/input");
   ~ClavierEvdev() override;

@@ -12,6 +12,7 @@ namespace zuma::linux_ {
 /// Microsecond counters over a timer. A closed handle is given again to the next counter.
 class CompteursLinux final : public CompteursFins {
  public:
+  /// Counts on that timer.
   explicit CompteursLinux(Ref<ZED_Timer> timer = Crée<Minuterie>()) : timer_(std::move(timer)) {}
 
   /// Handles start at 1. Fails with 7 when 32767 counters are open.

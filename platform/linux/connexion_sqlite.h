@@ -49,6 +49,7 @@ class ConnexionSqlite {
   /// end. The outermost one counts. A save is no reading: it is never given up half-way.
   class LectureBornée {
    public:
+    /// Begins the time of a reading on that file.
     explicit LectureBornée(ConnexionSqlite& connexion);
     ~LectureBornée();
     LectureBornée(const LectureBornée&) = delete;
@@ -59,10 +60,13 @@ class ConnexionSqlite {
     bool première_;
   };
 
+  /// The handle of the C library; it belongs to this.
   [[nodiscard]] sqlite3* Brut() const noexcept { return base_.get(); }
+  /// What a reading may cost.
   [[nodiscard]] const BornesDeLecture& Bornes() const noexcept { return bornes_; }
   /// Fails with 3059 when a bounded reading is to go no further.
   void ExigeDePoursuivre(std::source_location où = std::source_location::current()) const;
+  /// Path of the file.
   [[nodiscard]] const std::string& Chemin() const noexcept { return chemin_; }
   /// True when the file itself, or the way it was opened, admits no writing.
   [[nodiscard]] bool EnLectureSeule() const noexcept;
@@ -98,6 +102,7 @@ class InstructionSqlite {
   InstructionSqlite(const ConnexionSqlite& connexion, std::string_view sql,
                     std::source_location où = std::source_location::current());
 
+  /// The handle of the C library; it belongs to this.
   [[nodiscard]] sqlite3_stmt* Brut() const noexcept { return instruction_.get(); }
   /// Next row; false at the end.
   [[nodiscard]] bool Suivante(std::source_location où = std::source_location::current());
@@ -116,6 +121,7 @@ class InstructionSqlite {
 /// A write transaction: undone at its end unless `Valide` has returned.
 class TransactionSqlite {
  public:
+  /// Begins at once: fails with 3260 on a locked file, with 3027 on one that takes no writing.
   explicit TransactionSqlite(ConnexionSqlite& connexion) : connexion_(connexion) {
     connexion_.Exécute("BEGIN IMMEDIATE");
   }
@@ -123,6 +129,7 @@ class TransactionSqlite {
   TransactionSqlite(const TransactionSqlite&) = delete;
   TransactionSqlite& operator=(const TransactionSqlite&) = delete;
 
+  /// Keeps what was written, on the disk; fails like any statement, and then nothing is kept.
   void Valide();
 
  private:

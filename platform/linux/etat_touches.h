@@ -16,6 +16,7 @@ enum class DispositionClavier : std::uint8_t { Azerty, Qwerty };
 /// Key states kept from the kernel's key events.
 class EtatTouches {
  public:
+  /// All keys are up.
   explicit EtatTouches(DispositionClavier disposition) noexcept : disposition_(disposition) {}
 
   /// One event: 1 pressed, 0 released, 2 auto-repeat, which changes nothing.
@@ -23,8 +24,11 @@ class EtatTouches {
   /// Lights of the locks, as they are when a keyboard is opened.
   void Verrou(std::uint8_t touche, bool allumé) noexcept;
 
+  /// The state as the program reads it.
   [[nodiscard]] const EtatClavier& Etat() const noexcept { return état_; }
+  /// Overwrites the state, as a program may.
   void Ecrit(const EtatClavier& état) noexcept { état_ = état; }
+  /// What is printed on the keys.
   [[nodiscard]] DispositionClavier Disposition() const noexcept { return disposition_; }
 
  private:

@@ -13,6 +13,7 @@ namespace zuma::linux_ {
 /// characters within them become spaces.
 class FichiersLinux final : public Fichiers {
  public:
+  /// Paths of the installation lie under `racine`, which need not exist.
   explicit FichiersLinux(std::filesystem::path racine) : racine_(std::move(racine)) {}
 
   /// Folders are not created here (see `CréeDossier`). Fails with 76 on a missing folder or a path

@@ -21,6 +21,7 @@ using CarteDesPorts = std::map<std::int32_t, std::string>;
 /// `ZED_LiaisonSerie` on a real device.
 class LiaisonSérieLinux : public ZED_LiaisonSerie {
  public:
+  /// A closed link; `ports` outlives it.
   explicit LiaisonSérieLinux(const CarteDesPorts& ports) : ports_(ports) {}
 
   void PortSérie(std::int32_t numéro) override { numéro_ = numéro; }
@@ -48,6 +49,7 @@ class LiaisonSérieLinux : public ZED_LiaisonSerie {
 /// `PortInstrument` on a real device.
 class PortInstrumentLinux : public PortRéglé {
  public:
+  /// A closed port; `ports` outlives it.
   explicit PortInstrumentLinux(const CarteDesPorts& ports) : ports_(ports) {}
 
   using PortRéglé::PortOuvert;
@@ -75,6 +77,7 @@ class PortInstrumentLinux : public PortRéglé {
 /// Makes real links.
 class FabriqueLiaisonsLinux : public FabriqueLiaisons {
  public:
+  /// Links of these devices; the factory outlives them.
   explicit FabriqueLiaisonsLinux(CarteDesPorts ports = {}) : ports_(std::move(ports)) {}
   [[nodiscard]] Ref<ZED_LiaisonSerie> CréeLiaison() override {
     return Crée<LiaisonSérieLinux>(ports_);

@@ -19,7 +19,9 @@ class LignesTassées {
  public:
   /// Begins a row; the values of `Ajoute` go to it.
   void OuvreUneLigne() { débuts_.push_back(octets_.size()); }
+  /// The next value of the row begun last.
   void Ajoute(const Valeur& valeur);
+  /// Rows begun so far.
   [[nodiscard]] std::size_t Nombre() const noexcept { return débuts_.size(); }
   /// Bytes held.
   [[nodiscard]] std::size_t Taille() const noexcept {

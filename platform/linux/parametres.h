@@ -23,8 +23,10 @@ namespace zuma::linux_ {
 /// - Fail: the others are told all the same, then the first failure goes to the writer.
 class Parametre final : public ZED_Parametre, public std::enable_shared_from_this<Parametre> {
  public:
+  /// Rounds of changes within one write.
   static constexpr int kTours = 16;
 
+  /// Key, name and first text.
   Parametre(std::string clé, std::string nom, std::string valeur)
       : clé_(std::move(clé)), nom_(std::move(nom)), valeur_(std::move(valeur)) {}
 

@@ -34,10 +34,10 @@ struct RéglagesLinux {
   CarteDesPorts portsSérie;                            ///< devices of the serial ports by number
   InterfacesCAN interfacesCAN;                         ///< network interfaces of the CAN ports
   bool demande = false;  ///< messages wait for an answer when there is a terminal
-  DispositionClavier clavier = DispositionClavier::Azerty;
-  Ref<RegistreDesDrivers> drivers;  ///< those that a frame may name
-  std::string langue;               ///< empty: the first language of the table
-  Réglages réglages;
+  DispositionClavier clavier = DispositionClavier::Azerty;  ///< what is printed on the keys
+  Ref<RegistreDesDrivers> drivers;                          ///< those that a frame may name
+  std::string langue;  ///< empty: the first language of the table
+  Réglages réglages;   ///< settings of the installation
 };
 
 /// Everything that a frame needs of a Linux machine, and the collaborators of a host that brings
@@ -54,11 +54,13 @@ class PlateformeLinux {
   PlateformeLinux(const PlateformeLinux&) = delete;
   PlateformeLinux& operator=(const PlateformeLinux&) = delete;
 
-  Ref<Minuterie> timer = Crée<Minuterie>();
-  Ref<RegistreErreurs> registre;
-  Ref<Traducteur> traducteur = Crée<Traducteur>();
-  Parametres parametres;
+  Ref<Minuterie> timer = Crée<Minuterie>();         ///< timer of the frame
+  Ref<RegistreErreurs> registre;                    ///< error record of the frame
+  Ref<Traducteur> traducteur = Crée<Traducteur>();  ///< translator of the frame
+  Parametres parametres;                            ///< shared parameters of the frame
 
+  ///@{
+  /// The adapters that `services` points at.
   HorlogeSystème horloge;
   MessagesTerminal messages;
   PortsLinux ports;
@@ -72,7 +74,8 @@ class PlateformeLinux {
   ClavierEvdev clavier;
   FtdiUsb ftdi;
   PciComedi pci;
-  Ref<Securite> securite;
+  ///@}
+  Ref<Securite> securite;  ///< safety object of the frame
 
   /// What `Chassis` takes.
   Plateforme services;

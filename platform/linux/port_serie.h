@@ -22,7 +22,9 @@ class PortSérieLinux {
 
   /// Opens a device; fails with its name, the system's reason and what to do.
   void Ouvre(const std::string& chemin, const RéglagesPort& réglages);
+  /// Closes the device for good: no use opens it again.
   void Ferme() noexcept;
+  /// True while the device is open.
   [[nodiscard]] bool Ouvert() const noexcept { return fd_ >= 0; }
 
   /// What has arrived, at most `maximum` bytes (all when negative); empty on a device gone away.

@@ -15,7 +15,9 @@ class InstructionsES {
   virtual ~InstructionsES() = default;
   /// Asks the system for `nombre` ports from `début`; gives 0, or the system's error number.
   [[nodiscard]] virtual int Demande(std::uint16_t début, std::uint16_t nombre) noexcept = 0;
+  /// Reads 1, 2 or 4 bytes from a port that was granted.
   [[nodiscard]] virtual std::uint32_t Lit(std::uint16_t port, unsigned octets) noexcept = 0;
+  /// Writes 1, 2 or 4 bytes to a port that was granted.
   virtual void Ecrit(std::uint16_t port, std::uint32_t valeur, unsigned octets) noexcept = 0;
 };
 
@@ -28,6 +30,7 @@ class InstructionsES {
 /// as an absent one does: all bits set, writes lost.
 class PortsLinux final : public PortsES {
  public:
+  /// A refusal is told in `registre`; Nothing tells nobody.
   explicit PortsLinux(Ref<ZED_Erreur> registre,
                       InstructionsES& instructions = InstructionsDuProcesseur())
       : registre_(std::move(registre)), instructions_(instructions) {}

@@ -21,6 +21,7 @@ namespace zuma::linux_ {
 /// again. A row with a sum (`base/somme_de_controle.h`) gets its new one with the same save.
 class RecordsetSqlite : public Recordset {
  public:
+  /// Reads the rows of a selection; fails as `BaseSqlite::OpenRecordset` does.
   RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql);
 
   [[nodiscard]] std::int32_t RecordCount() const override {

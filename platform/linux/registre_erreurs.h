@@ -30,12 +30,14 @@ struct RéglagesRegistre {
 /// that fails on every pass cannot fill the disk.
 class RegistreErreurs final : public ZED_Erreur {
  public:
+  /// One entry as it was received.
   struct Entrée {
-    std::string instant;  ///< local date and time
-    std::string message;
-    TableVariables variables;
+    std::string instant;       ///< local date and time
+    std::string message;       ///< what failed, as it was told
+    TableVariables variables;  ///< row 0 is empty
   };
 
+  /// An empty record; an entry file that is there is gone on with.
   explicit RegistreErreurs(RéglagesRegistre réglages);
 
   void AjouteErreur(std::string_view message, const TableVariables& variables) noexcept override;

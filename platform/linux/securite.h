@@ -33,6 +33,7 @@ namespace zuma::linux_ {
 /// - With several frames a stop of one is a stop of all, and one that fails keeps none from it.
 class Securite final : public ZED_Securite {
  public:
+  /// One cause of the stop that is latched.
   struct Cause {
     std::string texte;       ///< as first raised
     std::string heure;       ///< local time of the first raise, "hh:mm:ss"; empty without a clock
@@ -42,16 +43,18 @@ class Securite final : public ZED_Securite {
   using Arrêt = std::function<bool()>;
   /// How one frame is stopped.
   struct Branchement {
-    Arrêt arrête{};
+    Arrêt arrête{};     ///< puts the outputs at rest
     Arrêt maintient{};  ///< the same for a stop that goes on; empty: `arrête`
     Arrêt complet{};    ///< false while an output is not where the stop put it; empty: always true
     const Chassis* chassis = nullptr;  ///< for `Débranche`; Nothing: any
   };
 
+  /// Causes that are kept; those behind them are counted alone.
   static constexpr std::size_t kCausesGardées = 64;
   static constexpr double kSilence = 1e6;  ///< microseconds after which a cause has come back
   static constexpr double kReprise = 1e5;  ///< microseconds between two drives of a stop that holds
 
+  /// No frame is plugged in yet. Silence and maintenance are timed by `timer`.
   explicit Securite(Ref<ZED_Timer> timer, Pointeur<const Horloge> horloge = {});
 
   /// One more frame to stop, by `ArrêteLeChassis`; it outlives this, or `Débranche` is called
@@ -61,10 +64,13 @@ class Securite final : public ZED_Securite {
   /// **Hazard**: what arms a watchdog board closes the contact that the board has opened: give a
   /// `maintient` that leaves it alone.
   void Branche(Branchement branchement);
+  /// A stop with no more than its own act, driven anew while it holds.
   void Branche(Arrêt arrêt) { Branche(Branchement{.arrête = std::move(arrêt)}); }
+  ///@{
   /// Forgets one frame, or all.
   void Débranche(const Chassis& chassis);
   void Débranche() noexcept { branchés_ = nullptr; }
+  ///@}
   /// Takes, in all its languages, the text that stands between origin and value in a cause. To
   /// be called again when a table is added to the translator. Without it the whole text is the
   /// origin, and every new value of a sensor a new cause.

@@ -20,8 +20,8 @@ class Traducteur final : public ZED_Traduction {
  public:
   /// A line that was not taken: its number from 1 (0 for the whole file) and why.
   struct Problème {
-    std::size_t ligne = 0;
-    std::string texte;
+    std::size_t ligne = 0;  ///< from 1; 0 for the whole file
+    std::string texte;      ///< why it was not taken
   };
 
   /// Starts with the built-in table, in its first language.

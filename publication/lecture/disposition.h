@@ -10,6 +10,7 @@
 // the description (JSON), the ring of samples, the ring of events.
 namespace zuma::publication {
 
+/// One word of a map, read and written by several processes.
 using Mot = std::atomic<std::uint64_t>;
 static_assert(Mot::is_always_lock_free && sizeof(Mot) == 8);
 
@@ -56,6 +57,7 @@ enum class MotDEchantillon : std::uint8_t {
 };
 /// Value; age (seconds, `float`) in the upper half of a word and state in the lower one.
 enum class MotDObjet : std::uint8_t { Valeur, AgeEtEtat, kNombre };
+/// Words of one object in a sample.
 inline constexpr std::size_t kMotsParObjet = static_cast<std::size_t>(MotDObjet::kNombre);
 
 /// Words of an event; its text fills the rest of its place.
@@ -69,7 +71,9 @@ enum class MotDEvènement : std::uint8_t {
   Octets,  ///< of the text
   kNombre
 };
+/// Words of one event, its text included.
 inline constexpr std::size_t kMotsDEvènement = 32;
+/// Words of them that the text may fill.
 inline constexpr std::size_t kMotsDeTexte =
     kMotsDEvènement - static_cast<std::size_t>(MotDEvènement::kNombre);
 
@@ -90,35 +94,38 @@ enum class GenreDEvènement : std::uint8_t {
   Zéro,         ///< a zero of a sensor was begun before the refresh of that pass
   Tare,         ///< a tare, its value what the sensor is to read
   ZéroRepris,   ///< a zero was taken back
-  TareReprise
+  TareReprise   ///< a tare was taken back
 };
 
 /// Bits of an object's state.
 enum Etat : std::uint32_t {
-  kEnService = 1U << 0U,
+  kEnService = 1U << 0U,    ///< an object that is in service
   kLu = 1U << 1U,           ///< it has given a reading
   kVieux = 1U << 2U,        ///< the reading is old
   kSélectionné = 1U << 3U,  ///< a sensor: it passed its selection
   kAtteint = 1U << 4U,      ///< an output: its device holds the value
   kMaintenu = 1U << 5U,     ///< a copying command, held at rest by a stop
-  kSaturé = 1U << 6U,
-  kEnArrêt = 1U << 7U,  ///< a watchdog that a stop has armed
-  kSorti = 1U << 8U     ///< a sensor fires the stop
+  kSaturé = 1U << 6U,       ///< the value asked for or sent reached a limit
+  kEnArrêt = 1U << 7U,      ///< a watchdog that a stop has armed
+  kSorti = 1U << 8U         ///< a sensor fires the stop
 };
+/// Bits by which the age stands above the state.
 inline constexpr unsigned kDécalageDeLAge = 32;
 inline constexpr unsigned kDécalageDeLEtat = 16;  ///< `ENUM_ETAT_CAPTEUR` of a sensor, above it
 
+/// Rank in an event that is of no object.
 inline constexpr std::uint64_t kSansObjet = ~std::uint64_t{0};
 
+/// Rank of a word among its like.
 template <class Rang>
 [[nodiscard]] constexpr std::size_t RangDe(Rang rang) noexcept {
   return static_cast<std::size_t>(rang);
 }
 
-// A place of a ring begins with its sequence: odd while it is written, and even, different for each
-// number, once it is there. Every word is stored with release and loaded with acquire, which costs
-// nothing on this machine's kind and needs no fence: a reader that sees one word of a later turn
-// sees the sequence of that turn, too.
+/// What a place of a ring begins with: odd while it is written, and even, different for each
+/// number, once it is there. Every word is stored with release and loaded with acquire, which costs
+/// nothing on this kind of machine and needs no fence: a reader that sees one word of a later turn
+/// sees the sequence of that turn, too.
 [[nodiscard]] constexpr std::uint64_t SéquenceDe(std::uint64_t numéro) noexcept {
   return 2 * numéro + 2;
 }
@@ -126,6 +133,7 @@ template <class Rang>
 /// The words of one place while it is written.
 class EnEcriture {
  public:
+  /// Begins to write place `numéro`: from here on no reader takes it.
   EnEcriture(std::span<Mot> place, std::uint64_t numéro) : place_(place), numéro_(numéro) {
     place_[0].store(SéquenceDe(numéro) - 1, std::memory_order_relaxed);
   }
@@ -133,10 +141,13 @@ class EnEcriture {
   EnEcriture(const EnEcriture&) = delete;
   EnEcriture& operator=(const EnEcriture&) = delete;
 
+  ///@{
+  /// Writes a word of the place; `rang` 0 is the sequence and not for this.
   void Ecrit(std::size_t rang, std::uint64_t mot) {
     place_[rang].store(mot, std::memory_order_release);
   }
   void Ecrit(std::size_t rang, double nombre) { Ecrit(rang, std::bit_cast<std::uint64_t>(nombre)); }
+  ///@}
 
  private:
   std::span<Mot> place_;

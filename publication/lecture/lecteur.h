@@ -18,8 +18,9 @@ struct Mesure {
   double valeur = 0;  ///< in units; points on a channel, 1 and 0 for on and off on logic objects;
                       ///< no number when there is no reading
   double âge = 0;     ///< seconds since the oldest of what it is made from was read
-  std::uint32_t état = 0;
+  std::uint32_t état = 0;  ///< bits of `Etat`; above them the state of a sensor
 
+  /// True when that bit is set.
   [[nodiscard]] bool Est(Etat bit) const noexcept { return (état & bit) != 0; }
   /// `ENUM_ETAT_CAPTEUR` of a sensor.
   [[nodiscard]] std::uint32_t EtatDuCapteur() const noexcept { return état >> kDécalageDeLEtat; }
@@ -28,14 +29,17 @@ struct Mesure {
 /// One sample. To be read into again and again: its memory stays.
 class Echantillon {
  public:
+  /// Number of the sample, from 0.
   [[nodiscard]] std::uint64_t Numéro() const noexcept { return numéro_; }
   /// Since the start of the frame, by the machine's clock.
   [[nodiscard]] double Secondes() const noexcept { return Nombre(MotDEchantillon::Secondes); }
   /// Of the monotonic clock of the system, nanoseconds.
   [[nodiscard]] std::uint64_t Monotone() const noexcept { return Mot(MotDEchantillon::Monotone); }
+  /// Number of the last pass before it.
   [[nodiscard]] std::uint64_t Passe() const noexcept { return Mot(MotDEchantillon::Passe); }
   /// Of the longest pass since the sample before, seconds.
   [[nodiscard]] double Durée() const noexcept { return Nombre(MotDEchantillon::Durée); }
+  /// A stop is latched.
   [[nodiscard]] bool Arrêt() const noexcept { return Mot(MotDEchantillon::Arrêt) != 0; }
   /// The sensors were refreshed since the sample before.
   [[nodiscard]] bool Rafraîchi() const noexcept { return Mot(MotDEchantillon::Rafraîchi) != 0; }
@@ -46,6 +50,7 @@ class Echantillon {
   /// The frame's timer, microseconds: where the host lets it stand during a pass, exactly what the
   /// sensors saw in their last refresh.
   [[nodiscard]] double Horloge() const noexcept { return Nombre(MotDEchantillon::Horloge); }
+  /// What it says of the object of that rank.
   [[nodiscard]] Mesure operator[](std::size_t objet) const noexcept {
     const std::uint64_t* mots = &mots_[RangDe(MotDEchantillon::kNombre) + objet * kMotsParObjet];
     const auto état = static_cast<std::uint32_t>(mots[1]);
@@ -65,14 +70,15 @@ class Echantillon {
   std::vector<std::uint64_t> mots_;
 };
 
+/// One event, as it was read.
 struct EvènementLu {
-  std::uint64_t numéro = 0;
-  double secondes = 0;
-  std::uint64_t passe = 0;
-  GenreDEvènement genre = GenreDEvènement::Départ;
-  std::optional<std::size_t> objet;  ///< its rank
-  double valeur = 0;
-  std::string texte;
+  std::uint64_t numéro = 0;                         ///< from 0
+  double secondes = 0;                              ///< since the start
+  std::uint64_t passe = 0;                          ///< number of the pass
+  GenreDEvènement genre = GenreDEvènement::Départ;  ///< what happened
+  std::optional<std::size_t> objet;                 ///< its rank
+  double valeur = 0;                                ///< a set point or state; 0 without one
+  std::string texte;                                ///< cut where it did not fit
 };
 
 /// What became of a read.
@@ -88,25 +94,34 @@ class Lecteur {
  public:
   /// Throws `Illisible`.
   explicit Lecteur(const std::string& fichier);
+  /// Looks at memory of this process.
   explicit Lecteur(std::shared_ptr<const Zone> zone);
 
+  /// Its description, as last read.
   [[nodiscard]] const ChassisPublié& LeChassis() const noexcept { return chassis_; }
   /// Reads the description again when it was written anew; true when it was.
   bool Actualise();
 
+  ///@{
   /// Number behind the last sample, and of the first one that is still there.
   [[nodiscard]] std::uint64_t Suivant() const noexcept;
   [[nodiscard]] std::uint64_t Premier() const noexcept;
+  ///@}
   /// Samples that the ring holds.
   [[nodiscard]] std::uint64_t Places() const noexcept;
+  /// Reads a sample by its number.
   [[nodiscard]] Lu Lit(std::uint64_t numéro, Echantillon& échantillon) const;
   /// The last sample; false while there is none.
   bool LitLeDernier(Echantillon& échantillon) const;
   /// Number of the first sample that is there and not before `secondes`.
   [[nodiscard]] std::uint64_t PremierDepuis(double secondes) const;
 
+  ///@{
+  /// Number behind the last event, and of the first one that is still there.
   [[nodiscard]] std::uint64_t EvènementSuivant() const noexcept;
   [[nodiscard]] std::uint64_t PremierEvènement() const noexcept;
+  ///@}
+  /// Reads an event by its number.
   [[nodiscard]] Lu Lit(std::uint64_t numéro, EvènementLu& évènement) const;
 
   /// Process of the writer.
@@ -131,7 +146,7 @@ class Lecteur {
 
 /// A publication of this machine.
 struct Publiée {
-  std::string fichier;
+  std::string fichier;   ///< path of the map
   bool vivante = false;  ///< its writer runs
 };
 /// Those of a folder, running ones first; maps of hosts that died included.

@@ -15,35 +15,37 @@ enum class Genre : std::uint8_t { Capteur, Commande, Entrée, Sortie, Watchdog, 
 
 /// One object of a running frame, as it is described to who looks.
 struct ObjetPublié {
-  Genre genre = Genre::Capteur;
-  std::string clé{};    ///< "Index" of its row
-  std::string label{};  ///< empty for a channel
-  std::string nom{};
-  std::string unité{};
-  std::string driver{};  ///< of a channel
-  std::string carte{};   ///< of a channel: board, then block
-  std::string bloc{};
-  std::optional<double> mini{};  ///< limits in units
-  std::optional<double> maxi{};
-  std::string étalonné{};  ///< date of the calibration, as its row says it
-  std::string parQui{};
+  Genre genre = Genre::Capteur;   ///< what it is
+  std::string clé{};              ///< "Index" of its row
+  std::string label{};            ///< empty for a channel
+  std::string nom{};              ///< its name
+  std::string unité{};            ///< of its value and its limits
+  std::string driver{};           ///< of a channel
+  std::string carte{};            ///< of a channel: board, then block
+  std::string bloc{};             ///< of a channel
+  std::optional<double> mini{};   ///< limits in units
+  std::optional<double> maxi{};   ///< none without limits
+  std::string étalonné{};         ///< date of the calibration, as its row says it
+  std::string parQui{};           ///< who calibrated
   std::optional<double> repos{};  ///< of a command: what a stop sets it to, in units
   std::string canal{};            ///< behind it: "board/block/channel"; empty for none
 };
 
 /// A frame that is published.
 struct ChassisPublié {
-  std::string fichier{};   ///< configuration database, as the host named it
-  std::int32_t index = 0;  ///< of the frame
-  std::string nom{};
-  bool simulé = false;
-  double fréquence = 0;  ///< of the sensors, hertz
-  std::string programme{};
-  double horloge = 0;  ///< the frame's timer when it was linked, microseconds
+  std::string fichier{};    ///< configuration database, as the host named it
+  std::int32_t index = 0;   ///< of the frame
+  std::string nom{};        ///< its name
+  bool simulé = false;      ///< it runs on twins
+  double fréquence = 0;     ///< of the sensors, hertz
+  std::string programme{};  ///< name of the one that runs it
+  double horloge = 0;       ///< the frame's timer when it was linked, microseconds
+  /// Shared parameters, index and text.
   std::vector<std::pair<std::string, std::string>> paramètres{};
   std::vector<ObjetPublié> objets{};  ///< in the order of their values in a sample
 };
 
+/// The description as JSON text.
 [[nodiscard]] std::string EnJson(const ChassisPublié& chassis);
 /// What `EnJson` wrote; fields that are missing stay empty. Throws `Illisible`.
 [[nodiscard]] ChassisPublié LitLaDescription(std::string_view json);

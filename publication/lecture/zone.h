@@ -29,8 +29,11 @@ class Zone {
   Zone(const Zone&) = delete;
   Zone& operator=(const Zone&) = delete;
 
+  ///@{
+  /// All of it, as words.
   [[nodiscard]] std::span<Mot> Mots() noexcept { return {mots_, nombre_}; }
   [[nodiscard]] std::span<const Mot> Mots() const noexcept { return {mots_, nombre_}; }
+  ///@}
 
  private:
   void TouchePartout();
