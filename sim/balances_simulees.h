@@ -10,6 +10,7 @@ namespace zuma::sim {
 /// A balance or indicator that sends its frame at a steady rate and takes no request.
 class BalanceSimulée : public AppareilSérie {
  public:
+  /// A device on the virtual clock.
   using AppareilSérie::AppareilSérie;
 
   void Branche(LigneSérie& ligne) override { ligne.Réveille(0); }
@@ -22,6 +23,7 @@ class BalanceSimulée : public AppareilSérie {
   Octets trameForcée;        ///< sent in place of the true one, when not empty
 
  protected:
+  /// The next frame that it sends.
   [[nodiscard]] virtual Octets Trame() const = 0;
 };
 
@@ -49,7 +51,7 @@ class IndicateurDEXALSimulé : public BalanceSimulée {
 class BalanceJADEVERSimulée : public BalanceSimulée {
  public:
   using BalanceSimulée::BalanceSimulée;
-  std::string unité = "kg";
+  std::string unité = "kg";  ///< as the line of text tells it
 
  protected:
   [[nodiscard]] Octets Trame() const override;

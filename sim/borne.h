@@ -17,12 +17,19 @@ class Borne {
 
   /// Line of the board, from 0.
   [[nodiscard]] std::uint8_t Ligne() const noexcept { return ligne_; }
+  ///@{
+  /// All terminals of the board.
   [[nodiscard]] const Bornes& DeLaCarte() const noexcept { return *bornes_; }
   [[nodiscard]] Bornes& DeLaCarte() noexcept { return *bornes_; }
+  ///@}
 
+  /// Puts a voltage on the analog input.
   void TensionEntrée(double volts) { bornes_->entréesAnalogiques[ligne_] = volts; }
+  /// Voltage of the analog output.
   [[nodiscard]] double TensionSortie() const { return bornes_->sortiesAnalogiques[ligne_]; }
+  /// Puts a state on the logic input.
   void EntréeLogique(bool vraie);
+  /// State of the logic output.
   [[nodiscard]] bool SortieLogique() const;
 
  private:

@@ -14,7 +14,7 @@ using zuma::kLignesParCarte;
 /// A simulated board with its terminals.
 class CarteSimulée : public AppareilPorts {
  public:
-  Bornes bornes;
+  Bornes bornes;  ///< what stands at its terminals
 };
 
 /// Counts of a signed converter of `codes` codes each side, at a gain of 2 to the power of `gain`.

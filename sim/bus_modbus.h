@@ -11,8 +11,10 @@ namespace zuma::sim {
 /// Modbus slaves on one line: each hears every question, and the one that is meant answers.
 class BusModbus : public AppareilSérie {
  public:
+  /// A line without slaves, on the virtual clock.
   using AppareilSérie::AppareilSérie;
 
+  /// Puts a slave at that address.
   void Attache(std::uint8_t adresse, Ref<EsclaveModbus> esclave) {
     esclaves_.emplace_back(adresse, std::move(esclave));
   }

@@ -13,12 +13,16 @@ namespace zuma::sim {
 class AppareilPorts {
  public:
   virtual ~AppareilPorts() = default;
+  /// A byte read at that offset.
   [[nodiscard]] virtual std::uint8_t Lit(std::uint16_t décalage) = 0;
+  /// A byte written at that offset.
   virtual void Ecrit(std::uint16_t décalage, std::uint8_t octet) = 0;
+  /// A word read at that offset: two bytes, unless the board does better.
   [[nodiscard]] virtual std::uint16_t LitMot(std::uint16_t décalage);
+  /// A word written at that offset: two bytes, unless the board does better.
   virtual void EcritMot(std::uint16_t décalage, std::uint16_t mot);
 
-  PannesDeCarte pannes;
+  PannesDeCarte pannes;  ///< what ails the board
 };
 
 /// The port bus of the simulated machine. An address where no board answers reads as all ones.
@@ -26,10 +30,10 @@ class BusPorts : public PortsES {
  public:
   /// One write, with the pass it was made in, so that "within the same pass" is a fact.
   struct Ecriture {
-    std::uint64_t passe;
-    std::uint16_t port;
-    std::uint32_t valeur;
-    std::uint8_t octets;
+    std::uint64_t passe;   ///< number of the pass
+    std::uint16_t port;    ///< first port
+    std::uint32_t valeur;  ///< as it was written
+    std::uint8_t octets;   ///< width of the write
   };
 
   /// Puts a board at `base`; it outlives the bus. Boards must not overlap.
@@ -46,7 +50,9 @@ class BusPorts : public PortsES {
   void Passe(std::uint64_t numéro) noexcept { passe_ = numéro; }
   /// Keeps the writes made from now on.
   void Journalise(bool oui) { journalise_ = oui; }
+  /// The writes kept, oldest first.
   [[nodiscard]] const std::vector<Ecriture>& Ecritures() const noexcept { return écritures_; }
+  /// Forgets the writes kept.
   void OublieEcritures() noexcept { écritures_.clear(); }
 
  private:

@@ -12,21 +12,21 @@ enum class Grandeur : std::uint8_t {
   PressionAlimentation,  ///< pascals
   PressionUtilisation,   ///< pascals
   Raccourcissement,      ///< metres
-  Armé,
-  PorteFermée,
-  FinDeCourseHaut,
-  FinDeCourseBas,
-  BoutonAU,
-  Servovalve,
-  Pompe,
-  Distributeur,
+  Armé,                  ///< the safety chain lets oil through
+  PorteFermée,           ///< door closed
+  FinDeCourseHaut,       ///< piston at its upper end
+  FinDeCourseBas,        ///< piston at its lower end
+  BoutonAU,              ///< emergency button pressed
+  Servovalve,            ///< opening, -1 to 1
+  Pompe,                 ///< pump
+  Distributeur,          ///< distributor
 };
 
 /// One wire: a channel by its key, a quantity, and the quantity that makes 10 V on an analog one.
 struct Fil {
-  std::string_view canal;
-  Grandeur grandeur;
-  double pleineEchelle = 1;
+  std::string_view canal;    ///< key of the channel
+  Grandeur grandeur;         ///< what it is wired to
+  double pleineEchelle = 1;  ///< 10 V, in the unit of the quantity
 };
 
 }  // namespace zuma::sim

@@ -10,6 +10,7 @@ namespace zuma::sim {
 /// channels from wherever it was left; only the multiplexer start brings it back to channel 0.
 class CarteACL8316 : public CarteSimulée {
  public:
+  /// A board that settles by that clock.
   explicit CarteACL8316(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;

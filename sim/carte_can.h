@@ -25,6 +25,7 @@ struct PannesCAN {
 class AppareilCAN {
  public:
   virtual ~AppareilCAN() = default;
+  /// Hears a frame of the card; what it answers goes to `bus`.
   virtual void Reçoit(const TrameCAN& trame, PortCANSimulé& bus) = 0;
   /// Called before the card looks at its queue, for devices that send unasked.
   virtual void Avance(PortCANSimulé&) {}
@@ -33,21 +34,26 @@ class AppareilCAN {
 /// One port of the card with its bus. Frames reach the receive queue after the time that they take.
 class PortCANSimulé {
  public:
+  /// A bus without devices; frames travel by that clock.
   explicit PortCANSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
+  /// Puts a device on the bus.
   void Attache(Ref<AppareilCAN> appareil) { appareils_.push_back(std::move(appareil)); }
   /// A device sends a frame, which arrives `retard` microseconds from now.
   void Emet(const TrameCAN& trame, double retard);
+  /// The time, microseconds.
   [[nodiscard]] double Maintenant() const noexcept { return horloge_.Maintenant(); }
 
   // The card's side.
+  /// The card sends a frame: every device hears it.
   void Envoie(const TrameCAN& trame);
+  /// The next frame that has arrived; false when there is none.
   [[nodiscard]] bool Reçoit(TrameCAN& trame);
 
-  PannesCAN pannes;
-  bool ouvert = false;
-  PortCAN réglages;
-  Port7841 réglages7841;
+  PannesCAN pannes;                ///< of this bus
+  bool ouvert = false;             ///< by the second generation of calls
+  PortCAN réglages;                ///< of the second generation
+  Port7841 réglages7841;           ///< of the first generation
   std::vector<TrameCAN> envoyées;  ///< what the card sent, the last part of it
   int relevés = 0;                 ///< looks at the receive queue
 
@@ -65,6 +71,7 @@ class PortCANSimulé {
 /// The two-port CAN card with both generations of its calls.
 class CarteCANSimulée : public BibliothèqueCAN {
  public:
+  /// A card without devices on its buses.
   explicit CarteCANSimulée(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   /// Bus of a port, made on first use.

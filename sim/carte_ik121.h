@@ -16,6 +16,7 @@ namespace zuma::sim {
 /// An encoder stands at the analog input terminal of its axis (0 and 1): 10 V are its whole travel.
 class CarteIK121 : public CarteSimulée {
  public:
+  /// A board that takes the control words of these settings.
   explicit CarteIK121(const RéglagesIK121& réglages = {}) : réglages_(réglages) {}
 
   /// Counts of an encoder whose terminal is at that voltage.

@@ -20,12 +20,17 @@ namespace zuma::sim {
 /// Status: bit 0 armed, bit 1 tripped, bit 2 the last line was refused, bit 7 ready.
 class CarteWDT01 : public AppareilPorts {
  public:
+  /// Ports that the board takes.
   static constexpr std::uint16_t kPorts = 2;
+  ///@{
+  /// Bits of the status.
   static constexpr std::uint8_t kArmée = 0x01;
   static constexpr std::uint8_t kDéclenchée = 0x02;
   static constexpr std::uint8_t kRefusée = 0x04;
   static constexpr std::uint8_t kPrête = 0x80;
+  ///@}
 
+  /// A board whose time runs by that clock.
   explicit CarteWDT01(const HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;
@@ -33,6 +38,7 @@ class CarteWDT01 : public AppareilPorts {
 
   /// Contact of the safety chain: open once the board has tripped.
   [[nodiscard]] bool ContactFermé();
+  /// Armed: it must be refreshed within its time.
   [[nodiscard]] bool EstArmée() const noexcept { return armée_; }
   /// Time in seconds, 0 for none.
   [[nodiscard]] double Temps() const noexcept { return temps_; }
@@ -44,6 +50,7 @@ class CarteWDT01 : public AppareilPorts {
 
   /// The last lines received, empty ones left out.
   [[nodiscard]] const std::deque<std::string>& Lignes() const noexcept { return lignes_; }
+  /// Forgets the lines received.
   void OublieLesLignes() noexcept { lignes_.clear(); }
   /// Bytes lost because they came while the board was busy.
   [[nodiscard]] std::size_t OctetsPerdus() const noexcept { return perdus_; }

@@ -15,12 +15,12 @@ namespace zuma::sim {
 
 /// A PCI board in its slot: its terminals, and what it was told.
 struct CartePCISimulée {
-  std::uint16_t type = 0;
-  Bornes bornes;
-  PannesDeCarte pannes;        ///< hung: no conversion ends
-  int portMort = -1;           ///< logic port whose writes fail
-  bool entréesPrêtes = false;  ///< conversions were set up; none before
-  bool sortiesBipolaires = false;
+  std::uint16_t type = 0;                     ///< as the library counts it
+  Bornes bornes;                              ///< what stands at its terminals
+  PannesDeCarte pannes;                       ///< hung: no conversion ends
+  int portMort = -1;                          ///< logic port whose writes fail
+  bool entréesPrêtes = false;                 ///< conversions were set up; none before
+  bool sortiesBipolaires = false;             ///< of the polarity chosen
   bool sortiesPrêtes = false;                 ///< a polarity was chosen; nothing comes out before
   std::array<std::uint32_t, 2> motsEcrits{};  ///< last word written to each logic port
   int écritures = 0;                          ///< of whole logic ports
@@ -59,7 +59,9 @@ class BibliothèquePCISimulée : public BibliothèquePCI {
 
   bool refuseTout = false;  ///< as when the driver of the boards hangs
   int refus = 0;            ///< calls that no board took, registrations aside
+  /// Answer to a handle of no board.
   static constexpr std::int16_t kCarteAbsente = -9;
+  /// Answer to a call that the board does not take.
   static constexpr std::int16_t kAppelRefusé = -1;
 
  private:

@@ -11,6 +11,7 @@ namespace zuma::sim {
 /// and reading the high nibble freezes the low byte.
 class CarteEntrées12Bits : public CarteSimulée {
  public:
+  /// A board whose conversions take their time by that clock.
   explicit CarteEntrées12Bits(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;
   void Ecrit(std::uint16_t décalage, std::uint8_t octet) override;
@@ -31,6 +32,7 @@ class CarteEntrées12Bits : public CarteSimulée {
 /// lines behind them where the board has some. The ACL 6128, the PCL 728 and the ACL 6126.
 class CarteSortiesParPaires : public CarteSimulée {
  public:
+  /// `voies` outputs; `logique` adds the logic lines of the ACL 6126.
   explicit CarteSortiesParPaires(unsigned voies, bool logique = false)
       : voies_(voies), logique_(logique) {}
   [[nodiscard]] std::uint8_t Lit(std::uint16_t décalage) override;
@@ -46,10 +48,15 @@ class CarteSortiesParPaires : public CarteSimulée {
 /// latches to 0; boards that copy it with plain logic keep them.
 class Interface8255 {
  public:
+  /// True for a chip, false for a copy.
   explicit Interface8255(bool perdSesVerrous) : perdSesVerrous_(perdSesVerrous) {}
+  /// A register, 0 to 3; `entrées` are the lines from outside.
   [[nodiscard]] std::uint8_t Lit(unsigned registre, std::uint32_t entrées) const;
+  /// Writes a register, 0 to 3.
   void Ecrit(unsigned registre, std::uint8_t octet);
+  /// The lines are driven.
   [[nodiscard]] bool EnSortie() const noexcept { return enSortie_; }
+  /// The lines as they are driven, one a bit.
   [[nodiscard]] std::uint32_t Lignes() const noexcept { return verrous_; }
 
  private:
@@ -87,6 +94,7 @@ class CartePET48 : public CarteSimulée {
 /// A 826 PG: 16 signed inputs of 16 bits, 2 outputs, 16 logic lines each way.
 class CarteA826 : public CarteSimulée {
  public:
+  /// A board whose conversions take their time by that clock.
   explicit CarteA826(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
   [[nodiscard]] std::uint8_t Lit(std::uint16_t) override { return 0xFF; }
   void Ecrit(std::uint16_t décalage, std::uint8_t octet) override;

@@ -9,9 +9,11 @@ namespace zuma::sim {
 /// Keyboard whose keys are pressed by the program, by virtual key code.
 class ClavierSimulé : public Clavier {
  public:
+  /// Presses a key down.
   void Enfonce(std::uint8_t touche) noexcept {
     état_[touche] = static_cast<std::uint8_t>((état_[touche] ^ kToucheBasculée) | kToucheEnfoncée);
   }
+  /// Lets a key go.
   void Relâche(std::uint8_t touche) noexcept {
     état_[touche] = static_cast<std::uint8_t>(état_[touche] & ~kToucheEnfoncée);
   }

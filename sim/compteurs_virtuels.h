@@ -13,6 +13,7 @@ namespace zuma::sim {
 /// Fine counters on the virtual clock.
 class CompteursVirtuels : public CompteursFins {
  public:
+  /// Counts on that clock.
   explicit CompteursVirtuels(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   [[nodiscard]] std::int16_t Ouvre(std::string_view) override {
@@ -30,6 +31,7 @@ class CompteursVirtuels : public CompteursFins {
     const auto rang = static_cast<std::size_t>(poignée);
     if (rang < départs_.size()) départs_[rang].reset();
   }
+  /// Counters that are open.
   [[nodiscard]] std::size_t Ouverts() const noexcept {
     return départs_.size() -
            static_cast<std::size_t>(std::count(départs_.begin(), départs_.end(), std::nullopt));

@@ -17,6 +17,7 @@ namespace zuma::sim {
 /// only its end was heard.
 class EsclaveModbus : public AppareilSérie {
  public:
+  /// A slave that answers to that address.
   EsclaveModbus(HorlogeVirtuelle& horloge, std::uint8_t adresse)
       : AppareilSérie(horloge), adresse_(adresse) {}
 
@@ -38,6 +39,7 @@ class EsclaveModbus : public AppareilSérie {
   /// The same for the function.
   std::uint8_t fausseFonction = 0;
 
+  /// Sound questions that were for it, so far.
   [[nodiscard]] int Questions() const noexcept { return questions_; }
 
  protected:

@@ -13,6 +13,7 @@ namespace zuma::sim {
 /// looks or not.
 class Echéance {
  public:
+  /// No instant at all.
   static constexpr double kJamais = std::numeric_limits<double>::infinity();
 
   virtual ~Echéance() = default;
@@ -37,6 +38,7 @@ class HorlogeVirtuelle : public ZED_Timer, public Horloge {
   }
   /// The time without moving it, for the twins.
   [[nodiscard]] double Maintenant() const noexcept { return heure_; }
+  /// Moves the time on; what falls due on the way happens at its own instant.
   void Avance(double microsecondes) {
     const double cible = heure_ + microsecondes;
     if (cible >= prochaine_) FaitArriver(cible);
@@ -51,6 +53,7 @@ class HorlogeVirtuelle : public ZED_Timer, public Horloge {
 
   /// Makes that one happen from now on, until `Quitte`.
   void Suit(Echéance& échéance) { suivies_.push_back(&échéance); }
+  /// That one does not happen any more.
   void Quitte(Echéance& échéance) noexcept { std::erase(suivies_, &échéance); }
   /// To be told whenever the next instant of a followed one comes sooner than it was.
   void Réveille(double heure) noexcept { prochaine_ = std::min(prochaine_, heure); }

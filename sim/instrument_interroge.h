@@ -10,6 +10,7 @@ namespace zuma::sim {
 
 /// Words that the interrogated instruments speak.
 struct Langage {
+  /// What it is asked with.
   std::string_view question;
   /// The answer that tells `valeur`.
   Octets (*réponse)(double valeur);
@@ -22,12 +23,13 @@ extern const Langage kIndicateurMSV;  ///< "MSV?" and a number in grams
 /// An instrument that answers its one question, a little later, with the quantity it shows.
 class InstrumentInterrogé : public AppareilSérie {
  public:
+  /// Shows `départ` until another value is set.
   InstrumentInterrogé(HorlogeVirtuelle& horloge, const Langage& langage, double départ)
       : AppareilSérie(horloge), valeur(départ), langage_(langage) {}
 
   void Reçoit(std::string_view octets, LigneSérie& ligne) override;
 
-  double valeur;
+  double valeur;            ///< the quantity that it shows
   double latence = 20'000;  ///< microseconds
 
  private:

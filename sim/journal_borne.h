@@ -9,6 +9,7 @@
 // A simulated machine may run for weeks: what its twins keep of what they were told stays small.
 namespace zuma::sim {
 
+/// Entries that a record keeps at least.
 inline constexpr std::size_t kEntréesGardées = 1000;
 
 /// Adds an entry to what a twin was told. Of a long record at least the last `kEntréesGardées`

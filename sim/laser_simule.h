@@ -12,6 +12,7 @@ namespace zuma::sim {
 /// What it does not understand it does not answer.
 class LaserSimulé : public AppareilSérie {
  public:
+  /// A device on the virtual clock.
   using AppareilSérie::AppareilSérie;
 
   void Reçoit(std::string_view octets, LigneSérie& ligne) override;
@@ -21,14 +22,14 @@ class LaserSimulé : public AppareilSérie {
   double latence = 5'000;  ///< microseconds before an answer
   Octets réponseForcée;    ///< in place of every answer, when not empty
 
-  // Written by "1" and "0", read as "0" when on and "1" when off.
-  bool laser = true;
-  bool écho = true;
+  /// Written by "1" and "0", read as "0" when on and "1" when off.
+  bool laser = true;  ///< the laser is on
+  bool écho = true;   ///< it repeats what it is sent
   bool zéro = false;  ///< counts from where the marks were when it was switched on
   // Kept and told as they are written.
-  Octets unité = "I";
-  Octets distance = "0";
-  Octets type = "0";
+  Octets unité = "I";     ///< kept and told as it is written
+  Octets distance = "0";  ///< kept and told as it is written
+  Octets type = "0";      ///< kept and told as it is written
 
  private:
   [[nodiscard]] Octets Répond(std::string_view demande);

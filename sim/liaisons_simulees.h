@@ -17,6 +17,7 @@ using Lignes = std::map<std::int32_t, LigneSérie>;
 /// `ZED_LiaisonSerie` on the simulated lines: the port number chooses the device.
 class LiaisonSimulée : public ZED_LiaisonSerie {
  public:
+  /// A closed link; `lignes` outlives it.
   explicit LiaisonSimulée(Lignes& lignes) : lignes_(lignes) {}
 
   void PortSérie(std::int32_t numéro) override { numéro_ = numéro; }
@@ -46,6 +47,7 @@ class LiaisonSimulée : public ZED_LiaisonSerie {
 /// again when it is plugged back.
 class PortSimulé : public PortRéglé {
  public:
+  /// A closed port; `lignes` outlives it.
   explicit PortSimulé(Lignes& lignes) : lignes_(lignes) {}
 
   using PortRéglé::PortOuvert;

@@ -17,6 +17,7 @@ class LigneSérie;
 /// line carries the bytes.
 class AppareilSérie {
  public:
+  /// A device that acts by that clock.
   explicit AppareilSérie(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
   virtual ~AppareilSérie() = default;
 
@@ -32,7 +33,7 @@ class AppareilSérie {
   [[nodiscard]] HorlogeVirtuelle& LHorloge() const noexcept { return horloge_; }
 
  protected:
-  HorlogeVirtuelle& horloge_;
+  HorlogeVirtuelle& horloge_;  ///< clock of the machine
 };
 
 /// One simulated port and the wire behind it. Bytes travel one behind the other in each direction,
@@ -72,14 +73,15 @@ class LigneSérie : private Echéance {
   [[nodiscard]] double DuréeOctet() const noexcept {
     return kBitsParOctet * 1e6 / (débit != 0 ? débit : vitesse_);
   }
+  /// Rate of the port, in bauds.
   [[nodiscard]] std::int32_t Vitesse() const noexcept { return vitesse_; }
 
-  Ref<AppareilSérie> appareil;
-  Pannes pannes;
-  std::int32_t ouvertures = 0;
+  Ref<AppareilSérie> appareil;  ///< at the far end; Nothing where nothing is attached
+  Pannes pannes;                ///< of the line
+  std::int32_t ouvertures = 0;  ///< times that the port was opened
   std::int32_t débit =
-      0;  ///< of a wire that ignores the rate of the port, in bauds; 0 for the port's
-  Hasard hasard{1};
+      0;             ///< of a wire that ignores the rate of the port, in bauds; 0 for the port's
+  Hasard hasard{1};  ///< draws what the faults need
 
  private:
   struct EnRoute {

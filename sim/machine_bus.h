@@ -18,6 +18,7 @@ namespace zuma::sim {
 /// and lines.
 class MachineBus {
  public:
+  /// No twins yet.
   MachineBus(HorlogeVirtuelle& horloge, FabriqueLiaisonsSimulée& liaisons)
       : horloge_(horloge), liaisons_(liaisons) {}
 
@@ -29,7 +30,9 @@ class MachineBus {
   void MetEnMarche(std::span<const PannePrévue> pannes);
   /// Puts the faults of that instant, and no other, on the CAN card and the USB drive.
   void Applique(std::span<const PannePrévue> pannes, double secondes);
+  /// The CAN card, with the rulers on its buses.
   [[nodiscard]] CarteCANSimulée& Can() noexcept { return can_; }
+  /// The drive on USB.
   [[nodiscard]] ThumlerSimulé& Thumler() noexcept { return thumler_; }
 
  private:

@@ -14,6 +14,7 @@ class MachineInstruments {
  public:
   using Grandeur = std::function<void(double)>;  ///< sets a quantity from -1 to 1 times its range
 
+  /// No twins yet.
   MachineInstruments(HorlogeVirtuelle& horloge, FabriqueLiaisonsSimulée& liaisons)
       : horloge_(horloge), liaisons_(liaisons) {}
 
@@ -24,6 +25,7 @@ class MachineInstruments {
 
   // For the rows of the table of twins.
 
+  /// Clock of the machine.
   [[nodiscard]] HorlogeVirtuelle& LHorloge() noexcept { return horloge_; }
   /// Puts a device on the serial port that the board's configuration names; its quantity follows
   /// `grandeur`.

@@ -17,6 +17,7 @@ class MachinePCI {
   /// The terminal that a channel sits on, its board started or not; none for a channel of any other
   /// board, or of a line that the board does not have.
   [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
+  /// The library that the twins stand behind.
   [[nodiscard]] BibliothèquePCISimulée& Bibliothèque() noexcept { return bibliothèque_; }
 
  private:

@@ -17,6 +17,7 @@ namespace zuma::sim {
 /// The port-mapped boards of a frame as twins on a simulated bus.
 class MachinePorts {
  public:
+  /// No twins yet.
   explicit MachinePorts(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   /// Plugs the twin of every port-mapped block of a loaded frame, one for each base address, and
@@ -25,6 +26,7 @@ class MachinePorts {
   /// The terminal that a channel sits on; none for a channel of any other board, or of a line that
   /// no board has.
   [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
+  /// The bus that the twins hang on.
   [[nodiscard]] BusPorts& Bus() noexcept { return bus_; }
   /// Seed of the luck of all boards.
   void Graine(std::uint32_t graine);

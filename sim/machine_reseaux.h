@@ -13,6 +13,7 @@ namespace zuma::sim {
 /// The LVDT probes and measuring amplifiers of a frame as twins behind their libraries.
 class MachineRéseaux {
  public:
+  /// No twins yet.
   explicit MachineRéseaux(HorlogeVirtuelle& horloge) : orbit_(horloge), spider_(horloge) {}
 
   /// Plugs the module of every LVDT channel and the devices of every amplifier of a loaded frame,
@@ -20,7 +21,9 @@ class MachineRéseaux {
   void Branche(Chassis& chassis);
   /// Brings each quantity to where it is after `secondes`: slow sines, each with its own phase.
   void Anime(double secondes);
+  /// The LVDT network.
   [[nodiscard]] OrbitSimulé& Orbit() noexcept { return orbit_; }
+  /// The amplifiers.
   [[nodiscard]] SpiderSimulé& Spider() noexcept { return spider_; }
 
  private:

@@ -40,21 +40,23 @@ class MachineSimulée {
   /// The terminal that a channel sits on; none for a channel that has none.
   [[nodiscard]] std::optional<Borne> BorneDe(const Canal& canal) const;
 
-  Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();
-  MachinePorts ports{*horloge};
-  MachinePCI pci;
-  FabriqueLiaisonsSimulée liaisons;
-  MachineBus bus{*horloge, liaisons};
-  MachineInstruments instruments{*horloge, liaisons};
-  MachineRéseaux réseaux{*horloge};
-  CompteursVirtuels compteurs{*horloge};
-  FichiersEnMémoire fichiers;
-  ClavierSimulé clavier;
-  Presse presse;
+  Ref<HorlogeVirtuelle> horloge = Crée<HorlogeVirtuelle>();  ///< time of the machine
+  MachinePorts ports{*horloge};                              ///< port-mapped boards
+  MachinePCI pci;                                            ///< PCI boards
+  FabriqueLiaisonsSimulée liaisons;                          ///< serial lines
+  MachineBus bus{*horloge, liaisons};                        ///< devices of buses and lines
+  MachineInstruments instruments{*horloge, liaisons};        ///< boards that are instruments
+  MachineRéseaux réseaux{*horloge};                          ///< LVDT network and amplifiers
+  CompteursVirtuels compteurs{*horloge};                     ///< fine event counters
+  FichiersEnMémoire fichiers;                                ///< files that would be written
+  ClavierSimulé clavier;                                     ///< keyboard of the operator
+  Presse presse;  ///< the press that wired channels hang on
+  ///@{
   /// Instruments on serial ports 1, 2 and 3.
   Ref<InstrumentInterrogé> balance = Crée<InstrumentInterrogé>(*horloge, kBalance14, 12.345);
   Ref<InstrumentInterrogé> comparateur = Crée<InstrumentInterrogé>(*horloge, kComparateur10, 3.21);
   Ref<InstrumentInterrogé> indicateur = Crée<InstrumentInterrogé>(*horloge, kIndicateurMSV, 54.32);
+  ///@}
   /// Watchdog board of the frame; none until one is plugged.
   [[nodiscard]] CarteWDT01* ChienDeGarde() noexcept { return ports.Watchdog(); }
   /// Faults to come, in any order. An instant without one is without faults. Set before `Branche`
@@ -64,7 +66,7 @@ class MachineSimulée {
   std::uint32_t graine = 0;
   /// Why the process should have ended.
   FinNotée fin;
-  Plateforme services;
+  Plateforme services;  ///< what `Chassis` takes
 
  private:
   struct Entrée {

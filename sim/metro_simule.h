@@ -13,6 +13,7 @@ namespace zuma::sim {
 /// and disable it. A measure is a line of at least 22 characters, or 27 behind a multiplexer.
 class METROSimulé : public AppareilSérie {
  public:
+  /// No gauge yet; `multiplexeur` puts them behind one.
   METROSimulé(HorlogeVirtuelle& horloge, bool multiplexeur)
       : AppareilSérie(horloge), multiplexeur_(multiplexeur) {}
 

@@ -13,7 +13,7 @@ namespace zuma::sim {
 
 /// A module of the LVDT network with its probe. It forgets its address when it loses its supply.
 struct ModuleOrbit {
-  std::string identité;
+  std::string identité;       ///< by which it takes an address
   std::int16_t compte = 0;    ///< reading of the probe
   bool branché = true;        ///< on the network; see `OrbitSimulé::Débranche`
   std::int32_t adresse = 0;   ///< 0 is none
@@ -26,11 +26,14 @@ struct ModuleOrbit {
 /// second behind the last one, and only while it has none.
 class OrbitSimulé : public RéseauOrbit {
  public:
+  /// A network without modules.
   explicit OrbitSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   /// The module of that identity, plugged on first use.
   ModuleOrbit& Module(std::string_view identité);
+  /// Pulls a module: it loses its supply, hence its address.
   void Débranche(std::string_view identité);
+  /// Plugs it back, without an address.
   void Rebranche(std::string_view identité);
 
   [[nodiscard]] std::int32_t ConnectToOrbitNetworks() override;
@@ -41,6 +44,7 @@ class OrbitSimulé : public RéseauOrbit {
   [[nodiscard]] std::int32_t OrbitRead1(std::int32_t réseau, std::int32_t numéro,
                                         std::int32_t& valeur) override;
 
+  /// The library is connected to the network.
   [[nodiscard]] bool Connecté() const noexcept { return connecté_; }
   int connexions = 0;      ///< since the start
   int déconnexions = 0;    ///< since the start

@@ -35,12 +35,15 @@ inline constexpr double kRetard = 0.4;
 /// Random bytes that are the same on every run.
 class Hasard {
  public:
+  /// The same seed gives the same bytes.
   explicit Hasard(std::uint32_t graine) : état_(graine != 0 ? graine : 1) {}
   /// The luck of one line or board of a machine: with seed 0 that of its number alone.
   [[nodiscard]] static Hasard De(std::uint32_t graine, std::uint32_t numéro) {
     return Hasard(numéro * 2'654'435'761U ^ graine * 2'246'822'519U);
   }
+  /// A random byte.
   [[nodiscard]] char Octet();
+  /// A random word.
   [[nodiscard]] std::uint32_t Mot();
   /// A number below `borne`, which is not 0.
   [[nodiscard]] std::size_t Sous(std::size_t borne);
@@ -59,7 +62,7 @@ struct PannesDeCarte {
   bool rebondit = false;  ///< any look at its logic inputs finds any state
   bool bloquée = false;   ///< what it is waited for never comes
   bool morte = false;     ///< pulled: all ones are read, writes are lost, its terminals stand
-  Hasard hasard{1};
+  Hasard hasard{1};       ///< draws the states of contacts
 
   /// Logic lines as one look finds them.
   [[nodiscard]] std::uint32_t Vues(std::uint32_t lignes) {
@@ -69,33 +72,33 @@ struct PannesDeCarte {
 
 /// Kinds of faults that can be planned.
 enum class GenreDePanne : std::uint8_t {
-  Silence,
-  Brouillage,
-  FausseSomme,
-  Coupure,
-  Babillage,
-  Débranchement,
-  Retard,
-  Figement,
-  Surdité,
-  Perte,
-  Ajout,
-  Retournement,
-  Rebond,    ///< of the boards: any look at their logic inputs finds any state
-  Blocage,   ///< of the boards: what they are waited for never comes
-  Mort,      ///< of the boards: all ones are read, writes are lost, outputs stand
-  Horloge,   ///< the clock of the day is wrong
-  EnMarche,  ///< a machine runs already when the program starts
+  Silence,        ///< `Pannes::muette`
+  Brouillage,     ///< `Pannes::brouillée`
+  FausseSomme,    ///< `Pannes::fausseSomme`
+  Coupure,        ///< `Pannes::coupée`
+  Babillage,      ///< `Pannes::babillarde`
+  Débranchement,  ///< `Pannes::débranchée`
+  Retard,         ///< `Pannes::tardive`
+  Figement,       ///< `Pannes::figée`
+  Surdité,        ///< `Pannes::sourde`
+  Perte,          ///< `Pannes::perdante`
+  Ajout,          ///< `Pannes::ajoutante`
+  Retournement,   ///< `Pannes::retournante`
+  Rebond,         ///< of the boards: any look at their logic inputs finds any state
+  Blocage,        ///< of the boards: what they are waited for never comes
+  Mort,           ///< of the boards: all ones are read, writes are lost, outputs stand
+  Horloge,        ///< the clock of the day is wrong
+  EnMarche,       ///< a machine runs already when the program starts
 };
 
 /// Where a planned fault strikes.
 enum class LieuDePanne : std::uint8_t {
   Partout,  ///< every serial line and the CAN card; every board, for what only boards have
   Port,     ///< one serial port
-  CAN,
-  USB,
-  Cartes,  ///< every port-mapped and PCI board
-  Carte,   ///< the port-mapped board of one base address
+  CAN,      ///< the CAN card
+  USB,      ///< the USB drive
+  Cartes,   ///< every port-mapped and PCI board
+  Carte,    ///< the port-mapped board of one base address
 };
 
 /// An instant before the first pass: faults without a beginning strike in the start already.
@@ -103,20 +106,24 @@ inline constexpr double kAvantLeDépart = -1;
 
 /// A fault from `début` to `fin`, in seconds after the first pass.
 struct PannePrévue {
-  GenreDePanne genre = GenreDePanne::Silence;
-  LieuDePanne lieu = LieuDePanne::Partout;
-  std::int32_t port = 0;  ///< of a line, or base address of a board
-  double quantité = 0;    ///< seconds that the clock of the day is put forward; negative for back
-  double début = 0;
-  double fin = 0;
+  GenreDePanne genre = GenreDePanne::Silence;  ///< what happens
+  LieuDePanne lieu = LieuDePanne::Partout;     ///< where it strikes
+  std::int32_t port = 0;                       ///< of a line, or base address of a board
+  double quantité = 0;  ///< seconds that the clock of the day is put forward; negative for back
+  double début = 0;     ///< first instant
+  double fin = 0;       ///< instant behind the last one
 
+  /// It strikes at that instant.
   [[nodiscard]] bool EstLà(double secondes) const noexcept {
     return secondes >= début && secondes < fin;
   }
+  /// It strikes that serial port.
   [[nodiscard]] bool FrappeLaLigne(std::int32_t numéro) const noexcept {
     return lieu == LieuDePanne::Partout || (lieu == LieuDePanne::Port && port == numéro);
   }
+  /// It strikes all boards.
   [[nodiscard]] bool FrappeLesCartes() const noexcept;
+  /// It strikes the port-mapped board at that base address.
   [[nodiscard]] bool FrappeLaCarte(std::int32_t base) const noexcept {
     return FrappeLesCartes() || (lieu == LieuDePanne::Carte && port == base);
   }

@@ -27,7 +27,7 @@ class RègleMTSSimulée : public AppareilCAN {
 
   /// Positions of the magnets, in counts, -8388607 to 8388607.
   std::vector<std::int32_t> aimants;
-  bool muette = false;
+  bool muette = false;  ///< it answers nothing
   /// Answers left before it falls silent, when given.
   std::optional<int> réponsesRestantes;
   /// Frames sent for one request, at the most.
@@ -36,15 +36,15 @@ class RègleMTSSimulée : public AppareilCAN {
   double période = 1000;  ///< microseconds between frames sent unasked
 
   // What the second generation gives it.
-  std::uint8_t noeud = 0x21;
-  std::uint32_t positionID = 0;
-  std::uint32_t statusID = 0;
-  std::uint8_t mode = 0;
+  std::uint8_t noeud = 0x21;     ///< node
+  std::uint32_t positionID = 0;  ///< identifier of its positions
+  std::uint32_t statusID = 0;    ///< identifier of its states
+  std::uint8_t mode = 0;         ///< how it measures
   // What it gives to the first one.
-  std::uint16_t identifiantA = 0x181;
-  std::uint16_t identifiantB = 0x1A1;
-  std::array<std::uint8_t, 5> paramètres{};
-  bool enMarche = false;
+  std::uint16_t identifiantA = 0x181;        ///< of what it is told
+  std::uint16_t identifiantB = 0x1A1;        ///< of its positions
+  std::array<std::uint8_t, 5> paramètres{};  ///< as it was sent them
+  bool enMarche = false;                     ///< it was started
 
  private:
   using Données = std::span<const std::uint8_t>;

@@ -14,14 +14,15 @@ namespace zuma::sim {
 
 /// One channel of a measuring amplifier.
 struct VoieSpider {
-  float type = 450;     ///< of its amplifier
-  float état = 0;       ///< 5050 is out of order
-  double grandeur = 0;  ///< at its input
-  double tare = 0;
+  float type = 450;      ///< of its amplifier
+  float état = 0;        ///< 5050 is out of order
+  double grandeur = 0;   ///< at its input
+  double tare = 0;       ///< taken off each measure
   float mesure = 0;      ///< last value measured
   bool choisie = false;  ///< the next measures take it
 };
 
+/// The channels of one device.
 using AppareilSpider = std::array<VoieSpider, BibliothèqueSpider::kCanauxParAppareil>;
 
 /// The devices on one port.
@@ -31,6 +32,7 @@ using ChaîneSpider = std::vector<AppareilSpider>;
 /// A tare takes what stands at the input away from every later measure.
 class SpiderSimulé : public BibliothèqueSpider {
  public:
+  /// No chain on any port yet.
   explicit SpiderSimulé(HorlogeVirtuelle& horloge) : horloge_(horloge) {}
 
   /// Chain on a port, without device on first use.
@@ -52,7 +54,9 @@ class SpiderSimulé : public BibliothèqueSpider {
   double duréeMesure = 1000;              ///< microseconds
   std::optional<double> dernièreMesure;   ///< when it began
   int mesures = 0;                        ///< since the start
+  /// A chain is open.
   [[nodiscard]] bool AppareilOuvert() const noexcept { return chaîne_ != nullptr; }
+  /// The port that is open; none.
   [[nodiscard]] std::optional<std::int32_t> PortOuvert() const noexcept { return port_; }
 
  private:

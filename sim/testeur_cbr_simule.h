@@ -14,8 +14,10 @@ namespace zuma::sim {
 /// the specimen broken or not, or has no way left.
 class TesteurCBRSimulé : public AppareilSérie {
  public:
+  /// Kind of machine, as it tells it.
   enum class Genre : std::uint8_t { CBR = 0, Marshall = 1, UU = 2 };
 
+  /// A machine at rest.
   explicit TesteurCBRSimulé(HorlogeVirtuelle& horloge, Genre genre = Genre::CBR)
       : AppareilSérie(horloge), genre_(genre) {}
 
@@ -28,7 +30,9 @@ class TesteurCBRSimulé : public AppareilSérie {
 
   /// Started at its own panel, or before the program.
   void DémarreAuPupitre();
+  /// It runs.
   [[nodiscard]] bool EnMarche() const;
+  /// What the load cell shows.
   [[nodiscard]] double Force() const;
   [[nodiscard]] double Déplacement() const;  ///< millimetres
   /// Functions received so far, but for the request of the measures.

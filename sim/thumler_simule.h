@@ -32,10 +32,12 @@ class ThumlerSimulé : public FTD2XX {
     enMarche_ = true;
     consigne_ = 50;
   }
+  /// It runs.
   [[nodiscard]] bool EnMarche() const noexcept { return enMarche_; }
+  /// Set point that it was told last.
   [[nodiscard]] int Consigne() const noexcept { return consigne_; }
 
-  bool branché = true;
+  bool branché = true;                 ///< the device is there
   bool muet = false;                   ///< its answers are lost
   bool sourd = false;                  ///< what it is sent is lost
   bool figé = false;                   ///< it goes on with the answer that it gave first

@@ -18,6 +18,7 @@ struct RegistresDeVariateur {
 /// of 0 lets it coast down.
 class VariateurSimulé : public EsclaveModbus {
  public:
+  /// A drive whose program was not started yet.
   VariateurSimulé(HorlogeVirtuelle& horloge, std::uint8_t adresse,
                   RegistresDeVariateur registresDuVariateur = {});
 

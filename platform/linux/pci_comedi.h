@@ -19,12 +19,15 @@ namespace zuma::linux_ {
 struct AppareilComedi;
 /// Range of a channel, laid out as the library has it. Unit 0 is the volt.
 struct CalibreComedi {
-  double min, max;
-  unsigned int unité;
+  double min;          ///< lowest value
+  double max;          ///< highest value
+  unsigned int unité;  ///< 0: volt
 };
 
 /// The calls of the comedi library that the boards need, under the library's own names.
 struct AppelsComedi {
+  ///@{
+  /// What the library's manual says of the call of that name.
   AppareilComedi* (*comedi_open)(const char* fichier);
   int (*comedi_close)(AppareilComedi* appareil);
   int (*comedi_errno)();
@@ -42,6 +45,7 @@ struct AppelsComedi {
                            unsigned int calibre, unsigned int référence, unsigned int code);
   int (*comedi_dio_bitfield2)(AppareilComedi* appareil, unsigned int partie, unsigned int masque,
                               unsigned int* bits, unsigned int première);
+  ///@}
 };
 
 /// Calls of the installed library, which stays loaded to the end of the program. None when it is
@@ -61,7 +65,9 @@ struct AppelsComedi {
 /// record with what to do.
 class PciComedi final : public BibliothèquePCI {
  public:
+  /// Gives the library's calls; none, and why in `manque`, when they cannot be had.
   using Chargement = std::function<const AppelsComedi*(std::string& manque)>;
+  /// What is missing is told in `registre`.
   explicit PciComedi(Ref<ZED_Erreur> registre, Chargement charge = &ChargeComedi)
       : registre_(std::move(registre)), charge_(std::move(charge)) {}
 
