@@ -1,0 +1,1 @@
+"""Drive and watch a materials-testing frame."""

@@ -1,0 +1,3 @@
+"""The object model of a frame, under its own French names."""
+
+from zuma._zuma.modele import *  # noqa: F403
