@@ -53,7 +53,7 @@ std::string_view Tient(std::string_view texte) {
 }
 
 std::uint32_t Bits(bool vrai, Etat bit) {
-  return vrai ? bit : 0U;
+  return static_cast<std::uint32_t>(vrai) * bit;  // a shift, and no choice
 }
 
 // 1 for on, 0 for off, no number for a source that tells nothing: as people plot it.
@@ -62,60 +62,66 @@ double Niveau(ENUM_ETAT_LOGIQUE état) {
   return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : kAbsent;
 }
 
-void EcritLObjet(EnEcriture& place, std::size_t& rang, double valeur, double âge,
-                 std::uint32_t état) {
-  const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(âge));
-  place.Ecrit(rang++, valeur);
-  place.Ecrit(rang++, haut << kDécalageDeLAge | état);
-}
+// The words of the objects of a sample, one object behind the other.
+class SuiteDObjets {
+ public:
+  explicit SuiteDObjets(Mot* premier) : mot_(premier) {}
+  void Ecrit(double valeur, double âge, std::uint32_t état) {
+    const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(âge));
+    Pose(std::bit_cast<std::uint64_t>(valeur));
+    Pose(haut << kDécalageDeLAge | état);
+  }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const Capteur& capteur) {
+ private:
+  void Pose(std::uint64_t mot) { (mot_++)->store(mot, std::memory_order_release); }
+
+  Mot* mot_;
+};
+
+void Ecrit(SuiteDObjets& suite, const Capteur& capteur) {
   constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
   const Capteur::AgeDeMesure âge = capteur.LAge();
-  const bool lisible = capteur.Enabled_bln() && capteur.CapteurSelectionne() && âge.lue &&
-                       capteur.Etat() != kNonValide;
-  EcritLObjet(place, rang, lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
+  // Without branches: all of it lies in the same two lines of the cache.
+  const bool lisible = capteur.Enabled_bln() & capteur.CapteurSelectionne() & âge.lue &
+                       (capteur.Etat() != kNonValide);
+  suite.Ecrit(lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
               Bits(capteur.Enabled_bln(), kEnService) | Bits(âge.lue, kLu) |
                   Bits(âge.vieux, kVieux) | Bits(capteur.CapteurSelectionne(), kSélectionné) |
                   Bits(capteur.AU(), kSorti) |
                   (static_cast<std::uint32_t>(capteur.Etat()) << kDécalageDeLEtat));
 }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const Commande& commande) {
-  EcritLObjet(place, rang, commande.ValeurCouranteEnUnité(), 0,
+void Ecrit(SuiteDObjets& suite, const Commande& commande) {
+  suite.Ecrit(commande.ValeurCouranteEnUnité(), 0,
               Bits(commande.Enabled(), kEnService) | Bits(commande.Atteinte(), kAtteint) |
                   Bits(commande.MaintenueAuRepos(), kMaintenu) |
                   Bits(commande.SortieSaturée(), kSaturé));
 }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const EntréeLogique& entrée) {
-  EcritLObjet(place, rang, Niveau(entrée.ValeurCourante()), 0, 0);
+void Ecrit(SuiteDObjets& suite, const EntréeLogique& entrée) {
+  suite.Ecrit(Niveau(entrée.ValeurCourante()), 0, 0);
 }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const SortieLogique& sortie) {
-  EcritLObjet(place, rang, Niveau(sortie.ValeurCourante()), 0, Bits(sortie.Atteinte(), kAtteint));
+void Ecrit(SuiteDObjets& suite, const SortieLogique& sortie) {
+  suite.Ecrit(Niveau(sortie.ValeurCourante()), 0, Bits(sortie.Atteinte(), kAtteint));
 }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const Watchdog& chien) {
-  EcritLObjet(place, rang, chien.Temps(), 0,
+void Ecrit(SuiteDObjets& suite, const Watchdog& chien) {
+  suite.Ecrit(chien.Temps(), 0,
               Bits(chien.Enabled(), kEnService) | Bits(chien.ArrêtAtteint(), kAtteint) |
                   Bits(chien.EnArrêt(), kEnArrêt));
 }
 
-void Ecrit(EnEcriture& place, std::size_t& rang, const Canal& canal) {
-  EcritLObjet(place, rang, canal.ValeurCanal(), canal.Age(),
+void Ecrit(SuiteDObjets& suite, const Canal& canal) {
+  suite.Ecrit(canal.ValeurCanal(), canal.Age(),
               Bits(canal.EnService(), kEnService) | Bits(canal.EstLu(), kLu) |
                   Bits(canal.EstVieux(), kVieux) | Bits(canal.Atteint(), kAtteint));
 }
 
-// Its counts at once.
-std::uint32_t EnUnMot(const GestesDuCapteur& gestes) {
-  return std::bit_cast<std::uint32_t>(gestes);
-}
-
+// Objects of a frame, none of which is Nothing.
 template <class Refs>
-void EcritChacun(EnEcriture& place, std::size_t& rang, const Refs& objets) {
-  for (const auto& objet : objets) Ecrit(place, rang, *objet);
+void EcritChacun(SuiteDObjets& suite, const Refs& objets) {
+  for (const auto& objet : objets) Ecrit(suite, *objet.Brut());
 }
 
 // Where everything lies, in words.
@@ -223,7 +229,8 @@ double Publication::Temps() const noexcept {
 
 // Ranks are those of `ObjetsDuChassis`.
 void Publication::RepèreLesSuivis() {
-  for (const CapteurRef& capteur : objets_.capteurs) gestes_.push_back(capteur->Gestes());
+  gestes_ = chassis_.LaPlateforme().gestes;
+  for (const CapteurRef& capteur : objets_.capteurs) gestesDits_.push_back(capteur->Gestes());
   std::size_t rang = objets_.capteurs.size();
   for (const CommandeRef& commande : objets_.commandes) {
     if (EstUneSortie(*commande)) {
@@ -265,11 +272,13 @@ void Publication::Publie() {
   if (rafraîchi || évènement_ || secondes_ - dernier_ >= kAuPlusTard) Echantillonne(rafraîchi);
 }
 
+std::span<Mot> Publication::LaPlace(std::uint64_t échantillon) {
+  return mots_.subspan(plan_.échantillons + échantillon % plan_.places * plan_.mots, plan_.mots);
+}
+
 void Publication::Echantillonne(bool rafraîchi) {
   {
-    EnEcriture place(
-        mots_.subspan(plan_.échantillons + échantillons_ % plan_.places * plan_.mots, plan_.mots),
-        échantillons_);
+    EnEcriture place(LaPlace(échantillons_), échantillons_);
     place.Ecrit(RangDe(MotDEchantillon::Secondes), secondes_);
     place.Ecrit(RangDe(MotDEchantillon::Monotone),
                 Nanosecondes(std::chrono::steady_clock::now().time_since_epoch()));
@@ -281,19 +290,14 @@ void Publication::Echantillonne(bool rafraîchi) {
     place.Ecrit(RangDe(MotDEchantillon::Horloge),
                 debout_ ? chassis_.LeTimer()->LitMicrosecondes()
                         : chassis_.LaPlateforme().heureDePasse * kMicrosecondes);
-    std::size_t rang = RangDe(MotDEchantillon::kNombre);
-    bool gestes = false;
-    for (std::size_t i = 0; i < gestes_.size(); ++i) {
-      const Capteur& capteur = *objets_.capteurs[i];
-      Ecrit(place, rang, capteur);
-      gestes |= EnUnMot(capteur.Gestes()) != EnUnMot(gestes_[i]);
-    }
-    if (gestes && rafraîchi) SuitLesGestes();
-    EcritChacun(place, rang, objets_.commandes);
-    EcritChacun(place, rang, objets_.entrées);
-    EcritChacun(place, rang, objets_.sorties);
-    Ecrit(place, rang, *objets_.chien);
-    EcritChacun(place, rang, objets_.canaux);
+    SuiteDObjets suite(place.Depuis(RangDe(MotDEchantillon::kNombre)));
+    EcritChacun(suite, objets_.capteurs);
+    if (rafraîchi && gestes_ != chassis_.LaPlateforme().gestes) SuitLesGestes();
+    EcritChacun(suite, objets_.commandes);
+    EcritChacun(suite, objets_.entrées);
+    EcritChacun(suite, objets_.sorties);
+    Ecrit(suite, *objets_.chien);
+    EcritChacun(suite, objets_.canaux);
   }
   Pose(EnTête::EchantillonsEcrits, ++échantillons_);
   dernier_ = secondes_;
@@ -397,15 +401,16 @@ void Publication::SuitLesGestes() {
       {&GestesDuCapteur::zéros, GenreDEvènement::Zéro},
       {&GestesDuCapteur::tares, GenreDEvènement::Tare},
   }};
-  for (std::size_t rang = 0; rang < gestes_.size(); ++rang) {
+  gestes_ = chassis_.LaPlateforme().gestes;
+  for (std::size_t rang = 0; rang < gestesDits_.size(); ++rang) {
     const Capteur& capteur = *objets_.capteurs[rang];
-    if (capteur.Gestes() == gestes_[rang]) continue;
+    if (capteur.Gestes() == gestesDits_[rang]) continue;
     for (const Acte& acte : kActes) {
-      if (capteur.Gestes().*acte.compte == gestes_[rang].*acte.compte) continue;
+      if (capteur.Gestes().*acte.compte == gestesDits_[rang].*acte.compte) continue;
       const bool tare = acte.genre == GenreDEvènement::Tare;
       Consigne(acte.genre, rang, tare ? capteur.ValeurApresTarage() : 0, "");
     }
-    gestes_[rang] = capteur.Gestes();
+    gestesDits_[rang] = capteur.Gestes();
   }
 }
 
