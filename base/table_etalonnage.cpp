@@ -66,6 +66,10 @@ bool Interpolation::Cherche(double x) const {
   segment_ = *segment;
   dessus_ = segment == segments_.data() ? -kSansFin : segment[-1].fin.x;
   jusquÀ_ = segment == dernier ? kSansFin : segment->fin.x;
+  const double a = segment_.début.y;
+  const double b = segment_.fin.y;
+  changeDeSigne_ = (a <= 0 && b >= 0) || (a >= 0 && b <= 0);
+  monte_ = b > a;
   return true;
 }
 

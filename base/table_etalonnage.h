@@ -1,7 +1,7 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -34,7 +34,7 @@ class Interpolation {
   [[nodiscard]] double Interpole(double x) const {
     if (!(dessus_ < x && x <= jusquÀ_) && !Cherche(x)) return x;
     const auto& [début, fin] = segment_;
-    return std::lerp(début.y, fin.y, (x - début.x) / (fin.x - début.x));
+    return SurLaDroite(début.y, fin.y, (x - début.x) / (fin.x - début.x));
   }
 
  private:
@@ -44,6 +44,14 @@ class Interpolation {
   };
 
   [[nodiscard]] bool Cherche(double x) const;
+  // `std::lerp`, exact at both ends and never going back, bit for bit: what it asks of the two
+  // ordinates each time is known of a segment.
+  [[nodiscard]] double SurLaDroite(double a, double b, double t) const {
+    if (changeDeSigne_) return t * b + (1 - t) * a;
+    if (t == 1) return b;
+    const double y = a + t * (b - a);
+    return (t > 1) == monte_ ? std::max(b, y) : std::min(b, y);
+  }
 
   std::array<Segment, kMaxPoints> segments_{};
   std::size_t nombre_ = 0;
@@ -52,6 +60,8 @@ class Interpolation {
   mutable Segment segment_{};
   mutable double dessus_ = 0;
   mutable double jusquÀ_ = 0;
+  mutable bool changeDeSigne_ = false;  ///< from one ordinate to the other, or touches 0
+  mutable bool monte_ = false;
   bool identité_ = true;
 };
 

@@ -364,6 +364,8 @@ class Capteur : public Objet {
   void DétecteLesExtrêmes();
   [[nodiscard]] bool LitLOffset(Passe& passe);
   void TientLaValeur(Passe& passe);
+  [[nodiscard]] bool EstAFaire(Passe& passe);
+  void ContrôleLeSeuil();
   [[nodiscard]] bool EntréeLAutorise() const;
   [[nodiscard]] bool EstSélectionné() const;
   void Refuse();
@@ -407,6 +409,9 @@ class Capteur : public Objet {
   ENUM_TYPE_CAPTEUR musrTypeDeCapteur = ENUM_TYPE_CAPTEUR::capteurNormal;
   const Genre* genre_ = nullptr;  ///< row of the kind, none for a number that is no kind
   bool estNormal_ = false;        ///< that kind, which most sensors are of, for the pass
+  /// The pass has to look at selection, offset, threshold and age: settled at the start, for a
+  /// sensor that has none of them.
+  bool particulier_ = true;
   std::string UnitéEtalonnage_;
   std::string DateEtalonnage_;
   std::string NomEtalonneur_;

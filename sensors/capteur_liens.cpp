@@ -23,6 +23,7 @@ std::string Introuvable(std::string_view nom, std::string_view quoi, std::string
 void Capteur::Lien(const Ref<ZED_Securite>& MaSecurite_obj, const ParamètresRef& MesParametres_mobj,
                    const Ref<ZED_Traduction>& Traducteur_obj, Chassis* MonChassis) {
   Garde(*this, Forme::Procédure, "Lien", [&] {
+    particulier_ = true;
     // First: a failure among the references must not leave the sensor without its safety object.
     if (MaSecurite_obj) MaSecurite_obj_ = MaSecurite_obj;
     if (Traducteur_obj) Traducteur_obj_ = Traducteur_obj;
@@ -112,6 +113,9 @@ void Capteur::Initialise() {
   Garde(
       *this, Forme::Méthode, "Initialise",
       [&] {
+        particulier_ = mobjELSelection || paramètres_[ParamEprouvette::Sélection] ||
+                       paramètres_[ParamEprouvette::Offset] || mdblSeuilDeLectureNonValide != 0 ||
+                       mdblAgeMaximal > 0;
         mintNbLectureEffectuées = 0;
         mdblSommeCanalPourMAV = 0;
         heureDeMesure_ = LaPlateforme().heureDePasse;

@@ -39,8 +39,9 @@ inline double Capteur::Intègre(double points, Passe& passe) {
   if (période == 0) période = mdblTempsIntégration / kPartAuMêmeInstant;
   passe.DeltaT = période;
   const double avant = mdblAncienneValeurEnPoints;
-  // A channel that once gave no number must not hold the filter for ever.
-  if (mdblTempsIntégration / kPartFiltrée > période && période != 0 && std::isfinite(avant)) {
+  // Never with a period of 0, that of a sensor without integration. A channel that once gave no
+  // number must not hold the filter for ever.
+  if (mdblTempsIntégration / kPartFiltrée > période && std::isfinite(avant)) {
     const double poids = std::max(mdblTempsIntégration * kPoids / période + kPoidsAjouté, 1.0);
     passe.Intégation = poids;
     points = ((poids - 1) * avant + points) / poids;
@@ -95,39 +96,49 @@ inline void Capteur::DétecteLesExtrêmes() {
   if (genre_ != nullptr && genre_->extrêmes != nullptr) genre_->extrêmes(*this);
 }
 
-inline bool Capteur::LitLOffset(Passe& passe) {
+bool Capteur::LitLOffset(Passe& passe) {
   if (!paramètres_[ParamEprouvette::Offset]) return true;
   return passe.chacun([&] { passe.dblOffset = paramètres_.Nombre(ParamEprouvette::Offset); });
 }
 
-inline bool Capteur::EstSélectionné() const {
+bool Capteur::EstSélectionné() const {
   return (!mobjELSelection || EntréeLAutorise()) &&
          (!paramètres_[ParamEprouvette::Sélection] ||
           paramètres_.Texte(ParamEprouvette::Sélection) == mstrValeurSelection);
+}
+
+// What an ordinary sensor, always wanted and without offset, needs not be asked. False when there
+// is nothing to do, or all is done.
+bool Capteur::EstAFaire(Passe& passe) {
+  CapteurSelectionne_ = false;
+  if (!EstSélectionné()) {
+    Refuse();
+    return false;
+  }
+  CapteurSelectionne_ = true;
+  if (LitLOffset(passe)) return true;
+  TientLaValeur(passe);
+  return false;
+}
+
+void Capteur::ContrôleLeSeuil() {
+  if (musrEtat == ENUM_ETAT_CAPTEUR::Correct && mdblSeuilDeLectureNonValide != 0 &&
+      std::abs(mdblValeurCourante) < mdblSeuilDeLectureNonValide && !EtalonnageExterieurPossible_) {
+    musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
+  }
 }
 
 // What fails on the way, a zero or the cause of a stop that was refused, is told at the end: no
 // refresh may leave the limits untested, nor show a value without its tare and offset.
 [[gnu::always_inline]] inline void Capteur::Rafraîchit(Passe& passe) {
   musrEtat = ENUM_ETAT_CAPTEUR::Correct;
-  CapteurSelectionne_ = false;
   tropVieux_ = false;
-  if (!EstSélectionné()) {
-    Refuse();
-    return;
-  }
+  if (particulier_ && !EstAFaire(passe)) return;
   CapteurSelectionne_ = true;
-  if (!LitLOffset(passe)) {
-    TientLaValeur(passe);
-    return;
-  }
   CalculeLaValeur(passe);
   if (musrOpérationCouranteDeTare == ENUM_OPERATION_MAV::Acquisition) AvanceLaTare(passe);
   mdblValeurCourante = passe.dblOffset + mdblValeurCourante - ValeurTare_;
-  if (musrEtat == ENUM_ETAT_CAPTEUR::Correct && mdblSeuilDeLectureNonValide != 0 &&
-      std::abs(mdblValeurCourante) < mdblSeuilDeLectureNonValide && !EtalonnageExterieurPossible_) {
-    musrEtat = ENUM_ETAT_CAPTEUR::LectureNonValide;
-  }
+  if (particulier_) ContrôleLeSeuil();
   if (AutoriseDétectionMaxi_) DétecteLesExtrêmes();
 }
 
@@ -137,7 +148,9 @@ void Capteur::MetàJour() {
       *this, Forme::Méthode, "MetàJour",
       [&] {
         passe.chacun([&] { Rafraîchit(passe); });
-        if (CapteurSelectionne_ && mdblAgeMaximal > 0) passe.chacun([&] { ContrôleLAge(); });
+        if (particulier_ && CapteurSelectionne_ && mdblAgeMaximal > 0) {
+          passe.chacun([&] { ContrôleLAge(); });
+        }
         passe.chacun.Termine();
       },
       [&](Variables& v) { RemplitLesVariables(v, passe); });

@@ -112,6 +112,7 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
       {"Age maximal (s)", &SaufNul<&LitNombre<&C::mdblAgeMaximal>>},
   }};
 
+  c.particulier_ = true;
   Directes(c, ligne, kNom);
   const Valeur* affiché = ChercheChamp(ligne, "Nom affiché");
   if (affiché == nullptr) {
