@@ -41,6 +41,11 @@ double ReposAuPlus(const std::vector<CarteRef>& pilotées) {
   return std::min(plusLong, kReposMaximum);
 }
 
+publication::Identité IdentitéSur(Machine& machine, const std::string& fichier,
+                                  std::int32_t index) {
+  return {fichier, index, machine.Jumelle() != nullptr, !machine.Enregistrement().empty()};
+}
+
 }  // namespace
 
 ChassisEnMarche::ChassisEnMarche(Machine& machine, const publication::Identité& identité,
@@ -68,8 +73,8 @@ ChassisEnMarche::ChassisEnMarche(Machine& machine, const publication::Identité&
 ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index, Machine& machine,
                                  const Ref<Recueil>& recueil, linux_::Parametres paramètres,
                                  const MalgréTout& malgréTout, Ref<ZED_Traduction> traducteur)
-    : ChassisEnMarche(machine, {fichier, index, machine.Jumelle() != nullptr}, recueil,
-                      std::move(paramètres), std::move(traducteur)) {
+    : ChassisEnMarche(machine, IdentitéSur(machine, fichier, index), recueil, std::move(paramètres),
+                      std::move(traducteur)) {
   const auto exige = [&](Etape étape, std::vector<Problème> problèmes) {
     problèmes.insert(problèmes.end(), recueil->Problèmes().begin(), recueil->Problèmes().end());
     const DépartRefusé refus(index, étape, std::move(problèmes));
@@ -78,7 +83,7 @@ ChassisEnMarche::ChassisEnMarche(const std::string& fichier, std::int32_t index,
   const std::vector<Problème> données = Charge(fichier, index);
   const std::size_t duChargement = recueil->Problèmes().size();
   if (duChargement != 0) exige(Etape::Chargé, données);
-  Démarre({fichier, index, machine.Jumelle() != nullptr});
+  Démarre(IdentitéSur(machine, fichier, index));
   if (recueil->Problèmes().empty()) return;
   Arrête(traducteur_->Traduit("Cause depart", "", "Bureau"));
   SertLesLiens();  // the answer may take its time, and nothing passes meanwhile
@@ -112,6 +117,7 @@ void ChassisEnMarche::Démarre(const publication::Identité& identité) {
   publication::ChassisPublié sujet{.fichier = std::filesystem::absolute(identité.fichier),
                                    .index = identité.index,
                                    .simulé = identité.simulé,
+                                   .rejoué = machine_.Enregistrement(),
                                    .programme = ::program_invocation_short_name,
                                    .horloge = horloge_->LitMicrosecondes()};
   for (const auto& paramètre : *paramètres_.Collection()) {

@@ -9,6 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include "host/configuration.h"
+#include "host/rangees_publiees.h"
+#include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
 namespace {
@@ -80,6 +82,32 @@ std::optional<Acte> LitLActe(const std::string& champ) {
   return {};
 }
 
+// The sensors stand first, in the order of the description, each with its age where ages were
+// recorded; behind them the clock and the channels. Names do not tell them apart: a sensor may bear
+// that of its channel.
+void RepèreLesColonnes(const nlohmann::json& capteurs, EnregistrementLu& lu) {
+  std::vector<ColonneLue>& colonnes = lu.colonnes;
+  const auto nom = [&](std::size_t i) {
+    return linux_::UneSeuleLigne(capteurs[i].value("name", std::string()));
+  };
+  const bool âges = colonnes.size() > 1 && colonnes[1].nom == colonnes[0].nom + " age" &&
+                    (capteurs.size() < 2 || nom(1) != colonnes[1].nom);
+  const std::size_t pas = âges ? 2 : 1;
+  if (capteurs.size() * pas > colonnes.size()) return;
+  for (std::size_t i = 0; i < capteurs.size(); ++i) {
+    ColonneLue& colonne = colonnes[i * pas];
+    if (colonne.nom != nom(i)) return;  // the description of another recording
+    colonne.label = capteurs[i].value("label", std::string());
+    colonne.étalonné = capteurs[i].value("calibrated", std::string());
+    colonne.parQui = capteurs[i].value("calibrated_by", std::string());
+  }
+  const std::size_t horloge = capteurs.size() * pas;
+  if (horloge < colonnes.size() && colonnes[horloge].nom == kColonneDeLHorloge &&
+      colonnes[horloge].unité == "us") {
+    lu.horloge = horloge;
+  }
+}
+
 void LitLaDescription(const std::string& fichier, EnregistrementLu& enregistrement) {
   std::ifstream flux(fichier);
   const auto json = nlohmann::json::parse(flux, nullptr, false);
@@ -100,16 +128,66 @@ void LitLaDescription(const std::string& fichier, EnregistrementLu& enregistreme
     }
   }
   const auto capteurs = json.find("sensors");
+  const auto estUnObjet = [](const nlohmann::json& capteur) { return capteur.is_object(); };
   if (capteurs == json.end() || !capteurs->is_array()) return;
-  for (const auto& capteur : *capteurs) {
-    const auto colonne = std::ranges::find(enregistrement.colonnes,
-                                           capteur.value("name", std::string()), &ColonneLue::nom);
-    if (colonne == enregistrement.colonnes.end()) continue;
-    colonne->label = capteur.value("label", std::string());
-    colonne->étalonné = capteur.value("calibrated", std::string());
-    colonne->parQui = capteur.value("calibrated_by", std::string());
-  }
+  if (std::ranges::all_of(*capteurs, estUnObjet)) RepèreLesColonnes(*capteurs, enregistrement);
 }
+
+// The numbers of a row, none where it is not whole.
+std::optional<std::vector<double>> LitLaRangée(const std::vector<std::string>& champs,
+                                               std::size_t attendus) {
+  if (champs.size() != attendus) return {};
+  std::vector<double> nombres(attendus);
+  for (std::size_t i = 0; i < attendus; ++i) {
+    if (!LitLeNombre(champs[i], nombres[i])) return {};
+  }
+  return std::isfinite(nombres[0]) ? std::optional(std::move(nombres)) : std::nullopt;
+}
+
+/// The lines behind the header, one by one.
+class LecteurDeLignes {
+ public:
+  LecteurDeLignes(const std::string& fichier, EnregistrementLu& lu) : fichier_(fichier), lu_(lu) {}
+
+  void Prend(const std::string& ligne, bool entière) {
+    ++numéro_;
+    Lacune lacune;
+    if (LitLaLacune(ligne, lacune)) {
+      coupée_ = 0;  // half a row that a failing disk kept counts among the rows lost
+      lu_.lacunes.push_back(lacune);
+      return;
+    }
+    const std::vector<std::string> champs = Champs(ligne);
+    if (auto acte = LitLActe(champs.front())) {
+      lu_.actes.push_back({lu_.secondes.size(), std::move(*acte)});
+      return;
+    }
+    if (coupée_ != 0) Refuse(coupée_);
+    const auto nombres = LitLaRangée(champs, lu_.colonnes.size() + 1);
+    if (!nombres || !entière) {
+      coupée_ = numéro_;
+      return;
+    }
+    lu_.secondes.push_back(nombres->front());
+    for (std::size_t i = 1; i < nombres->size(); ++i) {
+      lu_.colonnes[i - 1].valeurs.push_back((*nombres)[i]);
+    }
+  }
+  // What is cut at the very end is a copy cut short, or a disk that was full.
+  void Finit() { lu_.coupé = coupée_ != 0; }
+
+ private:
+  [[noreturn]] void Refuse(std::size_t numéro) const {
+    throw MauvaisUsage(fichier_ + ", line " + std::to_string(numéro) + ": no row of " +
+                       std::to_string(lu_.colonnes.size() + 1) +
+                       " numbers; a recording that still runs is converted once it is finished");
+  }
+
+  const std::string& fichier_;
+  EnregistrementLu& lu_;
+  std::size_t numéro_ = 1;
+  std::size_t coupée_ = 0;  ///< line of a row that is not whole, until the next line is read
+};
 
 }  // namespace
 
@@ -122,31 +200,16 @@ EnregistrementLu LitLEnregistrement(const std::string& fichier) {
   }
   for (std::string& titre : Champs(ligne)) lu.colonnes.push_back(Titre(std::move(titre)));
   lu.colonnes.erase(lu.colonnes.begin());
-  for (int numéro = 2; std::getline(flux, ligne); ++numéro) {
-    Lacune lacune;
-    if (LitLaLacune(ligne, lacune)) {
-      lu.lacunes.push_back(lacune);
-      continue;
-    }
-    const std::vector<std::string> champs = Champs(ligne);
-    if (auto acte = LitLActe(champs.front())) {
-      lu.actes.push_back({lu.secondes.size(), std::move(*acte)});
-      continue;
-    }
-    bool bonne = champs.size() == lu.colonnes.size() + 1;
-    double nombre = 0;
-    for (std::size_t i = 0; bonne && i < champs.size(); ++i) {
-      bonne = LitLeNombre(champs[i], nombre) && (i != 0 || std::isfinite(nombre));
-      (i == 0 ? lu.secondes : lu.colonnes[i - 1].valeurs).push_back(nombre);
-    }
-    if (!bonne) {
-      throw MauvaisUsage(fichier + ", line " + std::to_string(numéro) + ": no row of " +
-                         std::to_string(lu.colonnes.size() + 1) +
-                         " numbers; a recording that still runs is converted once it is finished");
-    }
-  }
+  LecteurDeLignes lignes(fichier, lu);
+  while (std::getline(flux, ligne)) lignes.Prend(ligne, !flux.eof());
+  lignes.Finit();
   LitLaDescription(fichier + ".json", lu);
   return lu;
+}
+
+std::string TexteDeLaCoupure(const std::string& fichier) {
+  return fichier +
+         " ends within a row, which is left out: the copy was cut short, or the disk full";
 }
 
 }  // namespace zuma::host

@@ -29,7 +29,11 @@ struct EnregistrementLu {
     std::size_t rangée;  ///< it was done before this one
     Acte acte;           ///< what it was
   };
-  std::vector<ActeLu> actes;   ///< in their order
+  std::vector<ActeLu> actes;  ///< in their order
+  /// The file ends within a row: the copy was cut short, or the disk was full. That row is left
+  /// out.
+  bool coupé = false;
+  std::size_t horloge = 0;     ///< rank of the clock among the columns, 0 without one
   std::optional<double> liéÀ;  ///< timer of the frame when it was linked, microseconds
   /// Start, frame, and "specimen ..." of the file beside it.
   std::vector<std::pair<std::string, std::string>> textes;
@@ -38,5 +42,7 @@ struct EnregistrementLu {
 /// Reads a recording and the JSON file beside it, which may be missing. Throws `MauvaisUsage` with
 /// the line for what is no recording.
 [[nodiscard]] EnregistrementLu LitLEnregistrement(const std::string& fichier);
+/// What a person is told of a recording that is cut.
+[[nodiscard]] std::string TexteDeLaCoupure(const std::string& fichier);
 
 }  // namespace zuma::host

@@ -35,6 +35,8 @@ class Machine {
   virtual void AprèsLeDépart(Chassis&) {}
   /// Instant of the pass to come, microseconds of the machine's timer.
   [[nodiscard]] virtual double InstantDePasse() { return Timer()->LitMicrosecondes(); }
+  /// The recording that stands in the place of a machine; empty for one that moves or is simulated.
+  [[nodiscard]] virtual std::string Enregistrement() const { return {}; }
   /// Nothing comes any more: a recording that is played again has an end.
   [[nodiscard]] virtual bool AuBout() const { return false; }
   /// What stands at the terminals of a channel, for people; empty when nobody knows.

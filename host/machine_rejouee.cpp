@@ -6,11 +6,12 @@
 #include <cstdio>
 #include <map>
 #include <optional>
+#include <span>
 #include <thread>
 
 #include "host/configuration.h"
 #include "host/enregistrement_lu.h"
-#include "host/rangees_publiees.h"
+#include "platform/linux/texte_ligne.h"
 #include "publication/description.h"
 
 namespace zuma::host {
@@ -23,18 +24,15 @@ constexpr double kMicrosecondes = 1e6;
          canal.TypeCanal() == ENUM_TYPE_FONCTION::FctEntréesLogiques;
 }
 
-auto ColonneDeLHorloge(const EnregistrementLu& lu) {
-  return std::ranges::find(lu.colonnes, kColonneDeLHorloge, &ColonneLue::nom);
-}
-
 EnregistrementLu LitCeQuiSeRejoue(const std::string& fichier) {
   EnregistrementLu lu = LitLEnregistrement(fichier);
-  if (ColonneDeLHorloge(lu) == lu.colonnes.end() || !lu.liéÀ) {
+  if (lu.horloge == 0 || !lu.liéÀ) {
     throw MauvaisUsage(fichier +
                        " cannot be played again: it holds no clock and no channels, or its .json "
                        "file is missing; record with: run FILE --csv NAME --channels");
   }
   if (lu.secondes.empty()) throw MauvaisUsage(fichier + " has no rows to play again");
+  if (lu.coupé) std::fprintf(stderr, "zuma: %s\n", TexteDeLaCoupure(fichier).c_str());
   return lu;
 }
 
@@ -53,6 +51,7 @@ class Rejouée final : public Machine {
     instant_ = horloge_[0] - lu_.secondes[0] * kMicrosecondes;
   }
   double InstantDePasse() override { return instant_; }
+  std::string Enregistrement() const override { return fichier_; }
   bool AuBout() const override { return rangée_ == lu_.secondes.size(); }
   std::string_view Fini() const override { return dessous_->Fini(); }
   void AvantLaFin(const std::function<void()>& acte) override { dessous_->AvantLaFin(acte); }
@@ -101,23 +100,24 @@ class Rejouée final : public Machine {
   void RepèreLesCanaux() {
     std::map<std::string, std::vector<CanalRef>> canaux;
     for (const CanalRef& canal : publication::ObjetsDuChassis(*chassis_).canaux) {
-      canaux[publication::NomDuCanal(canal)].push_back(canal);
+      canaux[linux_::UneSeuleLigne(publication::NomDuCanal(canal))].push_back(canal);
     }
-    for (auto colonne = ColonneDeLHorloge(lu_) + 1; colonne != lu_.colonnes.end(); ++colonne) {
-      const std::vector<CanalRef>& trouvés = canaux[colonne->nom];
+    for (const ColonneLue& colonne : std::span(lu_.colonnes).subspan(lu_.horloge + 1)) {
+      const std::vector<CanalRef>& trouvés = canaux[colonne.nom];
       if (trouvés.size() != 1) {
-        throw MauvaisUsage("this frame has no channel, or more than one, called " + colonne->nom +
+        throw MauvaisUsage("this frame has no channel, or more than one, called " + colonne.nom +
                            ", which " + fichier_ + " was recorded with");
       }
-      if (EstUneEntrée(*trouvés.front())) canaux_.emplace_back(trouvés.front(), &*colonne);
+      if (EstUneEntrée(*trouvés.front())) canaux_.emplace_back(trouvés.front(), &colonne);
     }
   }
 
   void RepèreLesActes() {
     const auto capteurs = chassis_->Capteurs();
     for (const auto& [rangée, acte] : lu_.actes) {
-      const auto capteur = std::ranges::find_if(
-          *capteurs, [&](const CapteurRef& c) { return c->NomDuCapteur() == acte.capteur; });
+      const auto capteur = std::ranges::find_if(*capteurs, [&](const CapteurRef& c) {
+        return linux_::UneSeuleLigne(c->NomDuCapteur()) == acte.capteur;
+      });
       if (capteur == capteurs->end()) {
         throw MauvaisUsage("this frame has no sensor " + acte.capteur + ", of which " + fichier_ +
                            " tells: " + std::string(MotDe(acte.acte)));
@@ -154,7 +154,7 @@ class Rejouée final : public Machine {
   std::unique_ptr<Machine> dessous_;
   std::string fichier_;
   EnregistrementLu lu_;
-  const std::vector<double>& horloge_ = ColonneDeLHorloge(lu_)->valeurs;
+  const std::vector<double>& horloge_ = lu_.colonnes[lu_.horloge].valeurs;
   Cadence cadence_;
   double instant_ = *lu_.liéÀ;  ///< of the link, of the start, then of the pass to come
   Instant::time_point départ_{};

@@ -76,6 +76,10 @@ std::string Lisible(std::string texte) {
   return texte.substr(0, kAuPlus);
 }
 
+std::string Désignation(const Identité& identité) {
+  return "frame " + std::to_string(identité.index) + " of " + identité.fichier;
+}
+
 }  // namespace
 
 std::string NomDeFichier(const Identité& identité) {
@@ -91,11 +95,19 @@ std::string NomDeFichier(const Identité& identité) {
   const auto fin = std::to_chars(chiffres.data(), chiffres.data() + chiffres.size(),
                                  empreinte & 0xFFFF'FFFFU, 16);
   return "zuma-" + Lisible(chemin.stem()) + "-" + std::to_string(identité.index) +
-         (identité.simulé ? "-sim-" : "-") + std::string(chiffres.data(), fin.ptr) + ".pub";
+         (identité.rejoué   ? "-replay-"
+          : identité.simulé ? "-sim-"
+                            : "-") +
+         std::string(chiffres.data(), fin.ptr) + ".pub";
 }
 
 Place::Place(const Identité& identité, const std::string& dossier)
     : fichier_(dossier + "/" + NomDeFichier(identité)) {
+  // Before the file, which another user's host may well keep from this one.
+  if (!identité.simulé && !identité.rejoué) {
+    machine_.emplace(NomDeFichier(identité));
+    if (machine_->EstPrise()) throw DéjàEnMarche(Désignation(identité), machine_->Occupant());
+  }
   try {
     Prend(identité);
   } catch (const std::system_error& échec) {
@@ -128,8 +140,7 @@ bool Place::Essaie(const Identité& identité) {
     if (!Verrouille(descripteur_)) {
       const auto pid = static_cast<int>(MotDuFichier(descripteur_, EnTête::Processus));
       lâche();
-      throw DéjàEnMarche("frame " + std::to_string(identité.index) + " of " + identité.fichier,
-                         pid);
+      throw DéjàEnMarche(Désignation(identité), pid);
     }
   } catch (const std::system_error&) {
     lâche();

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "publication/exclusivite.h"
 #include "publication/lecture/zone.h"
 
 namespace zuma::publication {
@@ -15,6 +17,7 @@ struct Identité {
   std::string fichier;     ///< configuration database
   std::int32_t index = 1;  ///< of the frame in it
   bool simulé = false;     ///< twins move no machine: a simulated host goes beside a real one
+  bool rejoué = false;     ///< nor does a recording that is played again
 };
 
 /// Name of the map: readable, and one for each database, whatever way leads to it.
@@ -24,10 +27,12 @@ struct Identité {
 struct DéjàEnMarche : std::runtime_error {
   /// `quoi` names the frame, `processus` is the one that runs it.
   DéjàEnMarche(const std::string& quoi, int processus)
-      : std::runtime_error(quoi + " is run by process " + std::to_string(processus) +
-                           " already: end that one first"),
+      : std::runtime_error(
+            quoi + " is run by " +
+            (processus == 0 ? "another process" : "process " + std::to_string(processus)) +
+            " already: end that one first"),
         pid(processus) {}
-  /// Process that runs the frame.
+  /// Process that runs the frame; 0 when it cannot be known.
   int pid;
 };
 
@@ -58,6 +63,7 @@ class Place {
 
   std::string fichier_;
   std::string défaut_;
+  std::optional<Exclusivité> machine_;  ///< of a frame that moves one
   int descripteur_ = -1;
 };
 

@@ -119,7 +119,7 @@ void Spectateur::CommenceLesTraces() {
 void Spectateur::Rafraîchit() {
   if (lecteur_.Actualise()) CommenceLesTraces();
   PrendLesEchantillons();
-  MontreLeBandeau(publication::EstVivante(fichier_) && !lecteur_.EstFini());
+  MontreLeBandeau(lecteur_.EstEnMarche());
   if (lecteur_.LitLeDernier(échantillon_)) MontreLesValeurs();
 }
 
@@ -137,7 +137,8 @@ void Spectateur::MontreLeBandeau(bool vivante) {
   const publication::ChassisPublié& chassis = lecteur_.LeChassis();
   QString texte = textes_("Texte spectateur") + " " + EnQt(chassis.programme) + ", " +
                   textes_("Texte processus") + " " + QString::number(lecteur_.Processus()) +
-                  (chassis.simulé ? " (" + textes_("Texte simule") + ")" : QString());
+                  (chassis.simulé ? " (" + textes_("Texte simule") + ")" : QString()) +
+                  (chassis.rejoué.empty() ? QString() : " (" + EnQt(chassis.rejoué) + ")");
   bool alerte = false;
   if (lecteur_.LitLeDernier(échantillon_)) {
     if (échantillon_.Arrêt()) texte += "\n" + textes_("Bandeau arret en cours");

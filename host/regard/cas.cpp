@@ -163,10 +163,11 @@ void AjouteEnLignes(std::vector<LigneDePage>& page, std::string phrase) {
 
 std::string Page(const Lecteur& lecteur, const Récit& récit, const Fenêtre& fenêtre) {
   const publication::ChassisPublié& chassis = lecteur.LeChassis();
+  const std::string machine = publication::AuLieuDeLaMachine(chassis);
   std::vector<LigneDePage> texte{
       {"Stop of frame " + std::to_string(chassis.index) + " " + chassis.nom + ", " +
            HeureUtc(MomentUtc(lecteur, récit.secondes)) + ", pass " + std::to_string(récit.passe) +
-           (chassis.simulé ? " (simulated machine)" : ""),
+           (machine.empty() ? machine : " (" + machine + ")"),
        true}};
   constexpr std::size_t kRéponses = 12;
   for (const Paragraphe& paragraphe : EnMots(récit)) {

@@ -14,6 +14,9 @@ namespace zuma::host {
 /// Throws `MauvaisUsage`, and says what there is.
 [[nodiscard]] std::string LaPublication(const std::string& où, std::optional<std::int32_t> chassis);
 
+/// The only one that runs, or else the last one that a dead host left. Throws `MauvaisUsage`.
+[[nodiscard]] std::string LaDernièreBoîte();
+
 /// Ranks of the objects of these names, in their order. Throws `MauvaisUsage` for a name that is
 /// not there, with the nearest ones.
 [[nodiscard]] std::vector<std::size_t> ObjetsNommés(const publication::ChassisPublié& chassis,

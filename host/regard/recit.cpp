@@ -31,10 +31,8 @@ std::string Après(double secondes) {
 }
 
 std::string Limites(const ObjetPublié& objet) {
-  const auto borne = [&](const std::optional<double>& limite) {
-    return limite ? NombreEnTexte(*limite) : std::string("none");
-  };
-  return "limits " + borne(objet.mini) + " to " + borne(objet.maxi) + " " + objet.unité;
+  return "limits " + LimiteEnTexte(objet.mini) + " to " + LimiteEnTexte(objet.maxi) + " " +
+         objet.unité;
 }
 
 // Sensors that fire the stop in the sample of the stop.
@@ -49,8 +47,8 @@ void NoteLesCapteurs(const Lecteur& lecteur, Récit& récit) {
     const bool dedans = mesure.valeur > objets[rang].mini.value_or(-INFINITY) &&
                         mesure.valeur < objets[rang].maxi.value_or(INFINITY);
     récit.valeurs.push_back(
-        Désignation(objets[rang]) + " read " + ValeurEnTexte(objets[rang], mesure) + ", " +
-        Limites(objets[rang]) +
+        Désignation(objets[rang]) + " read " + PointsEnTexte(mesure.valeur) + " " +
+        objets[rang].unité + ", " + Limites(objets[rang]) +
         (dedans ? "; it is tested before tare and offset, in points and for its age" : ""));
   }
 }
@@ -70,10 +68,12 @@ class Narration {
  private:
   void Prend(const EvènementLu& e) {
     const double t = e.secondes - récit_.secondes;
-    if (e.numéro < récit_.évènement) {
-      if (e.genre == GenreDEvènement::Entrée && t >= -kAvant) NoteLEntrée(e, t);
-      return;
+    // The input that fires the stop moves in its pass, and is told behind it.
+    const bool avant = e.numéro < récit_.évènement;
+    if (e.genre == GenreDEvènement::Entrée && t >= -kAvant && (avant || e.passe == récit_.passe)) {
+      NoteLEntrée(e, t);
     }
+    if (avant) return;
     if (e.secondes > fin_ || fini_) return;
     if (e.numéro != récit_.évènement && e.genre == GenreDEvènement::Arrêt) {
       récit_.ensuite.push_back(Après(t) + ": another stop: " + e.texte);
@@ -105,8 +105,8 @@ class Narration {
     if (!e.objet) return;
     récit_.valeurs.push_back(
         Objet(e) + " went " +
-        ValeurEnTexte(lecteur_.LeChassis().objets[*e.objet], {e.valeur, 0, 0}) + " " + Après(t) +
-        " from the stop");
+        ValeurEnTexte(lecteur_.LeChassis().objets[*e.objet], {e.valeur, 0, 0}) + " " +
+        (e.passe == récit_.passe ? Passes(0) : Après(t) + " from the stop"));
   }
 
   void NoteLaSortie(const EvènementLu& e, double t) {

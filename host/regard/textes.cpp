@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "host/champ_csv.h"
 #include "platform/linux/texte_ligne.h"
 
 namespace zuma::host {
@@ -97,6 +98,12 @@ std::string PointsEnTexte(double points) {
   std::array<char, 32> texte{};
   std::snprintf(texte.data(), texte.size(), "%.6g", points);
   return texte.data();
+}
+
+std::string LimiteEnTexte(const std::optional<double>& limite) {
+  std::string texte;
+  if (limite) AjouteNombre(texte, *limite);
+  return limite ? texte : "none";
 }
 
 std::string ValeurEnTexte(const ObjetPublié& objet, const Mesure& mesure) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,8 @@ namespace zuma::host {
 [[nodiscard]] std::string NombreEnTexte(double nombre, int chiffres = 3);
 /// What a channel holds, in six digits: from counts of a converter to thousandths of an instrument.
 [[nodiscard]] std::string PointsEnTexte(double points);
+/// A limit: as many digits as it has.
+[[nodiscard]] std::string LimiteEnTexte(const std::optional<double>& limite);
 /// What else there is to say of it: "DANGER", "not reached", "old since 3.2 s"; "ok" for nothing.
 [[nodiscard]] std::string EtatEnTexte(const publication::ObjetPublié& objet,
                                       const publication::Mesure& mesure);

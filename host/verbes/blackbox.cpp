@@ -26,15 +26,12 @@ constexpr double kAprès = 60;  // seconds behind a stop that its account looks 
 // The published one that runs, or else the last one that a dead host left.
 std::string LaBoîte(const OptionsBoîte& options) {
   if (!options.où.empty()) return LaPublication(options.où, options.chassis);
-  const auto publiées = publication::Publications(publication::DossierDesPublications());
-  if (publiées.size() == 1) return publiées.front().fichier;
-  return LaPublication({}, options.chassis);
+  return LaDernièreBoîte();
 }
 
 class Boîte {
  public:
-  explicit Boîte(const std::string& fichier)
-      : lecteur_(fichier), vivante_(publication::EstVivante(fichier)) {
+  explicit Boîte(const std::string& fichier) : lecteur_(fichier), vivante_(lecteur_.EstEnMarche()) {
     aDesEchantillons_ = lecteur_.LitLeDernier(dernier_);
   }
 
@@ -42,18 +39,21 @@ class Boîte {
 
   void EnTexte(const Terminal& terminal) const {
     std::printf("started %s\n", HeureUtc(lecteur_.DépartUtc()).c_str());
-    if (aDesEchantillons_) MontreLeDernier(terminal);
+    if (aDesEchantillons_) {
+      MontreLeDernier(terminal);
+    } else {
+      DitQuIlNYARien(lecteur_);
+    }
     MontreLesEvènements(terminal);
     for (const std::uint64_t arrêt : LesArrêts(lecteur_)) MontreLArrêt(arrêt, terminal);
   }
 
   void EnJson() const {
-    auto json = ChassisEnJson(lecteur_, dernier_, vivante_);
-    auto& objets = json["objects"] = nlohmann::ordered_json::array();
-    for (std::size_t rang = 0; rang < lecteur_.LeChassis().objets.size(); ++rang) {
-      objets.push_back(ObjetEnJson(lecteur_.LeChassis().objets[rang], dernier_[rang]));
+    if (aDesEchantillons_) {
+      MontreLeDernierEnJson();
+    } else {
+      DitQuIlNYARien(lecteur_);
     }
-    ImprimeEnJson(json);
     PourChaqueEvènement([&](const publication::EvènementLu& e) {
       ImprimeEnJson({{"event", MotDe(e.genre)},
                      {"time_s", e.secondes},
@@ -71,6 +71,15 @@ class Boîte {
     for (auto n = lecteur_.PremierEvènement(); n < lecteur_.EvènementSuivant(); ++n) {
       if (lecteur_.Lit(n, e) == Lu::Bon) prend(e);
     }
+  }
+
+  void MontreLeDernierEnJson() const {
+    auto json = ChassisEnJson(lecteur_, dernier_, vivante_);
+    auto& objets = json["objects"] = nlohmann::ordered_json::array();
+    for (std::size_t rang = 0; rang < lecteur_.LeChassis().objets.size(); ++rang) {
+      objets.push_back(ObjetEnJson(lecteur_.LeChassis().objets[rang], dernier_[rang]));
+    }
+    ImprimeEnJson(json);
   }
 
   void MontreLeDernier(const Terminal& terminal) const {

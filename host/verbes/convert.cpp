@@ -1,11 +1,16 @@
 // A finished recording in the forms that other programs read: HDF5, and metadata of CSV on the Web.
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <hdf5.h>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "host/configuration.h"
 #include "host/enregistrement_lu.h"
@@ -97,6 +102,25 @@ void EcritEnHdf5(const EnregistrementLu& lu, const std::string& nom) {
   EcritLesNombres(fichier, NomLibre("gap rows", pris), perdues, sansNote);
   EcritLesNombres(fichier, NomLibre("gap from", pris), de, sansNote);
   EcritLesNombres(fichier, NomLibre("gap to", pris), à, sansNote);
+  Exige(H5Fflush(fichier, H5F_SCOPE_GLOBAL));
+}
+
+// The library does not survive a file that cannot grow: the room is tried before it is called.
+void ExigeLaPlace(const EnregistrementLu& lu, const std::string& nom) {
+  constexpr std::size_t kParColonne = 16'384;  // bytes of its names, attributes and heaps
+  const std::size_t colonnes = lu.colonnes.size() + 4;
+  const std::size_t octets = colonnes * (lu.secondes.size() * sizeof(double) + kParColonne);
+  const int descripteur = ::open(nom.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  const int erreur =
+      descripteur < 0 ? errno : ::posix_fallocate(descripteur, 0, static_cast<off_t>(octets));
+  if (descripteur < 0) {
+    throw std::runtime_error(nom + " cannot be written: " + std::strerror(erreur));
+  }
+  ::close(descripteur);
+  std::filesystem::remove(nom);
+  if (erreur == 0) return;
+  throw std::runtime_error(nom + " cannot be written: it needs " + std::to_string(octets) +
+                           " bytes: " + std::strerror(erreur));
 }
 
 // Metadata for Tabular Data (W3C): what each column is, for programs that know nothing of zuma.
@@ -136,6 +160,7 @@ int Convert(const OptionsConvert& options) {
   }
   if (hdf5) {
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);  // its failures are told in words here
+    ExigeLaPlace(lu, nom);
     try {
       EcritEnHdf5(lu, nom);
     } catch (...) {
@@ -145,6 +170,7 @@ int Convert(const OptionsConvert& options) {
   } else if (FichierEnAjout(nom).Ajoute(EnCsvw(lu, options.fichier)) != 0) {
     throw std::runtime_error(nom + " cannot be written: is the disk full?");
   }
+  if (lu.coupé) std::fprintf(stderr, "zuma: %s\n", TexteDeLaCoupure(options.fichier).c_str());
   std::printf("%s written: %zu rows of %zu columns\n", nom.c_str(), lu.secondes.size(),
               lu.colonnes.size() + 1);
   return kBon;

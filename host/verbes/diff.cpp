@@ -18,10 +18,6 @@ using publication::ObjetPublié;
 
 namespace {
 
-std::string Limite(const std::optional<double>& limite) {
-  return limite ? NombreEnTexte(*limite) : std::string("none");
-}
-
 struct Propriété {
   const char* nom;
   std::string (*lit)(const ObjetPublié&);
@@ -31,9 +27,9 @@ constexpr std::array<Propriété, 9> kPropriétés{
      {"unit", [](const ObjetPublié& o) { return o.unité; }},
      {"driver", [](const ObjetPublié& o) { return o.driver; }},
      {"channel", [](const ObjetPublié& o) { return o.canal; }},
-     {"min", [](const ObjetPublié& o) { return Limite(o.mini); }},
-     {"max", [](const ObjetPublié& o) { return Limite(o.maxi); }},
-     {"rest", [](const ObjetPublié& o) { return Limite(o.repos); }},
+     {"min", [](const ObjetPublié& o) { return LimiteEnTexte(o.mini); }},
+     {"max", [](const ObjetPublié& o) { return LimiteEnTexte(o.maxi); }},
+     {"rest", [](const ObjetPublié& o) { return LimiteEnTexte(o.repos); }},
      {"calibrated", [](const ObjetPublié& o) { return o.étalonné; }},
      {"calibrated by", [](const ObjetPublié& o) { return o.parQui; }}}};
 

@@ -41,7 +41,7 @@ std::string Contenu(const publication::ChassisPublié& chassis) {
 void Imprime(const publication::Publiée& publiée, bool json) {
   const Lecteur lecteur(publiée.fichier);
   Echantillon dernier;
-  if (!lecteur.LitLeDernier(dernier)) return;
+  if (!lecteur.LitLeDernier(dernier)) return DitQuIlNYARien(lecteur);
   if (json) {
     auto ligne = ChassisEnJson(lecteur, dernier, publiée.vivante);
     ligne["file"] = publiée.fichier;
@@ -75,15 +75,17 @@ class Montre {
   Montre(const OptionsRegard& options, const std::string& fichier, bool enPlace)
       : options_(options),
         sontEnPlace_(enPlace),
-        fichier_(fichier),
         lecteur_(fichier),
         rangs_(ObjetsVoulus(lecteur_, options)) {}
 
   // False once the host has ended.
   bool Vue() {
-    const bool vivante = publication::EstVivante(fichier_) && !lecteur_.EstFini();
+    const bool vivante = lecteur_.EstEnMarche();
     lecteur_.Actualise();
-    if (!lecteur_.LitLeDernier(échantillon_)) return vivante;
+    if (!lecteur_.LitLeDernier(échantillon_)) {
+      DitQuIlNYARien(lecteur_);
+      return vivante;
+    }
     if (options_.json) {
       MontreEnJson(vivante);
     } else {
@@ -129,7 +131,6 @@ class Montre {
 
   const OptionsRegard& options_;
   bool sontEnPlace_;
-  std::string fichier_;
   Lecteur lecteur_;
   std::vector<std::size_t> rangs_;
   Echantillon échantillon_;

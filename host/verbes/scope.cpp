@@ -83,7 +83,6 @@ class Oscilloscope {
  public:
   Oscilloscope(const OptionsScope& options, const std::string& fichier)
       : options_(options),
-        fichier_(fichier),
         lecteur_(fichier),
         rangs_(ObjetsNommés(lecteur_.LeChassis(), options.noms)) {}
 
@@ -98,15 +97,13 @@ class Oscilloscope {
   }
 
  private:
-  [[nodiscard]] bool Vit() const {
-    return publication::EstVivante(fichier_) && !lecteur_.EstFini() && !Interruption::Demandée();
-  }
+  [[nodiscard]] bool Vit() const { return lecteur_.EstEnMarche() && !Interruption::Demandée(); }
 
   // Second of the samples at which the picture begins.
   [[nodiscard]] std::optional<double> ChercheLeDépart() {
     Echantillon échantillon;
     if (!lecteur_.LitLeDernier(échantillon)) {
-      std::fprintf(stderr, "zuma: the frame has given no sample yet\n");
+      DitQuIlNYARien(lecteur_);
       return {};
     }
     // Of a host that died there is no future to wait for.
@@ -193,7 +190,6 @@ class Oscilloscope {
   }
 
   const OptionsScope& options_;
-  std::string fichier_;
   Lecteur lecteur_;
   std::vector<std::size_t> rangs_;
   std::optional<double> moment_;  ///< of the trigger

@@ -66,8 +66,9 @@ nlohmann::ordered_json ObjetEnJson(const ObjetPublié& objet, const Mesure& mesu
 
 std::string LigneDuChassis(const Lecteur& lecteur, const Echantillon& échantillon, bool vivante) {
   const publication::ChassisPublié& chassis = lecteur.LeChassis();
+  const std::string machine = publication::AuLieuDeLaMachine(chassis);
   std::string ligne = "frame " + std::to_string(chassis.index) + "  " + chassis.nom + "  " +
-                      chassis.fichier + (chassis.simulé ? "  (simulated)" : "") + "  ";
+                      chassis.fichier + (machine.empty() ? "" : "  (" + machine + ")") + "  ";
   if (vivante) {
     ligne += "run by " + chassis.programme + ", process " + std::to_string(lecteur.Processus());
     const double depuis = SecondesDepuis(échantillon);
@@ -87,6 +88,7 @@ nlohmann::ordered_json ChassisEnJson(const Lecteur& lecteur, const Echantillon& 
           {"name", chassis.nom},
           {"database", chassis.fichier},
           {"simulated", chassis.simulé},
+          {"replay_of", chassis.rejoué},
           {"running", vivante},
           {"program", chassis.programme},
           {"pid", lecteur.Processus()},
@@ -95,6 +97,11 @@ nlohmann::ordered_json ChassisEnJson(const Lecteur& lecteur, const Echantillon& 
           {"pass", échantillon.Passe()},
           {"silent_s", vivante ? nlohmann::ordered_json(SecondesDepuis(échantillon)) : nullptr},
           {"stop", échantillon.Arrêt()}};
+}
+
+void DitQuIlNYARien(const Lecteur& lecteur) {
+  std::fprintf(stderr, "zuma: frame %d, process %d, has given no sample yet\n",
+               static_cast<int>(lecteur.LeChassis().index), lecteur.Processus());
 }
 
 void ImprimeEnJson(const nlohmann::ordered_json& json) {

@@ -22,6 +22,8 @@ namespace zuma::host {
 [[nodiscard]] nlohmann::ordered_json ChassisEnJson(const publication::Lecteur& lecteur,
                                                    const publication::Echantillon& échantillon,
                                                    bool vivante);
+/// On the error output, of a frame that was left before its first pass.
+void DitQuIlNYARien(const publication::Lecteur& lecteur);
 /// As one line, with nothing that a terminal would obey.
 void ImprimeEnJson(const nlohmann::ordered_json& json);
 

@@ -144,6 +144,9 @@ std::uint64_t Lecteur::DépartUtc() const noexcept {
 bool Lecteur::EstFini() const noexcept {
   return Champ(EnTête::Fini) != 0;
 }
+bool Lecteur::EstEnMarche() const {
+  return !EstFini() && zone_->EstTenue();
+}
 
 std::string DossierDesPublications() {
   const char* choisi = std::getenv("ZUMA_PUBLICATIONS");
@@ -153,12 +156,9 @@ std::string DossierDesPublications() {
 bool EstVivante(const std::string& fichier) {
   const int descripteur = ::open(fichier.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (descripteur < 0) return false;
-  struct flock verrou{};
-  verrou.l_type = F_RDLCK;
-  verrou.l_whence = SEEK_SET;
-  const bool connu = ::fcntl(descripteur, F_OFD_GETLK, &verrou) == 0;
+  const bool vivante = EstVerrouillé(descripteur);
   ::close(descripteur);
-  return connu && verrou.l_type != F_UNLCK;
+  return vivante;
 }
 
 std::vector<Publiée> Publications(const std::string& dossier) {

@@ -130,6 +130,8 @@ class Lecteur {
   [[nodiscard]] std::uint64_t DépartUtc() const noexcept;
   /// The writer ended as it should; false while it runs and for one that was killed.
   [[nodiscard]] bool EstFini() const noexcept;
+  /// The writer of this map runs, whoever has its name by now.
+  [[nodiscard]] bool EstEnMarche() const;
 
  private:
   [[nodiscard]] std::uint64_t Champ(EnTête champ) const noexcept {

@@ -80,11 +80,17 @@ std::size_t Distance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+std::string AuLieuDeLaMachine(const ChassisPublié& chassis) {
+  if (!chassis.rejoué.empty()) return "replay of " + chassis.rejoué;
+  return chassis.simulé ? "simulated" : "";
+}
+
 std::string EnJson(const ChassisPublié& chassis) {
   Json json{
       {"database", chassis.fichier},    {"frame", chassis.index},    {"name", chassis.nom},
       {"simulated", chassis.simulé},    {"rate", chassis.fréquence}, {"program", chassis.programme},
       {"linked_at_us", chassis.horloge}};
+  if (!chassis.rejoué.empty()) json["replay_of"] = chassis.rejoué;
   auto& paramètres = json["parameters"] = Json::object();
   for (const auto& [nom, valeur] : chassis.paramètres) paramètres[nom] = valeur;
   auto& objets = json["objects"] = Json::array();
@@ -99,6 +105,7 @@ ChassisPublié LitLaDescription(std::string_view texte) {
                           .index = json.value("frame", 0),
                           .nom = json.value("name", ""),
                           .simulé = json.value("simulated", false),
+                          .rejoué = json.value("replay_of", ""),
                           .fréquence = json.value("rate", 0.0),
                           .programme = json.value("program", ""),
                           .horloge = json.value("linked_at_us", 0.0),

@@ -37,6 +37,7 @@ struct ChassisPublié {
   std::int32_t index = 0;   ///< of the frame
   std::string nom{};        ///< its name
   bool simulé = false;      ///< it runs on twins
+  std::string rejoué{};     ///< recording that is played again in the place of a machine
   double fréquence = 0;     ///< of the sensors, hertz
   std::string programme{};  ///< name of the one that runs it
   double horloge = 0;       ///< the frame's timer when it was linked, microseconds
@@ -44,6 +45,9 @@ struct ChassisPublié {
   std::vector<std::pair<std::string, std::string>> paramètres{};
   std::vector<ObjetPublié> objets{};  ///< in the order of their values in a sample
 };
+
+/// What stands in the place of a machine: "simulated", "replay of FILE", nothing for a machine.
+[[nodiscard]] std::string AuLieuDeLaMachine(const ChassisPublié& chassis);
 
 /// The description as JSON text.
 [[nodiscard]] std::string EnJson(const ChassisPublié& chassis);

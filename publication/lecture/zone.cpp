@@ -28,6 +28,7 @@ class Ouvert {
   Ouvert(const Ouvert&) = delete;
   Ouvert& operator=(const Ouvert&) = delete;
   [[nodiscard]] int Descripteur() const { return descripteur_; }
+  [[nodiscard]] int Cède() { return std::exchange(descripteur_, -1); }
 
  private:
   int descripteur_;
@@ -71,6 +72,18 @@ Zone::Zone(int descripteur, std::size_t octets, int protection, int drapeaux)
 
 Zone::~Zone() {
   ::munmap(mots_, nombre_ * sizeof(Mot));
+  if (descripteur_ >= 0) ::close(descripteur_);
+}
+
+bool Zone::EstTenue() const {
+  return descripteur_ < 0 || EstVerrouillé(descripteur_);
+}
+
+bool EstVerrouillé(int descripteur) {
+  struct flock verrou{};
+  verrou.l_type = F_RDLCK;
+  verrou.l_whence = SEEK_SET;
+  return ::fcntl(descripteur, F_OFD_GETLK, &verrou) == 0 && verrou.l_type != F_UNLCK;
 }
 
 // The first write to a page takes microseconds, populated or not: no pass shall pay for it.
@@ -98,7 +111,7 @@ std::shared_ptr<Zone> Zone::Privée(std::size_t octets) {
 }
 
 std::shared_ptr<const Zone> Zone::EnLecture(const std::string& fichier) {
-  const Ouvert ouvert(fichier);
+  Ouvert ouvert(fichier);
   struct stat état{};
   if (ouvert.Descripteur() < 0 || ::fstat(ouvert.Descripteur(), &état) != 0) {
     throw Illisible(fichier + ": " + std::strerror(errno));
@@ -110,6 +123,7 @@ std::shared_ptr<const Zone> Zone::EnLecture(const std::string& fichier) {
   try {
     std::shared_ptr<Zone> zone(new Zone(ouvert.Descripteur(), octets, PROT_READ, MAP_SHARED));
     Vérifie(fichier, std::as_const(*zone).Mots());
+    zone->descripteur_ = ouvert.Cède();
     return zone;
   } catch (const std::system_error& échec) {
     throw Illisible(fichier + ": " + échec.what());

@@ -34,6 +34,8 @@ class Zone {
   [[nodiscard]] std::span<Mot> Mots() noexcept { return {mots_, nombre_}; }
   [[nodiscard]] std::span<const Mot> Mots() const noexcept { return {mots_, nombre_}; }
   ///@}
+  /// The process that writes there runs; always so for memory of this process.
+  [[nodiscard]] bool EstTenue() const;
 
  private:
   void TouchePartout();
@@ -41,7 +43,12 @@ class Zone {
 
   Mot* mots_ = nullptr;
   std::size_t nombre_ = 0;
+  // Of a map to look at: its name may belong to another one tomorrow.
+  int descripteur_ = -1;
 };
+
+/// The writer of an open publication runs.
+[[nodiscard]] bool EstVerrouillé(int descripteur);
 
 /// A word of the header.
 [[nodiscard]] inline std::uint64_t Lit(std::span<const Mot> mots, EnTête champ) noexcept {
