@@ -168,7 +168,8 @@ void ChassisEnMarche::MaintientLArrêt() {
 }
 
 void ChassisEnMarche::GardeLesArrêts(const std::string& dossier) {
-  gardien_ = std::make_unique<GardienDesArrêts>(publication_->LeLecteur(), dossier);
+  gardien_ =
+      std::make_unique<GardienDesArrêts>(publication_->LeLecteur(), dossier, place_.MiseDeCôté());
 }
 
 std::string DossierDesArrêts(const std::string& fichier) {

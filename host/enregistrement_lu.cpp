@@ -82,14 +82,18 @@ std::optional<Acte> LitLActe(const std::string& champ) {
   return {};
 }
 
+// Empty for what is no text: a file that somebody wrote by hand.
+std::string Texte(const nlohmann::json& objet, const char* clé) {
+  const auto champ = objet.find(clé);
+  return champ != objet.end() && champ->is_string() ? champ->get<std::string>() : std::string();
+}
+
 // The sensors stand first, in the order of the description, each with its age where ages were
 // recorded; behind them the clock and the channels. Names do not tell them apart: a sensor may bear
 // that of its channel.
 void RepèreLesColonnes(const nlohmann::json& capteurs, EnregistrementLu& lu) {
   std::vector<ColonneLue>& colonnes = lu.colonnes;
-  const auto nom = [&](std::size_t i) {
-    return linux_::UneSeuleLigne(capteurs[i].value("name", std::string()));
-  };
+  const auto nom = [&](std::size_t i) { return linux_::UneSeuleLigne(Texte(capteurs[i], "name")); };
   const bool âges = colonnes.size() > 1 && colonnes[1].nom == colonnes[0].nom + " age" &&
                     (capteurs.size() < 2 || nom(1) != colonnes[1].nom);
   const std::size_t pas = âges ? 2 : 1;
@@ -97,9 +101,9 @@ void RepèreLesColonnes(const nlohmann::json& capteurs, EnregistrementLu& lu) {
   for (std::size_t i = 0; i < capteurs.size(); ++i) {
     ColonneLue& colonne = colonnes[i * pas];
     if (colonne.nom != nom(i)) return;  // the description of another recording
-    colonne.label = capteurs[i].value("label", std::string());
-    colonne.étalonné = capteurs[i].value("calibrated", std::string());
-    colonne.parQui = capteurs[i].value("calibrated_by", std::string());
+    colonne.label = Texte(capteurs[i], "label");
+    colonne.étalonné = Texte(capteurs[i], "calibrated");
+    colonne.parQui = Texte(capteurs[i], "calibrated_by");
   }
   const std::size_t horloge = capteurs.size() * pas;
   if (horloge < colonnes.size() && colonnes[horloge].nom == kColonneDeLHorloge &&
@@ -113,8 +117,8 @@ void LitLaDescription(const std::string& fichier, EnregistrementLu& enregistreme
   const auto json = nlohmann::json::parse(flux, nullptr, false);
   if (!json.is_object()) return;
   for (const char* nom : {"start", "frame", "frame_name"}) {
-    if (json.contains(nom) && json[nom].is_string()) {
-      enregistrement.textes.emplace_back(nom, json[nom].get<std::string>());
+    if (std::string texte = Texte(json, nom); !texte.empty()) {
+      enregistrement.textes.emplace_back(nom, std::move(texte));
     }
   }
   if (json.contains("linked_at_us") && json["linked_at_us"].is_number()) {

@@ -73,11 +73,13 @@ void RangéesPubliées::PrendLesValeurs(double secondes) {
   if (!contenu_.rejouable) return;
   *valeur++ = échantillon_.Horloge();
   // One that was read before is no reading of this row: it keeps its age when it is played again.
+  // One of the row before has the age of that row, but for the digits that a published age lacks.
+  constexpr double kMêmeInstant = 1e-5;
   const double depuis =
       rafraîchissements_ ? secondes - secondes_ : std::numeric_limits<double>::infinity();
   for (const std::size_t canal : canaux_) {
     const publication::Mesure mesure = échantillon_[canal];
-    const bool nouvelle = mesure.Est(publication::kLu) && mesure.âge < depuis;
+    const bool nouvelle = mesure.Est(publication::kLu) && mesure.âge < depuis - kMêmeInstant;
     *valeur++ = nouvelle ? mesure.valeur : std::numeric_limits<double>::quiet_NaN();
   }
 }

@@ -154,7 +154,8 @@ bool Place::Essaie(const Identité& identité) {
   }
   // The lock of the old file is held until its name is free. One without a map tells nothing.
   if (MotDuFichier(descripteur_, EnTête::Magie) == kMagie) {
-    ::rename(fichier_.c_str(), (fichier_ + ".before").c_str());
+    const std::string avant = fichier_ + ".before";
+    if (::rename(fichier_.c_str(), avant.c_str()) == 0) miseDeCôté_ = avant;
   } else {
     ::unlink(fichier_.c_str());
   }

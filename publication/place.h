@@ -53,6 +53,8 @@ class Place {
   [[nodiscard]] std::shared_ptr<Zone> Réserve(std::size_t octets);
   /// The file; empty for none.
   [[nodiscard]] std::string Fichier() const;
+  /// Where the map of a host that died was put aside when this place was taken; empty for none.
+  [[nodiscard]] const std::string& MiseDeCôté() const noexcept { return miseDeCôté_; }
   /// Why nobody can look; empty while all is well.
   [[nodiscard]] const std::string& Défaut() const noexcept { return défaut_; }
 
@@ -63,6 +65,7 @@ class Place {
 
   std::string fichier_;
   std::string défaut_;
+  std::string miseDeCôté_;
   std::optional<Exclusivité> machine_;  ///< of a frame that moves one
   int descripteur_ = -1;
 };

@@ -20,8 +20,10 @@ namespace {
 constexpr double kMicrosecondes = 1e6;
 constexpr double kAuPlusTard = 0.05;  // seconds from one sample to the next
 constexpr double kEntreDeux = 0.1;    // seconds between two events of one object's value
-constexpr std::size_t kEvènements = 4096;
-constexpr std::size_t kEnPlus = 64;  // samples beyond those of the rate, for the events
+// All values together: what chatters must not push the stops out of their ring before its time.
+constexpr double kValeursParSeconde = 50;
+constexpr std::size_t kEvènements = 1024;  // places beyond those of the values
+constexpr std::size_t kEnPlus = 64;        // samples beyond those of the rate, for the events
 constexpr double kAbsent = std::numeric_limits<double>::quiet_NaN();
 constexpr std::size_t kMarge = 65'536;  // bytes by which a description may grow
 
@@ -130,9 +132,12 @@ Plan Planifie(std::size_t octetsDeDescription, std::size_t mots, double fréquen
   Plan plan{.description = kMotsDEnTête,
             .descriptionPlaces = EnMots(octetsDeDescription + octetsDeDescription / 4 + kMarge)};
   plan.évènements = plan.description + plan.descriptionPlaces;
-  plan.échantillons = plan.évènements + kEvènements * kMotsDEvènement;
+  plan.placesDEvènements =
+      kEvènements + static_cast<std::size_t>(réglages.secondes * kValeursParSeconde);
+  plan.échantillons = plan.évènements + plan.placesDEvènements * kMotsDEvènement;
   const double parSeconde = std::isfinite(fréquence) ? std::max(fréquence, 0.0) : 0.0;
-  const double voulus = réglages.secondes * (parSeconde + 1 / kAuPlusTard) + kEnPlus;
+  const double voulus =
+      réglages.secondes * (parSeconde + 1 / kAuPlusTard + kValeursParSeconde) + kEnPlus;
   const std::size_t reste =
       std::max(EnMots(réglages.octetsAuPlus), plan.échantillons) - plan.échantillons;
   const auto auPlus = static_cast<double>(reste / mots);
@@ -202,7 +207,7 @@ void Publication::EcritLEnTête() {
   Pose(EnTête::EchantillonsPlaces, plan_.places);
   Pose(EnTête::EchantillonMots, plan_.mots);
   Pose(EnTête::Evènements, plan_.évènements);
-  Pose(EnTête::EvènementsPlaces, kEvènements);
+  Pose(EnTête::EvènementsPlaces, plan_.placesDEvènements);
 }
 
 // One that has outgrown its room stays as it was: names and units are still right.
@@ -309,8 +314,8 @@ void Publication::Consigne(GenreDEvènement genre, std::uint64_t objet, double v
                            std::string_view texte) {
   texte = Tient(texte);
   {
-    EnEcriture place(mots_.subspan(plan_.évènements + évènements_ % kEvènements * kMotsDEvènement,
-                                   kMotsDEvènement),
+    const std::size_t rang = évènements_ % plan_.placesDEvènements;
+    EnEcriture place(mots_.subspan(plan_.évènements + rang * kMotsDEvènement, kMotsDEvènement),
                      évènements_);
     place.Ecrit(RangDe(MotDEvènement::Secondes), secondes_);
     place.Ecrit(RangDe(MotDEvènement::Passe), passes_);
@@ -376,13 +381,22 @@ void Publication::SuitLesSorties() {
   }
 }
 
-// What changes all the time is told ten times a second, and as it is in the end; what a stop sets
-// is told with the stop.
+// What changes all the time is told ten times a second, all of it together fifty times, each in its
+// turn, and as it is in the end; what a stop sets is told with the stop.
 void Publication::SuitLesValeurs() {
-  for (Suivi& suivi : suivis_) {
+  crédit_ = std::min(crédit_ + (secondes_ - créditÀ_) * kValeursParSeconde, kValeursParSeconde);
+  créditÀ_ = secondes_;
+  std::size_t rang = premierSuivi_;
+  for (std::size_t i = 0; i < suivis_.size(); ++i, ++rang) {
+    if (rang >= suivis_.size()) rang = 0;
+    Suivi& suivi = suivis_[rang];
     const double valeur = suivi.lit();
     if (valeur == suivi.valeur || (std::isnan(valeur) && std::isnan(suivi.valeur))) continue;
-    if (secondes_ - suivi.dit < kEntreDeux && passes_ != passeDeLArrêt_) continue;
+    const bool duArrêt = passes_ == passeDeLArrêt_;
+    if (secondes_ - suivi.dit < kEntreDeux && !duArrêt) continue;
+    if (crédit_ < 1 && !duArrêt) continue;
+    crédit_ = std::max(crédit_ - 1, 0.0);
+    premierSuivi_ = rang + 1;
     suivi.valeur = valeur;
     suivi.dit = secondes_;
     Consigne(suivi.genre, suivi.rang, valeur, "");

@@ -39,7 +39,10 @@ struct Plan {
   /// The description (JSON), and the words that it may take.
   std::size_t description = 0, descriptionPlaces = 0;
   ///@}
-  std::size_t évènements = 0;  ///< ring of events
+  ///@{
+  /// The ring of events, and the events that it holds.
+  std::size_t évènements = 0, placesDEvènements = 0;
+  ///@}
   ///@{
   /// The ring of samples, and the samples that it holds.
   std::size_t échantillons = 0, places = 0;
@@ -128,6 +131,9 @@ class Publication {
   std::shared_ptr<Zone> zone_;
   std::span<Mot> mots_;
   std::vector<Suivi> suivis_;
+  std::size_t premierSuivi_ = 0;  ///< whose change is told first
+  double crédit_ = 0;             ///< events of values that may be told at once
+  double créditÀ_ = 0;            ///< seconds at which that was
   std::vector<SortieSuivie> sorties_;
   std::uint32_t gestes_ = 0;  ///< of all sensors, as they were told last
   std::vector<GestesDuCapteur> gestesDits_;

@@ -10,6 +10,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "host/champ_csv.h"
 #include "host/courbe.h"
 #include "host/regard/recit.h"
@@ -183,6 +186,8 @@ std::string Page(const Lecteur& lecteur, const Récit& récit, const Fenêtre& f
   return EnSvg(Courbes(lecteur, récit, fenêtre), kColonnes, texte);
 }
 
+constexpr std::string_view kDébutDeReste = ".case-";
+
 // What a cause leaves in a file's name; letters beyond ASCII stay, and whole.
 std::string EnNom(const std::string& cause) {
   constexpr std::size_t kAuPlus = 40;
@@ -201,11 +206,26 @@ std::string EnNom(const std::string& cause) {
   return nom.empty() ? "stop" : nom;
 }
 
+// On the disk before it is named: behind a stop the main switch is often the next thing that moves.
+void Scelle(const fs::path& chemin) {
+  const int descripteur = ::open(chemin.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descripteur < 0) return;
+  (void)::fsync(descripteur);
+  ::close(descripteur);
+}
+
 void EcritLeFichier(const fs::path& chemin, const std::string& texte) {
   std::ofstream flux(chemin, std::ios::binary);
   flux << texte;
   flux.close();
   if (!flux) throw std::runtime_error(chemin.string() + " cannot be written");
+  Scelle(chemin);
+}
+
+std::string NomDuCas(const Lecteur& lecteur, const Récit& récit) {
+  std::string heure = HeureUtc(MomentUtc(lecteur, récit.secondes));
+  std::ranges::replace(heure, ':', '-');
+  return heure + "-" + EnNom(récit.causes.empty() ? std::string() : récit.causes.front());
 }
 
 // Renames where nothing stands: a folder in the way makes it fail.
@@ -229,19 +249,18 @@ std::string EcritLeCas(const Lecteur& lecteur, std::uint64_t arrêt, const std::
                        const Fenêtre& fenêtre) {
   const auto récit = Raconte(lecteur, arrêt, fenêtre.après);
   if (!récit) return {};
-  std::string heure = HeureUtc(MomentUtc(lecteur, récit->secondes));
-  std::ranges::replace(heure, ':', '-');
-  const std::string nom =
-      heure + "-" + EnNom(récit->causes.empty() ? std::string() : récit->causes.front());
   fs::create_directories(dossier);
-  std::string modèle = (fs::path(dossier) / ".case-XXXXXX").string();
+  std::string modèle = (fs::path(dossier) / (std::string(kDébutDeReste) + "XXXXXX")).string();
   if (::mkdtemp(modèle.data()) == nullptr) throw std::runtime_error(dossier + " takes no case");
   try {
     EcritLeFichier(fs::path(modèle) / "samples.csv", Csv(lecteur, *récit, fenêtre));
     EcritLeFichier(fs::path(modèle) / "case.json", EnJson(lecteur, *récit, fenêtre));
     EcritLeFichier(fs::path(modèle) / "stop.svg", Page(lecteur, *récit, fenêtre));
     fs::permissions(modèle, fs::perms(0750));
-    return Installe(modèle, dossier, nom);
+    Scelle(modèle);
+    std::string installé = Installe(modèle, dossier, NomDuCas(lecteur, *récit));
+    Scelle(dossier);
+    return installé;
   } catch (...) {
     std::error_code ignorée;
     fs::remove_all(modèle, ignorée);
@@ -249,30 +268,50 @@ std::string EcritLeCas(const Lecteur& lecteur, std::uint64_t arrêt, const std::
   }
 }
 
+bool EstGardé(const Lecteur& lecteur, std::uint64_t arrêt, const std::string& dossier) {
+  const auto récit = Raconte(lecteur, arrêt, Fenêtre().après);
+  return récit && fs::exists(fs::path(dossier) / NomDuCas(lecteur, *récit));
+}
+
 std::string PageDeLArrêt(const Lecteur& lecteur, std::uint64_t arrêt, const Fenêtre& fenêtre) {
   const auto récit = Raconte(lecteur, arrêt, fenêtre.après);
   return récit ? Page(lecteur, *récit, fenêtre) : std::string();
 }
 
+namespace {
+
+// Not when somebody has put more into it.
+void RetireLeCas(const fs::path& cas) {
+  std::error_code ignorée;
+  for (const char* fichier : {"samples.csv", "case.json", "stop.svg"}) {
+    fs::remove(cas / fichier, ignorée);
+  }
+  fs::remove(cas, ignorée);
+}
+
+}  // namespace
+
 void RetireLesVieuxCas(const std::string& dossier) {
   constexpr std::size_t kGardés = 100;
   constexpr std::chrono::hours kAge{24 * 30};
-  std::vector<std::pair<fs::file_time_type, fs::path>> cas;
+  constexpr std::chrono::hours kAgeDUnReste{1};
+  const auto maintenant = fs::file_time_type::clock::now();
+  std::vector<std::pair<fs::file_time_type, fs::path>> cas, restes;
   std::error_code erreur;
   for (fs::directory_iterator i(dossier, erreur), fin; !erreur && i != fin; i.increment(erreur)) {
-    const fs::path preuve = i->path() / "case.json";
     std::error_code absent;
-    const auto date = fs::last_write_time(preuve, absent);
-    if (!absent) cas.emplace_back(date, i->path());
+    // What a process left that was killed while it wrote.
+    const bool reste = i->path().filename().string().starts_with(kDébutDeReste);
+    const auto date = fs::last_write_time(reste ? i->path() : i->path() / "case.json", absent);
+    if (!absent) (reste ? restes : cas).emplace_back(date, i->path());
+  }
+  for (const auto& [date, chemin] : restes) {
+    if (date < maintenant - kAgeDUnReste) RetireLeCas(chemin);
   }
   if (cas.size() <= kGardés) return;
   std::ranges::sort(cas, std::greater<>());
   for (auto vieux = cas.begin() + kGardés; vieux != cas.end(); ++vieux) {
-    if (vieux->first > fs::file_time_type::clock::now() - kAge) continue;
-    for (const char* fichier : {"samples.csv", "case.json", "stop.svg"}) {
-      fs::remove(vieux->second / fichier, erreur);
-    }
-    fs::remove(vieux->second, erreur);  // not when somebody has put more into it
+    if (vieux->first < maintenant - kAge) RetireLeCas(vieux->second);
   }
 }
 

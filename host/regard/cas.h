@@ -24,6 +24,10 @@ struct Fenêtre {
 std::string EcritLeCas(const publication::Lecteur& lecteur, std::uint64_t arrêt,
                        const std::string& dossier, const Fenêtre& fenêtre);
 
+/// True when the folder holds a case of that stop.
+[[nodiscard]] bool EstGardé(const publication::Lecteur& lecteur, std::uint64_t arrêt,
+                            const std::string& dossier);
+
 /// The page of a stop. Empty when it is overwritten.
 [[nodiscard]] std::string PageDeLArrêt(const publication::Lecteur& lecteur, std::uint64_t arrêt,
                                        const Fenêtre& fenêtre);

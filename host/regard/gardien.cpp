@@ -6,16 +6,24 @@
 #include <exception>
 #include <utility>
 
+#include "host/regard/recit.h"
+
 namespace zuma::host {
+namespace {
+
+constexpr std::chrono::seconds kEntreDeuxEssais{1};
+
+}  // namespace
 
 using publication::EvènementLu;
 using publication::GenreDEvènement;
 using publication::Lu;
 
 GardienDesArrêts::GardienDesArrêts(publication::Lecteur lecteur, std::string dossier,
-                                   Fenêtre fenêtre)
+                                   std::string laissée, Fenêtre fenêtre)
     : lecteur_(std::move(lecteur)),
       dossier_(std::move(dossier)),
+      laissée_(std::move(laissée)),
       fenêtre_(fenêtre),
       évènement_(lecteur_.PremierEvènement()),
       fil_([this] { Tourne(); }) {}
@@ -30,6 +38,7 @@ GardienDesArrêts::~GardienDesArrêts() {
 }
 
 void GardienDesArrêts::Tourne() {
+  RecueilleCeQuiFutLaissé();
   while (!AttendLaFin()) Tour(false);
   Tour(true);
 }
@@ -50,22 +59,42 @@ void GardienDesArrêts::Tour(bool fin) {
   }
   publication::Echantillon dernier;
   const bool vu = lecteur_.LitLeDernier(dernier);
+  if (!fin && std::chrono::steady_clock::now() < prochain_) return;
+  lecteur_.Actualise();
   while (!enAttente_.empty() && (fin || (vu && dernier.Secondes() >= enAttente_.front().jusquà))) {
-    Ecrit(enAttente_.front().arrêt);
+    if (!Ecrit(lecteur_, enAttente_.front().arrêt) && !fin) {
+      prochain_ = std::chrono::steady_clock::now() + kEntreDeuxEssais;
+      return;
+    }
     enAttente_.pop_front();
   }
 }
 
-void GardienDesArrêts::Ecrit(std::uint64_t arrêt) {
+// A host that died within the seconds behind a stop left it to the next one.
+void GardienDesArrêts::RecueilleCeQuiFutLaissé() {
+  if (laissée_.empty()) return;
   try {
-    lecteur_.Actualise();
-    EcritLeCas(lecteur_, arrêt, dossier_, fenêtre_);
+    const publication::Lecteur lecteur(laissée_);
+    for (const std::uint64_t arrêt : LesArrêts(lecteur)) {
+      if (!EstGardé(lecteur, arrêt, dossier_)) (void)Ecrit(lecteur, arrêt);
+    }
+  } catch (const publication::Illisible& illisible) {
+    std::fprintf(stderr, "zuma: stops of the host before cannot be kept: %s\n", illisible.what());
+  }
+}
+
+// Also true of a stop that is overwritten: there is nothing to try again.
+bool GardienDesArrêts::Ecrit(const publication::Lecteur& lecteur, std::uint64_t arrêt) {
+  try {
+    EcritLeCas(lecteur, arrêt, dossier_, fenêtre_);
     RetireLesVieuxCas(dossier_);
     dit_ = false;
+    return true;
   } catch (const std::exception& échec) {
     if (!std::exchange(dit_, true)) {
       std::fprintf(stderr, "zuma: the stop is not kept as a case: %s\n", échec.what());
     }
+    return false;
   }
 }
 

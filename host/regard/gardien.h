@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -14,15 +15,15 @@ namespace zuma::host {
 
 /// Keeps each stop of a frame as a case, from a thread of its own that looks at the publication:
 /// the pass does nothing for it. A stop is written once the seconds behind it are there, or when
-/// this ends. What cannot be written is told on the error output, once, and the next stop is tried
-/// again.
+/// this ends. What cannot be written is told on the error output, and tried again each second for
+/// as long as the publication holds the stop. First come the stops that the host before took with
+/// it when it died.
 class GardienDesArrêts {
  public:
   /// Looks at `lecteur` from now on; cases go to `dossier`, which is made when there is none.
-  GardienDesArrêts(publication::Lecteur lecteur, std::string dossier, Fenêtre fenêtre);
-  /// The same with ten seconds before and five behind each stop.
-  GardienDesArrêts(publication::Lecteur lecteur, std::string dossier)
-      : GardienDesArrêts(std::move(lecteur), std::move(dossier), Fenêtre()) {}
+  /// `laissée` is the map of a host that died, empty for none.
+  GardienDesArrêts(publication::Lecteur lecteur, std::string dossier, std::string laissée = {},
+                   Fenêtre fenêtre = Fenêtre());
   /// Writes what waits. To be called once the outputs are at rest.
   ~GardienDesArrêts();
   GardienDesArrêts(const GardienDesArrêts&) = delete;
@@ -35,15 +36,18 @@ class GardienDesArrêts {
   };
   void Tourne();
   void Tour(bool fin);
-  void Ecrit(std::uint64_t arrêt);
+  void RecueilleCeQuiFutLaissé();
+  [[nodiscard]] bool Ecrit(const publication::Lecteur& lecteur, std::uint64_t arrêt);
   [[nodiscard]] bool AttendLaFin();
 
   publication::Lecteur lecteur_;
   std::string dossier_;
+  std::string laissée_;
   Fenêtre fenêtre_;
   std::uint64_t évènement_;  ///< the next one to be looked at
   std::deque<Attente> enAttente_;
   bool dit_ = false;
+  std::chrono::steady_clock::time_point prochain_{};  ///< try, behind one that failed
   std::mutex verrou_;
   std::condition_variable réveil_;
   bool fin_ = false;

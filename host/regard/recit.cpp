@@ -39,7 +39,11 @@ std::string Limites(const ObjetPublié& objet) {
 void NoteLesCapteurs(const Lecteur& lecteur, Récit& récit) {
   Echantillon échantillon;
   const std::uint64_t numéro = lecteur.PremierDepuis(récit.secondes);
-  if (lecteur.Lit(numéro, échantillon) != Lu::Bon) return;
+  // One goes with each stop; a later one shows what became of the values since.
+  if (lecteur.Lit(numéro, échantillon) != Lu::Bon || échantillon.Passe() != récit.passe) {
+    récit.valeurs.emplace_back("not known of the sensors: their samples are overwritten");
+    return;
+  }
   const auto& objets = lecteur.LeChassis().objets;
   for (std::size_t rang = 0; rang < objets.size(); ++rang) {
     const publication::Mesure mesure = échantillon[rang];

@@ -88,9 +88,47 @@ TEST(UnArrêtGardé, EstEcritALaFinEtUnDossierInterditNArrêteRien) {
   démo.Passe(0.1);
   démo.marche->GardeLesArrêts(stops);
   démo.Passe(0.1);
-  démo.marche.reset();  // before the five seconds are over
+  const std::string laissée = démo.base.dossier.Fichier("laissée.pub");
+  fs::copy_file(démo.Fichier(), laissée);  // as if the host had died here
+  démo.marche.reset();                     // before the five seconds are over
   ASSERT_EQ(Cas(stops).size(), 1U);
   EXPECT_TRUE(Cas(stops)[0].string().ends_with("-une"));
+
+  // The next host keeps what it finds, once.
+  for (const char* dossier : {"stops", "autres"}) {
+    const std::string où = démo.base.dossier.Fichier(dossier);
+    const essai::ChassisPubliéDeDémo suivant;
+    host::GardienDesArrêts(publication::Lecteur(suivant.Fichier()), où, laissée);
+    ASSERT_EQ(Cas(où).size(), 1U) << dossier;
+    EXPECT_TRUE(Cas(où)[0].string().ends_with("-une"));
+  }
+}
+
+TEST(UnArrêtGardé, EstEssayéEncoreQuandLeDossierRevient) {
+  essai::ChassisPubliéDeDémo démo;
+  const std::string stops = démo.base.dossier.Fichier("stops");
+  std::ofstream(stops) << "in the way";
+  démo.marche->Arrête("une");
+  démo.Passe(6);
+  const host::GardienDesArrêts gardien(publication::Lecteur(démo.Fichier()), stops);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // a try that fails, or none yet
+  fs::remove(stops);
+  for (int i = 0; i < 200 && Cas(stops).empty(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  EXPECT_EQ(Cas(stops).size(), 1U);
+}
+
+// Its pass reads the input before it stops: the event of the input comes behind that of the stop.
+TEST(UnArrêtGardé, NommeLEntréeQuiLADéclenché) {
+  essai::ChassisPubliéDeDémo démo;
+  démo.Passe(1);
+  démo.machine->Jumelle()->presse.boutonAU = true;
+  démo.Passe(1);
+  const publication::Lecteur lecteur(démo.Fichier());
+  const auto récit = host::Raconte(lecteur, host::LesArrêts(lecteur).at(0), 5);
+  ASSERT_TRUE(récit);
+  EXPECT_TRUE(Contient(récit->valeurs, "Arrêt d'urgence went on in the pass of the stop"));
 }
 
 TEST(LesVieuxCas, SEnVontSaufLesCentDerniersEtCeQuiNEnEstPas) {
@@ -159,12 +197,27 @@ TEST_F(LesRegards, MontrentSuiventEnregistrentEtLisentLaBoîteNoire) {
 }
 
 // Read back by another program: what it is told must be in the file itself.
+TEST_F(LesRegards, DisentQuUneCarteNAPasEncoreDEchantillon) {
+  essai::ChassisPubliéDeDémo démo;
+  publication::Place place({"vide.db", 1, true}, dossier.Chemin());
+  const publication::Publication vide(démo.marche->LeChassis(), place, {}, {.secondes = 1});
+  for (const char* verbe : {"blackbox --json ", "blackbox ", "show --of "}) {
+    const essai::Fin fin = Lance(verbe + place.Fichier());
+    EXPECT_GE(fin.code, 0) << verbe;
+    EXPECT_PRED_FORMAT2(IsSubstring, "no sample yet", fin.erreur) << verbe;
+  }
+}
+
 TEST_F(LesRegards, ConvertissentUnEnregistrementPourDAutresProgrammes) {
   const std::string csv = dossier.Fichier("essai.csv");
   ASSERT_EQ(Lance("run " + Base() + " --sim --fast --seconds 3 --csv " + csv).code, 0);
   std::ofstream(csv, std::ios::app)
       << "# 7 rows lost from 3.000000 s to 3.030000 s" << std::string(19, ',') << "\n";
-  ASSERT_EQ(Lance("convert " + csv).code, 0);
+  const essai::Fin pleine =
+      Lance("--version >/dev/null; ulimit -f 40; '" ZUMA_PROGRAMME "' convert " + csv);
+  EXPECT_EQ(pleine.code, 1);
+  EXPECT_PRED_FORMAT2(IsSubstring, "essai.h5 cannot be written", pleine.erreur);
+  ASSERT_EQ(Lance("convert " + csv).code, 0) << "nothing of the try before stands in the way";
   ASSERT_EQ(Lance("convert " + csv + " --to csvw").code, 0);
   EXPECT_EQ(Lance("convert " + csv).code, 2) << "never written over";
   const std::string python =
@@ -188,7 +241,7 @@ TEST_F(LesRegards, ConvertissentUnEnregistrementPourDAutresProgrammes) {
                         .c_str());
   EXPECT_EQ(essai::Lit(sortie), "all there\n");
 
-  std::ofstream(csv, std::ios::app) << "4.0,1\n";
+  std::ofstream(csv, std::ios::app) << "4.0,1\n5.0" << std::string(19, ',') << "\n";
   EXPECT_PRED_FORMAT2(IsSubstring, "no row of 20 numbers", Lance("convert " + csv).erreur);
 }
 

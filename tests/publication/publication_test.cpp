@@ -2,6 +2,7 @@
 // missed.
 #include <csignal>
 #include <fstream>
+#include <set>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -176,6 +177,37 @@ TEST_F(UnePublication, DépasseQuiEstTropLentEtLeLuiDit) {
   EXPECT_LT(échantillon.Secondes(), milieu);
 }
 
+// Whatever chatters, a stop stays in its ring for the seconds that were asked for, and each value
+// is told in the end.
+TEST_F(UnePublication, GardeUnArrêtQuoiQuiBavarde) {
+  essai::DossierProvisoire dossier;
+  Place place({"bavarde.db", 1, true}, dossier.Chemin());
+  publication::Publication petite(marche->LeChassis(), place, {}, {.secondes = 4});
+  petite.Note(GenreDEvènement::Arrêt, "avant le bruit");
+  const auto sorties = marche->LeChassis().SortiesLogiques();
+  auto niveau = ENUM_ETAT_LOGIQUE::Actif;
+  Passe(3.9, [&] {
+    niveau =
+        niveau == ENUM_ETAT_LOGIQUE::Actif ? ENUM_ETAT_LOGIQUE::Inactif : ENUM_ETAT_LOGIQUE::Actif;
+    for (const auto& sortie : *sorties) sortie->ValeurCourante(niveau);
+    for (const auto& commande : *marche->LeChassis().Commandes()) {
+      commande->ValeurCouranteEnUnité(niveau == ENUM_ETAT_LOGIQUE::Actif ? 1 : 2);
+    }
+    petite.Publie();
+  });
+  const Lecteur lecteur = petite.LeLecteur();
+  const auto évènements = Evènements(lecteur);
+  EXPECT_EQ(std::ranges::count(évènements, "avant le bruit", &EvènementLu::texte), 1);
+  std::set<std::optional<std::size_t>> dits;
+  for (const EvènementLu& e : évènements) dits.insert(e.objet);
+  EXPECT_GT(évènements.size(), 100U);
+  EXPECT_LT(évènements.size(), 300U) << "fifty a second";
+  EXPECT_GT(dits.size(), static_cast<std::size_t>(sorties->Count())) << "each in its turn";
+  Echantillon premier;
+  ASSERT_EQ(lecteur.Lit(lecteur.Premier(), premier), Lu::Bon);
+  EXPECT_LT(premier.Secondes(), secondes - 3.8);
+}
+
 // Words of another turn in one place would show here.
 TEST(LesPlacesDUnAnneau, NeSontJamaisLuesAMoitié) {
   constexpr std::size_t kMots = 64;
@@ -215,16 +247,20 @@ TEST_F(UnePlace, NEstQuAUnSeul) {
     struct stat état{};
     ASSERT_EQ(::stat(fichier.c_str(), &état), 0);
     EXPECT_EQ(état.st_mode & 0777U, 0640U);
-    try {
-      const Place autre(identité, dossier.Chemin());
-      FAIL() << "two hosts of one frame";
-    } catch (const publication::DéjàEnMarche& refus) {
-      EXPECT_EQ(refus.pid, ::getpid());
-      EXPECT_NE(std::string(refus.what()).find("is run by process"), std::string::npos);
+    // Nor from another folder, or one that cannot be written: another user's host.
+    for (const std::string& où : {dossier.Chemin().string(), dossier.Fichier("absent")}) {
+      try {
+        const Place autre(identité, où);
+        FAIL() << "two hosts of one frame";
+      } catch (const publication::DéjàEnMarche& refus) {
+        EXPECT_EQ(refus.pid, ::getpid());
+        EXPECT_NE(std::string(refus.what()).find("is run by process"), std::string::npos);
+      }
     }
-    // A simulated host moves no machine.
+    // A simulated host moves no machine, nor does a recording.
     const Place simulée({identité.fichier, identité.index, true}, dossier.Chemin());
-    EXPECT_EQ(publication::Publications(dossier.Chemin()).size(), 2U);
+    const Place rejouée({identité.fichier, identité.index, true, true}, dossier.Chemin());
+    EXPECT_EQ(publication::Publications(dossier.Chemin()).size(), 3U);
   }
   EXPECT_FALSE(std::filesystem::exists(fichier));
 }
@@ -243,8 +279,12 @@ TEST_F(UnePlace, DUnMortEstLueEtReprise) {
   ASSERT_EQ(::waitpid(enfant, &état, 0), enfant);
   ASSERT_TRUE(WIFSIGNALED(état));
   EXPECT_FALSE(publication::EstVivante(fichier));
+  const Lecteur avant(fichier);
   const Place place(identité, dossier.Chemin());
   EXPECT_EQ(place.Défaut(), "");
+  EXPECT_EQ(place.MiseDeCôté(), fichier + ".before");
+  EXPECT_TRUE(publication::EstVivante(fichier)) << "the name is the new host's";
+  EXPECT_FALSE(avant.EstEnMarche()) << "the map in hand is still the dead one's";
   const Lecteur lecteur(fichier + ".before");
   EXPECT_FALSE(lecteur.EstFini());
   Echantillon dernier;
