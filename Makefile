@@ -3,7 +3,7 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench doc fuzz images mutants lint format deb clean
+.PHONY: help deps demo test bench doc instructions fuzz images mutants lint format deb clean
 
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev libhdf5-dev python3-h5py \
@@ -38,6 +38,10 @@ bench: deps  ## time the pass, count its allocations and instructions
 	@tools/deps.sh $(PACKAGES_BENCH)
 	@tools/construit.sh bench $(JOBS) zuma_bench
 	@tools/bench.sh build/bench/zuma_bench
+
+instructions: deps  ## count the instructions of a sensor; 5 % more than bench/instructions.txt fail
+	@tools/deps.sh $(PACKAGES_BENCH)
+	@tools/instructions.sh $(JOBS)
 
 fuzz: deps  ## give each decoder random bytes for FUZZ_SECONDS
 	@tools/deps.sh clang-19 libclang-rt-19-dev

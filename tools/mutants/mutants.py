@@ -150,6 +150,9 @@ class Source:
         texte = self.octets[debut:fin]
         if curseur.kind not in genres or texte[:5] == b"throw":
             return
+        # What a failure tells of its variables moves no machine.
+        if texte.startswith((b"v.Ajoute", b"variables.Ajoute")):
+            return
         if self.octets[fin:fin + 1] != b";" or (debut, fin) in self.remplace:
             return
         numero = self.nouveau(curseur, "left out")
