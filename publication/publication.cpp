@@ -8,11 +8,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 #include <unistd.h>
 
 #include "platform/linux/securite.h"
+#include "publication/mesures.h"
 
 namespace zuma::publication {
 namespace {
@@ -21,8 +21,7 @@ constexpr double kMicrosecondes = 1e6;
 constexpr double kAuPlusTard = 0.05;  // seconds from one sample to the next
 constexpr double kEntreDeux = 0.1;    // seconds between two events of one object's value
 constexpr std::size_t kEvènements = 4096;
-constexpr std::size_t kEnPlus = 64;  // samples beyond those of the rate, for the events
-constexpr double kAbsent = std::numeric_limits<double>::quiet_NaN();
+constexpr std::size_t kEnPlus = 64;     // samples beyond those of the rate, for the events
 constexpr std::size_t kMarge = 65'536;  // bytes by which a description may grow
 
 std::uint64_t Nanosecondes(auto durée) {
@@ -52,60 +51,12 @@ std::string_view Tient(std::string_view texte) {
   return texte.substr(0, fin);
 }
 
-std::uint32_t Bits(bool vrai, Etat bit) {
-  return vrai ? bit : 0U;
-}
-
-// 1 for on, 0 for off, no number for a source that tells nothing: as people plot it.
-double Niveau(ENUM_ETAT_LOGIQUE état) {
-  if (état == ENUM_ETAT_LOGIQUE::Actif) return 1;
-  return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : kAbsent;
-}
-
-void EcritLObjet(EnEcriture& place, std::size_t& rang, double valeur, double âge,
-                 std::uint32_t état) {
-  const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(âge));
-  place.Ecrit(rang++, valeur);
-  place.Ecrit(rang++, haut << kDécalageDeLAge | état);
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const Capteur& capteur) {
-  constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
-  const Capteur::AgeDeMesure âge = capteur.LAge();
-  const bool lisible = capteur.Enabled_bln() && capteur.CapteurSelectionne() && âge.lue &&
-                       capteur.Etat() != kNonValide;
-  EcritLObjet(place, rang, lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
-              Bits(capteur.Enabled_bln(), kEnService) | Bits(âge.lue, kLu) |
-                  Bits(âge.vieux, kVieux) | Bits(capteur.CapteurSelectionne(), kSélectionné) |
-                  Bits(capteur.AU(), kSorti) |
-                  (static_cast<std::uint32_t>(capteur.Etat()) << kDécalageDeLEtat));
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const Commande& commande) {
-  EcritLObjet(place, rang, commande.ValeurCouranteEnUnité(), 0,
-              Bits(commande.Enabled(), kEnService) | Bits(commande.Atteinte(), kAtteint) |
-                  Bits(commande.MaintenueAuRepos(), kMaintenu) |
-                  Bits(commande.SortieSaturée(), kSaturé));
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const EntréeLogique& entrée) {
-  EcritLObjet(place, rang, Niveau(entrée.ValeurCourante()), 0, 0);
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const SortieLogique& sortie) {
-  EcritLObjet(place, rang, Niveau(sortie.ValeurCourante()), 0, Bits(sortie.Atteinte(), kAtteint));
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const Watchdog& chien) {
-  EcritLObjet(place, rang, chien.Temps(), 0,
-              Bits(chien.Enabled(), kEnService) | Bits(chien.ArrêtAtteint(), kAtteint) |
-                  Bits(chien.EnArrêt(), kEnArrêt));
-}
-
-void Ecrit(EnEcriture& place, std::size_t& rang, const Canal& canal) {
-  EcritLObjet(place, rang, canal.ValeurCanal(), canal.Age(),
-              Bits(canal.EnService(), kEnService) | Bits(canal.EstLu(), kLu) |
-                  Bits(canal.EstVieux(), kVieux) | Bits(canal.Atteint(), kAtteint));
+template <class Objet>
+void Ecrit(EnEcriture& place, std::size_t& rang, const Objet& objet) {
+  const Mesure mesure = MesureDe(objet);
+  const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(mesure.âge));
+  place.Ecrit(rang++, mesure.valeur);
+  place.Ecrit(rang++, haut << kDécalageDeLAge | mesure.état);
 }
 
 // Its counts at once.
@@ -238,12 +189,12 @@ void Publication::RepèreLesSuivis() {
   }
   for (const EntréeLogiqueRef& entrée : objets_.entrées) {
     suivis_.push_back({GenreDEvènement::Entrée, rang++,
-                       [e = entrée.Brut()] { return Niveau(e->ValeurCourante()); }});
+                       [e = entrée.Brut()] { return NiveauDe(e->ValeurCourante()); }});
   }
   for (const SortieLogiqueRef& sortie : objets_.sorties) {
     if (sortie->Canal()) sorties_.push_back({rang, [s = sortie.Brut()] { return s->Atteinte(); }});
     suivis_.push_back({GenreDEvènement::Sortie, rang++,
-                       [s = sortie.Brut()] { return Niveau(s->ValeurCourante()); }});
+                       [s = sortie.Brut()] { return NiveauDe(s->ValeurCourante()); }});
   }
   if (!objets_.chien->SortiePulse() && objets_.chien->Adresse() != 0) {
     sorties_.push_back({rang, [c = objets_.chien.Brut()] { return c->ArrêtAtteint(); }});
