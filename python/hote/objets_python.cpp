@@ -151,7 +151,7 @@ void LieLeCapteur(py::module_& module) {
           "What the tare takes off each reading, in `unit`; 0 without one.")
       .def_property_readonly("busy", &EstOccupé, "A zero or a tare is being measured.")
       .def_property_readonly(
-          "can_stop", [](const P& p) { return p->AU(); }, "The sensor fires the stop at present.")
+          "in_danger", [](const P& p) { return p->AU(); }, "The sensor fires the stop at present.")
       .def_property_readonly(
           "label", [](const P& p) { return p->Label(); },
           "Name by which rows and programs refer to it.")
