@@ -183,7 +183,8 @@ class Frame:
 
         `until` is asked behind each refresh of the sensors, or `at` times a second. A stop that is
         fired meanwhile ends the run, unless `through_stop`; one that was latched before does not.
-        True when time or `until` ended it, False when a stop did.
+        True when it ended as it was to: `until` was true, or without one the time has gone by.
+        False when a stop ended it, or the time before `until`.
 
         An exception in `until`, Ctrl-C included, fires the stop and reaches the caller.
 
@@ -192,12 +193,11 @@ class Frame:
         ...     frame.run(seconds=1)
         True
         """
-        end = self._end(seconds)
-        session = self._session
+        end, ends = self._end(seconds), _zuma.Session.End
         if until is None:
-            return session.advance(_NEVER, end, through_stop) is not _zuma.Session.End.stop
-        going = session.run(end, _period(at), through_stop, lambda: not until())
-        return going is not _zuma.Session.End.stop
+            return self._session.advance(_NEVER, end, through_stop) == ends.time
+        ended = self._session.run(end, _period(at), through_stop, lambda: not until())
+        return ended == ends.point
 
     def step(self, passes: int = 1) -> None:
         """Runs that many passes, also through a stop."""
@@ -223,10 +223,10 @@ class Frame:
         ends = _zuma.Session.End
         while True:
             reached = self._session.advance(due, end, through_stop)
-            if reached is ends.time:
+            if reached == ends.time:
                 return
             yield Sample(self.time, self.values().copy(), self.stopped, self._ranks)
-            if reached is ends.stop:
+            if reached == ends.stop:
                 return
             due = max(due + period, self.time)
 
