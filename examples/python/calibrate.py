@@ -7,7 +7,6 @@ The demo's calibrator is a voltage at the terminals of the simulated machine. On
 from __future__ import annotations
 
 import argparse
-import sys
 
 import numpy as np
 
@@ -38,7 +37,7 @@ def zero(frame: zuma.Frame) -> float:
     cell.zero()
     if not frame.run(seconds=5, until=lambda: not cell.busy):
         raise SystemExit(f"no zero: {cell}")
-    return before
+    return float(before)
 
 
 def read(frame: zuma.Frame, reference: float) -> tuple[float, float]:
@@ -68,4 +67,4 @@ def main() -> None:
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

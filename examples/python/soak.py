@@ -20,9 +20,9 @@ def disturb(frame: zuma.Frame, hours: float) -> None:
     seconds = hours * 3600
     while frame.time < seconds:
         frame.sim.advance(min(REPORT, seconds - frame.time))
-        old = sum(channel.old for channel in frame.channels.values())
+        old = sum(sensor.old for sensor in frame.sensors.values())
         print(f"{frame.time:9.1f} s: {frame.passes} passes, {frame.refreshes} refreshes, "
-              f"{old} channels old, {len(frame.problems)} problems told")  # fmt: skip
+              f"{old} sensors old, {len(frame.problems)} problems told")  # fmt: skip
 
 
 def recover(frame: zuma.Frame) -> list[str]:

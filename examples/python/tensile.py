@@ -8,7 +8,6 @@ its sensors read traction as positive and its valve is wired that way.
 from __future__ import annotations
 
 import argparse
-import sys
 
 import numpy as np
 from matplotlib.figure import Figure
@@ -73,8 +72,9 @@ def figures(data: zuma.recording.Array) -> tuple[float, float]:
     """Strength in MPa, and modulus in GPa: the slope between a fifth and three fifths of it."""
     stress, strain = data["Contrainte"], data["Déformation"]
     strength = float(stress.max())
-    straight = slice(*np.searchsorted(stress[: stress.argmax()], [0.2 * strength, 0.6 * strength]))
-    return strength, float(np.polyfit(strain[straight], stress[straight], 1)[0]) / 10  # MPa/%
+    rising = stress[: int(stress.argmax())]
+    low, high = (int(np.searchsorted(rising, share * strength)) for share in (0.2, 0.6))
+    return strength, float(np.polyfit(strain[low:high], stress[low:high], 1)[0]) / 10  # MPa/%
 
 
 def main() -> None:
@@ -95,4 +95,4 @@ def main() -> None:
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

@@ -7,7 +7,6 @@ runs. `--once FILE.png` makes one picture and ends.
 from __future__ import annotations
 
 import argparse
-import sys
 
 from matplotlib.figure import Figure
 
@@ -48,7 +47,8 @@ def main() -> None:
     chosen = options.parse_args()
     view = zuma.attach(chosen.where)
     if chosen.once is None:
-        return live(view, chosen.names, chosen.seconds)
+        live(view, chosen.names, chosen.seconds)
+        return
     picture = Figure(figsize=(8, 6))
     draw(picture, view, chosen.names, chosen.seconds)
     picture.savefig(chosen.once)
@@ -57,4 +57,4 @@ def main() -> None:
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

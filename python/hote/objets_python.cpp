@@ -100,16 +100,17 @@ void Agit(const Poignée<Capteur>& c, Acte&& acte) {
   c.LaSession().Fait([&] { acte(*c); });
 }
 
+bool EstOccupé(const Poignée<Capteur>& c) {
+  return c->EtatRAZ() == ENUM_OPERATION_MAV::Acquisition ||
+         c->EtatTare() == ENUM_OPERATION_MAV::Acquisition || c.LaSession().Tare(*c);
+}
+
 void RemetAZéro(const Poignée<Capteur>& c) {
+  if (EstOccupé(c)) throw Erreur("UsageError", "sensor " + c->Label() + ": it is measuring");
   if (!c->RazAutorise_bln()) {
     throw Erreur("UsageError", "sensor " + c->Label() + ": its row does not allow a zero");
   }
   Agit(c, [](Capteur& capteur) { capteur.Raz(); });
-}
-
-bool EstOccupé(const Poignée<Capteur>& c) {
-  return c->EtatRAZ() == ENUM_OPERATION_MAV::Acquisition ||
-         c->EtatTare() == ENUM_OPERATION_MAV::Acquisition;
 }
 
 void LieLeCapteur(py::module_& module) {
@@ -149,7 +150,8 @@ void LieLeCapteur(py::module_& module) {
       .def_property_readonly(
           "tare_value", [](const P& p) { return p->ValeurTare(); },
           "What the tare takes off each reading, in `unit`; 0 without one.")
-      .def_property_readonly("busy", &EstOccupé, "A zero or a tare is being measured.")
+      .def_property_readonly("busy", &EstOccupé,
+                             "A zero or a tare is being measured: readings do not count yet.")
       .def_property_readonly(
           "in_danger", [](const P& p) { return p->AU(); }, "The sensor fires the stop at present.")
       .def_property_readonly(
@@ -176,7 +178,13 @@ void LieLeCapteur(py::module_& module) {
           "cancel_zero", [](const P& p) { Agit(p, [](Capteur& c) { c.AnnuleRaz(); }); },
           "Takes the zero back.")
       .def(
-          "tare", [](const P& p, double à) { Agit(p, [&](Capteur& c) { c.Tare(Valeur(à)); }); },
+          "tare",
+          [](const P& p, double à) {
+            if (EstOccupé(p))
+              throw Erreur("UsageError", "sensor " + p->Label() + ": it is measuring");
+            Agit(p, [&](Capteur& c) { c.Tare(Valeur(à)); });
+            p.LaSession().CommenceUneTare(*p);
+          },
           py::arg("reading") = 0.0,
           "Begins to measure a tare, behind which the present input reads `reading`, in `unit`; "
           "`busy` until it is done.")

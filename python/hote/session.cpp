@@ -109,20 +109,25 @@ Session::~Session() {
     (void)machine_.release();
     return;
   }
-  enMarche_ = false;
   try {
-    Ferme();
+    Libère();
   } catch (...) {  // at rest by now: a listener that fails must not hide how the program ends
   }
 }
 
 void Session::Ferme() {
   if (!EstOuverte()) return;
+  ExigeLeFil();
   const EnMarche marche(enMarche_);
+  Libère();
+}
+
+void Session::Libère() {
   for (const auto& rangées : rangées_) {
     if (const auto celles = rangées.lock()) celles->Termine();
   }
   tenues.clear();
+  tares_.clear();
   objets_ = nullptr;
   marche_ = nullptr;
   machine_->Rapporte(*recueil_);
@@ -131,13 +136,16 @@ void Session::Ferme() {
   quandProblème_ = {};
 }
 
-void Session::Exige() const {
+void Session::ExigeLeFil() const {
   if (abandonnée_) throw Erreur("WrongThread", "the frame belongs to the parent of this process");
-  if (std::this_thread::get_id() != fil_) {
-    throw Erreur("WrongThread",
-                 "a frame belongs to the thread that opened it; other threads look "
-                 "at it with zuma.attach");
-  }
+  if (std::this_thread::get_id() == fil_) return;
+  throw Erreur("WrongThread",
+               "a frame belongs to the thread that opened it; other threads look at it with "
+               "zuma.attach");
+}
+
+void Session::Exige() const {
+  ExigeLeFil();
   if (!marche_) throw Erreur("FrameClosed", "the frame is closed");
 }
 
@@ -203,16 +211,27 @@ void Session::Passe() {
   const std::uint64_t avant = marche_->LeChassis().RafraichissementsEA();
   marche_->Passe();
   ++passes_;
-  if (!rangées_.empty() && marche_->LeChassis().RafraichissementsEA() != avant) {
-    std::erase_if(rangées_, [this](const std::weak_ptr<Rangées>& rangées) {
-      const auto celles = rangées.lock();
-      if (!celles || celles->EstFinie()) return true;
-      celles->Prend(secondes_);
-      return false;
-    });
-  }
+  if (marche_->LeChassis().RafraichissementsEA() != avant) SuitLeRafraîchissement();
   DitLesProblèmes();
   DitLArrêt();
+}
+
+void Session::SuitLeRafraîchissement() {
+  std::erase_if(rangées_, [this](const std::weak_ptr<Rangées>& rangées) {
+    const auto celles = rangées.lock();
+    if (!celles || celles->EstFinie()) return true;
+    celles->Prend(secondes_);
+    return false;
+  });
+  std::erase_if(tares_, [](std::pair<const Capteur*, bool>& tare) {
+    const bool mesurée = tare.first->EtatTare() != ENUM_OPERATION_MAV::Acquisition;
+    return std::exchange(tare.second, mesurée) && mesurée;
+  });
+}
+
+bool Session::Tare(const Capteur& capteur) const {
+  return std::ranges::find(tares_, &capteur, &std::pair<const Capteur*, bool>::first) !=
+         tares_.end();
 }
 
 void Session::DitLArrêt() {

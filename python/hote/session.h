@@ -130,6 +130,13 @@ class Session : public std::enable_shared_from_this<Session> {
   /// From now on the rows go there, for as long as somebody else holds them.
   void Enregistre(const std::shared_ptr<Rangées>& rangées) { rangées_.emplace_back(rangées); }
 
+  ///@{
+  /// A tare of that sensor begins; and whether its readings still feel how it is taken: the refresh
+  /// that completes a tare takes it off twice.
+  void CommenceUneTare(const Capteur& capteur) { tares_.emplace_back(&capteur, false); }
+  [[nodiscard]] bool Tare(const Capteur& capteur) const;
+  ///@}
+
   /// Voltages and states that terminals of the simulated machine are held at.
   struct Tenue {
     sim::Borne borne;  ///< where
@@ -140,6 +147,9 @@ class Session : public std::enable_shared_from_this<Session> {
 
  private:
   class EnMarche;
+  void ExigeLeFil() const;
+  void Libère();
+  void SuitLeRafraîchissement();
   void ExigeSansReproche();
   void Passe();
   void AttendLHeure(double secondes) const;
@@ -161,6 +171,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::function<void(const std::string&)> quandArrêt_;
   std::function<void(const host::Problème&)> quandProblème_;
   std::vector<std::weak_ptr<Rangées>> rangées_;
+  std::vector<std::pair<const Capteur*, bool>> tares_;  ///< begun here, and whether measured
   std::thread::id fil_ = std::this_thread::get_id();
   bool abandonnée_ = false;
   bool enMarche_ = false;

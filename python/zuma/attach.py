@@ -11,8 +11,7 @@ import numpy as np
 import numpy.typing as npt
 
 from zuma import _zuma
-from zuma.errors import NoSuchName, Unreadable
-from zuma.errors import UsageError
+from zuma.errors import NoSuchName, Unreadable, UsageError
 from zuma.frame import Frame
 from zuma.recording import Array, structured
 
@@ -226,7 +225,10 @@ class View:
         for entry in self._reader.events(since):
             rank = entry["object"]
             name = "" if rank is None else self.objects[rank]["full_name"]
-            found.append(Event(**{**entry, "object": name}))
+            found.append(
+                Event(entry["number"], entry["time"], entry["kind"], name, entry["value"],
+                      entry["text"], entry["line"])
+            )  # fmt: skip
         return found
 
     def _labels(self, kind: str) -> list[str]:

@@ -11,13 +11,13 @@ import threading
 import weakref
 from dataclasses import dataclass
 from types import FrameType, TracebackType
-from typing import Any, Callable, Iterable, Iterator, Mapping, Sequence
+from typing import Any, Callable, Iterable, Iterator, Mapping, NamedTuple, Sequence
 
 import numpy as np
 import numpy.typing as npt
 
 from zuma import _zuma
-from zuma.errors import FrameClosed, Problem, UsageError
+from zuma.errors import FrameClosed, NoSuchName, Problem, UsageError
 from zuma.names import Named
 from zuma.recording import Array, Recording
 from zuma.simulation import Simulation
@@ -39,6 +39,14 @@ class Sample:
     def __getitem__(self, name: str) -> float:
         """The reading of that sensor, in its unit."""
         return float(self.values[self.ranks[name]])
+
+
+class _Column(NamedTuple):
+    """Where a column of a recording comes from."""
+
+    kind: str
+    rank: int
+    unit: str
 
 
 class Board:
@@ -75,10 +83,11 @@ class Frame:
 
     def _fill(self) -> None:
         s = self._session
-        self.sensors = Named("sensor", [(o.label, o.name, o) for o in s.sensors()])
-        self.commands = Named("command", [(o.label, o.name, o) for o in s.commands()])
-        self.inputs = Named("input", [(o.label, o.name, o) for o in s.inputs()])
-        self.outputs = Named("output", [(o.label, o.name, o) for o in s.outputs()])
+        sensors, commands, inputs, outputs = s.sensors(), s.commands(), s.inputs(), s.outputs()
+        self.sensors = Named("sensor", [(o.label, o.name, o) for o in sensors])
+        self.commands = Named("command", [(o.label, o.name, o) for o in commands])
+        self.inputs = Named("input", [(o.label, o.name, o) for o in inputs])
+        self.outputs = Named("output", [(o.label, o.name, o) for o in outputs])
         self.channels = Named(
             "channel", [("", name, o) for name, o in zip(s.channel_names(), s.channels())]
         )
@@ -87,8 +96,18 @@ class Frame:
         #: the simulated machine; None on a real one
         self.sim: Simulation | None = Simulation(self, s) if s.simulated else None
         self._values = _zuma.Values(s)
-        self._all_sensors = list(s.sensors())
-        self._ranks = {o.label or o.name: i for i, o in reversed([*enumerate(self._all_sensors)])}
+        self._columns: dict[str, _Column] = {}
+        self._note_columns("sensor", [(o.label, o.name, o.unit) for o in sensors])
+        self._note_columns("command", [(o.label, o.name, o.unit) for o in commands])
+        self._note_columns("output", [(o.label, o.name, "") for o in outputs])
+        self._note_columns("input", [(o.label, o.name, "") for o in inputs])
+        self._ranks = {o.label or o.name: i for i, o in reversed([*enumerate(sensors)])}
+
+    def _note_columns(self, kind: str, named: Sequence[tuple[str, str, str]]) -> None:
+        for by in (0, 1):  # a label wins over the name of another row
+            for rank, entry in enumerate(named):
+                if entry[by]:
+                    self._columns.setdefault(entry[by], _Column(kind, rank, entry[2]))
 
     # --- life
 
@@ -196,7 +215,8 @@ class Frame:
         end, ends = self._end(seconds), _zuma.Session.End
         if until is None:
             return self._session.advance(_NEVER, end, through_stop) == ends.time
-        ended = self._session.run(end, _period(at), through_stop, lambda: not until())
+        asked = until
+        ended = self._session.run(end, _period(at), through_stop, lambda: not asked())
         return ended == ends.point
 
     def step(self, passes: int = 1) -> None:
@@ -253,8 +273,8 @@ class Frame:
         """
         chosen = list(self.sensors) if names is None else list(names)
         columns = [self._column(name) for name in chosen]
-        units = {name: unit for name, (_, _, unit) in zip(chosen, columns)}
-        rows = self._session.record([(kind, rank) for kind, rank, _ in columns])
+        units = {name: column.unit for name, column in zip(chosen, columns)}
+        rows = self._session.record([(column.kind, column.rank) for column in columns])
         return Recording(rows, chosen, units)
 
     def record(
@@ -270,6 +290,7 @@ class Frame:
 
         >>> import zuma
         >>> with zuma.open(zuma.demo(), sim=True) as frame:
+        ...     _ = frame.run(seconds=1)
         ...     data = frame.record(seconds=1)
         >>> len(data), zuma.units(data)["Déplacement"]
         (200, 'mm')
@@ -278,20 +299,10 @@ class Frame:
             self.run(seconds, until, at=at, through_stop=through_stop)
         return recording.data
 
-    def _column(self, name: str) -> tuple[str, int, str]:
-        for kind, objects, natives in (
-            ("sensor", self.sensors, self._session.sensors),
-            ("command", self.commands, self._session.commands),
-            ("output", self.outputs, self._session.outputs),
-            ("input", self.inputs, self._session.inputs),
-        ):
-            found = objects.get(name)
-            if found is None:
-                continue
-            rank = [thing.key for thing in natives()].index(found.key)
-            return kind, rank, getattr(found, "unit", "")
-        self.sensors[name]
-        raise AssertionError("a name is either there or refused")
+    def _column(self, name: str) -> _Column:
+        if name not in self._columns:
+            raise NoSuchName(self.sensors.refusal(name))
+        return self._columns[name]
 
     # --- the stop
 

@@ -31,7 +31,7 @@ class Named(Mapping[str, T], Generic[T]):
             return self._by_label[name]
         if name in self._by_name:
             return self._by_name[name]
-        raise NoSuchName(self._refusal(name))
+        raise NoSuchName(self.refusal(name))
 
     def __getattr__(self, name: str) -> T:
         if name.startswith("_"):
@@ -57,7 +57,8 @@ class Named(Mapping[str, T], Generic[T]):
         lines = "".join(f"\n  {thing!r}" for thing in self.values())
         return f"{len(self)} {self._kind}s:{lines}"
 
-    def _refusal(self, name: str) -> str:
+    def refusal(self, name: str) -> str:
+        """What there is to say of a name that is not there: the nearest ones, else all."""
         folded = {known.casefold(): known for known in [*self._by_name, *self._by_label]}
         near = difflib.get_close_matches(str(name).casefold(), folded, n=3, cutoff=0.5)
         hint = (

@@ -17,7 +17,8 @@ Array = npt.NDArray[Any]
 def structured(rows: npt.NDArray[np.float64], names: Sequence[str], units: Mapping[str, str]) -> Array:
     """Rows of numbers as a structured array, "time" first; the units go with its type."""
     fields = [(name, np.float64) for name in ["time", *names]]
-    dtype = np.dtype(fields, metadata={"units": {"time": "s", **units}})
+    all_units = {"time": "s", **units}
+    dtype: np.dtype[Any] = np.dtype(fields, metadata={"units": all_units})  # type: ignore[call-overload]
     return np.ascontiguousarray(rows).reshape(-1).view(dtype)
 
 
@@ -30,8 +31,8 @@ def units(array: Array) -> dict[str, str]:
     >>> zuma.units(zuma.recording.structured(numpy.zeros((3, 2)), ["Force"], {"Force": "kN"}))
     {'time': 's', 'Force': 'kN'}
     """
-    metadata: Mapping[str, Any] = array.dtype.metadata or {}
-    return dict(metadata.get("units", {}))
+    metadata: Any = array.dtype.metadata
+    return dict(metadata["units"]) if metadata else {}
 
 
 class Recording:
