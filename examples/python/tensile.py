@@ -57,7 +57,8 @@ def load(frame: zuma.Frame) -> zuma.recording.Array:
             integral += error * (sample.time - last)
             last = sample.time
             valve.set(DEAD_BAND + GAIN * error + INTEGRAL * integral, clamp=True)
-    return recording.data
+    rows = recording.data
+    return rows[: int(rows["Contrainte"].argmax()) + 1]  # a broken specimen is no material
 
 
 def unload(frame: zuma.Frame) -> None:
@@ -72,8 +73,7 @@ def figures(data: zuma.recording.Array) -> tuple[float, float]:
     """Strength in MPa, and modulus in GPa: the slope between a fifth and three fifths of it."""
     stress, strain = data["Contrainte"], data["Déformation"]
     strength = float(stress.max())
-    rising = stress[: int(stress.argmax())]
-    low, high = (int(np.searchsorted(rising, share * strength)) for share in (0.2, 0.6))
+    low, high = (int(np.searchsorted(stress, share * strength)) for share in (0.2, 0.6))
     return strength, float(np.polyfit(strain[low:high], stress[low:high], 1)[0]) / 10  # MPa/%
 
 
