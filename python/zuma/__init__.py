@@ -23,7 +23,8 @@ from zuma.errors import (
     WrongThread,
     ZumaError,
 )
-from zuma.frame import Board, Frame, Sample, demo, open
+from zuma.frame import Board, Frame, Sample, demo
+from zuma.frame import open as open  # not in __all__: a star import keeps the builtin
 from zuma.names import Named
 from zuma.recording import RecordedFile, Recording, read_csv, units
 from zuma.simulation import Simulation
@@ -61,7 +62,6 @@ __all__ = [
     "ZumaError",
     "attach",
     "demo",
-    "open",
     "read_csv",
     "running",
     "units",

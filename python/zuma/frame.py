@@ -17,14 +17,14 @@ import numpy as np
 import numpy.typing as npt
 
 from zuma import _zuma
-from zuma.errors import FrameClosed, NoSuchName, Problem, UsageError
+from zuma.arguments import NEVER, duration, period
+from zuma.errors import FrameClosed, NoSuchName, Problem
 from zuma.names import Named
 from zuma.recording import Array, Recording
 from zuma.simulation import Simulation
 
 _log = logging.getLogger("zuma")
 _open_frames: weakref.WeakSet[Frame] = weakref.WeakSet()
-_NEVER = float("inf")
 
 
 @dataclass(frozen=True)
@@ -94,7 +94,9 @@ class Frame:
         self.boards = Named("board", [("", b.name, Board(b)) for b in s.boards()])
         self.watchdog = s.watchdog()
         #: the simulated machine; None on a real one
-        self.sim: Simulation | None = Simulation(self, s) if s.simulated else None
+        self.sim: Simulation | None = (
+            Simulation(s, self.sensors, self.channels) if s.simulated else None
+        )
         self._values = _zuma.Values(s)
         self._columns: dict[str, _Column] = {}
         self._note_columns("sensor", [(o.label, o.name, o.unit) for o in sensors])
@@ -214,9 +216,9 @@ class Frame:
         """
         end, ends = self._end(seconds), _zuma.Session.End
         if until is None:
-            return self._session.advance(_NEVER, end, through_stop) == ends.time
+            return self._session.advance(NEVER, end, through_stop) == ends.time
         asked = until
-        ended = self._session.run(end, _period(at), through_stop, lambda: not asked())
+        ended = self._session.run(end, period(at), through_stop, lambda: not asked())
         return ended == ends.point
 
     def step(self, passes: int = 1) -> None:
@@ -239,7 +241,7 @@ class Frame:
         ...     [round(sample.time, 3) for sample in frame.samples(seconds=0.3, at=10)]
         [0.001, 0.101, 0.201]
         """
-        end, due, period = self._end(seconds), self.time, _period(at)
+        end, due, between = self._end(seconds), self.time, period(at)
         ends = _zuma.Session.End
         while True:
             reached = self._session.advance(due, end, through_stop)
@@ -248,14 +250,12 @@ class Frame:
             yield Sample(self.time, self.values().copy(), self.stopped, self._ranks)
             if reached == ends.stop:
                 return
-            due = max(due + period, self.time)
+            due = max(due + between, self.time)
 
     def _end(self, seconds: float | None) -> float:
         if seconds is None:
-            return _NEVER
-        if not 0 <= seconds < _NEVER:
-            raise UsageError(f"a run takes a time of 0 s or more, not {seconds}")
-        return self.time + seconds
+            return NEVER
+        return self.time + duration(seconds)
 
     # --- recordings
 
@@ -378,8 +378,8 @@ def open(  # noqa: A001
     for one whose load, link or start left entries (`start_anyway` takes it all the same, behind a
     stop), `AlreadyRunning` when another process runs it.
 
-    While a frame is open, SIGTERM and SIGHUP end the program by SystemExit, so that the outputs
-    come to rest.
+    From the first frame of the main thread on, SIGTERM and SIGHUP end the program by SystemExit, so
+    that the outputs come to rest.
 
     >>> import zuma
     >>> with zuma.open(zuma.demo(), frame=1, sim=True) as frame:
@@ -417,14 +417,6 @@ def demo(path: str | os.PathLike[str] | None = None) -> str:
         path = os.path.join(folder.name, "demo.db")
     _zuma.write_demo(os.fspath(path))
     return os.fspath(path)
-
-
-def _period(at: float | None) -> float:
-    if at is None:
-        return 0.0
-    if not 0 < at < _NEVER:
-        raise UsageError(f"a rate is above 0 Hz, not {at}")
-    return 1 / at
 
 
 def _close_all() -> None:

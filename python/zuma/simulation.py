@@ -2,12 +2,9 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING
-
 from zuma import _zuma
-
-if TYPE_CHECKING:
-    from zuma.frame import Frame
+from zuma.arguments import duration
+from zuma.names import Named
 
 
 class Simulation(_zuma.Simulation):
@@ -23,16 +20,21 @@ class Simulation(_zuma.Simulation):
     True
     """
 
-    def __init__(self, frame: Frame, session: _zuma.Session) -> None:
+    def __init__(
+        self,
+        session: _zuma.Session,
+        sensors: Named[_zuma.Sensor],
+        channels: Named[_zuma.Channel],
+    ) -> None:
         super().__init__(session)
-        self._frame = frame
+        self._sensors, self._channels = sensors, channels
 
     def advance(self, seconds: float) -> None:
         """Lets that many seconds of the frame's time go by, as fast as this computer can.
 
         Passes run all the while, also through a stop.
         """
-        self._advance(seconds)
+        self._advance(duration(seconds))
 
     def wired(self, name: str) -> _zuma.Terminal:
         """The terminal of a channel by its name, 'board/block/channel', or of a sensor's channel.
@@ -40,6 +42,6 @@ class Simulation(_zuma.Simulation):
         Raises `NoSuchName` for a name that is not there, `UsageError` for a channel without a
         terminal: one of an instrument or a bus.
         """
-        sensor = self._frame.sensors.get(name)
+        sensor = self._sensors.get(name)
         channel = sensor.channel if sensor is not None else None
-        return self.terminal(self._frame.channels[channel or name])
+        return self.terminal(self._channels[channel or name])

@@ -161,9 +161,10 @@ ENDING = textwrap.dedent(
         ("sys.exit(3)", 3),
         ("os.kill(os.getpid(), signal.SIGTERM); time.sleep(30)", 143),
         ("frame.run(until=lambda: os.kill(os.getpid(), signal.SIGHUP))", 129),
+        ("frame = None; assert views[0].ended", 0),
         ("child = os.fork()\nif child: os.waitpid(child, 0)\nelse: os.dup2(2, 1)", 0),
     ],
-    ids=["end", "exception", "exit", "SIGTERM", "SIGHUP", "child"],
+    ids=["end", "exception", "exit", "SIGTERM", "SIGHUP", "dropped", "child"],
 )
 def test_outputs_come_to_rest_by_whatever_way_the_program_ends(way, code):
     ended = subprocess.run(
