@@ -3,14 +3,15 @@
 
 SHELL := /bin/bash
 .DEFAULT_GOAL := help
-.PHONY: help deps demo test bench fuzz images mutants lint format deb clean
+.PHONY: help deps demo test bench doc fuzz images mutants lint format deb clean
 
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev libhdf5-dev python3-h5py \
             qt6-base-dev qt6-charts-dev libqt6opengl6-dev \
             pybind11-dev python3-dev python3-numpy python3-matplotlib python3-pytest mypy
 PACKAGES_BENCH := libbenchmark-dev valgrind
-PACKAGES_DEB := debhelper dh-python dpkg-dev lintian
+PACKAGES_DOC := doxygen graphviz
+PACKAGES_DEB := $(PACKAGES_DOC) debhelper dh-python dpkg-dev lintian
 PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 
 DEMO_DIR ?= demo-out
@@ -41,6 +42,10 @@ bench: deps  ## time the pass, count its allocations and instructions
 fuzz: deps  ## give each decoder random bytes for FUZZ_SECONDS
 	@tools/deps.sh clang-19 libclang-rt-19-dev
 	@tools/fuzz.sh $(FUZZ_SECONDS) $(JOBS)
+
+doc: deps  ## make the reference of the headers, build/doc/html; a name without its words fails
+	@tools/deps.sh $(PACKAGES_DOC)
+	@tools/documentation.sh build/doc
 
 images: deps  ## make the pictures in docs/images anew
 	@tools/construit.sh release $(JOBS) zuma_images zuma_python

@@ -64,18 +64,16 @@ bool LitLaLacune(const std::string& ligne, Lacune& lacune) {
 }
 
 // "# tare to 0 of NAME", behind it empty fields; see the writer of recordings.
-std::optional<Acte> LitLActe(const std::string& ligne) {
-  std::string_view reste;
-  const std::vector<std::string> champs = Champs(ligne);
+std::optional<Acte> LitLActe(const std::string& champ) {
   for (const ActeSurCapteur acte : {ActeSurCapteur::ZéroRepris, ActeSurCapteur::TareReprise,
                                     ActeSurCapteur::Zéro, ActeSurCapteur::Tare}) {
     const std::string début = "# " + std::string(MotDe(acte)) + " ";
-    if (!champs[0].starts_with(début)) continue;
-    reste = std::string_view(champs[0]).substr(début.size());
+    if (!champ.starts_with(début)) continue;
+    const std::string_view reste = std::string_view(champ).substr(début.size());
     constexpr std::string_view kDe = "of ";
     double valeur = 0;
     const std::size_t nom = acte == ActeSurCapteur::Tare ? reste.find(kDe) : 0;
-    const bool lu = nom == 0 || std::sscanf(champs[0].c_str(), "# tare to %lf", &valeur) == 1;
+    const bool lu = nom == 0 || std::sscanf(champ.c_str(), "# tare to %lf", &valeur) == 1;
     if (!lu || nom == std::string_view::npos || !reste.substr(nom).starts_with(kDe)) return {};
     return Acte{acte, std::string(reste.substr(nom + kDe.size())), valeur};
   }
@@ -130,11 +128,11 @@ EnregistrementLu LitLEnregistrement(const std::string& fichier) {
       lu.lacunes.push_back(lacune);
       continue;
     }
-    if (auto acte = LitLActe(ligne)) {
+    const std::vector<std::string> champs = Champs(ligne);
+    if (auto acte = LitLActe(champs.front())) {
       lu.actes.push_back({lu.secondes.size(), std::move(*acte)});
       continue;
     }
-    const std::vector<std::string> champs = Champs(ligne);
     bool bonne = champs.size() == lu.colonnes.size() + 1;
     double nombre = 0;
     for (std::size_t i = 0; bonne && i < champs.size(); ++i) {

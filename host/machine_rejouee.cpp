@@ -1,7 +1,6 @@
 #include "host/machine_rejouee.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -22,14 +21,6 @@ constexpr double kMicrosecondes = 1e6;
 [[nodiscard]] bool EstUneEntrée(const Canal& canal) {
   return canal.TypeCanal() == ENUM_TYPE_FONCTION::FctEntréesAnalogiques ||
          canal.TypeCanal() == ENUM_TYPE_FONCTION::FctEntréesLogiques;
-}
-
-// Not from a channel, nor from other sensors.
-[[nodiscard]] bool LitUnInstrument(const Capteur& capteur) {
-  constexpr std::array kGenres{
-      ENUM_TYPE_CAPTEUR::CapteurRéservé1, ENUM_TYPE_CAPTEUR::CapteurRéservé2,
-      ENUM_TYPE_CAPTEUR::CapteurScout55, ENUM_TYPE_CAPTEUR::CapteurLvdtSolartron};
-  return std::ranges::find(kGenres, capteur.TypeDeCapteur()) != kGenres.end();
 }
 
 auto ColonneDeLHorloge(const EnregistrementLu& lu) {
@@ -137,7 +128,7 @@ class Rejouée final : public Machine {
 
   void TaitLesInstruments() {
     for (const CapteurRef& capteur : *chassis_->Capteurs()) {
-      if (!LitUnInstrument(*capteur) || !capteur->Enabled_bln()) continue;
+      if (!capteur->EstDUnInstrument() || !capteur->Enabled_bln()) continue;
       capteur->Enabled_bln(false);
       std::fprintf(stderr, "zuma: %s reads an instrument of its own, and is not played again\n",
                    capteur->NomDuCapteur().c_str());

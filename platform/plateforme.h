@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "base/ref.h"
 #include "base/suivi_des_echecs.h"
 #include "platform/can.h"
@@ -24,6 +26,9 @@ struct Plateforme {
   /// Time of the present pass in seconds of the frame's timer, which dates every reading. The frame
   /// sets it, by the one reading that its pass makes anyway.
   double heureDePasse = 0;
+  /// Zeros and tares that were asked of sensors or taken back, all together: who looks for them on
+  /// each pass looks here first. Goes round.
+  std::uint32_t gestes = 0;
   /// Failures of the passes that go on.
   SuiviDesEchecs échecs;
   Pointeur<BoîteDeMessage> messages;    ///< notices to integrator and operator

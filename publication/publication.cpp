@@ -51,22 +51,28 @@ std::string_view Tient(std::string_view texte) {
   return texte.substr(0, fin);
 }
 
-template <class Objet>
-void Ecrit(EnEcriture& place, std::size_t& rang, const Objet& objet) {
-  const Mesure mesure = MesureDe(objet);
-  const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(mesure.âge));
-  place.Ecrit(rang++, mesure.valeur);
-  place.Ecrit(rang++, haut << kDécalageDeLAge | mesure.état);
-}
+// The words of the objects of a sample, one object behind the other.
+class SuiteDObjets {
+ public:
+  explicit SuiteDObjets(Mot* premier) : mot_(premier) {}
+  template <class Objet>
+  void Ecrit(const Objet& objet) {
+    const Mesure mesure = MesureDe(objet);
+    const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(mesure.âge));
+    Pose(std::bit_cast<std::uint64_t>(mesure.valeur));
+    Pose(haut << kDécalageDeLAge | mesure.état);
+  }
 
-// Its counts at once.
-std::uint32_t EnUnMot(const GestesDuCapteur& gestes) {
-  return std::bit_cast<std::uint32_t>(gestes);
-}
+ private:
+  void Pose(std::uint64_t mot) { (mot_++)->store(mot, std::memory_order_release); }
 
+  Mot* mot_;
+};
+
+// Objects of a frame, none of which is Nothing.
 template <class Refs>
-void EcritChacun(EnEcriture& place, std::size_t& rang, const Refs& objets) {
-  for (const auto& objet : objets) Ecrit(place, rang, *objet);
+void EcritChacun(SuiteDObjets& suite, const Refs& objets) {
+  for (const auto& objet : objets) suite.Ecrit(*objet.Brut());
 }
 
 // Where everything lies, in words.
@@ -174,7 +180,8 @@ double Publication::Temps() const noexcept {
 
 // Ranks are those of `ObjetsDuChassis`.
 void Publication::RepèreLesSuivis() {
-  for (const CapteurRef& capteur : objets_.capteurs) gestes_.push_back(capteur->Gestes());
+  gestes_ = chassis_.LaPlateforme().gestes;
+  for (const CapteurRef& capteur : objets_.capteurs) gestesDits_.push_back(capteur->Gestes());
   std::size_t rang = objets_.capteurs.size();
   for (const CommandeRef& commande : objets_.commandes) {
     if (EstUneSortie(*commande)) {
@@ -216,11 +223,13 @@ void Publication::Publie() {
   if (rafraîchi || évènement_ || secondes_ - dernier_ >= kAuPlusTard) Echantillonne(rafraîchi);
 }
 
+std::span<Mot> Publication::LaPlace(std::uint64_t échantillon) {
+  return mots_.subspan(plan_.échantillons + échantillon % plan_.places * plan_.mots, plan_.mots);
+}
+
 void Publication::Echantillonne(bool rafraîchi) {
   {
-    EnEcriture place(
-        mots_.subspan(plan_.échantillons + échantillons_ % plan_.places * plan_.mots, plan_.mots),
-        échantillons_);
+    EnEcriture place(LaPlace(échantillons_), échantillons_);
     place.Ecrit(RangDe(MotDEchantillon::Secondes), secondes_);
     place.Ecrit(RangDe(MotDEchantillon::Monotone),
                 Nanosecondes(std::chrono::steady_clock::now().time_since_epoch()));
@@ -232,19 +241,14 @@ void Publication::Echantillonne(bool rafraîchi) {
     place.Ecrit(RangDe(MotDEchantillon::Horloge),
                 debout_ ? chassis_.LeTimer()->LitMicrosecondes()
                         : chassis_.LaPlateforme().heureDePasse * kMicrosecondes);
-    std::size_t rang = RangDe(MotDEchantillon::kNombre);
-    bool gestes = false;
-    for (std::size_t i = 0; i < gestes_.size(); ++i) {
-      const Capteur& capteur = *objets_.capteurs[i];
-      Ecrit(place, rang, capteur);
-      gestes |= EnUnMot(capteur.Gestes()) != EnUnMot(gestes_[i]);
-    }
-    if (gestes && rafraîchi) SuitLesGestes();
-    EcritChacun(place, rang, objets_.commandes);
-    EcritChacun(place, rang, objets_.entrées);
-    EcritChacun(place, rang, objets_.sorties);
-    Ecrit(place, rang, *objets_.chien);
-    EcritChacun(place, rang, objets_.canaux);
+    SuiteDObjets suite(place.Depuis(RangDe(MotDEchantillon::kNombre)));
+    EcritChacun(suite, objets_.capteurs);
+    if (rafraîchi && gestes_ != chassis_.LaPlateforme().gestes) SuitLesGestes();
+    EcritChacun(suite, objets_.commandes);
+    EcritChacun(suite, objets_.entrées);
+    EcritChacun(suite, objets_.sorties);
+    suite.Ecrit(*objets_.chien);
+    EcritChacun(suite, objets_.canaux);
   }
   Pose(EnTête::EchantillonsEcrits, ++échantillons_);
   dernier_ = secondes_;
@@ -348,15 +352,16 @@ void Publication::SuitLesGestes() {
       {&GestesDuCapteur::zéros, GenreDEvènement::Zéro},
       {&GestesDuCapteur::tares, GenreDEvènement::Tare},
   }};
-  for (std::size_t rang = 0; rang < gestes_.size(); ++rang) {
+  gestes_ = chassis_.LaPlateforme().gestes;
+  for (std::size_t rang = 0; rang < gestesDits_.size(); ++rang) {
     const Capteur& capteur = *objets_.capteurs[rang];
-    if (capteur.Gestes() == gestes_[rang]) continue;
+    if (capteur.Gestes() == gestesDits_[rang]) continue;
     for (const Acte& acte : kActes) {
-      if (capteur.Gestes().*acte.compte == gestes_[rang].*acte.compte) continue;
+      if (capteur.Gestes().*acte.compte == gestesDits_[rang].*acte.compte) continue;
       const bool tare = acte.genre == GenreDEvènement::Tare;
       Consigne(acte.genre, rang, tare ? capteur.ValeurApresTarage() : 0, "");
     }
-    gestes_[rang] = capteur.Gestes();
+    gestesDits_[rang] = capteur.Gestes();
   }
 }
 

@@ -116,6 +116,7 @@ class Publication {
   void SuitLesValeurs();
   void SuitLesGestes();
   void Consigne(GenreDEvènement genre, std::uint64_t objet, double valeur, std::string_view texte);
+  [[nodiscard]] std::span<Mot> LaPlace(std::uint64_t échantillon);
   void Echantillonne(bool rafraîchi);
 
   Chassis& chassis_;
@@ -128,7 +129,8 @@ class Publication {
   std::span<Mot> mots_;
   std::vector<Suivi> suivis_;
   std::vector<SortieSuivie> sorties_;
-  std::vector<GestesDuCapteur> gestes_;  ///< of the sensors, as they were told last
+  std::uint32_t gestes_ = 0;  ///< of all sensors, as they were told last
+  std::vector<GestesDuCapteur> gestesDits_;
   Plan plan_{};
   std::uint64_t génération_ = 0;
   std::uint64_t échantillons_ = 0, évènements_ = 0, passes_ = 0, rafraîchissements_ = 0;

@@ -154,6 +154,9 @@ class Capteur : public Objet {
   /// False while the instrument behind the sensor, or behind one in service that it is made from,
   /// has given nothing yet: the value is then no measure.
   [[nodiscard]] bool EstLu() const { return LAge().lue; }
+  /// Its value comes neither from a channel nor from other sensors: it asks an instrument itself,
+  /// or the host gives it.
+  [[nodiscard]] bool EstDUnInstrument() const;
   /// Age in seconds beyond which the sensor is not valid and, when it may, stops the frame; 0 for
   /// none.
   [[nodiscard]] double AgeMaximal() const { return mdblAgeMaximal; }
@@ -372,6 +375,7 @@ class Capteur : public Objet {
     mesuré_ = true;
   }
   void ContrôleLAge();
+  void Compte(std::uint8_t GestesDuCapteur::* geste);
   [[nodiscard]] std::string CauseDuDépassement() const;
   [[nodiscard]] std::string CauseDeLAge() const;
   void DéclencheLArrêt(std::string (Capteur::*cause)() const);

@@ -13,13 +13,15 @@ constexpr double kSilenceDuDehors = 1;
 
 }  // namespace
 
-Capteur::AgeDeMesure Capteur::LAge() const {
-  return genre_ != nullptr && genre_->âge != nullptr ? genre_->âge(*this) : AgeDeMesure{};
-}
-
 Capteur::AgeDeMesure Capteur::Calcul::AgeDuCanal(const Capteur& c) {
   if (!c.mobjCanal) return {};
   return {c.mobjCanal->Age(), c.mobjCanal->EstVieux(), c.mobjCanal->EstLu()};
+}
+
+// Most sensors are of one kind: its age is taken here, and not behind a pointer.
+Capteur::AgeDeMesure Capteur::LAge() const {
+  if (estNormal_) return Calcul::AgeDuCanal(*this);
+  return genre_ != nullptr && genre_->âge != nullptr ? genre_->âge(*this) : AgeDeMesure{};
 }
 
 // A sensor found below itself is told where its value is asked.
@@ -44,6 +46,11 @@ Capteur::AgeDeMesure Capteur::Calcul::AgeDeLInstrument(const Capteur& c) {
 Capteur::AgeDeMesure Capteur::Calcul::AgeDuDehors(const Capteur& c) {
   const double secondes = c.LaPlateforme().heureDePasse - c.heureDeMesure_;
   return {secondes, secondes > kSilenceDuDehors, c.mesuré_};
+}
+
+bool Capteur::EstDUnInstrument() const {
+  return genre_ != nullptr &&
+         (genre_->âge == Calcul::AgeDeLInstrument || genre_->âge == Calcul::AgeDuDehors);
 }
 
 // An overrun stops for itself. Like the limits, the age is not watched while the sensor is open to

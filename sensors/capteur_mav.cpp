@@ -13,6 +13,11 @@ void Capteur::CommenceMAV(ENUM_OPERATION_MAV& opération) {
   opération = ENUM_OPERATION_MAV::Acquisition;
 }
 
+void Capteur::Compte(std::uint8_t GestesDuCapteur::* geste) {
+  ++(gestes_.*geste);
+  ++LaPlateforme().gestes;
+}
+
 void Capteur::Raz() {
   Garde(*this, Forme::Méthode, "Raz", [&] {
     if (genre_ != nullptr && genre_->remetàZéro != nullptr) genre_->remetàZéro(*this);
@@ -21,12 +26,12 @@ void Capteur::Raz() {
 
 void Capteur::Calcul::RazDuCanal(Capteur& c) {
   if (c.musrOpérationCouranteDeRAZ != ENUM_OPERATION_MAV::RienFaire) return;
-  ++c.gestes_.zéros;
+  c.Compte(&GestesDuCapteur::zéros);
   c.CommenceMAV(c.musrOpérationCouranteDeRAZ);
 }
 
 void Capteur::Calcul::RazDeLaMontre(Capteur& c) {
-  ++c.gestes_.zéros;
+  c.Compte(&GestesDuCapteur::zéros);
   c.ValeurDeRAZ_mdbl = c.Timer()->LitMicrosecondes() - c.mdblDépartCapteurTemps;
   c.MetàJour();
 }
@@ -45,7 +50,7 @@ void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
   Garde(*this, Forme::Méthode, "Tare", [&] {
     if (musrOpérationCouranteDeTare != ENUM_OPERATION_MAV::RienFaire) return;
     mdblValeurApresTarage = VersDouble(ValeurApresTarage_var);
-    ++gestes_.tares;
+    Compte(&GestesDuCapteur::tares);
     CommenceMAV(musrOpérationCouranteDeTare);
   });
 }
@@ -53,7 +58,7 @@ void Capteur::Tare(const Valeur& ValeurApresTarage_var) {
 void Capteur::AnnuleRaz() {
   Garde(*this, Forme::Méthode, "AnnuleRaz", [&] {
     ValeurDeRAZ_mdbl = 0;
-    ++gestes_.zérosRepris;
+    Compte(&GestesDuCapteur::zérosRepris);
     if (musrTypeDeCapteur != ENUM_TYPE_CAPTEUR::CapteurRecouvrement) return;
     const EnCours descente = Descend();
     PetitCapteur()->AnnuleRaz();
@@ -63,7 +68,7 @@ void Capteur::AnnuleRaz() {
 void Capteur::AnnuleTare() {
   ValeurTare_ = 0;
   EtatDeLaTare_ = false;
-  ++gestes_.taresReprises;
+  Compte(&GestesDuCapteur::taresReprises);
 }
 
 ENUM_OPERATION_MAV Capteur::EtatRAZ() const {

@@ -56,7 +56,8 @@ inline double Capteur::Intègre(double points, Passe& passe) {
   if (musrOpérationCouranteDeRAZ == ENUM_OPERATION_MAV::Acquisition && !passe.tenue) {
     passe.chacun([&] { AvanceLeZéro(passe); });
   }
-  mdblValeurCouranteEnPoints = Intègre(mdblValeurCouranteEnPoints - ValeurDeRAZ_mdbl, passe);
+  mdblValeurCouranteEnPoints -= ValeurDeRAZ_mdbl;
+  mdblValeurCouranteEnPoints = Intègre(mdblValeurCouranteEnPoints, passe);
   const auto contrôle = [&] { passe.chacun([&] { ContrôleLesLimites(); }); };
   try {
     mdblValeurCourante = table_.VersUnités(mdblValeurCouranteEnPoints);

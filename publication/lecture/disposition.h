@@ -148,6 +148,8 @@ class EnEcriture {
   }
   void Ecrit(std::size_t rang, double nombre) { Ecrit(rang, std::bit_cast<std::uint64_t>(nombre)); }
   ///@}
+  /// The words from `rang` on, for who writes many with release, too.
+  [[nodiscard]] Mot* Depuis(std::size_t rang) { return &place_[rang]; }
 
  private:
   std::span<Mot> place_;

@@ -24,7 +24,7 @@ FICHIERS = [
     "logic/*.cpp",
     "commands/*.cpp",
     "sensors/capteur_metajour.cpp",
-    "sensors/capteur_normal.cpp",
+    "sensors/capteur_arret.cpp",
     "sensors/capteur_mav.cpp",
     "sensors/capteur_age.cpp",
     "dialogs/feuille_etalonnage.cpp",
@@ -214,7 +214,7 @@ def pose(chemin, contenu):
 
 def construit(arbre, dossier, travaux):
     subprocess.run(["cmake", "-S", arbre, "-B", dossier / "build", "-G", "Ninja",
-                    "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DZUMA_QT=OFF",
+                    "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DZUMA_QT=OFF", "-DZUMA_PYTHON=OFF",
                     "-DCMAKE_CXX_FLAGS=-w"], check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["ninja", f"-j{travaux}", "-C", dossier / "build", "zuma_tests"], check=True)
     return dossier / "build" / "zuma_tests"
