@@ -11,7 +11,7 @@ PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcl
             pybind11-dev python3-dev python3-numpy python3-matplotlib python3-pytest mypy
 PACKAGES_BENCH := libbenchmark-dev valgrind
 PACKAGES_DOC := doxygen graphviz
-PACKAGES_DEB := $(PACKAGES_DOC) debhelper dpkg-dev lintian
+PACKAGES_DEB := $(PACKAGES_DOC) debhelper dh-python dpkg-dev lintian
 PACKAGES_LINT := clang-19 clang-tidy-19 clang-format-19
 
 DEMO_DIR ?= demo-out
@@ -27,11 +27,11 @@ deps:  ## install the Debian packages that are missing
 	@tools/deps.sh $(PACKAGES)
 
 demo: deps  ## build the program and show the demo frame on the simulated machine
-	@tools/construit.sh release $(JOBS) zuma_program
+	@tools/construit.sh release $(JOBS) zuma_program zuma_python
 	@tools/demo.sh build/release/zuma "$(DEMO_DIR)" "$(DEMO_SECONDS)"
 
 test: deps  ## build and run every test under the sanitizers
-	@tools/construit.sh debug $(JOBS) zuma_tests zuma_qt_tests
+	@tools/construit.sh debug $(JOBS) zuma_tests zuma_qt_tests zuma_python
 	@ctest --preset debug -j $(JOBS)
 
 bench: deps  ## time the pass, count its allocations and instructions
@@ -51,9 +51,10 @@ doc: deps  ## make the reference of the headers, build/doc/html; a name without 
 	@tools/deps.sh $(PACKAGES_DOC)
 	@tools/documentation.sh build/doc
 
-images: deps  ## make the pictures of the windows in docs/images anew
-	@tools/construit.sh release $(JOBS) zuma_images
+images: deps  ## make the pictures in docs/images anew
+	@tools/construit.sh release $(JOBS) zuma_images zuma_python
 	@build/release/zuma_images docs/images
+	@PYTHONPATH=build/release/python /usr/bin/python3 examples/python/tensile.py --picture docs/images/tensile.png
 
 mutants: deps  ## change stop chain, commands and limits in small ways; a test must notice each
 	@tools/deps.sh python3-clang-19

@@ -72,3 +72,12 @@ if(ZUMA_PROGRAM)
       DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
   endif()
 endif()
+
+if(ZUMA_PYTHON)
+  # Where Debian's Python looks, whatever the architecture: the module's own name tells that.
+  set(dossier_python lib/python3/dist-packages/zuma)
+  install(TARGETS zuma_python LIBRARY DESTINATION ${dossier_python} COMPONENT python)
+  install(DIRECTORY python/zuma/ DESTINATION ${dossier_python} COMPONENT python
+    FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN "py.typed"
+    PATTERN "__pycache__" EXCLUDE)
+endif()

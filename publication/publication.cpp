@@ -8,11 +8,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 #include <unistd.h>
 
 #include "platform/linux/securite.h"
+#include "publication/mesures.h"
 
 namespace zuma::publication {
 namespace {
@@ -24,8 +24,7 @@ constexpr double kEntreDeux = 0.1;    // seconds between two events of one objec
 constexpr double kValeursParSeconde = 50;
 constexpr std::size_t kEvènements = 1024;  // places beyond those of the values
 constexpr std::size_t kEnPlus = 64;        // samples beyond those of the rate, for the events
-constexpr double kAbsent = std::numeric_limits<double>::quiet_NaN();
-constexpr std::size_t kMarge = 65'536;  // bytes by which a description may grow
+constexpr std::size_t kMarge = 65'536;     // bytes by which a description may grow
 
 std::uint64_t Nanosecondes(auto durée) {
   return static_cast<std::uint64_t>(
@@ -54,24 +53,16 @@ std::string_view Tient(std::string_view texte) {
   return texte.substr(0, fin);
 }
 
-std::uint32_t Bits(bool vrai, Etat bit) {
-  return static_cast<std::uint32_t>(vrai) * bit;  // a shift, and no choice
-}
-
-// 1 for on, 0 for off, no number for a source that tells nothing: as people plot it.
-double Niveau(ENUM_ETAT_LOGIQUE état) {
-  if (état == ENUM_ETAT_LOGIQUE::Actif) return 1;
-  return état == ENUM_ETAT_LOGIQUE::Inactif ? 0 : kAbsent;
-}
-
 // The words of the objects of a sample, one object behind the other.
 class SuiteDObjets {
  public:
   explicit SuiteDObjets(Mot* premier) : mot_(premier) {}
-  void Ecrit(double valeur, double âge, std::uint32_t état) {
-    const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(âge));
-    Pose(std::bit_cast<std::uint64_t>(valeur));
-    Pose(haut << kDécalageDeLAge | état);
+  template <class Objet>
+  void Ecrit(const Objet& objet) {
+    const Mesure mesure = MesureDe(objet);
+    const std::uint64_t haut = std::bit_cast<std::uint32_t>(static_cast<float>(mesure.âge));
+    Pose(std::bit_cast<std::uint64_t>(mesure.valeur));
+    Pose(haut << kDécalageDeLAge | mesure.état);
   }
 
  private:
@@ -80,50 +71,10 @@ class SuiteDObjets {
   Mot* mot_;
 };
 
-void Ecrit(SuiteDObjets& suite, const Capteur& capteur) {
-  constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
-  const Capteur::AgeDeMesure âge = capteur.LAge();
-  // Without branches: all of it lies in the same two lines of the cache.
-  const bool lisible = capteur.Enabled_bln() & capteur.CapteurSelectionne() & âge.lue &
-                       (capteur.Etat() != kNonValide);
-  suite.Ecrit(lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
-              Bits(capteur.Enabled_bln(), kEnService) | Bits(âge.lue, kLu) |
-                  Bits(âge.vieux, kVieux) | Bits(capteur.CapteurSelectionne(), kSélectionné) |
-                  Bits(capteur.AU(), kSorti) |
-                  (static_cast<std::uint32_t>(capteur.Etat()) << kDécalageDeLEtat));
-}
-
-void Ecrit(SuiteDObjets& suite, const Commande& commande) {
-  suite.Ecrit(commande.ValeurCouranteEnUnité(), 0,
-              Bits(commande.Enabled(), kEnService) | Bits(commande.Atteinte(), kAtteint) |
-                  Bits(commande.MaintenueAuRepos(), kMaintenu) |
-                  Bits(commande.SortieSaturée(), kSaturé));
-}
-
-void Ecrit(SuiteDObjets& suite, const EntréeLogique& entrée) {
-  suite.Ecrit(Niveau(entrée.ValeurCourante()), 0, 0);
-}
-
-void Ecrit(SuiteDObjets& suite, const SortieLogique& sortie) {
-  suite.Ecrit(Niveau(sortie.ValeurCourante()), 0, Bits(sortie.Atteinte(), kAtteint));
-}
-
-void Ecrit(SuiteDObjets& suite, const Watchdog& chien) {
-  suite.Ecrit(chien.Temps(), 0,
-              Bits(chien.Enabled(), kEnService) | Bits(chien.ArrêtAtteint(), kAtteint) |
-                  Bits(chien.EnArrêt(), kEnArrêt));
-}
-
-void Ecrit(SuiteDObjets& suite, const Canal& canal) {
-  suite.Ecrit(canal.ValeurCanal(), canal.Age(),
-              Bits(canal.EnService(), kEnService) | Bits(canal.EstLu(), kLu) |
-                  Bits(canal.EstVieux(), kVieux) | Bits(canal.Atteint(), kAtteint));
-}
-
 // Objects of a frame, none of which is Nothing.
 template <class Refs>
 void EcritChacun(SuiteDObjets& suite, const Refs& objets) {
-  for (const auto& objet : objets) Ecrit(suite, *objet.Brut());
+  for (const auto& objet : objets) suite.Ecrit(*objet.Brut());
 }
 
 // Where everything lies, in words.
@@ -250,12 +201,12 @@ void Publication::RepèreLesSuivis() {
   }
   for (const EntréeLogiqueRef& entrée : objets_.entrées) {
     suivis_.push_back({GenreDEvènement::Entrée, rang++,
-                       [e = entrée.Brut()] { return Niveau(e->ValeurCourante()); }});
+                       [e = entrée.Brut()] { return NiveauDe(e->ValeurCourante()); }});
   }
   for (const SortieLogiqueRef& sortie : objets_.sorties) {
     if (sortie->Canal()) sorties_.push_back({rang, [s = sortie.Brut()] { return s->Atteinte(); }});
     suivis_.push_back({GenreDEvènement::Sortie, rang++,
-                       [s = sortie.Brut()] { return Niveau(s->ValeurCourante()); }});
+                       [s = sortie.Brut()] { return NiveauDe(s->ValeurCourante()); }});
   }
   if (!objets_.chien->SortiePulse() && objets_.chien->Adresse() != 0) {
     sorties_.push_back({rang, [c = objets_.chien.Brut()] { return c->ArrêtAtteint(); }});
@@ -301,7 +252,7 @@ void Publication::Echantillonne(bool rafraîchi) {
     EcritChacun(suite, objets_.commandes);
     EcritChacun(suite, objets_.entrées);
     EcritChacun(suite, objets_.sorties);
-    Ecrit(suite, *objets_.chien);
+    suite.Ecrit(*objets_.chien);
     EcritChacun(suite, objets_.canaux);
   }
   Pose(EnTête::EchantillonsEcrits, ++échantillons_);

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes a demo database, checks its frames, shows the first one live on the simulated machine, runs
 # the others for some seconds of simulated time, runs a compression test on the simulated press, takes a
-# picture of the desktop window, and lets a second test run into a limit, for the page of its stop:
+# picture of the desktop window, lets a second test run into a limit, for the page of its stop, and breaks a
+# specimen from Python:
 # demo.sh PROGRAM FOLDER SECONDS
 set -euo pipefail
 
@@ -73,3 +74,7 @@ for question in list(cas)[4:8]:
     print(f"  {question} {'; '.join(cas[question])}")
 FIN
 echo "Its black box page: picture $cas/stop.svg"
+echo
+# The package of the same build, in the system's Python, whose packages it needs.
+PYTHONPATH="$(dirname "$zuma")/python" PYTHONDONTWRITEBYTECODE=1 \
+  /usr/bin/python3 examples/python/tensile.py "$base" --picture "$dossier/tensile.png"

@@ -29,6 +29,10 @@ for hote in "$travail/examples/minimal" "$travail/examples/complet" "$travail/mi
   echo "$(basename "$hote"): $("$hote" "$travail/demo.db" | tail -1)"
 done
 
+# The package of Python, from the prefix alone.
+PYTHONPATH="$prefixe/lib/python3/dist-packages" PYTHONDONTWRITEBYTECODE=1 \
+  /usr/bin/python3 examples/python/readme.py "$travail/demo.db" | sed 's/^/python: /'
+
 # A host outside the program is looked at while it runs: shown, scoped, recorded, attached to.
 export ZUMA_PUBLICATIONS="$travail/publications"
 mkdir "$ZUMA_PUBLICATIONS"

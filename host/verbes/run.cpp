@@ -13,7 +13,7 @@
 #include "host/parametres.h"
 #include "host/verbes/clavier_terminal.h"
 #include "host/verbes/gestes_capteur.h"
-#include "host/verbes/pannes.h"
+#include "host/pannes.h"
 #include "host/verbes/verbes.h"
 #include "host/verbes/vue.h"
 #include "sim/machine_simulee.h"

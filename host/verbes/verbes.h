@@ -43,7 +43,7 @@ struct OptionsRun {
   bool canaux = false;              ///< the recording can be played again
   std::string rejoue;               ///< recording in the place of the machine; empty for none
   std::uint32_t graine = 0;         ///< of the luck of the faults
-  std::vector<std::string> pannes;  ///< faults of the simulated machine, see host/verbes/pannes.h
+  std::vector<std::string> pannes;  ///< faults of the simulated machine, see host/pannes.h
   bool auPlusVite = false;          ///< simulated time runs as fast as it goes
   std::vector<std::string> ports;   ///< "number=device" of serial ports
   std::vector<std::string> can;     ///< "card:port=interface" of CAN ports

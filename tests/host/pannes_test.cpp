@@ -1,7 +1,7 @@
 // Faults of the simulated machine as a user plans them: each kind does what its name says, and
 // frames of buses and instruments tell them: values and their ages, error channels, and how long a
 // pass takes.
-#include "host/verbes/pannes.h"
+#include "host/pannes.h"
 
 #include <algorithm>
 #include <set>

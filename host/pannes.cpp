@@ -1,4 +1,4 @@
-#include "host/verbes/pannes.h"
+#include "host/pannes.h"
 
 #include <algorithm>
 #include <array>
