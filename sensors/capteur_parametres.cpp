@@ -6,6 +6,7 @@
 #include "base/colonnes.h"
 #include "base/garde.h"
 #include "base/somme_de_controle.h"
+#include "base/table_lue.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
@@ -44,7 +45,6 @@ struct Capteur::Lecture {
 
   static void Directes(Capteur& c, const Recordset& ligne, std::span<const Colonne> colonnes);
   static void Cherchées(Capteur& c, const Recordset& ligne, std::span<const Colonne> colonnes);
-  static void Table(Capteur& c, const Recordset& ligne);
   static void Recouvrement(Capteur& c, const Recordset& ligne);
   static void Parcours(Capteur& c, const Recordset& ligne);
   static void Tout(Capteur& c, const Recordset& ligne);
@@ -123,7 +123,7 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   // A sensor from a channel takes its limits here, as its start will again: the sensors made from
   // it find them at link time, whatever the order.
   if (c.musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::capteurNormal) Calcul::PrendLesLimites(c);
-  Table(c, ligne);
+  colonnes::LitTable(ligne, c.table_);
   Directes(c, ligne, kMaximum);
   // Column "Détection du maxi" can only switch detection on, and it is on already.
   c.AutoriseDétectionMaxi_ = true;
@@ -132,14 +132,6 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   Recouvrement(c, ligne);
   Cherchées(c, ligne, kSélection);
   Parcours(c, ligne);
-}
-
-void Capteur::Lecture::Table(Capteur& c, const Recordset& ligne) {
-  for (std::int16_t i = 1; i <= TableEtalonnage::kMaxPoints; ++i) {
-    const std::string point = "Point " + std::to_string(i);
-    c.table_.PointX(i, colonnes::Nombre(ligne, point + " - Unité"));
-    c.table_.PointY(i, colonnes::Nombre(ligne, point + " - Point"));
-  }
 }
 
 void Capteur::LitLaConfigurationRS() {

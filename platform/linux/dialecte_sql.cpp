@@ -1,6 +1,7 @@
 #include "platform/linux/dialecte_sql.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace zuma::linux_ {
 namespace {
@@ -93,10 +94,49 @@ class Traducteur {
   std::string sql_;
 };
 
+// Length of the whole number at the start of `texte`; 0 when that is, or may be, something else: a
+// fraction, a power of ten, hexadecimal digits, a number beyond 64 bits.
+std::size_t LongueurDEntier(std::string_view texte) {
+  constexpr std::string_view kSuites = ".eExX_";
+  constexpr std::size_t kPlusLong = 18;
+  const std::size_t n = Longueur(texte, EstChiffre);
+  const bool continue_ = n < texte.size() && kSuites.find(texte[n]) != kSuites.npos;
+  return continue_ || n > kPlusLong ? 0 : n;
+}
+
 }  // namespace
 
 std::string TraduitPourSqlite(std::string_view instruction) {
   return Traducteur(instruction).Traduit();
+}
+
+FormeDInstruction SépareLesNombres(std::string_view instruction) {
+  constexpr std::string_view kCitations = "['\"";
+  constexpr std::string_view kSansForme = "?:@$-/";
+  FormeDInstruction forme;
+  forme.texte.reserve(instruction.size());
+  std::string_view reste = instruction;
+  const auto copie = [&](std::size_t n) {
+    forme.texte += reste.substr(0, n);
+    reste.remove_prefix(n);
+  };
+  while (!reste.empty()) {
+    const char c = reste.front();
+    if (kSansForme.find(c) != kSansForme.npos) return {std::string(instruction), {}};
+    if (kCitations.find(c) != kCitations.npos) {
+      copie(LongueurDeCitation(reste));
+      continue;
+    }
+    copie(1);
+    if (c != '=') continue;
+    copie(Blancs(reste));
+    const std::size_t n = LongueurDEntier(reste);
+    if (n == 0) continue;
+    std::from_chars(reste.data(), reste.data() + n, forme.nombres.emplace_back());
+    reste.remove_prefix(n);
+    forme.texte += '?';
+  }
+  return forme;
 }
 
 }  // namespace zuma::linux_
