@@ -18,7 +18,7 @@ void RecordsetSqlite::LitLesLignes(InstructionSqlite& instruction) {
   champs_.reserve(colonnes_->Toutes().size());
   for (const Colonne& colonne : colonnes_->Toutes()) champs_.push_back({colonne.nom, {}});
   while (instruction.Suivante()) {
-    lignes_.OuvreUneLigne();
+    lignes_.OuvreUneLigne(champs_.size());
     int rang = 0;
     for (const Colonne& colonne : colonnes_->Toutes()) {
       lignes_.Ajoute(LitColonne(instruction.Brut(), rang++, colonne.type));
@@ -43,7 +43,8 @@ void RecordsetSqlite::ExigeUneLigne() const {
 
 void RecordsetSqlite::MoveFirst() {
   if (lignes_.Nombre() == 0) throw Echec(Numéro::PasDEnregistrement);
-  PlaceSur(0);
+  enEdition_ = false;
+  if (rang_ != 0) PlaceSur(0);
 }
 
 void RecordsetSqlite::MoveNext() {
