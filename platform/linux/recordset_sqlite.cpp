@@ -11,23 +11,28 @@ RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion,
                                  InstructionPréparée& préparée)
     : connexion_(std::move(connexion)), colonnes_(préparée.colonnes) {
   LitLesLignes(préparée.instruction);
-  PlaceSur(0);
 }
 
 void RecordsetSqlite::LitLesLignes(InstructionSqlite& instruction) {
   champs_.reserve(colonnes_->Toutes().size());
   for (const Colonne& colonne : colonnes_->Toutes()) champs_.push_back({colonne.nom, {}});
   while (instruction.Suivante()) {
-    lignes_.OuvreUneLigne(champs_.size());
-    int rang = 0;
-    for (const Colonne& colonne : colonnes_->Toutes()) {
-      lignes_.Ajoute(LitColonne(instruction.Brut(), rang++, colonne.type));
-    }
+    LitUneLigne(instruction.Brut());
     if (lignes_.Taille() > connexion_->Bornes().mémoire) {
       Refuse(Numéro::RessourcesDépassées,
              "'" + connexion_->Chemin() + "' (plus de lignes qu'une table de ce système n'en a : " +
                  std::to_string(lignes_.Nombre()) + ")");
     }
+  }
+}
+
+void RecordsetSqlite::LitUneLigne(sqlite3_stmt* instruction) {
+  const bool première = lignes_.Nombre() == 0;  // it stays in hand
+  lignes_.OuvreUneLigne(champs_.size());
+  for (std::size_t i = 0; i < champs_.size(); ++i) {
+    Valeur valeur = LitColonne(instruction, static_cast<int>(i), LaColonne(i).type);
+    lignes_.Ajoute(valeur);
+    if (première) champs_[i].Value = std::move(valeur);
   }
 }
 

@@ -51,6 +51,7 @@ class RecordsetSqlite : public Recordset {
     return colonnes_->Toutes()[rang];
   }
   void LitLesLignes(InstructionSqlite& instruction);
+  void LitUneLigne(sqlite3_stmt* instruction);
   void ExigeUneLigne() const;
   void PlaceSur(std::size_t rang);
   // Fields of the current row given to `Ecrit` since `Edit`, by place.
