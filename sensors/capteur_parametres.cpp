@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_map>
 
 #include "base/colonnes.h"
 #include "base/garde.h"
@@ -17,6 +18,21 @@ using colonnes::LitNombre;
 using colonnes::LitTexte;
 using colonnes::SaufNul;
 using OutilsCommuns::LitChampSûr;
+
+namespace {
+
+// Of the parameters, by their columns.
+const auto& RangsDesParamètres() {
+  static const auto rangs = [] {
+    std::unordered_map<std::string_view, std::size_t> parColonne;
+    for (const LigneParamètre& l : kLignesParamètres)
+      parColonne.emplace(l.colonne, parColonne.size());
+    return parColonne;
+  }();
+  return rangs;
+}
+
+}  // namespace
 
 /// The columns of a sensor's row and what is made of them.
 struct Capteur::Lecture {
@@ -204,10 +220,9 @@ void Capteur::Lecture::Parcours(Capteur& c, const Recordset& ligne) {
     for (const Colonne& colonne : kAutres) {
       if (champ.Name == colonne.nom) colonne.Lit(c, champ.Value);
     }
-    for (std::size_t rang = 0; rang < kLignesParamètres.size(); ++rang) {
-      if (champ.Name != kLignesParamètres[rang].colonne) continue;
-      c.paramètres_.Index(rang, colonnes::Entier32(champ.Value, champ.Name));
-    }
+    const auto paramètre = RangsDesParamètres().find(champ.Name);
+    if (paramètre == RangsDesParamètres().end()) continue;
+    c.paramètres_.Index(paramètre->second, colonnes::Entier32(champ.Value, champ.Name));
   }
 }
 

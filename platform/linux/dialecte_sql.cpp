@@ -1,6 +1,7 @@
 #include "platform/linux/dialecte_sql.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace zuma::linux_ {
@@ -94,6 +95,18 @@ class Traducteur {
   std::string sql_;
 };
 
+// Not so: what begins a citation, a parameter or a comment, and "=".
+bool SansRôle(char c) {
+  constexpr auto kRôles = [] {
+    std::array<bool, 256> rôles{};
+    for (const char rôle : std::string_view("['\"?:@$-/=")) {
+      rôles[static_cast<unsigned char>(rôle)] = true;
+    }
+    return rôles;
+  }();
+  return !kRôles[static_cast<unsigned char>(c)];
+}
+
 // Length of the whole number at the start of `texte`; 0 when that is, or may be, something else: a
 // fraction, a power of ten, hexadecimal digits, a number beyond 64 bits.
 std::size_t LongueurDEntier(std::string_view texte) {
@@ -111,31 +124,27 @@ std::string TraduitPourSqlite(std::string_view instruction) {
 }
 
 FormeDInstruction SépareLesNombres(std::string_view instruction) {
-  constexpr std::string_view kCitations = "['\"";
-  constexpr std::string_view kSansForme = "?:@$-/";
   FormeDInstruction forme;
   forme.texte.reserve(instruction.size());
-  std::string_view reste = instruction;
-  const auto copie = [&](std::size_t n) {
-    forme.texte += reste.substr(0, n);
-    reste.remove_prefix(n);
-  };
-  while (!reste.empty()) {
-    const char c = reste.front();
-    if (kSansForme.find(c) != kSansForme.npos) return {std::string(instruction), {}};
-    if (kCitations.find(c) != kCitations.npos) {
-      copie(LongueurDeCitation(reste));
+  std::size_t copiés = 0;
+  std::size_t place = 0;
+  while ((place += Longueur(instruction.substr(place), SansRôle)) < instruction.size()) {
+    const char c = instruction[place];
+    if (c == '[' || c == '\'' || c == '"') {
+      place += LongueurDeCitation(instruction.substr(place));
       continue;
     }
-    copie(1);
-    if (c != '=') continue;
-    copie(Blancs(reste));
-    const std::size_t n = LongueurDEntier(reste);
-    if (n == 0) continue;
-    std::from_chars(reste.data(), reste.data() + n, forme.nombres.emplace_back());
-    reste.remove_prefix(n);
-    forme.texte += '?';
+    if (c != '=') return {std::string(instruction), {}};
+    ++place;
+    place += Blancs(instruction.substr(place));
+    const std::string_view nombre =
+        instruction.substr(place, LongueurDEntier(instruction.substr(place)));
+    if (nombre.empty()) continue;
+    std::from_chars(nombre.begin(), nombre.end(), forme.nombres.emplace_back());
+    forme.texte.append(instruction, copiés, place - copiés) += '?';
+    copiés = place += nombre.size();
   }
+  forme.texte.append(instruction, copiés);
   return forme;
 }
 
