@@ -11,13 +11,14 @@
 
 #include "base/ref.h"
 #include "base/valeur.h"
+#include "platform/nom_de_colonne.h"
 
 namespace zuma {
 
 /// One field of the current record.
 struct Champ {
   /// Name of the column, as the statement gives it.
-  std::string Name;
+  NomDeColonne Name;
   /// Its value in this record.
   Valeur Value;
 };

@@ -214,7 +214,7 @@ void Capteur::Lecture::Parcours(Capteur& c, const Recordset& ligne) {
   c.mastrLabelsFils.clear();
   for (const Champ& champ : ligne.Fields()) {
     if (EstNul(champ.Value)) continue;
-    if (champ.Name.find(kFils) != std::string::npos) {
+    if (champ.Name.Texte().find(kFils) != std::string::npos) {
       c.mastrLabelsFils.push_back(VersTexte(champ.Value));
     }
     for (const Colonne& colonne : kAutres) {

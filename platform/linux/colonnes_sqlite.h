@@ -10,6 +10,7 @@
 #include <sqlite3.h>
 
 #include "platform/linux/valeur_sqlite.h"
+#include "platform/nom_de_colonne.h"
 
 namespace zuma::linux_ {
 
@@ -18,7 +19,7 @@ class ColonnesSqlite {
  public:
   /// A column of a statement.
   struct Colonne {
-    std::string nom;                             ///< as the statement shows it
+    NomDeColonne nom;                            ///< as the statement shows it
     std::string origine;                         ///< as its table has it; empty when computed
     std::string table;                           ///< name of its table; empty when computed
     TypeColonne type = TypeColonne::Quelconque;  ///< what its table declares

@@ -134,8 +134,8 @@ void RecordsetSqlite::ExigeLaLigneLue(const std::string& table, const Ligne& pr�
   if (changée == présente.end()) return;
   const auto cité = [](const Valeur& v) { return EstNul(v) ? "Null" : "'" + VersTexte(v) + "'"; };
   const auto& [rang, trouvée] = *changée;
-  std::string détail = "table '" + table + "', colonne '" + LaColonne(rang).nom + "', lue " +
-                       cité(champs_[rang].Value) + ", trouvée " + cité(trouvée);
+  std::string détail = "table '" + table + "', colonne '" + LaColonne(rang).nom.Texte() +
+                       "', lue " + cité(champs_[rang].Value) + ", trouvée " + cité(trouvée);
   if (brouillon_.contains(rang)) détail += ", à écrire " + cité(brouillon_.at(rang));
   for (const auto& [qui, nom] : {std::pair{"Nom de l'Etalonneur", " ; étalonnage de "},
                                  std::pair{"Date d'Etalonnage", " du "}}) {
