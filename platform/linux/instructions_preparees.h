@@ -15,8 +15,8 @@ struct InstructionPréparée {
   /// Fails like `InstructionSqlite`, and with 3075 on what is no selection.
   InstructionPréparée(const ConnexionSqlite& connexion, std::string_view sql);
 
-  InstructionSqlite instruction;
-  std::shared_ptr<const ColonnesSqlite> colonnes;
+  InstructionSqlite instruction;  ///< at its beginning, or where its last run left it
+  std::shared_ptr<const ColonnesSqlite> colonnes;  ///< of every run
 };
 
 /// The statements of one read transaction. A load asks for each of its hundreds of objects with one
