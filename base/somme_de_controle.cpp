@@ -10,20 +10,22 @@ namespace zuma {
 namespace {
 
 // A value as text that no other value has; a number is the same in whatever type it comes.
-std::string EnToutesLettres(const Valeur& valeur) {
-  struct Visite {
-    std::string operator()(Nul) const { return {}; }
-    std::string operator()(bool v) const { return v ? "oui" : "non"; }
-    std::string operator()(std::int32_t v) const { return (*this)(static_cast<double>(v)); }
-    std::string operator()(double v) const {
-      std::array<char, 32> texte{};
-      const auto fin = std::to_chars(texte.begin(), texte.end(), v == 0 ? 0 : v).ptr;
-      return "n" + std::string(texte.begin(), fin);
-    }
-    std::string operator()(const std::string& v) const { return "t" + v; }
-  };
-  return std::visit(Visite{}, valeur);
-}
+struct EnToutesLettres {
+  Empreinte& empreinte;
+  void operator()(Nul) const {}
+  void operator()(bool v) const { empreinte.Ajoute(std::string_view(v ? "oui" : "non")); }
+  void operator()(std::int32_t v) const { (*this)(static_cast<double>(v)); }
+  void operator()(double v) const {
+    std::array<char, 32> texte{};
+    const auto fin = std::to_chars(texte.begin(), texte.end(), v == 0 ? 0 : v).ptr;
+    empreinte.Ajoute('n');
+    empreinte.Ajoute(std::string_view(texte.begin(), fin));
+  }
+  void operator()(const std::string& v) const {
+    empreinte.Ajoute('t');
+    empreinte.Ajoute(v);
+  }
+};
 
 }  // namespace
 
@@ -31,10 +33,10 @@ std::string SommeDeContrôle(std::span<const Champ> champs) {
   Empreinte empreinte;
   for (const auto& [nom, valeur] : champs) {
     if (EstNul(valeur) || nom == kColonneSomme) continue;
-    for (const std::string& texte : {nom, EnToutesLettres(valeur)}) {
-      empreinte.Ajoute(texte);
-      empreinte.Ajoute('\0');
-    }
+    empreinte.Ajoute(nom.Texte());
+    empreinte.Ajoute('\0');
+    std::visit(EnToutesLettres{empreinte}, valeur);
+    empreinte.Ajoute('\0');
   }
   constexpr std::size_t kChiffres = 16;
   std::array<char, kChiffres> texte{};

@@ -73,6 +73,8 @@ class TableEtalonnage {
  public:
   /// Rows that can be used, from 1.
   static constexpr std::int16_t kMaxPoints = 20;
+  /// One column; row 0 exists and takes no part.
+  using Colonne = std::array<double, kMaxPoints + 1>;
 
   ///@{
   /// Unit value of row `indice`, 0 to 20; outside, failure 9.
@@ -85,12 +87,21 @@ class TableEtalonnage {
   void PointY(std::int16_t indice, double points);
   ///@}
 
+  /// Runs `travail` on the columns of units and of points: a whole table is prepared once, not
+  /// after each of its values. What it wrote before it failed holds.
+  template <class Travail>
+  void Remplit(Travail&& travail) {
+    struct Fin {
+      TableEtalonnage& table;
+      ~Fin() { table.Prépare(); }
+    } fin{*this};
+    travail(unités_, points_);
+  }
+
   /// Points to units; fails like `Interpolation::Interpole`.
   [[nodiscard]] double VersUnités(double points) const { return versUnités_.Interpole(points); }
   /// Units to points; fails like `Interpolation::Interpole`.
   [[nodiscard]] double VersPoints(double unités) const { return versPoints_.Interpole(unités); }
-  /// One column; row 0 exists and takes no part.
-  using Colonne = std::array<double, kMaxPoints + 1>;
   /// Rows in use of these columns, from row 1 on.
   [[nodiscard]] static std::size_t RangéesUtiles(const Colonne& unités, const Colonne& points);
 

@@ -43,6 +43,7 @@ Banc::~Banc() {
 
 void Banc::Charge(Chassis& chassis) const {
   const Ref<BaseDeDonnées> base = Crée<linux_::BaseSqlite>(Fichier());
+  const LecturesCohérentes lectures(base);
   chassis.TimerExact(machine_.horloge);
   chassis.ChargeErreur(recueil_);
   chassis.ChargeLeChassis(base, index_);

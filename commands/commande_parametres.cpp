@@ -6,6 +6,7 @@
 #include "base/garde.h"
 #include "base/outils_communs.h"
 #include "base/somme_de_controle.h"
+#include "base/table_lue.h"
 #include "commands/commande.h"
 
 namespace zuma {
@@ -81,11 +82,7 @@ void Commande::LitLigne(const Recordset& ligne) {
   };
   litSiDonné("Fréquence dither", FréquenceDither_);
   litSiDonné("Amplitude dither", AmplitudeDither_);
-  for (std::int16_t n = 1; n <= TableEtalonnage::kMaxPoints; ++n) {
-    const std::string point = "Point " + std::to_string(n);
-    table_.PointX(n, colonnes::Nombre(ligne, point + " - Unité"));
-    table_.PointY(n, colonnes::Nombre(ligne, point + " - Point"));
-  }
+  colonnes::LitTable(ligne, table_);
   for (const auto& [nom, champ] : Colonnes::kTextes) {
     const Valeur* valeur = ChercheChamp(ligne, nom);
     if (valeur != nullptr && !EstNul(*valeur)) this->*champ = colonnes::Texte(*valeur, nom);

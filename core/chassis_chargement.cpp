@@ -1,4 +1,5 @@
 // Loading of a frame from its database.
+#include <optional>
 #include <string>
 
 #include "base/colonnes.h"
@@ -28,6 +29,8 @@ void LitLabel(BaseDeDonnées& base, const requêtes::ObjetLié& requête, std::i
 
 void Chassis::ChargeLeChassis(const Ref<BaseDeDonnées>& dtbMaBase, std::int32_t lngIndexChassis) {
   Garde(*this, Forme::Méthode, "ChargeLeChassis", [&] {
+    std::optional<LecturesCohérentes> lectures;
+    if (dtbMaBase->LecturesACommencer()) lectures.emplace(dtbMaBase);
     ChargeCartes(dtbMaBase, lngIndexChassis);
     ChargeCapteurs(dtbMaBase, lngIndexChassis);
     ChargeCommandes(dtbMaBase, lngIndexChassis);

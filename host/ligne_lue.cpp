@@ -15,7 +15,7 @@ constexpr std::string_view kLiaison = "Liaison Chassis / ";
 
 LigneLue::LigneLue(std::string_view table, const Recordset& lignes)
     : table_(table), lignes_(lignes) {
-  for (const Champ& champ : lignes.Fields()) rangs_.try_emplace(champ.Name, rangs_.size());
+  for (const Champ& champ : lignes.Fields()) rangs_.try_emplace(champ.Name.Texte(), rangs_.size());
 }
 
 const Valeur* LigneLue::Cherche(std::string_view colonne) const {

@@ -6,6 +6,13 @@
 
 namespace zuma {
 
+std::optional<std::size_t> Recordset::RangDe(std::string_view colonne) const {
+  const auto champs = Fields();
+  const auto champ = std::ranges::find(champs, colonne, &Champ::Name);
+  if (champ == champs.end()) return {};
+  return static_cast<std::size_t>(champ - champs.begin());
+}
+
 const Valeur& LitChamp(const Recordset& lignes, std::string_view colonne, std::source_location où) {
   const Valeur* valeur = ChampNommé(lignes, colonne);
   if (valeur == nullptr) {
@@ -26,8 +33,8 @@ const Valeur* ChampNommé(const Recordset& lignes, std::string_view colonne) {
 
 const Valeur* ChercheChamp(const Recordset& lignes, std::string_view colonne) {
   const auto champs = lignes.Fields();
-  const auto champ = std::ranges::find(champs, colonne, &Champ::Name);
-  return champ == champs.end() ? nullptr : &champ->Value;
+  const auto rang = lignes.RangDe(colonne);
+  return rang ? &champs[*rang].Value : nullptr;
 }
 
 }  // namespace zuma

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <source_location>
 #include <span>
 #include <string>
@@ -9,13 +11,14 @@
 
 #include "base/ref.h"
 #include "base/valeur.h"
+#include "platform/nom_de_colonne.h"
 
 namespace zuma {
 
 /// One field of the current record.
 struct Champ {
   /// Name of the column, as the statement gives it.
-  std::string Name;
+  NomDeColonne Name;
   /// Its value in this record.
   Valeur Value;
 };
@@ -36,6 +39,9 @@ class Recordset {
   [[nodiscard]] virtual bool FinDeTable() const = 0;
   /// Fields of the current record in column order; fails with 3021 when there is none.
   [[nodiscard]] virtual std::span<const Champ> Fields() const = 0;
+  /// Place among `Fields` of the first column of exactly that name, or none. Here each name is
+  /// looked at; a recordset that knows its columns should answer at once.
+  [[nodiscard]] virtual std::optional<std::size_t> RangDe(std::string_view colonne) const;
 
   /// Opens the current record for writing; fails with 3021 when there is none, with 3027 on a
   /// database
@@ -70,6 +76,8 @@ class BaseDeDonnées {
   virtual void DébuteLesLectures() {}
   /// Ends what `DébuteLesLectures` began.
   virtual void FinitLesLectures() noexcept {}
+  /// True when a load whose host has not begun the reads is to begin them itself.
+  [[nodiscard]] virtual bool LecturesACommencer() const noexcept { return false; }
 };
 
 /// Reads that no writer splits, for as long as this lives: load and link of a frame belong into

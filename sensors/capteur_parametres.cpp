@@ -2,10 +2,12 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_map>
 
 #include "base/colonnes.h"
 #include "base/garde.h"
 #include "base/somme_de_controle.h"
+#include "base/table_lue.h"
 #include "sensors/capteur_genres.h"
 
 namespace zuma {
@@ -16,6 +18,21 @@ using colonnes::LitNombre;
 using colonnes::LitTexte;
 using colonnes::SaufNul;
 using OutilsCommuns::LitChampSûr;
+
+namespace {
+
+// Of the parameters, by their columns.
+const auto& RangsDesParamètres() {
+  static const auto rangs = [] {
+    std::unordered_map<std::string_view, std::size_t> parColonne;
+    for (const LigneParamètre& l : kLignesParamètres)
+      parColonne.emplace(l.colonne, parColonne.size());
+    return parColonne;
+  }();
+  return rangs;
+}
+
+}  // namespace
 
 /// The columns of a sensor's row and what is made of them.
 struct Capteur::Lecture {
@@ -44,7 +61,6 @@ struct Capteur::Lecture {
 
   static void Directes(Capteur& c, const Recordset& ligne, std::span<const Colonne> colonnes);
   static void Cherchées(Capteur& c, const Recordset& ligne, std::span<const Colonne> colonnes);
-  static void Table(Capteur& c, const Recordset& ligne);
   static void Recouvrement(Capteur& c, const Recordset& ligne);
   static void Parcours(Capteur& c, const Recordset& ligne);
   static void Tout(Capteur& c, const Recordset& ligne);
@@ -124,7 +140,7 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   // A sensor from a channel takes its limits here, as its start will again: the sensors made from
   // it find them at link time, whatever the order.
   if (c.musrTypeDeCapteur == ENUM_TYPE_CAPTEUR::capteurNormal) Calcul::PrendLesLimites(c);
-  Table(c, ligne);
+  colonnes::LitTable(ligne, c.table_);
   Directes(c, ligne, kMaximum);
   // Column "Détection du maxi" can only switch detection on, and it is on already.
   c.AutoriseDétectionMaxi_ = true;
@@ -133,14 +149,6 @@ void Capteur::Lecture::Tout(Capteur& c, const Recordset& ligne) {
   Recouvrement(c, ligne);
   Cherchées(c, ligne, kSélection);
   Parcours(c, ligne);
-}
-
-void Capteur::Lecture::Table(Capteur& c, const Recordset& ligne) {
-  for (std::int16_t i = 1; i <= TableEtalonnage::kMaxPoints; ++i) {
-    const std::string point = "Point " + std::to_string(i);
-    c.table_.PointX(i, colonnes::Nombre(ligne, point + " - Unité"));
-    c.table_.PointY(i, colonnes::Nombre(ligne, point + " - Point"));
-  }
 }
 
 void Capteur::LitLaConfigurationRS() {
@@ -207,16 +215,15 @@ void Capteur::Lecture::Parcours(Capteur& c, const Recordset& ligne) {
   c.mastrLabelsFils.clear();
   for (const Champ& champ : ligne.Fields()) {
     if (EstNul(champ.Value)) continue;
-    if (champ.Name.find(kFils) != std::string::npos) {
+    if (champ.Name.Texte().find(kFils) != std::string::npos) {
       c.mastrLabelsFils.push_back(VersTexte(champ.Value));
     }
     for (const Colonne& colonne : kAutres) {
       if (champ.Name == colonne.nom) colonne.Lit(c, champ.Value);
     }
-    for (std::size_t rang = 0; rang < kLignesParamètres.size(); ++rang) {
-      if (champ.Name != kLignesParamètres[rang].colonne) continue;
-      c.paramètres_.Index(rang, colonnes::Entier32(champ.Value, champ.Name));
-    }
+    const auto paramètre = RangsDesParamètres().find(champ.Name);
+    if (paramètre == RangsDesParamètres().end()) continue;
+    c.paramètres_.Index(paramètre->second, colonnes::Entier32(champ.Value, champ.Name));
   }
 }
 

@@ -72,7 +72,8 @@ void ContrôleDesNoms::Prend(const LigneLue& ligne, Constats& constats) {
 void ContrôleLesColonnes(std::string_view table, const std::vector<std::string_view>& manquantes,
                          const Recordset& ligne, Constats& constats) {
   std::map<std::string, std::string_view> présentes;
-  for (const Champ& champ : ligne.Fields()) présentes.emplace(NomRapproché(champ.Name), champ.Name);
+  for (const Champ& champ : ligne.Fields())
+    présentes.emplace(NomRapproché(champ.Name), champ.Name.Texte());
   for (const std::string_view colonne : manquantes) {
     const auto autre = présentes.find(NomRapproché(colonne));
     if (autre == présentes.end()) continue;

@@ -52,7 +52,8 @@ void InsèreLaLigne(const ConnexionSqlite& connexion, const LigneDeBase& ligne) 
   for (const Champ& champ : ligne.champs) {
     const ColonneDuSchéma* colonne = table->TrouveColonne(champ.Name);
     if (colonne == nullptr) {
-      Refuse(Numéro::ColonneAbsente, "'" + champ.Name + "' de la table '" + ligne.table + "'");
+      Refuse(Numéro::ColonneAbsente,
+             "'" + champ.Name.Texte() + "' de la table '" + ligne.table + "'");
     }
     if (!noms.empty()) noms += ", ";
     noms += NomSql(champ.Name);

@@ -60,7 +60,13 @@ BaseSqlite::BaseSqlite(const std::string& chemin, RéglagesBase réglages)
           réglages.bornes)) {}
 
 Ref<Recordset> BaseSqlite::OpenRecordset(std::string_view instruction, int) {
-  return Crée<RecordsetSqlite>(connexion_, TraduitPourSqlite(instruction));
+  const ConnexionSqlite::LectureBornée borne(*connexion_);
+  if (lectures_) {
+    auto& préparée = lectures_->instructions.Donne(*connexion_, instruction);
+    return Crée<RecordsetSqlite>(connexion_, préparée);
+  }
+  InstructionPréparée préparée(*connexion_, TraduitPourSqlite(instruction));
+  return Crée<RecordsetSqlite>(connexion_, préparée);
 }
 
 // A transaction takes its view of the file with its first read.

@@ -8,6 +8,7 @@
 
 #include "platform/base_de_donnees.h"
 #include "platform/linux/connexion_sqlite.h"
+#include "platform/linux/instructions_preparees.h"
 
 namespace zuma::linux_ {
 
@@ -36,6 +37,8 @@ class BaseSqlite : public BaseDeDonnées {
   /// tables without an index are read from copies in memory.
   void DébuteLesLectures() override;
   void FinitLesLectures() noexcept override;
+  /// Outside of a read transaction each statement locks the file anew.
+  [[nodiscard]] bool LecturesACommencer() const noexcept override { return !lectures_; }
 
   /// Something about the file itself.
   struct Problème {
@@ -48,8 +51,15 @@ class BaseSqlite : public BaseDeDonnées {
   [[nodiscard]] std::vector<Problème> ProblèmesDIntégrité() const;
 
  private:
+  // What lives from `DébuteLesLectures` to `FinitLesLectures`.
+  struct Lectures {
+    explicit Lectures(ConnexionSqlite& connexion) : borne(connexion) {}
+    ConnexionSqlite::LectureBornée borne;
+    InstructionsPréparées instructions;
+  };
+
   std::shared_ptr<ConnexionSqlite> connexion_;
-  std::optional<ConnexionSqlite::LectureBornée> lectures_;
+  std::optional<Lectures> lectures_;
 };
 
 }  // namespace zuma::linux_

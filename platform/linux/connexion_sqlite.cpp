@@ -99,8 +99,10 @@ ConnexionSqlite::ConnexionSqlite(const std::string& chemin, Accès accès,
 }
 
 void ConnexionSqlite::Ouvre(int mode, std::chrono::milliseconds attente) {
+  // One thread at a time: a lock taken around each value read would cost as much as the reading.
+  constexpr int kOptions = SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_NOMUTEX;
   sqlite3* base = nullptr;
-  const int rc = sqlite3_open_v2(chemin_.c_str(), &base, mode | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int rc = sqlite3_open_v2(chemin_.c_str(), &base, mode | kOptions, nullptr);
   base_.reset(base);
   if (rc != SQLITE_OK) Echoue(rc);
   sqlite3_busy_timeout(base, static_cast<int>(attente.count()));
@@ -230,6 +232,16 @@ void InstructionSqlite::Lie(int rang, const Valeur& valeur, std::source_location
   };
   const int rc = std::visit(Liaison{instruction_.get(), rang}, valeur);
   if (rc != SQLITE_OK) connexion_.Echoue(rc, où);
+}
+
+void InstructionSqlite::Recommence(std::span<const std::int64_t> nombres, std::source_location où) {
+  // Its result is that of the last run, which has been told.
+  static_cast<void>(sqlite3_reset(instruction_.get()));
+  int rang = 0;
+  for (const std::int64_t nombre : nombres) {
+    const int rc = sqlite3_bind_int64(instruction_.get(), ++rang, nombre);
+    if (rc != SQLITE_OK) connexion_.Echoue(rc, où);
+  }
 }
 
 TransactionSqlite::~TransactionSqlite() {

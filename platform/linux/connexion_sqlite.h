@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <source_location>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -29,7 +30,8 @@ struct BornesDeLecture {
   bool (*interrompue)() = nullptr;
 };
 
-/// An open SQLite file. It lives as long as the base or any recordset of it does.
+/// An open SQLite file. It lives as long as the base or any recordset of it does. One thread at a
+/// time uses it, or them.
 ///
 /// The file is not trusted: opened with the defensive flag, an untrusted schema, no extensions and
 /// no triggers, so that nothing in it runs or changes what is written, and no view is read: a table
@@ -109,6 +111,9 @@ class InstructionSqlite {
   /// Binds parameter `rang`, counted from 1.
   void Lie(int rang, const Valeur& valeur,
            std::source_location où = std::source_location::current());
+  /// Runs from the first row again, with the numbers as its first parameters.
+  void Recommence(std::span<const std::int64_t> nombres,
+                  std::source_location où = std::source_location::current());
 
  private:
   struct Finalise {

@@ -9,7 +9,8 @@
 namespace zuma::linux_ {
 namespace {
 
-constexpr int kGrande = 200;  // rows; below, reading the whole table costs less than a copy
+// Rows; below, reading the whole table for each of its objects costs less than a copy of it.
+constexpr int kGrande = 60;
 
 // The columns by which a load asks for rows of that table.
 std::vector<std::string_view> Recherchées(const TableDuSchéma& table) {

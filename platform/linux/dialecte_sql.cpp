@@ -1,6 +1,8 @@
 #include "platform/linux/dialecte_sql.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace zuma::linux_ {
 namespace {
@@ -93,10 +95,57 @@ class Traducteur {
   std::string sql_;
 };
 
+// Not so: what begins a citation, a parameter or a comment, and "=".
+bool SansRôle(char c) {
+  constexpr auto kRôles = [] {
+    std::array<bool, 256> rôles{};
+    for (const char rôle : std::string_view("['\"?:@$-/=")) {
+      rôles[static_cast<unsigned char>(rôle)] = true;
+    }
+    return rôles;
+  }();
+  return !kRôles[static_cast<unsigned char>(c)];
+}
+
+// Length of the whole number at the start of `texte`; 0 when that is, or may be, something else: a
+// fraction, a power of ten, hexadecimal digits, a number beyond 64 bits.
+std::size_t LongueurDEntier(std::string_view texte) {
+  constexpr std::string_view kSuites = ".eExX_";
+  constexpr std::size_t kPlusLong = 18;
+  const std::size_t n = Longueur(texte, EstChiffre);
+  const bool continue_ = n < texte.size() && kSuites.find(texte[n]) != kSuites.npos;
+  return continue_ || n > kPlusLong ? 0 : n;
+}
+
 }  // namespace
 
 std::string TraduitPourSqlite(std::string_view instruction) {
   return Traducteur(instruction).Traduit();
+}
+
+FormeDInstruction SépareLesNombres(std::string_view instruction) {
+  FormeDInstruction forme;
+  forme.texte.reserve(instruction.size());
+  std::size_t copiés = 0;
+  std::size_t place = 0;
+  while ((place += Longueur(instruction.substr(place), SansRôle)) < instruction.size()) {
+    const char c = instruction[place];
+    if (c == '[' || c == '\'' || c == '"') {
+      place += LongueurDeCitation(instruction.substr(place));
+      continue;
+    }
+    if (c != '=') return {std::string(instruction), {}};
+    ++place;
+    place += Blancs(instruction.substr(place));
+    const std::string_view nombre =
+        instruction.substr(place, LongueurDEntier(instruction.substr(place)));
+    if (nombre.empty()) continue;
+    std::from_chars(nombre.begin(), nombre.end(), forme.nombres.emplace_back());
+    forme.texte.append(instruction, copiés, place - copiés) += '?';
+    copiés = place += nombre.size();
+  }
+  forme.texte.append(instruction, copiés);
+  return forme;
 }
 
 }  // namespace zuma::linux_

@@ -17,8 +17,12 @@ namespace zuma::linux_ {
 /// thousand rows fits into the memory of a small machine.
 class LignesTassées {
  public:
-  /// Begins a row; the values of `Ajoute` go to it.
-  void OuvreUneLigne() { débuts_.push_back(octets_.size()); }
+  /// Begins a row of that many values, which `Ajoute` takes.
+  void OuvreUneLigne(std::size_t valeurs) {
+    constexpr std::size_t kParValeur = 10;  // bytes, about
+    if (débuts_.empty()) octets_.reserve(valeurs * kParValeur);
+    débuts_.push_back(octets_.size());
+  }
   /// The next value of the row begun last.
   void Ajoute(const Valeur& valeur);
   /// Rows begun so far.

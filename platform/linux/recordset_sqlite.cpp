@@ -6,52 +6,33 @@
 #include "core/collections.h"
 
 namespace zuma::linux_ {
-namespace {
 
-std::string OuVide(const char* texte) {
-  return texte == nullptr ? std::string() : std::string(texte);
-}
-
-}  // namespace
-
-RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql)
-    : connexion_(std::move(connexion)) {
-  const ConnexionSqlite::LectureBornée borne(*connexion_);
-  InstructionSqlite instruction(*connexion_, sql);
-  if (sqlite3_stmt_readonly(instruction.Brut()) == 0 ||
-      sqlite3_column_count(instruction.Brut()) == 0) {
-    Refuse(Numéro::InstructionRefusée, "une sélection est attendue");
-  }
-  LitLesColonnes(instruction.Brut());
-  LitLesLignes(instruction);
-  PlaceSur(0);
-}
-
-void RecordsetSqlite::LitLesColonnes(sqlite3_stmt* instruction) {
-  const int nombre = sqlite3_column_count(instruction);
-  colonnes_.reserve(static_cast<std::size_t>(nombre));
-  for (int i = 0; i < nombre; ++i) {
-    colonnes_.push_back({OuVide(sqlite3_column_name(instruction, i)),
-                         OuVide(sqlite3_column_origin_name(instruction, i)),
-                         OuVide(sqlite3_column_table_name(instruction, i)),
-                         TypeDéclaré(OuVide(sqlite3_column_decltype(instruction, i)))});
-  }
+RecordsetSqlite::RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion,
+                                 InstructionPréparée& préparée)
+    : connexion_(std::move(connexion)), colonnes_(préparée.colonnes) {
+  LitLesLignes(préparée.instruction);
 }
 
 void RecordsetSqlite::LitLesLignes(InstructionSqlite& instruction) {
-  champs_.reserve(colonnes_.size());
-  for (const Colonne& colonne : colonnes_) champs_.push_back({colonne.nom, {}});
+  champs_.reserve(colonnes_->Toutes().size());
+  for (const Colonne& colonne : colonnes_->Toutes()) champs_.push_back({colonne.nom, {}});
   while (instruction.Suivante()) {
-    lignes_.OuvreUneLigne();
-    int rang = 0;
-    for (const Colonne& colonne : colonnes_) {
-      lignes_.Ajoute(LitColonne(instruction.Brut(), rang++, colonne.type));
-    }
+    LitUneLigne(instruction.Brut());
     if (lignes_.Taille() > connexion_->Bornes().mémoire) {
       Refuse(Numéro::RessourcesDépassées,
              "'" + connexion_->Chemin() + "' (plus de lignes qu'une table de ce système n'en a : " +
                  std::to_string(lignes_.Nombre()) + ")");
     }
+  }
+}
+
+void RecordsetSqlite::LitUneLigne(sqlite3_stmt* instruction) {
+  const bool première = lignes_.Nombre() == 0;  // it stays in hand
+  lignes_.OuvreUneLigne(champs_.size());
+  for (std::size_t i = 0; i < champs_.size(); ++i) {
+    Valeur valeur = LitColonne(instruction, static_cast<int>(i), LaColonne(i).type);
+    lignes_.Ajoute(valeur);
+    if (première) champs_[i].Value = std::move(valeur);
   }
 }
 
@@ -67,7 +48,8 @@ void RecordsetSqlite::ExigeUneLigne() const {
 
 void RecordsetSqlite::MoveFirst() {
   if (lignes_.Nombre() == 0) throw Echec(Numéro::PasDEnregistrement);
-  PlaceSur(0);
+  enEdition_ = false;
+  if (rang_ != 0) PlaceSur(0);
 }
 
 void RecordsetSqlite::MoveNext() {
@@ -91,16 +73,17 @@ void RecordsetSqlite::Edit() {
 
 void RecordsetSqlite::Ecrit(std::string_view colonne, Valeur valeur) {
   if (!enEdition_) throw Echec(Numéro::EditionSansEdit);
-  auto trouvée = std::ranges::find(colonnes_, colonne, &Colonne::nom);
-  if (trouvée == colonnes_.end()) {
-    trouvée =
-        std::ranges::find_if(colonnes_, [&](const Colonne& c) { return MêmeClé(c.nom, colonne); });
+  const auto& colonnes = colonnes_->Toutes();
+  std::optional<std::size_t> rang = colonnes_->RangDe(colonne);
+  if (!rang) {
+    const auto trouvée =
+        std::ranges::find_if(colonnes, [&](const Colonne& c) { return MêmeClé(c.nom, colonne); });
+    if (trouvée == colonnes.end()) {
+      Refuse(Numéro::ElémentAbsent, "colonne '" + std::string(colonne) + "'");
+    }
+    rang = static_cast<std::size_t>(trouvée - colonnes.begin());
   }
-  if (trouvée == colonnes_.end()) {
-    Refuse(Numéro::ElémentAbsent, "colonne '" + std::string(colonne) + "'");
-  }
-  const auto rang = static_cast<std::size_t>(trouvée - colonnes_.begin());
-  brouillon_[rang] = PourColonne(valeur, trouvée->type, colonne);
+  brouillon_[*rang] = PourColonne(valeur, colonnes[*rang].type, colonne);
 }
 
 void RecordsetSqlite::Update() {
@@ -110,21 +93,22 @@ void RecordsetSqlite::Update() {
 }
 
 std::size_t RecordsetSqlite::RangDeLIndex(const std::string& table) const {
-  const auto index = std::ranges::find_if(colonnes_, [&](const Colonne& colonne) {
+  const auto& colonnes = colonnes_->Toutes();
+  const auto index = std::ranges::find_if(colonnes, [&](const Colonne& colonne) {
     return MêmeClé(colonne.origine, "Index") && colonne.table == table;
   });
-  if (table.empty() || index == colonnes_.end()) {
+  if (table.empty() || index == colonnes.end()) {
     Refuse(Numéro::BaseEnLectureSeule, "la ligne à écrire n'a pas de colonne 'Index'");
   }
-  return static_cast<std::size_t>(index - colonnes_.begin());
+  return static_cast<std::size_t>(index - colonnes.begin());
 }
 
 RecordsetSqlite::Ligne RecordsetSqlite::Relit(const std::string& table, const Valeur& index) const {
   std::string noms;
   std::vector<std::size_t> rangs;
-  for (std::size_t i = 0; i < colonnes_.size(); ++i) {
-    if (colonnes_[i].table != table) continue;
-    noms += (noms.empty() ? "" : ", ") + NomSql(colonnes_[i].origine);
+  for (std::size_t i = 0; i < colonnes_->Toutes().size(); ++i) {
+    if (LaColonne(i).table != table) continue;
+    noms += (noms.empty() ? "" : ", ") + NomSql(LaColonne(i).origine);
     rangs.push_back(i);
   }
   InstructionSqlite instruction(*connexion_, "SELECT " + noms + " FROM main." + NomSql(table) +
@@ -134,7 +118,7 @@ RecordsetSqlite::Ligne RecordsetSqlite::Relit(const std::string& table, const Va
   Ligne ligne;
   int place = 0;
   for (const std::size_t rang : rangs) {
-    ligne.emplace_back(rang, LitColonne(instruction.Brut(), place++, colonnes_[rang].type));
+    ligne.emplace_back(rang, LitColonne(instruction.Brut(), place++, LaColonne(rang).type));
   }
   if (instruction.Suivante()) {
     Refuse(Numéro::InstructionRefusée, "plusieurs lignes de '" + table + "' portent ce même Index");
@@ -150,13 +134,13 @@ void RecordsetSqlite::ExigeLaLigneLue(const std::string& table, const Ligne& pr�
   if (changée == présente.end()) return;
   const auto cité = [](const Valeur& v) { return EstNul(v) ? "Null" : "'" + VersTexte(v) + "'"; };
   const auto& [rang, trouvée] = *changée;
-  std::string détail = "table '" + table + "', colonne '" + colonnes_[rang].nom + "', lue " +
-                       cité(champs_[rang].Value) + ", trouvée " + cité(trouvée);
+  std::string détail = "table '" + table + "', colonne '" + LaColonne(rang).nom.Texte() +
+                       "', lue " + cité(champs_[rang].Value) + ", trouvée " + cité(trouvée);
   if (brouillon_.contains(rang)) détail += ", à écrire " + cité(brouillon_.at(rang));
   for (const auto& [qui, nom] : {std::pair{"Nom de l'Etalonneur", " ; étalonnage de "},
                                  std::pair{"Date d'Etalonnage", " du "}}) {
     const auto dit = std::ranges::find_if(
-        présente, [&](const auto& champ) { return colonnes_[champ.first].nom == qui; });
+        présente, [&](const auto& champ) { return LaColonne(champ.first).nom == qui; });
     if (dit != présente.end() && !EstNulOuVide(dit->second)) détail += nom + cité(dit->second);
   }
   Refuse(Numéro::LigneModifiée, détail);
@@ -167,12 +151,12 @@ void RecordsetSqlite::ExigeLaLigneLue(const std::string& table, const Ligne& pr�
 void RecordsetSqlite::SommeLaLigne(const std::string& table, const Valeur& index,
                                    Ligne& écrite) const {
   const auto somme = std::ranges::find_if(
-      écrite, [&](const auto& champ) { return colonnes_[champ.first].nom == kColonneSomme; });
+      écrite, [&](const auto& champ) { return LaColonne(champ.first).nom == kColonneSomme; });
   if (somme == écrite.end() || !SommeTient(*this)) return;
   const InstructionSqlite entière(*connexion_, "SELECT * FROM main." + NomSql(table));
   if (écrite.size() != static_cast<std::size_t>(sqlite3_column_count(entière.Brut()))) return;
   std::vector<Champ> champs;
-  for (const auto& [rang, valeur] : écrite) champs.push_back({colonnes_[rang].nom, valeur});
+  for (const auto& [rang, valeur] : écrite) champs.push_back({LaColonne(rang).nom, valeur});
   somme->second = SommeDeContrôle(champs);
   InstructionSqlite instruction(*connexion_, "UPDATE main." + NomSql(table) + " SET " +
                                                  NomSql(kColonneSomme) + "=? WHERE " +
@@ -183,16 +167,16 @@ void RecordsetSqlite::SommeLaLigne(const std::string& table, const Valeur& index
 }
 
 void RecordsetSqlite::EcritLaLigne() {
-  const std::string table = colonnes_[brouillon_.begin()->first].table;
+  const std::string table = LaColonne(brouillon_.begin()->first).table;
   const Valeur index = champs_[RangDeLIndex(table)].Value;
   // Of the file, whatever stands before it under the same name.
   std::string sql = "UPDATE main." + NomSql(table) + " SET ";
   for (const auto& [rang, valeur] : brouillon_) {
-    if (colonnes_[rang].table != table) {
+    if (LaColonne(rang).table != table) {
       Refuse(Numéro::BaseEnLectureSeule, "colonnes de deux tables en une écriture");
     }
     if (rang != brouillon_.begin()->first) sql += ", ";
-    sql += NomSql(colonnes_[rang].origine) + "=?";
+    sql += NomSql(LaColonne(rang).origine) + "=?";
   }
   sql += " WHERE " + NomSql("Index") + "=?";
 

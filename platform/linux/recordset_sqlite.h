@@ -2,12 +2,14 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/base_de_donnees.h"
 #include "platform/linux/connexion_sqlite.h"
+#include "platform/linux/instructions_preparees.h"
 #include "platform/linux/lignes_tassees.h"
 #include "platform/linux/valeur_sqlite.h"
 
@@ -21,8 +23,9 @@ namespace zuma::linux_ {
 /// again. A row with a sum (`base/somme_de_controle.h`) gets its new one with the same save.
 class RecordsetSqlite : public Recordset {
  public:
-  /// Reads the rows of a selection; fails as `BaseSqlite::OpenRecordset` does.
-  RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, std::string_view sql);
+  /// Reads the rows of a selection that has not yet given any; fails as
+  /// `BaseSqlite::OpenRecordset` does.
+  RecordsetSqlite(std::shared_ptr<ConnexionSqlite> connexion, InstructionPréparée& préparée);
 
   [[nodiscard]] std::int32_t RecordCount() const override {
     return static_cast<std::int32_t>(lignes_.Nombre());
@@ -32,6 +35,9 @@ class RecordsetSqlite : public Recordset {
   void MoveNext() override;
   [[nodiscard]] bool FinDeTable() const override { return rang_ >= lignes_.Nombre(); }
   [[nodiscard]] std::span<const Champ> Fields() const override;
+  [[nodiscard]] std::optional<std::size_t> RangDe(std::string_view colonne) const override {
+    return colonnes_->RangDe(colonne);
+  }
   /// Fails with 3027 when nothing can be written to the file.
   void Edit() override;
   void Ecrit(std::string_view colonne, Valeur valeur) override;
@@ -40,14 +46,12 @@ class RecordsetSqlite : public Recordset {
   void Update() override;
 
  private:
-  struct Colonne {
-    std::string nom;      ///< as the statement shows it
-    std::string origine;  ///< as its table has it; empty when it is computed
-    std::string table;
-    TypeColonne type;
-  };
-  void LitLesColonnes(sqlite3_stmt* instruction);
+  using Colonne = ColonnesSqlite::Colonne;
+  [[nodiscard]] const Colonne& LaColonne(std::size_t rang) const {
+    return colonnes_->Toutes()[rang];
+  }
   void LitLesLignes(InstructionSqlite& instruction);
+  void LitUneLigne(sqlite3_stmt* instruction);
   void ExigeUneLigne() const;
   void PlaceSur(std::size_t rang);
   // Fields of the current row given to `Ecrit` since `Edit`, by place.
@@ -61,7 +65,7 @@ class RecordsetSqlite : public Recordset {
   void EcritLaLigne();
 
   std::shared_ptr<ConnexionSqlite> connexion_;
-  std::vector<Colonne> colonnes_;
+  std::shared_ptr<const ColonnesSqlite> colonnes_;  // those of every run of the statement
   LignesTassées lignes_;
   std::size_t rang_ = 0;
   std::vector<Champ> champs_;  // of the current row; the names stay from row to row

@@ -41,9 +41,9 @@ Valeur Entier(sqlite3_int64 n) {
   return static_cast<double>(n);
 }
 
-std::string Texte(sqlite3_stmt* instruction, int rang) {
-  const auto* octets = reinterpret_cast<const char*>(sqlite3_column_text(instruction, rang));
-  const int longueur = sqlite3_column_bytes(instruction, rang);
+std::string Texte(sqlite3_value* valeur) {
+  const auto* octets = reinterpret_cast<const char*>(sqlite3_value_text(valeur));
+  const int longueur = sqlite3_value_bytes(valeur);
   return octets == nullptr ? std::string()
                            : std::string(octets, static_cast<std::size_t>(longueur));
 }
@@ -74,18 +74,20 @@ TypeColonne TypeDéclaré(std::string_view déclaration) noexcept {
   return motif == kMotifs.end() ? TypeColonne::Quelconque : motif->type;
 }
 
+// Through the value itself, found once: each question to the statement looks for it anew.
 Valeur LitColonne(sqlite3_stmt* instruction, int rang, TypeColonne type) {
-  switch (sqlite3_column_type(instruction, rang)) {
+  sqlite3_value* const valeur = sqlite3_column_value(instruction, rang);
+  switch (sqlite3_value_type(valeur)) {
     case SQLITE_INTEGER: {
-      const sqlite3_int64 n = sqlite3_column_int64(instruction, rang);
+      const sqlite3_int64 n = sqlite3_value_int64(valeur);
       return type == TypeColonne::Booléen ? Valeur(n != 0) : Entier(n);
     }
     case SQLITE_FLOAT: {
-      const double d = sqlite3_column_double(instruction, rang);
+      const double d = sqlite3_value_double(valeur);
       return type == TypeColonne::Booléen ? Valeur(d != 0) : Valeur(d);
     }
     case SQLITE_TEXT:
-      return Texte(instruction, rang);
+      return Texte(valeur);
     default:
       return Nul{};
   }

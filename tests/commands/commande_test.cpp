@@ -419,8 +419,8 @@ TEST_F(UneCommande, NommeLaColonneQuiGêne) {
     (void)Lu<Commande>(Sans(LigneDeCommande(), colonne));
     EXPECT_TRUE(Dit(colonne)) << colonne;
   }
-  for (const auto& [colonne, valeur] :
-       Ligne{{"Date d'Etalonnage", Nul{}}, {"Point 7 - Unité", "x"}, {"Paramètre", "x"}}) {
+  for (const auto& [colonne, valeur] : Cas<std::string, Valeur>{
+           {"Date d'Etalonnage", Nul{}}, {"Point 7 - Unité", "x"}, {"Paramètre", "x"}}) {
     (void)Lu<Commande>(Avec(LigneDeCommande(), colonne, valeur));
     EXPECT_TRUE(registre->Contient("Erreur N°94 ")) << colonne;
     EXPECT_TRUE(Dit("'" + colonne + "'")) << colonne;

@@ -1,6 +1,7 @@
 // A frame loaded from a real file, then with each column spoiled in turn: what is wrong is told,
 // and the rest loads.
 #include <ctime>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,28 @@
 
 namespace zuma {
 namespace {
+
+// A file that another program changes before each of its statements.
+class BaseQuiChange : public linux_::BaseSqlite {
+ public:
+  explicit BaseQuiChange(const std::string& chemin)
+      : BaseSqlite(chemin), autre_(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0)) {
+    autre_.Exécute("PRAGMA journal_mode=WAL");
+    Change();
+  }
+  void Change() {
+    const std::string sql = "UPDATE Capteur SET [Nom du Capteur]='" + std::to_string(++fois_) + "'";
+    autre_.Exécute(sql.c_str());
+  }
+  [[nodiscard]] Ref<Recordset> OpenRecordset(std::string_view instruction, int type) override {
+    Change();
+    return BaseSqlite::OpenRecordset(instruction, type);
+  }
+
+ private:
+  linux_::ConnexionSqlite autre_;
+  int fois_ = 0;
+};
 
 class UnChassisDansUnFichier : public testing::Test, public essai::Banc, public essai::BaseDeDémo {
  public:
@@ -69,6 +92,35 @@ TEST_F(UnChassisDansUnFichier, DitUnIndexSansLigneEtUneBaseAbsente) {
   Chassis sansBase(plateforme);
   Charge(sansBase, {});
   EXPECT_TRUE(registre->Contient("Erreur N°91 ("));
+}
+
+// A load is one read, whether its host began it or not; behind it nothing is held.
+TEST_F(UnChassisDansUnFichier, SeLitDUnSeulTenant) {
+  const auto base = Crée<BaseQuiChange>(chemin);
+  const auto noms = [&] {
+    Chassis chassis(plateforme);
+    Charge(chassis, base);
+    EXPECT_TRUE(registre->entrées.empty()) << registre->entrées.front().message;
+    std::set<std::string> lus;
+    for (const CapteurRef& capteur : *chassis.Capteurs()) lus.insert(capteur->NomDuCapteur());
+    EXPECT_GT(chassis.Capteurs()->Count(), 1);
+    return lus;
+  };
+  const auto seul = noms();
+  EXPECT_EQ(seul.size(), 1U);
+  std::set<std::string> àSonHôte;
+  {
+    const LecturesCohérentes lectures(base);
+    àSonHôte = noms();
+    EXPECT_EQ(noms(), àSonHôte) << "what the host began goes on behind a load";
+  }
+  EXPECT_EQ(àSonHôte.size(), 1U);
+  EXPECT_NE(àSonHôte, seul);
+  // As long as a file is read, its log cannot be emptied.
+  linux_::ConnexionSqlite autre(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0));
+  linux_::InstructionSqlite vide(autre, "PRAGMA wal_checkpoint(TRUNCATE)");
+  ASSERT_TRUE(vide.Suivante());
+  EXPECT_EQ(linux_::LitColonne(vide.Brut(), 0, linux_::TypeColonne::Entier), Valeur(0));
 }
 
 // A file without any index, and objects that refer to one another: four times as many cost four

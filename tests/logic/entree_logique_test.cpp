@@ -138,7 +138,7 @@ TEST_F(UneEntréeLogique, SansSourceEstTenueParLHôteQuandSaDernièreColonneLeDi
     for (int i = 0; i < 2; ++i) entrée->ValeurCourante(Actif);
     EXPECT_EQ(changements, std::vector{Actif});
     entrée->MetàJour();
-    EXPECT_EQ(entrée->ValeurCourante(), gardé ? Actif : Inactif) << ligne.back().Name;
+    EXPECT_EQ(entrée->ValeurCourante(), gardé ? Actif : Inactif) << ligne.back().Name.Texte();
   }
   // The accessor makes a channel: nothing is connected still, but the host lets go of it.
   const auto entrée = Prête(tenue);

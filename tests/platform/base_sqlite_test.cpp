@@ -508,6 +508,26 @@ TEST(LeDialecte, TraduitCeQuiDiffèreEtRienDAutre) {
   }
 }
 
+TEST(LeDialecte, SépareLesNombresDeCeQuiEstCommun) {
+  using Nombres = std::vector<std::int64_t>;
+  for (const auto& [instruction, texte, nombres] : Cas<std::string, std::string, Nombres>{
+           {kCapteurs.ligne(12), "SELECT ALL * FROM [Capteur] WHERE (([Capteur]![Index])=?)", {12}},
+           {"a=12AND b >=  3", "a=?AND b >=  ?", {12, 3}},
+           {"'=1' [=2] \"=3\" a=4 b = 'c", "'=1' [=2] \"=3\" a=? b = 'c", {4}},
+           // Not whole numbers, or too long.
+           {"a=1.5 b=1e5 c=0x1F d=1_0", "a=1.5 b=1e5 c=0x1F d=1_0", {}},
+           {"a=9999999999999999999", "a=9999999999999999999", {}},
+           // Parameters and comments of the statement's own.
+           {"a=1 AND b=?", "a=1 AND b=?", {}},
+           {"a=1 AND b=:c", "a=1 AND b=:c", {}},
+           {"a=1 -- b=2", "a=1 -- b=2", {}},
+           {"a=1 /* b=2 */", "a=1 /* b=2 */", {}}}) {
+    const FormeDInstruction forme = SépareLesNombres(instruction);
+    EXPECT_EQ(forme.texte, texte);
+    EXPECT_EQ(forme.nombres, nombres) << instruction;
+  }
+}
+
 // Two frames share the objects of each kind: each statement must give its own rows and no other.
 class LesInstructions : public testing::Test {
  protected:
@@ -541,11 +561,38 @@ class LesInstructions : public testing::Test {
     for (; !lignes->FinDeTable(); lignes->MoveNext()) lus.push_back(LitChamp(*lignes, colonne));
     return lus;
   }
+  void DonnentCellesDeLeurChassis();
   essai::DossierProvisoire dossier;
   Ref<BaseDeDonnées> base;
 };
 
 TEST_F(LesInstructions, DonnentLesLignesDeLeurChassisSeulement) {
+  DonnentCellesDeLeurChassis();
+  const LecturesCohérentes lectures(base);
+  DonnentCellesDeLeurChassis();
+}
+
+// More statements than are kept, and some whose number is no parameter; two columns of one name.
+TEST_F(LesInstructions, SontRelancéesAvecDAutresNombres) {
+  const LecturesCohérentes lectures(base);
+  const auto premier = base->OpenRecordset(kCapteurs.ligne(2));
+  for (int n = -100; n <= 12; ++n) {
+    const bool là = n == 2 || n == 12;
+    const std::string nombre = std::to_string(n);
+    EXPECT_EQ(Index("SELECT [Index] FROM Carte WHERE [Index] IN (" + nombre + ") AND 1=1"),
+              là || n == 1 ? Lus{n} : Lus{});
+    EXPECT_EQ(Index(kCapteurs.ligne(n)), là || n == 1 ? Lus{n} : Lus{});
+    EXPECT_EQ(Index(kCapteurs.liaison(n, 1), "Capteur"), là ? Lus{n} : Lus{});
+  }
+  EXPECT_EQ(LitChamp(*premier, "Index"), Valeur(2)) << "a recordset stays what it was";
+  const std::string deux =
+      "SELECT f.[Index], c.[Index], c.[Numéro du Canal] FROM Fonction f, Canal c "
+      "WHERE c.Fonction=f.[Index] AND c.[Index]=25";
+  EXPECT_EQ(Index(deux), Lus{2});
+  EXPECT_EQ(Index(deux, "Numéro du Canal"), Lus{3});
+}
+
+void LesInstructions::DonnentCellesDeLeurChassis() {
   for (const ObjetLié* objet :
        {&kCartes, &kCommandes, &kEntréesLogiques, &kSortiesLogiques, &kWatchDog}) {
     EXPECT_EQ(Index(objet->liste(1)), (Lus{2, 12})) << objet->liste(1);

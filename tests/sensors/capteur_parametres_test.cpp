@@ -43,6 +43,8 @@ TEST_F(UneLigneDeCapteur, DitCeQuiManqueEtCeQuiEstIllisible) {
     EXPECT_TRUE(registre->Contient(échec)) << registre->entrées[0].message;
     EXPECT_TRUE(registre->Contient(" de la procédure ParamètresDepuisBD de l'objet Capteur ("));
   }
+  const auto coupé = Lu(LigneDeCapteur({{"Point 3 - Unité", "cent"}}));
+  EXPECT_EQ(coupé->PointX(2), 100) << "what stands in front of it is taken";
   registre->entrées.clear();
   Ligne vide = Sans(Sans(ligne, "Détection du maxi"), "Nom affiché");
   EXPECT_EQ(Lu(vide)->NomAfficheDuCapteur(), "");
