@@ -21,11 +21,17 @@ thread_local Séjour* enCours = nullptr;
 
 }  // namespace
 
-Laisse::Laisse(Plateforme& plateforme, std::shared_ptr<void> garde, ArrêtDuChassis arrête)
+Laisse::Laisse(Plateforme& plateforme, std::shared_ptr<void> garde, ArrêtDuChassis arrête,
+               std::shared_ptr<std::recursive_mutex> passage)
     : plateforme_(&plateforme),
       garde_(std::move(garde)),
       arrête_(std::move(arrête)),
-      naissance_(génération) {}
+      naissance_(génération),
+      passage_(passage ? std::move(passage) : std::make_shared<std::recursive_mutex>()) {}
+
+void Laisse::Ouvre() {
+  LesLaisses().push_back(shared_from_this());
+}
 
 std::shared_ptr<Laisse> Laisse::De(const Plateforme& plateforme) {
   for (const auto& laisse : LesLaisses()) {
@@ -35,18 +41,13 @@ std::shared_ptr<Laisse> Laisse::De(const Plateforme& plateforme) {
 }
 
 void Laisse::FermeTout() {
-  while (!LesLaisses().empty()) {
-    const std::shared_ptr<Laisse> dernière = LesLaisses().back();
-    dernière->Ferme();
-    std::erase(LesLaisses(), dernière);  // one that is within a call
-  }
+  const auto laisses = LesLaisses();
+  for (auto laisse = laisses.rbegin(); laisse != laisses.rend(); ++laisse) (*laisse)->Ferme();
 }
 
+// What stands behind them is the parent's: it stays in the list, untouched, to the end.
 void Laisse::APartirDUnEnfant() noexcept {
   ++génération;
-  // What stands behind them is the parent's: it is kept, untouched, to the end of the process.
-  new std::vector<std::shared_ptr<Laisse>>(std::move(LesLaisses()));
-  LesLaisses().clear();
 }
 
 bool Laisse::Ouverte() const noexcept {
@@ -82,18 +83,18 @@ void Laisse::Rend(const void* objet) noexcept {
   parts_.erase(ici);
   if (!part) return;
   // The end of an object is work on its frame, which another thread may be in.
-  if (passage_.try_lock()) {
+  if (passage_->try_lock()) {
     part = nullptr;
-    passage_.unlock();
+    passage_->unlock();
   } else {
     àLâcher_.push_back(std::move(part));
   }
 }
 
 void Laisse::Entre() {
-  if (!passage_.try_lock()) {
+  if (!passage_->try_lock()) {
     const py::gil_scoped_release libre;
-    passage_.lock();
+    passage_->lock();
   }
   ++appels_;
 }
@@ -107,7 +108,7 @@ void Laisse::Sort() noexcept {
       Termine();
     }
   }
-  passage_.unlock();
+  passage_->unlock();
 }
 
 // The last acts first, since they need all that is let go behind them: first the shares, then the

@@ -50,10 +50,14 @@ class Laisse : public std::enable_shared_from_this<Laisse> {
     std::size_t poignées = 0;     ///< handles that hold it
   };
 
-  Laisse(Plateforme& plateforme, std::shared_ptr<void> garde, ArrêtDuChassis arrête);
+  /// What shares a `passage` has one call at a time; by default that platform alone.
+  Laisse(Plateforme& plateforme, std::shared_ptr<void> garde, ArrêtDuChassis arrête,
+         std::shared_ptr<std::recursive_mutex> passage = nullptr);
   Laisse(const Laisse&) = delete;
   Laisse& operator=(const Laisse&) = delete;
 
+  /// From here on it is the one of its platform.
+  void Ouvre();
   /// The one of an open platform; throws `ChassisFermé` without.
   [[nodiscard]] static std::shared_ptr<Laisse> De(const Plateforme& plateforme);
   /// Closes all that are open, the last one first: the interpreter ends.
@@ -69,6 +73,11 @@ class Laisse : public std::enable_shared_from_this<Laisse> {
   void ALaFin(std::function<void()> geste) { fins_.push_back(std::move(geste)); }
   /// Fires the stop of the frame.
   void Arrête(const std::string& cause) const;
+  ///@{
+  /// Something was moved on its hardware, which has to be put to rest at the end.
+  void Touche() noexcept { touchée_ = true; }
+  [[nodiscard]] bool Touchée() const noexcept { return touchée_; }
+  ///@}
 
   ///@{
   /// One handle more of an object, or one less. The share is that of the first handle that has one.
@@ -89,10 +98,11 @@ class Laisse : public std::enable_shared_from_this<Laisse> {
   std::uint64_t naissance_;  ///< which process opened it
   bool ouverte_ = true;
   bool terminée_ = false;
+  bool touchée_ = false;
   std::vector<std::function<void()>> fins_;
   std::unordered_map<const void*, Part> parts_;
   // One call at a time, whatever the threads of the program.
-  std::recursive_mutex passage_;
+  std::shared_ptr<std::recursive_mutex> passage_;
   int appels_ = 0;                              ///< under way, one within the other
   std::vector<std::shared_ptr<void>> àLâcher_;  ///< given back during the call of another thread
 };
