@@ -94,6 +94,22 @@ TEST_F(UnChassisDansUnFichier, DitUnIndexSansLigneEtUneBaseAbsente) {
   EXPECT_TRUE(registre->Contient("Erreur N°91 ("));
 }
 
+// The first ones, and those of the error besides.
+TEST_F(UnChassisDansUnFichier, ElagueLesSortiesDUnBlocModbus) {
+  Exécute(R"(
+      UPDATE Fonction SET [Type de Fonction]='Sortie Logique', [Nombre de Canaux]=2 WHERE [Index]=143;
+      DELETE FROM Canal WHERE Fonction=143;
+      INSERT INTO Canal ([Index], Fonction, [Numéro du Canal])
+        VALUES (9001, 143, -1), (9002, 143, 0), (9003, 143, 1), (9004, 143, 2), (9005, 143, 3);)");
+  Chassis chassis(plateforme);
+  Charge(chassis, Base(), 3, false);
+  std::vector<int> gardés;
+  for (const auto& canal : *chassis.Cartes()->Item("14")->Fonctions()->Item("143")->Canals()) {
+    gardés.push_back(canal->NuméroCanal());
+  }
+  EXPECT_EQ(gardés, (std::vector{-1, 0, 1}));
+}
+
 // A load is one read, whether its host began it or not; behind it nothing is held.
 TEST_F(UnChassisDansUnFichier, SeLitDUnSeulTenant) {
   const auto base = Crée<BaseQuiChange>(chemin);

@@ -77,6 +77,8 @@ TEST_F(UnePasse, SertChaqueTypeASonRythmeEtRendLeRetardSousLaLimite) {
   EXPECT_EQ(rendus(21.25 + 2.0 / 128 + 0.001).first, 1);
   Passe(30);
   EXPECT_GT(rendus(30.75).second, 8) << "the logic inputs have a longer patience";
+  chassis.ExigeUnRafraîchissement();
+  EXPECT_EQ(rendus(30.7501), std::pair(1, 1)) << "asked for, and not due";
 }
 
 TEST_F(UnePasse, AbandonneAprèsUnEchecEtDitOù) {

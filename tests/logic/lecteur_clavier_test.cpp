@@ -19,7 +19,7 @@ namespace {
 using linux_::DispositionClavier;
 
 std::string Nom(const EtatClavier& état, std::int32_t* modificateurs = nullptr) {
-  std::string_view nom;
+  std::string_view nom = "F1";  // of the look before
   clavier::LitToucheEnfoncée(état, nom, modificateurs);
   return std::string(nom);
 }

@@ -71,6 +71,7 @@ TEST_F(UnWatchdog, ParleÀSaCarteÀChaqueEvènement) {
   for (const auto& [agit, attendues] : Cas<std::function<void()>, Textes>{
            {[&] { chien->Enabled(true); }, {"S"}},
            {[&] { chien->Enabled(false); }, {"E"}},
+           {[&] { chien->Temps(0); }, {}},  // a board without a time would trip at once
            {[&] { chien->Temps(0.25); }, {"E", "T=0.25"}},
            {[&] { chien->DéclencheAU(); }, {"E", "T=0.01", "S"}},
            {[&] { chien->Enabled(false); }, {}},  // latched: the flag alone
@@ -193,8 +194,10 @@ TEST_F(UnWatchdog, EnPulseBatAuPlusToutesLes20Millisecondes) {
   const auto chien = Fait({{"Pulse", 12}});
   const CanalRef pulse = CanalDe(12);
   horloge->Avance(1e6);
+  Ecritures();
   chien->MetàJour();
   EXPECT_EQ(pulse->ValeurCanal(), -1);
+  EXPECT_GT(Ecritures(), 0U) << "on its board in the same pass";
   double dernier = horloge->Maintenant();
   int fronts = 0;
   for (int i = 0; i < 1000; ++i) {

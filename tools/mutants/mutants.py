@@ -106,7 +106,7 @@ class Source:
             return
         if curseur.kind == K.BINARY_OPERATOR:
             self.binaire(curseur)
-        elif curseur.kind == K.UNARY_OPERATOR and self.octets[etendue(curseur)[0]:][:1] == b"!":
+        elif curseur.kind == K.UNARY_OPERATOR and self.est_une_negation(curseur):
             self.negation(curseur)
         elif curseur.kind == K.CALL_EXPR and curseur.spelling in ("operator==", "operator!="):
             self.binaire(curseur)
@@ -114,6 +114,11 @@ class Source:
             self.instruction(curseur)
         for enfant in curseur.get_children():
             self.marche(enfant, curseur)
+
+    def est_une_negation(self, curseur):
+        """Not the half of `a != b` that the compiler makes of a comparison."""
+        debut = etendue(curseur)[0]
+        return self.octets[debut:debut + 1] == b"!" and self.octets[debut + 1:debut + 2] != b"="
 
     def binaire(self, curseur):
         enfants = list(curseur.get_children())
