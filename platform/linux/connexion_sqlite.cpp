@@ -145,9 +145,13 @@ void ConnexionSqlite::Protège() {
 }
 
 const char* ConnexionSqlite::MotifDArrêt() const noexcept {
-  if (!échéance_) return nullptr;
-  if (bornes_.interrompue != nullptr && bornes_.interrompue()) return "le programme se termine";
-  return TempsDuProcesseur() < *échéance_ ? nullptr : "le temps admis est dépassé";
+  if (!échéance_ || motif_ != nullptr) return motif_;
+  if (bornes_.interrompue != nullptr && bornes_.interrompue()) {
+    motif_ = "le programme se termine";
+  } else if (TempsDuProcesseur() >= *échéance_) {
+    motif_ = "le temps admis est dépassé";
+  }
+  return motif_;
 }
 
 void ConnexionSqlite::ExigeDePoursuivre(std::source_location où) const {
@@ -173,7 +177,9 @@ ConnexionSqlite::LectureBornée::LectureBornée(ConnexionSqlite& connexion)
 }
 
 ConnexionSqlite::LectureBornée::~LectureBornée() {
-  if (première_) connexion_.échéance_.reset();
+  if (!première_) return;
+  connexion_.échéance_.reset();
+  connexion_.motif_ = nullptr;
 }
 
 bool ConnexionSqlite::EnLectureSeule() const noexcept {

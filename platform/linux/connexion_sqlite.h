@@ -68,6 +68,8 @@ class ConnexionSqlite {
   [[nodiscard]] const BornesDeLecture& Bornes() const noexcept { return bornes_; }
   /// Fails with 3059 when a bounded reading is to go no further.
   void ExigeDePoursuivre(std::source_location où = std::source_location::current()) const;
+  /// True once a bounded reading has been found to go no further: without a look at the clock.
+  [[nodiscard]] bool Arrêtée() const noexcept { return motif_ != nullptr; }
   /// Path of the file.
   [[nodiscard]] const std::string& Chemin() const noexcept { return chemin_; }
   /// True when the file itself, or the way it was opened, admits no writing.
@@ -92,6 +94,7 @@ class ConnexionSqlite {
   std::string chemin_;
   BornesDeLecture bornes_;
   std::optional<std::chrono::nanoseconds> échéance_;  // by the thread's own clock
+  mutable const char* motif_ = nullptr;               // why a bounded reading ended, once found
   std::string vue_;                                   // the view that a statement was refused for
   std::unique_ptr<sqlite3, Ferme> base_;
 };

@@ -8,6 +8,9 @@ namespace {
 // Far more than this system has; a host whose statements all differ must not fill the memory.
 constexpr std::size_t kFormes = 64;
 
+// Statements. A look at the clock costs as much as a short one; a long one is watched as it runs.
+constexpr unsigned kEntreDeuxRegards = 16;
+
 }  // namespace
 
 InstructionPréparée::InstructionPréparée(const ConnexionSqlite& connexion, std::string_view sql)
@@ -21,7 +24,7 @@ InstructionPréparée::InstructionPréparée(const ConnexionSqlite& connexion, s
 
 InstructionPréparée& InstructionsPréparées::Donne(const ConnexionSqlite& connexion,
                                                   std::string_view instruction) {
-  connexion.ExigeDePoursuivre();
+  if (demandes_++ % kEntreDeuxRegards == 0 || connexion.Arrêtée()) connexion.ExigeDePoursuivre();
   FormeDInstruction forme = SépareLesNombres(instruction);
   auto préparée = formes_.find(forme.texte);
   if (préparée == formes_.end()) {

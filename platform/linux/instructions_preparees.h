@@ -25,12 +25,14 @@ struct InstructionPréparée {
 class InstructionsPréparées {
  public:
   /// That statement of the system's dialect, at its beginning. It is run before the next one is
-  /// asked for. Fails as its preparation does, and with 3059 when no more is to be read.
+  /// asked for. Fails as its preparation does, and with 3059 when no more is to be read: found
+  /// within a few statements.
   [[nodiscard]] InstructionPréparée& Donne(const ConnexionSqlite& connexion,
                                            std::string_view instruction);
 
  private:
   std::unordered_map<std::string, InstructionPréparée> formes_;
+  unsigned demandes_ = 0;
 };
 
 }  // namespace zuma::linux_

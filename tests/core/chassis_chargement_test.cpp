@@ -20,7 +20,7 @@ class BaseQuiChange : public linux_::BaseSqlite {
  public:
   explicit BaseQuiChange(const std::string& chemin)
       : BaseSqlite(chemin), autre_(chemin, linux_::Accès::Ecriture, std::chrono::milliseconds(0)) {
-    autre_.Exécute("PRAGMA journal_mode=WAL");
+    autre_.Exécute("PRAGMA journal_mode=WAL; PRAGMA synchronous=OFF");
     Change();
   }
   void Change() {
