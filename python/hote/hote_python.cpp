@@ -97,6 +97,7 @@ void LieLesMarches(py::class_<Session, Partagée>& classe) {
       .def("step", &Session::Pas)
       .def("time_loop", &Session::MesureLaBoucle)
       .def("close", &Session::Ferme, py::call_guard<py::gil_scoped_release>())
+      .def("close_at_exit", &Session::FermeALaFin, py::call_guard<py::gil_scoped_release>())
       .def("abandon", &Session::Abandonne);
 }
 

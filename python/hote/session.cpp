@@ -73,8 +73,8 @@ void RecueilDeSession::Montre(std::string_view texte, const ObjetConcerné& obje
 // Stands for as long as passes run: none begins within another.
 class Session::EnMarche {
  public:
-  explicit EnMarche(bool& drapeau) : drapeau_(drapeau) {
-    if (std::exchange(drapeau_, true)) {
+  explicit EnMarche(std::atomic<bool>& drapeau) : drapeau_(drapeau) {
+    if (drapeau_.exchange(true)) {
       throw Erreur("UsageError", "the frame runs already: what it calls must not run or close it");
     }
   }
@@ -83,7 +83,7 @@ class Session::EnMarche {
   EnMarche& operator=(const EnMarche&) = delete;
 
  private:
-  bool& drapeau_;
+  std::atomic<bool>& drapeau_;
 };
 
 Session::Session(Choix choix)
@@ -120,6 +120,16 @@ void Session::Ferme() {
   ExigeLeFil();
   const EnMarche marche(enMarche_);
   Libère();
+}
+
+// A thread that dies with the interpreter leaves nothing behind that would put outputs to rest.
+void Session::FermeALaFin() {
+  constexpr auto kPas = std::chrono::milliseconds(1);
+  constexpr int kAuPlus = 5000;  // steps: a pass, and what listens to it, take less
+  finit_ = true;
+  for (int pas = 0; enMarche_ && pas < kAuPlus; ++pas) std::this_thread::sleep_for(kPas);
+  fil_ = std::this_thread::get_id();
+  Ferme();
 }
 
 void Session::Libère() {
@@ -196,6 +206,7 @@ void Session::Regarde() {
 }
 
 void Session::Passe() {
+  if (finit_) throw Erreur("FrameEnded", "the program ends");
   if (!machine_->Fini().empty()) {
     throw Erreur("FrameEnded", "a device ends the program: " + std::string(machine_->Fini()));
   }

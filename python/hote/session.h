@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -71,6 +72,9 @@ class Session : public std::enable_shared_from_this<Session> {
 
   /// Puts the outputs to rest and releases the frame; nothing once it is closed.
   void Ferme();
+  /// The same from another thread, the interpreter being about to end: a run ends first, by
+  /// `FrameEnded`.
+  void FermeALaFin();
   /// In a child process: the frame belongs to its parent, and nothing is touched, ever.
   void Abandonne() noexcept { abandonnée_ = true; }
   /// It is neither closed nor another process's.
@@ -172,9 +176,10 @@ class Session : public std::enable_shared_from_this<Session> {
   std::function<void(const host::Problème&)> quandProblème_;
   std::vector<std::weak_ptr<Rangées>> rangées_;
   std::vector<std::pair<const Capteur*, bool>> tares_;  ///< begun here, and whether measured
-  std::thread::id fil_ = std::this_thread::get_id();
+  std::atomic<std::thread::id> fil_ = std::this_thread::get_id();
   bool abandonnée_ = false;
-  bool enMarche_ = false;
+  std::atomic<bool> enMarche_ = false;
+  std::atomic<bool> finit_ = false;  ///< the interpreter is about to end
   bool vite_ = false;
   bool arrêtDit_ = false;
   std::size_t dits_ = 0;

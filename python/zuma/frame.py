@@ -422,7 +422,7 @@ def demo(path: str | os.PathLike[str] | None = None) -> str:
 def _close_all() -> None:
     for frame in list(_open_frames):
         try:
-            frame.close()
+            frame._session.close_at_exit()
         except Exception:  # the others are still to come to rest
             _log.exception("a frame did not close")
 
