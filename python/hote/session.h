@@ -15,6 +15,7 @@
 #include "host/chassis_en_marche.h"
 #include "host/machine.h"
 #include "hote/rangees.h"
+#include "modele/vie.h"
 #include "publication/description.h"
 #include "sim/machine_simulee.h"
 
@@ -67,6 +68,9 @@ class Session : public std::enable_shared_from_this<Session> {
   /// Opens and starts the frame; throws what `ChassisEnMarche` throws.
   explicit Session(Choix choix);
   ~Session();
+  /// The model's own objects answer from here on; behind the constructor, with the interpreter's
+  /// lock.
+  void OuvreLeModèle();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -120,7 +124,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void Fait(Acte&& acte) {
     Exige();
     (void)recueil_->Retire();
+    modele::Séjour séjour(machine_->Services());
     acte();
+    séjour.Conclut();
     ExigeSansReproche();
   }
   /// Acknowledges; false while the cause lasts.
@@ -169,8 +175,8 @@ class Session : public std::enable_shared_from_this<Session> {
   using Instant = std::chrono::steady_clock;
   Choix choix_;
   Ref<RecueilDeSession> recueil_;
-  std::unique_ptr<host::Machine> machine_;
-  std::unique_ptr<host::ChassisEnMarche> marche_;
+  std::shared_ptr<host::Machine> machine_;
+  std::shared_ptr<host::ChassisEnMarche> marche_;
   std::unique_ptr<publication::ObjetsDuChassis> objets_;
   std::function<void(const std::string&)> quandArrêt_;
   std::function<void(const host::Problème&)> quandProblème_;

@@ -1,0 +1,209 @@
+// Objects that a host hands to a frame, and that Python may write.
+#include <pybind11/functional.h>
+#include <pybind11/stl.h>
+
+#include "modele/liaisons.h"
+#include "modele/rappels.h"
+#include "modele/tables.h"
+#include "platform/collaborateurs.h"
+
+namespace py = pybind11;
+using namespace py::literals;
+
+namespace zuma::python::modele {
+namespace {
+
+// What a pass asks all the time keeps its last answer: no time is worse than an old one.
+class TimerPython : public ZED_Timer, public EcritEnPython {
+ public:
+  double LitMicrosecondes() override {
+    return dernier_ = DemandeSansEchec(static_cast<ZED_Timer*>(this), "LitMicrosecondes", dernier_);
+  }
+
+ private:
+  double dernier_ = 0;
+};
+
+class ErreurPython : public ZED_Erreur, public EcritEnPython {
+ public:
+  void AjouteErreur(std::string_view message, const TableVariables& variables) override {
+    EnPythonSansEchec([&] {
+      MéthodeÉcrite(static_cast<ZED_Erreur*>(this), "AjouteErreur")(Texte(message), variables);
+    });
+  }
+
+ private:
+  // A message may quote bytes of a line.
+  static py::str Texte(std::string_view message) {
+    return py::reinterpret_steal<py::str>(
+        PyUnicode_DecodeUTF8(message.data(), static_cast<Py_ssize_t>(message.size()), "replace"));
+  }
+};
+
+class SecuritePython : public ZED_Securite, public EcritEnPython {
+ public:
+  void PositionneCauseAU(std::string_view cause) override {
+    Demande<void>(static_cast<ZED_Securite*>(this), "PositionneCauseAU", cause);
+  }
+  Valeur DéclencheSécurité() override {
+    return Demande<Valeur>(static_cast<ZED_Securite*>(this), "DéclencheSécurité");
+  }
+};
+
+class ParametrePython : public ZED_Parametre, public EcritEnPython {
+ public:
+  std::string Key() const override { return Attribut<std::string>(Moi(), "Key"); }
+  std::string NomParamètre() const override { return Attribut<std::string>(Moi(), "NomParamètre"); }
+  std::string ValeurParamètre() const override {
+    return Attribut<std::string>(Moi(), "ValeurParamètre");
+  }
+  void ValeurParamètre(std::string valeur) override {
+    PoseAttribut(Moi(), "ValeurParamètre", valeur);
+  }
+  int Abonne(Abonné abonné) override {
+    return Demande<int>(Moi(), "Abonne", py::cpp_function(std::move(abonné)));
+  }
+  void Désabonne(int numéro) noexcept override { DisSansEchec(Moi(), "Désabonne", numéro); }
+
+ private:
+  [[nodiscard]] const ZED_Parametre* Moi() const { return this; }
+};
+
+class TraductionPython : public ZED_Traduction, public EcritEnPython {
+ public:
+  std::string LangueCourante() const override {
+    return Attribut<std::string>(Moi(), "LangueCourante");
+  }
+  void LangueCourante(std::string langue) override {
+    PoseAttribut(Moi(), "LangueCourante", langue);
+  }
+  std::vector<std::string> Langues() const override {
+    return Attribut<std::vector<std::string>>(Moi(), "Langues");
+  }
+  std::string Traduit(std::string_view clé, std::string_view défaut,
+                      std::string_view section) const override {
+    return Demande<std::string>(Moi(), "Traduit", clé, défaut, section);
+  }
+
+ private:
+  [[nodiscard]] const ZED_Traduction* Moi() const { return this; }
+};
+
+void LieLeTimer(py::module_& m) {
+  py::class_<ZED_Timer, TimerPython, std::shared_ptr<ZED_Timer>>(
+      m, "ZED_Timer",
+      "High-resolution timer of a frame. A class of Python writes LitMicrosecondes.")
+      .def(py::init<>())
+      .def(
+          "LitMicrosecondes",
+          [](ZED_Timer& t) { return ExigeLaBibliothèque(t).LitMicrosecondes(); },
+          "Monotonic time in microseconds since an arbitrary origin.");
+}
+
+void LieLErreur(py::module_& m) {
+  py::class_<ZED_Erreur, ErreurPython, std::shared_ptr<ZED_Erreur>>(
+      m, "ZED_Erreur",
+      "Error record: one entry for each operation that failed. A class of Python writes "
+      "AjouteErreur(message, variables).")
+      .def(py::init<>())
+      .def(
+          "AjouteErreur",
+          [](ZED_Erreur& e, const std::string& message, const TableVariables& variables) {
+            ExigeLaBibliothèque(e).AjouteErreur(message, variables);
+          },
+          "message"_a, "variables"_a = TableVariables(1),
+          "Stores an entry: its text, and rows of text and value, the first one empty.");
+}
+
+void LieLaSécurité(py::module_& m) {
+  py::class_<ZED_Securite, SecuritePython, std::shared_ptr<ZED_Securite>>(
+      m, "ZED_Securite",
+      "Safety object: where a stop is decided. A class of Python writes PositionneCauseAU(cause) "
+      "and DéclencheSécurité().")
+      .def(py::init<>())
+      .def(
+          "PositionneCauseAU",
+          [](ZED_Securite& s, const std::string& cause) {
+            ExigeLaBibliothèque(s).PositionneCauseAU(cause);
+          },
+          "cause"_a, "Keeps the cause, a complete text in the operator's language.")
+      .def(
+          "DéclencheSécurité",
+          [](ZED_Securite& s) { return ExigeLaBibliothèque(s).DéclencheSécurité(); },
+          "Fires the stop; expected to end in Chassis.DéclencheAU.");
+}
+
+void LieLeParamètre(py::module_& m) {
+  py::class_<ZED_Parametre, ParametrePython, std::shared_ptr<ZED_Parametre>>(
+      m, "ZED_Parametre",
+      "One shared parameter: a named text that tells its listeners when it changes. A class of "
+      "Python writes Key, NomParamètre and ValeurParamètre (properties), Abonne and Désabonne.")
+      .def(py::init<>())
+      .def_property_readonly(
+          "Key", [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).Key(); },
+          "Key in the host's collection, the decimal text of its index.")
+      .def_property_readonly(
+          "NomParamètre", [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).NomParamètre(); },
+          "Name, compared exactly with the names of the configuration.")
+      .def_property(
+          "ValeurParamètre",
+          [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).ValeurParamètre(); },
+          [](ZED_Parametre& p, std::string v) {
+            ExigeLaBibliothèque(p).ValeurParamètre(std::move(v));
+          },
+          "The text; writing it tells the listeners.")
+      .def(
+          "Abonne",
+          [](ZED_Parametre& p, py::function f) {
+            return ExigeLaBibliothèque(p).Abonne(Rappel<>(std::move(f)));
+          },
+          "f"_a, "Registers a handler of Change and returns its number, for Désabonne.")
+      .def(
+          "Désabonne", [](ZED_Parametre& p, int n) { ExigeLaBibliothèque(p).Désabonne(n); },
+          "numéro"_a, "Removes a handler; nothing on a number that is not there.")
+      .def(
+          "Change",
+          [](const std::shared_ptr<ZED_Parametre>& p, py::function f) {
+            const int n = p->Abonne(Rappel<>(std::move(f)));
+            return Abonnement([p, n] { p->Désabonne(n); });
+          },
+          "f"_a, "Event: calls f() when the text changes, until the subscription ends.");
+}
+
+void LieLaTraduction(py::module_& m) {
+  py::class_<ZED_Traduction, TraductionPython, std::shared_ptr<ZED_Traduction>>(
+      m, "ZED_Traduction",
+      "Translator of the operator's texts. A class of Python writes LangueCourante and Langues "
+      "(properties) and Traduit(clé, défaut, section).")
+      .def(py::init<>())
+      .def_property(
+          "LangueCourante",
+          [](ZED_Traduction& t) { return ExigeLaBibliothèque(t).LangueCourante(); },
+          [](ZED_Traduction& t, std::string l) {
+            ExigeLaBibliothèque(t).LangueCourante(std::move(l));
+          },
+          "Name of the language that texts are given in, one of Langues.")
+      .def_property_readonly(
+          "Langues", [](ZED_Traduction& t) { return ExigeLaBibliothèque(t).Langues(); },
+          "The languages known.")
+      .def(
+          "Traduit",
+          [](ZED_Traduction& t, const std::string& clé, const std::string& défaut,
+             const std::string& section) {
+            return ExigeLaBibliothèque(t).Traduit(clé, défaut, section);
+          },
+          "clé"_a, "défaut"_a = "", "section"_a = "Zuma",
+          "Translation of the key; without one the default, without a default the key.");
+}
+
+}  // namespace
+
+void LieLesCollaborateurs(py::module_& m) {
+  LieLeTimer(m);
+  LieLErreur(m);
+  LieLaSécurité(m);
+  LieLeParamètre(m);
+  LieLaTraduction(m);
+}
+
+}  // namespace zuma::python::modele

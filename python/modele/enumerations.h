@@ -1,0 +1,32 @@
+#pragma once
+
+#include "commands/commande.h"
+#include "host/machine.h"
+#include "logic/enumerations.h"
+#include "modele/conversions.h"
+#include "platform/reglages.h"
+#include "sensors/enumerations.h"
+#include "sensors/parametres_eprouvette.h"
+#include "tree/canal.h"
+#include "tree/enumerations.h"
+#include "tree/ligne_driver.h"
+
+ZUMA_PYTHON_ENUM(zuma::Numéro, "Numéro")
+ZUMA_PYTHON_ENUM(zuma::ENUM_TYPE_FONCTION, "ENUM_TYPE_FONCTION")
+ZUMA_PYTHON_ENUM(zuma::ENUM_DRIVER, "ENUM_DRIVER")
+ZUMA_PYTHON_ENUM(zuma::ServiceCarte, "ServiceCarte")
+ZUMA_PYTHON_ENUM(zuma::AttenteCarte, "AttenteCarte")
+ZUMA_PYTHON_ENUM(zuma::Canal::Suite, "Suite")
+ZUMA_PYTHON_ENUM(zuma::ENUM_TYPE_CAPTEUR, "ENUM_TYPE_CAPTEUR")
+ZUMA_PYTHON_ENUM(zuma::ENUM_ETAT_CAPTEUR, "ENUM_ETAT_CAPTEUR")
+ZUMA_PYTHON_ENUM(zuma::ENUM_TYPE_CONTRAINTE, "ENUM_TYPE_CONTRAINTE")
+ZUMA_PYTHON_ENUM(zuma::ENUM_FORME_EPROUVETTE, "ENUM_FORME_EPROUVETTE")
+ZUMA_PYTHON_ENUM(zuma::ENUM_TYPE_CALCUL_SURFACE, "ENUM_TYPE_CALCUL_SURFACE")
+ZUMA_PYTHON_ENUM(zuma::ENUM_OPERATION_MAV, "ENUM_OPERATION_MAV")
+ZUMA_PYTHON_ENUM(zuma::RECOUVREMENT_ETAT, "RECOUVREMENT_ETAT")
+ZUMA_PYTHON_ENUM(zuma::ParamEprouvette, "ParamEprouvette")
+ZUMA_PYTHON_ENUM(zuma::ENUM_TYPE_COMMANDE, "ENUM_TYPE_COMMANDE")
+ZUMA_PYTHON_ENUM(zuma::ENUM_ETAT_LOGIQUE, "ENUM_ETAT_LOGIQUE")
+ZUMA_PYTHON_ENUM(zuma::ENUM_ETAT_AU_LOGIQUE, "ENUM_ETAT_AU_LOGIQUE")
+ZUMA_PYTHON_ENUM(zuma::MotHautIK121, "MotHautIK121")
+ZUMA_PYTHON_ENUM(zuma::host::Cadence, "Cadence")
