@@ -96,7 +96,8 @@ void LieLesMarches(py::class_<Session, Partagée>& classe) {
       .def("run", &Session::Tourne)
       .def("step", &Session::Pas)
       .def("time_loop", &Session::MesureLaBoucle)
-      .def("close", &Session::Ferme, py::call_guard<py::gil_scoped_release>())
+      .def("close", &Session::Ferme)
+      .def("close_at_exit", &Session::FermeALaFin)
       .def("abandon", &Session::Abandonne);
 }
 
@@ -121,8 +122,13 @@ void LieLaSession(py::module_& module) {
   py::class_<Session, Partagée> classe(module, "Session");
   classe
       .def(py::init([](const Choix& choix) {
-        const py::gil_scoped_release lâche;
-        return std::make_shared<Session>(choix);
+        Partagée session;
+        {
+          const py::gil_scoped_release lâche;
+          session = std::make_shared<Session>(choix);
+        }
+        session->OuvreLeModèle();
+        return session;
       }))
       .def_property_readonly("open", &Session::EstOuverte)
       .def_property_readonly("time", &Session::Secondes)
@@ -143,6 +149,9 @@ void LieLaSession(py::module_& module) {
              if (!écoute) return s.QuandProblème({});
              s.QuandProblème([écoute](const host::Problème& p) { écoute(host::Ligne(p)); });
            })
+      .def_property_readonly(
+          "model",
+          [](const Session& s) { return modele::ChassisEnPython(s.LaMarche().LeChassis()); })
       .def("record", &Enregistre)
       .def("sensors",
            [](const Partagée& s) { return Poignées<Capteur>(s, s->LesObjets().capteurs); })

@@ -1,7 +1,7 @@
 #include "hote/session.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <optional>
 #include <pybind11/pybind11.h>
 #include <utility>
 
@@ -73,8 +73,8 @@ void RecueilDeSession::Montre(std::string_view texte, const ObjetConcerné& obje
 // Stands for as long as passes run: none begins within another.
 class Session::EnMarche {
  public:
-  explicit EnMarche(bool& drapeau) : drapeau_(drapeau) {
-    if (std::exchange(drapeau_, true)) {
+  explicit EnMarche(std::atomic<bool>& drapeau) : drapeau_(drapeau) {
+    if (drapeau_.exchange(true)) {
       throw Erreur("UsageError", "the frame runs already: what it calls must not run or close it");
     }
   }
@@ -83,7 +83,7 @@ class Session::EnMarche {
   EnMarche& operator=(const EnMarche&) = delete;
 
  private:
-  bool& drapeau_;
+  std::atomic<bool>& drapeau_;
 };
 
 Session::Session(Choix choix)
@@ -105,14 +105,23 @@ Session::Session(Choix choix)
 Session::~Session() {
   if (abandonnée_) {  // what would be released here is the parent's
     (void)objets_.release();
-    (void)marche_.release();
-    (void)machine_.release();
+    (void)new std::pair(machine_, marche_);
     return;
   }
   try {
     Libère();
   } catch (...) {  // at rest by now: a listener that fails must not hide how the program ends
   }
+}
+
+// Who holds an object of the model within a call keeps the frame until that ends.
+void Session::OuvreLeModèle() {
+  modele::Ouvre(
+      machine_->Services(),
+      std::make_shared<std::pair<decltype(machine_), decltype(marche_)>>(machine_, marche_),
+      [marche = std::weak_ptr(marche_)](const std::string& cause) {
+        if (const auto celle = marche.lock()) celle->Arrête(cause);
+      });
 }
 
 void Session::Ferme() {
@@ -122,6 +131,19 @@ void Session::Ferme() {
   Libère();
 }
 
+// A thread that dies with the interpreter leaves nothing behind that would put outputs to rest.
+void Session::FermeALaFin() {
+  constexpr auto kPas = std::chrono::milliseconds(1);
+  constexpr int kAuPlus = 5000;  // steps: a pass, and what listens to it, take less
+  finit_ = true;
+  {
+    const py::gil_scoped_release lâche;
+    for (int pas = 0; enMarche_ && pas < kAuPlus; ++pas) std::this_thread::sleep_for(kPas);
+  }
+  fil_ = std::this_thread::get_id();
+  Ferme();
+}
+
 void Session::Libère() {
   for (const auto& rangées : rangées_) {
     if (const auto celles = rangées.lock()) celles->Termine();
@@ -129,7 +151,11 @@ void Session::Libère() {
   tenues.clear();
   tares_.clear();
   objets_ = nullptr;
-  marche_ = nullptr;
+  modele::Ferme(machine_->Services());
+  {
+    const py::gil_scoped_release lâche;  // links may take seconds to confirm that they rest
+    marche_ = nullptr;
+  }
   machine_->Rapporte(*recueil_);
   quandArrêt_ = {};
   DitLesProblèmes();
@@ -196,6 +222,7 @@ void Session::Regarde() {
 }
 
 void Session::Passe() {
+  if (finit_) throw Erreur("FrameEnded", "the program ends");
   if (!machine_->Fini().empty()) {
     throw Erreur("FrameEnded", "a device ends the program: " + std::string(machine_->Fini()));
   }
@@ -253,14 +280,17 @@ template <class Boucle>
 auto Session::SousGarde(Boucle&& boucle) {
   Exige();
   const EnMarche marche(enMarche_);
-  const py::gil_scoped_release lâche;
-  RègleLaMontre();
-  try {
-    return boucle();
-  } catch (...) {
-    ArrêteQuoiQuIlArrive(Cause());
-    throw;
-  }
+  std::optional<decltype(boucle())> résultat;
+  modele::FaitUnePasse(machine_->Services(), [&] {
+    RègleLaMontre();
+    try {
+      résultat = boucle();
+    } catch (...) {
+      ArrêteQuoiQuIlArrive(Cause());
+      throw;
+    }
+  });
+  return *résultat;
 }
 
 // What keeps the stop from being driven must not hide why it was fired: it is told, too.
@@ -279,6 +309,7 @@ Session::Fin Session::AvanceDéjà(double point, double fin, bool àTravers) {
     const std::uint64_t avant = chassis.RafraichissementsEA();
     Passe();
     Regarde();
+    if (modele::Séjour::ARetenu()) return Fin::Arrêt;  // what Python raised in the pass comes next
     if (!àTravers && !arrêtée && marche_->LaSécurité().Déclenchée()) return Fin::Arrêt;
     if (secondes_ + kPasDePasse / 2 >= point && chassis.RafraichissementsEA() != avant) {
       return Fin::Point;
@@ -303,7 +334,7 @@ Session::Fin Session::Tourne(double fin, double période, bool àTravers,
 
 void Session::Pas(std::int64_t nombre) {
   SousGarde([&] {
-    for (; nombre > 0; --nombre) {
+    for (; nombre > 0 && !modele::Séjour::ARetenu(); --nombre) {
       Passe();
       Regarde();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -14,6 +15,7 @@
 #include "host/chassis_en_marche.h"
 #include "host/machine.h"
 #include "hote/rangees.h"
+#include "modele/vie.h"
 #include "publication/description.h"
 #include "sim/machine_simulee.h"
 
@@ -66,11 +68,17 @@ class Session : public std::enable_shared_from_this<Session> {
   /// Opens and starts the frame; throws what `ChassisEnMarche` throws.
   explicit Session(Choix choix);
   ~Session();
+  /// The model's own objects answer from here on; behind the constructor, with the interpreter's
+  /// lock.
+  void OuvreLeModèle();
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
   /// Puts the outputs to rest and releases the frame; nothing once it is closed.
   void Ferme();
+  /// The same from another thread, the interpreter being about to end: a run ends first, by
+  /// `FrameEnded`.
+  void FermeALaFin();
   /// In a child process: the frame belongs to its parent, and nothing is touched, ever.
   void Abandonne() noexcept { abandonnée_ = true; }
   /// It is neither closed nor another process's.
@@ -116,7 +124,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void Fait(Acte&& acte) {
     Exige();
     (void)recueil_->Retire();
+    modele::Séjour séjour(machine_->Services());
     acte();
+    séjour.Conclut();
     ExigeSansReproche();
   }
   /// Acknowledges; false while the cause lasts.
@@ -165,16 +175,17 @@ class Session : public std::enable_shared_from_this<Session> {
   using Instant = std::chrono::steady_clock;
   Choix choix_;
   Ref<RecueilDeSession> recueil_;
-  std::unique_ptr<host::Machine> machine_;
-  std::unique_ptr<host::ChassisEnMarche> marche_;
+  std::shared_ptr<host::Machine> machine_;
+  std::shared_ptr<host::ChassisEnMarche> marche_;
   std::unique_ptr<publication::ObjetsDuChassis> objets_;
   std::function<void(const std::string&)> quandArrêt_;
   std::function<void(const host::Problème&)> quandProblème_;
   std::vector<std::weak_ptr<Rangées>> rangées_;
   std::vector<std::pair<const Capteur*, bool>> tares_;  ///< begun here, and whether measured
-  std::thread::id fil_ = std::this_thread::get_id();
+  std::atomic<std::thread::id> fil_ = std::this_thread::get_id();
   bool abandonnée_ = false;
-  bool enMarche_ = false;
+  std::atomic<bool> enMarche_ = false;
+  std::atomic<bool> finit_ = false;  ///< the interpreter is about to end
   bool vite_ = false;
   bool arrêtDit_ = false;
   std::size_t dits_ = 0;

@@ -150,6 +150,20 @@ void LieLeServo(py::module_& module) {
   m.def("LigneDuJournal", &LigneDuJournal, "relevé"_a, "séparateur"_a = ',');
 }
 
+void LieLeDither(py::module_& m) {
+  py::class_<Dither>(m, "Dither", "Schedule of a dither; all times in seconds.")
+      .def(py::init<>())
+      .def("Recale", &Dither::Recale, "t"_a, "Starts the schedule, on neither side.")
+      .def("EstDû", &Dither::EstDû, "t"_a, "fréquence"_a, "The planned toggle is past.")
+      .def("PlanifieAvecRetard", &Dither::PlanifieAvecRetard, "t"_a, "fréquence"_a,
+           "Plans the next toggle, with the lateness of the last.")
+      .def("Planifie", &Dither::Planifie, "t"_a, "fréquence"_a, "The same without it.")
+      .def("Bascule", &Dither::Bascule, "Goes to the other side; the first is the low one.")
+      .def("Valeur", &Dither::Valeur, "base"_a, "amplitude"_a, "Value of this half period.");
+  m.def("AmplitudeUtilisable", &AmplitudeUtilisable, "base"_a, "amplitude"_a, "mini"_a, "maxi"_a,
+        "Peak-to-peak amplitude that keeps the wave between the limits.");
+}
+
 }  // namespace
 
 void LieLesCalculs(py::module_& m) {
@@ -157,6 +171,7 @@ void LieLesCalculs(py::module_& m) {
   LieLaSection(m);
   LieLesParamètres(m);
   LieLeServo(m);
+  LieLeDither(m);
   py::class_<Régression>(m, "Régression", "Slope of a value against time over a run of samples.")
       .def(py::init<>())
       .def_readonly_static("kCapacité", &Régression::kCapacité, "Longest run, in samples.")

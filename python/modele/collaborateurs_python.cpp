@@ -170,6 +170,31 @@ void LieLeParamètre(py::module_& m) {
           "f"_a, "Event: calls f() when the text changes, until the subscription ends.");
 }
 
+void LieLesParamètres(py::module_& m) {
+  using P = ParamètresPartagés;
+  py::class_<P, std::shared_ptr<P>>(m, "ParamètresPartagés",
+                                    "The host's parameters, in its order; any list of parameters "
+                                    "may stand for it.")
+      .def(py::init([](const py::iterable& parametres) {
+             const auto partagés = std::make_shared<P>();
+             for (const py::handle p : parametres) {
+               partagés->push_back(p.cast<Ref<ZED_Parametre>>());
+             }
+             return partagés;
+           }),
+           "parametres"_a = py::list())
+      .def("__len__", [](const P& p) { return p.size(); })
+      .def(
+          "__getitem__",
+          [](const P& p, std::size_t rang) {
+            if (rang >= p.size()) throw py::index_error(std::to_string(rang));
+            return p[rang];
+          },
+          "rang"_a)
+      .def("append", [](P& p, const Ref<ZED_Parametre>& q) { p.push_back(q); }, "paramètre"_a);
+  py::implicitly_convertible<py::list, P>();
+}
+
 void LieLaTraduction(py::module_& m) {
   py::class_<ZED_Traduction, TraductionPython, std::shared_ptr<ZED_Traduction>>(
       m, "ZED_Traduction",
@@ -203,6 +228,7 @@ void LieLesCollaborateurs(py::module_& m) {
   LieLErreur(m);
   LieLaSécurité(m);
   LieLeParamètre(m);
+  LieLesParamètres(m);
   LieLaTraduction(m);
 }
 

@@ -1,5 +1,7 @@
 #include "modele/echecs.h"
 
+#include <pybind11/eval.h>
+
 #include "modele/vie.h"
 
 namespace py = pybind11;

@@ -25,7 +25,7 @@ void Lie(py::module_& module, const char* nom, const std::pair<const char*, E> (
 
 #define ZUMA_MEMBRE(Enum, Nom) {#Nom, Enum::Nom}
 
-void LieLesNuméros(py::module_& m) {
+void CeuxDesEchecs(py::module_& m) {
   using E = Numéro;
   Lie<E>(m, "Numéro",
          {ZUMA_MEMBRE(E, AppelIncorrect),      ZUMA_MEMBRE(E, Dépassement),
@@ -46,7 +46,7 @@ void LieLesNuméros(py::module_& m) {
           ZUMA_MEMBRE(E, ErreurDeLObjet)});
 }
 
-void LieLesDrivers(py::module_& m) {
+void CeuxDesDrivers(py::module_& m) {
   using E = ENUM_DRIVER;
   Lie<E>(m, "ENUM_DRIVER",
          {ZUMA_MEMBRE(E, DrvAucun),
@@ -107,7 +107,7 @@ void LieLesDrivers(py::module_& m) {
           ZUMA_MEMBRE(E, DrvRS232METRO_MUX)});
 }
 
-void LieLArbre(py::module_& m) {
+void CeuxDeLArbre(py::module_& m) {
   Lie<ENUM_TYPE_FONCTION>(m, "ENUM_TYPE_FONCTION",
                           {ZUMA_MEMBRE(ENUM_TYPE_FONCTION, FctAucune),
                            ZUMA_MEMBRE(ENUM_TYPE_FONCTION, FctEntréesLogiques),
@@ -130,7 +130,7 @@ void LieLArbre(py::module_& m) {
                      {ZUMA_MEMBRE(host::Cadence, Réelle), ZUMA_MEMBRE(host::Cadence, Libre)});
 }
 
-void LieLesCapteurs(py::module_& m) {
+void CeuxDesCapteurs(py::module_& m) {
   Lie<ENUM_TYPE_CAPTEUR>(
       m, "ENUM_TYPE_CAPTEUR",
       {ZUMA_MEMBRE(ENUM_TYPE_CAPTEUR, capteurNormal), ZUMA_MEMBRE(ENUM_TYPE_CAPTEUR, CapteurMoyen),
@@ -202,7 +202,7 @@ void LieLesCapteurs(py::module_& m) {
                         ZUMA_MEMBRE(ParamEprouvette, Sélection)});
 }
 
-void LieCommandesEtLogique(py::module_& m) {
+void CeuxDesSorties(py::module_& m) {
   Lie<ENUM_TYPE_COMMANDE>(
       m, "ENUM_TYPE_COMMANDE",
       {ZUMA_MEMBRE(ENUM_TYPE_COMMANDE, Aucune), ZUMA_MEMBRE(ENUM_TYPE_COMMANDE, Normale),
@@ -223,11 +223,11 @@ void LieCommandesEtLogique(py::module_& m) {
 }  // namespace
 
 void LieLesEnumerations(py::module_& m) {
-  LieLesNuméros(m);
-  LieLesDrivers(m);
-  LieLArbre(m);
-  LieLesCapteurs(m);
-  LieCommandesEtLogique(m);
+  CeuxDesEchecs(m);
+  CeuxDesDrivers(m);
+  CeuxDeLArbre(m);
+  CeuxDesCapteurs(m);
+  CeuxDesSorties(m);
 }
 
 }  // namespace zuma::python::modele

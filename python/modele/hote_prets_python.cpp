@@ -122,6 +122,9 @@ void LieLeTraducteur(py::module_& m) {
     for (const auto& p : problèmes) lignes.push_back(std::to_string(p.ligne) + ": " + p.texte);
     return lignes;
   };
+  m.def(
+      "TraductionsIncluses", [] { return std::string(linux_::TraductionsIncluses()); },
+      "The table of texts built into the library.");
   py::class_<Traducteur, ZED_Traduction, std::shared_ptr<Traducteur>>(
       m, "Traducteur", "Translator over tables of texts, with the built-in one.")
       .def(py::init<>())

@@ -7,7 +7,7 @@
 #include "modele/plateforme.h"
 #include "modele/services.h"
 #include "modele/tables.h"
-#include "platform/linux/messages_terminal.h"
+#include "tree/registre_des_drivers.h"
 
 namespace py = pybind11;
 using namespace py::literals;

@@ -10,13 +10,11 @@
 #include "base/ref.h"
 #include "core/collections.h"
 #include "modele/vie.h"
+#include "platform/collaborateurs.h"
 #include "platform/liaison_serie.h"
 
-namespace zuma {
-class Carte;
-class Fonction;
-class Chassis;
-}  // namespace zuma
+// A list of parameters is shared as it stands: those added later show in it.
+PYBIND11_MAKE_OPAQUE(zuma::ParamètresPartagés)
 
 namespace zuma::python::modele {
 

@@ -122,6 +122,16 @@ R DemandeSansEchec(const Interface* objet, const char* nom, R défaut,
       [&]() -> R { return MéthodeÉcrite(objet, nom)(arguments...).template cast<R>(); },
       std::move(défaut));
 }
+/// A method that Python may write, and that fails nothing.
+template <class R, class Interface>
+R DemandeSiEcrit(const Interface* objet, const char* nom, R défaut) noexcept {
+  return EnPythonSansEchec(
+      [&]() -> R {
+        const pybind11::function f = pybind11::get_override(objet, nom);
+        return f ? f().template cast<R>() : défaut;
+      },
+      défaut);
+}
 template <class Interface, class... A>
 void DisSansEchec(const Interface* objet, const char* nom, const A&... arguments) noexcept {
   EnPythonSansEchec([&] { MéthodeÉcrite(objet, nom)(arguments...); });
@@ -147,7 +157,7 @@ void PoseAttribut(const Interface* objet, const char* nom, const V& valeur) {
 /// Base of the operations of an interface, for Python: a class of Python that lacks one has none.
 template <class Interface>
 Interface& ExigeLaBibliothèque(Interface& objet) {
-  if (dynamic_cast<EcritEnPython*>(&objet) != nullptr) throw Echec(Numéro::OpérationAbsente);
+  if (dynamic_cast<const EcritEnPython*>(&objet) != nullptr) throw Echec(Numéro::OpérationAbsente);
   return objet;
 }
 

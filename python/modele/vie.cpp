@@ -162,6 +162,10 @@ void Séjour::Retient(py::error_already_set&& exception) noexcept {
   }
 }
 
+bool Séjour::ARetenu() noexcept {
+  return enCours != nullptr && enCours->retenue_;
+}
+
 void Ouvre(Plateforme& plateforme, std::shared_ptr<void> garde, ArrêtDuChassis arrête) {
   LesLaisses().push_back(std::make_shared<Laisse>(plateforme, std::move(garde), std::move(arrête)));
 }

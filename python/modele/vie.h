@@ -125,6 +125,8 @@ class Séjour {
   /// The exception being handled goes to the innermost call of this thread, behind that; without
   /// one it is told as Python tells what nobody can catch.
   static void Retient(pybind11::error_already_set&& exception) noexcept;
+  /// The innermost call of this thread has one to raise: who makes pass behind pass ends there.
+  [[nodiscard]] static bool ARetenu() noexcept;
 
  private:
   std::shared_ptr<Laisse> laisse_;

@@ -182,6 +182,11 @@ class Frame:
         """All that the frame told since it was opened, each once; logger "zuma" tells them too."""
         return self._session.problems
 
+    @property
+    def model(self) -> Any:
+        """The frame as the object model knows it, a `zuma.modele.Chassis`, under its own names."""
+        return self._session.model
+
     def values(self, out: npt.NDArray[np.float64] | None = None) -> npt.NDArray[np.float64]:
         """The readings of all sensors, in the order of `sensors`; NaN where there is none.
 
@@ -422,7 +427,7 @@ def demo(path: str | os.PathLike[str] | None = None) -> str:
 def _close_all() -> None:
     for frame in list(_open_frames):
         try:
-            frame.close()
+            frame._session.close_at_exit()
         except Exception:  # the others are still to come to rest
             _log.exception("a frame did not close")
 

@@ -138,33 +138,42 @@ def test_what_is_kept_of_a_closed_frame_is_refused(database):
 # What was registered before the package runs behind it: the last sample tells where outputs stand.
 ENDING = textwrap.dedent(
     """
-    import atexit, os, signal, sys, time
+    import atexit, os, signal, sys, threading, time
     views = []
     atexit.register(lambda: print(views[0]["output:Pompe"], views[0]["Consigne 1"], flush=True))
     import zuma
-    frame = zuma.open(zuma.demo(), sim=True, stops=False)
-    views.append(zuma.attach(frame))
-    frame.outputs["Pompe"].on()
-    frame.commands["Consigne 1"].enabled = True
-    frame.commands["Consigne 1"].set(50)
-    frame.run(seconds=0.3)
-    assert (views[0]["output:Pompe"], views[0]["Consigne 1"]) == (1, 50)
+
+    def start():
+        frame = zuma.open(zuma.demo(), sim=True, stops=False)
+        frame.outputs["Pompe"].on()
+        frame.commands["Consigne 1"].enabled = True
+        frame.commands["Consigne 1"].set(50)
+        frame.run(seconds=0.3)
+        views.append(zuma.attach(frame))
+        assert (views[0]["output:Pompe"], views[0]["Consigne 1"]) == (1, 50)
+        return frame
     """
 )
+THREAD = """
+threading.Thread(target=lambda: start().run(), daemon=True).start()
+while not views: time.sleep(0.01)
+time.sleep(0.1)
+"""
 
 
 @pytest.mark.parametrize(
     "way, code",
     [
-        ("", 0),
-        ("raise ValueError", 1),
-        ("sys.exit(3)", 3),
-        ("os.kill(os.getpid(), signal.SIGTERM); time.sleep(30)", 143),
-        ("frame.run(until=lambda: os.kill(os.getpid(), signal.SIGHUP))", 129),
-        ("frame = None; assert views[0].ended", 0),
-        ("child = os.fork()\nif child: os.waitpid(child, 0)\nelse: os.dup2(2, 1)", 0),
+        ("frame = start()", 0),
+        ("frame = start(); raise ValueError", 1),
+        ("frame = start(); sys.exit(3)", 3),
+        ("frame = start(); os.kill(os.getpid(), signal.SIGTERM); time.sleep(30)", 143),
+        ("frame = start(); frame.run(until=lambda: os.kill(os.getpid(), signal.SIGHUP))", 129),
+        ("frame = start(); frame = None; assert views[0].ended", 0),
+        (THREAD, 0),
+        ("frame = start(); child = os.fork()\nif child: os.waitpid(child, 0)\nelse: os.dup2(2, 1)", 0),
     ],
-    ids=["end", "exception", "exit", "SIGTERM", "SIGHUP", "dropped", "child"],
+    ids=["end", "exception", "exit", "SIGTERM", "SIGHUP", "dropped", "thread", "child"],
 )
 def test_outputs_come_to_rest_by_whatever_way_the_program_ends(way, code):
     ended = subprocess.run(
