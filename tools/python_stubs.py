@@ -20,7 +20,6 @@ from typing import Any, Callable, ClassVar, Iterable, Iterator, List, Optional, 
 Soi = TypeVar("Soi")
 '''
 SIGNATURE = re.compile(r"(?:\d+\. )?(\w*)\((.*)\) -> (.*)")
-FIXE = re.compile(r"(List\[(?:[^\[\]]|\[(?:[^\[\]]|\[[^\[\]]*\])*\])*\])\[\d+\]")
 GENRES = [(r"\bhandle\b|\bobject\b", "Any"), (r"\bfunction\b", "Callable[..., Any]"),
           (r"\blist\b", "List[Any]"), (r"\biterator\b", "Iterator[Any]"),
           (r"\biterable\b|\bIterable\b(?!\[)", "Iterable[Any]"), (r"\bargs\b", "Any")]
@@ -36,8 +35,7 @@ RENDUS = {"__enter__": "Soi", "__iter__": "Iterator[{membre}]", "__bool__": "boo
 def type_python(texte):
     """`zuma._zuma.modele.X` and what else pybind11 writes, in the words of `typing`."""
     texte = re.sub(r"zuma\.(?:_zuma\.)?modele\.", "", texte)
-    while FIXE.search(texte):  # a list of a fixed length
-        texte = FIXE.sub(r"\1", texte)
+    texte = re.sub(r"\[\d+\]", "", texte)  # the fixed length of a list
     for motif, rendu in GENRES:
         texte = re.sub(motif, rendu, texte)
     return NOMS.sub(r"\1_m.\2", texte)
