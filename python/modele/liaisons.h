@@ -90,16 +90,21 @@ struct SansPremier<R(P, A...)> {
 
 }  // namespace détail
 
-/// A class of the model in Python.
+/// Class of the handles of T, below the base that all of them share.
+template <class T>
+using ClassePython =
+    std::conditional_t<std::derived_from<T, Objet>, pybind11::class_<PoignéeDe<T>, PoignéeDObjet>,
+                       pybind11::class_<PoignéeDe<T>, Poignée>>;
+
+/// A class of the model in Python. It was declared before (`DéclareLesClasses`), so that signatures
+/// may name each other's classes.
 template <class T>
 class Classe {
  public:
-  using Python =
-      std::conditional_t<std::derived_from<T, Objet>, pybind11::class_<PoignéeDe<T>, PoignéeDObjet>,
-                         pybind11::class_<PoignéeDe<T>, Poignée>>;
-
   Classe(pybind11::module_& module, const char* nom, const char* doc)
-      : nom_(nom), classe_(module, nom, doc) {}
+      : nom_(nom), classe_(pybind11::reinterpret_borrow<ClassePython<T>>(module.attr(nom))) {
+    classe_.attr("__doc__") = doc;
+  }
 
   /// A property that is read: `lit(objet)`.
   template <class Lit>
@@ -135,7 +140,7 @@ class Classe {
     return *this;
   }
   /// The class as pybind11 knows it, for what is none of these.
-  [[nodiscard]] Python& Brute() { return classe_; }
+  [[nodiscard]] ClassePython<T>& Brute() { return classe_; }
 
  private:
   [[nodiscard]] std::string Source(const char* nom) const { return nom_ + "." + nom; }
@@ -159,7 +164,7 @@ class Classe {
   }
 
   std::string nom_;
-  Python classe_;
+  ClassePython<T> classe_;
 };
 
 }  // namespace zuma::python::modele

@@ -19,11 +19,19 @@ void SuitLeProcessus() {
       "after_in_child"_a = py::cpp_function(&modele::Laisse::APartirDUnEnfant));
 }
 
+// Where people import it from.
+void NommeLeModule(const py::module_& module, const char* nom) {
+  for (const auto& [clé, membre] : py::dict(module.attr("__dict__"))) {
+    if (py::isinstance<py::type>(membre)) membre.attr("__module__") = nom;
+  }
+}
+
 }  // namespace
 
 void LieLeModèle(py::module_& module) {
   modele::LieLesEnumerations(module);
   modele::LieLesEchecs(module);
+  modele::DéclareLesClasses(module);
   modele::LieLesAbonnements(module);
   modele::LieLesCollaborateurs(module);
   modele::LieLesServices(module);
@@ -40,6 +48,9 @@ void LieLeModèle(py::module_& module) {
   modele::LieLaLogique(module);
   modele::LieLeChassis(module);
   modele::LieLesObjetsDeLHôte(module);
+  NommeLeModule(module, "zuma.modele");
+  NommeLeModule(module.attr("section"), "zuma.modele.section");
+  NommeLeModule(module.attr("servo"), "zuma.modele.servo");
   SuitLeProcessus();
 }
 

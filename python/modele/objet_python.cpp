@@ -1,6 +1,5 @@
 // What every object of the tree has.
-#include <pybind11/functional.h>
-
+#include "core/chassis.h"
 #include "modele/liaisons.h"
 #include "modele/tables.h"
 
@@ -15,9 +14,13 @@ auto Sur(PoignéeDObjet& soi, const char* source, Travail&& travail) {
   return Appelle(soi.LaLaisse(), source, Genre::Bref, [&] { return travail(soi.Objet()); });
 }
 
+template <class T>
+void Déclare(py::module_& m, const char* nom) {
+  ClassePython<T>(m, nom);
+}
+
 void LieLaPoignée(py::module_& m) {
-  py::class_<Poignée>(m, "Poignée",
-                      "What lives with a frame. It answers for as long as the frame is open.")
+  py::reinterpret_borrow<py::class_<Poignée>>(m.attr("Poignée"))
       .def("__eq__",
            [](const Poignée& a, const py::object& b) {
              return py::isinstance<Poignée>(b) && a.Même(b.cast<Poignée&>());
@@ -30,9 +33,33 @@ void LieLaPoignée(py::module_& m) {
 
 }  // namespace
 
+void DéclareLesClasses(py::module_& m) {
+  py::class_<Poignée>(m, "Poignée",
+                      "What lives with a frame. It answers for as long as the frame is open.");
+  py::class_<PoignéeDObjet, Poignée>(m, "Objet", "An object of the tree of a frame.");
+  Déclare<Chassis>(m, "Chassis");
+  Déclare<Carte>(m, "Carte");
+  Déclare<Fonction>(m, "Fonction");
+  Déclare<Canal>(m, "Canal");
+  Déclare<Capteur>(m, "Capteur");
+  Déclare<Commande>(m, "Commande");
+  Déclare<EntréeLogique>(m, "EntréeLogique");
+  Déclare<SortieLogique>(m, "SortieLogique");
+  Déclare<Watchdog>(m, "Watchdog");
+  Déclare<Cartes>(m, "Cartes");
+  Déclare<Fonctions>(m, "Fonctions");
+  Déclare<Canals>(m, "Canals");
+  Déclare<Capteurs>(m, "Capteurs");
+  Déclare<Commandes>(m, "Commandes");
+  Déclare<EntréeLogiques>(m, "EntréeLogiques");
+  Déclare<SortieLogiques>(m, "SortieLogiques");
+  Déclare<ZED_LiaisonSerie>(m, "ZED_LiaisonSerie");
+  Déclare<PortInstrument>(m, "PortInstrument");
+}
+
 void LieLObjet(py::module_& m) {
   LieLaPoignée(m);
-  py::class_<PoignéeDObjet, Poignée>(m, "Objet", "An object of the tree of a frame.")
+  py::reinterpret_borrow<py::class_<PoignéeDObjet, Poignée>>(m.attr("Objet"))
       .def_property(
           "Key",
           [](PoignéeDObjet& soi) {

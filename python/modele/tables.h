@@ -5,6 +5,8 @@
 // One group of classes each; `LieLeModèle` calls them in an order in which each finds its bases.
 namespace zuma::python::modele {
 
+/// Names the classes of handles, each without its members.
+void DéclareLesClasses(pybind11::module_& module);
 void LieLesEnumerations(pybind11::module_& module);
 void LieLesCollaborateurs(pybind11::module_& module);
 void LieLesServices(pybind11::module_& module);
