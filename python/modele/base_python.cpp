@@ -23,11 +23,13 @@ auto SansVerrou(R (C::*f)(A...)) {
 
 void LieLesLignes(py::module_& m) {
   py::class_<Champ>(m, "Champ", "One field of a record.")
-      .def_readonly("Name", &Champ::Name, "Name of the column.")
+      .def_property_readonly(
+          "Name", [](const Champ& c) { return std::string(c.Name.Texte()); }, "Name of the column.")
       .def_property_readonly(
           "Value", [](const Champ& c) { return c.Value; }, "Its value.")
       .def("__repr__", [](const Champ& c) {
-        return "<Champ " + c.Name + "=" + std::string(py::repr(py::cast(c.Value))) + ">";
+        return "<Champ " + std::string(c.Name.Texte()) + "=" +
+               std::string(py::repr(py::cast(c.Value))) + ">";
       });
   py::class_<Recordset, std::shared_ptr<Recordset>>(
       m, "Recordset", "Rows of a statement, walked from the first to the end.")
