@@ -127,7 +127,7 @@ py::dict LitUnEnregistrement(const std::string& fichier) {
   py::list lacunes;
   for (const host::Lacune& l : lu.lacunes) lacunes.append(py::make_tuple(l.rangées, l.de, l.à));
   return py::dict("time"_a = Tableau(lu.secondes), "columns"_a = colonnes, "gaps"_a = lacunes,
-                  "texts"_a = lu.textes);
+                  "cut"_a = lu.coupé, "texts"_a = lu.textes);
 }
 
 }  // namespace
@@ -139,8 +139,7 @@ void LieLaLecture(py::module_& module) {
       .def_property_readonly("file", [](const Publié& p) { return p.fichier; })
       .def_property_readonly("pid", [](const Publié& p) { return p.lecteur.Processus(); })
       .def_property_readonly("started", [](const Publié& p) { return p.lecteur.DépartUtc(); })
-      .def_property_readonly(
-          "ended", [](const Publié& p) { return p.lecteur.EstFini() || !EstVivante(p.fichier); })
+      .def_property_readonly("ended", [](const Publié& p) { return !p.lecteur.EstEnMarche(); })
       .def_property_readonly("next", [](const Publié& p) { return p.lecteur.Suivant(); })
       .def_property_readonly("first", [](const Publié& p) { return p.lecteur.Premier(); })
       .def("since", [](const Publié& p, double s) { return p.lecteur.PremierDepuis(s); })

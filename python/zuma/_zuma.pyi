@@ -324,6 +324,7 @@ class RecordingContent(TypedDict):
     time: Floats
     columns: list[ColumnRead]
     gaps: list[tuple[int, float, float]]
+    cut: bool
     texts: list[tuple[str, str]]
 
 def publications() -> list[tuple[str, bool]]: ...

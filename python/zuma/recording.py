@@ -85,6 +85,8 @@ class RecordedFile:
         self.units = {"time": "s", **{n: c["unit"] for n, c in self.columns.items()}}
         #: (rows, from, to) of what is missing, seconds
         self.gaps: list[tuple[int, float, float]] = content["gaps"]
+        #: the file ends within a row, which is left out: a copy cut short, or a full disk
+        self.cut: bool = content["cut"]
         self.texts = dict(content["texts"])  #: start, frame, "specimen ..."
         rows = np.column_stack([content["time"], *(column["values"] for column in columns)])
         #: the rows: "time" in seconds, then one field for each column; NaN for a missing reading

@@ -43,6 +43,10 @@ def test_a_file_is_read_with_its_units_its_gaps_and_no_number_for_what_is_missin
     assert read.units == {"time": "s", "Force 100 kN": "kN", "a": ""}
     assert read["Force 100 kN"].tolist()[::2] == [1.5, -4.25] and np.isnan(read["Force 100 kN"][1])
     assert read.data["a"].tolist() == [2, 3, 5] and read.gaps == [(2, 0.015, 0.02)]
-    (tmp_path / "run.csv").write_text(CSV + "half a\n")
+    assert not read.cut
+    (tmp_path / "run.csv").write_text(CSV + "half a")
+    cut = zuma.read_csv(tmp_path / "run.csv")
+    assert cut.cut and cut.data.tolist()[-1] == read.data.tolist()[-1]
+    (tmp_path / "run.csv").write_text(CSV + "half a\n0.03,1,2\n")
     with pytest.raises(zuma.UsageError, match="line 6"):
         zuma.read_csv(tmp_path / "run.csv")
