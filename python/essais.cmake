@@ -23,5 +23,5 @@ endif()
 
 function(zuma_essai_python nom)
   add_test(NAME python_${nom} COMMAND ${Python_EXECUTABLE} ${ARGN})
-  set_tests_properties(python_${nom} PROPERTIES ENVIRONMENT "${entourage_python}" TIMEOUT 300)
+  set_tests_properties(python_${nom} PROPERTIES ENVIRONMENT "${entourage_python}" TIMEOUT 900)
 endfunction()

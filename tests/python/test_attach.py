@@ -77,7 +77,7 @@ def test_a_dead_program_leaves_a_black_box(database):
         "print(frame.publication, flush=True); os.kill(os.getpid(), 9)"
     )
     run = [sys.executable, "-c", script, database]
-    died = subprocess.run(run, capture_output=True, text=True, timeout=60)
+    died = subprocess.run(run, capture_output=True, text=True, timeout=300)
     assert died.returncode == -signal.SIGKILL
     box = zuma.attach(died.stdout.strip())
     assert box.ended and box["output:Pompe"] == 1 and len(list(box.samples(since=0))) >= 19

@@ -18,7 +18,7 @@ SECTION = math.pi / 4 * 0.050**2  # of the demo's specimen, square metres
 
 def run(name: str, *arguments: str) -> str:
     command = [sys.executable, str(EXAMPLES / f"{name}.py"), *arguments]
-    return subprocess.run(command, check=True, capture_output=True, text=True, timeout=200).stdout
+    return subprocess.run(command, check=True, capture_output=True, text=True, timeout=600).stdout
 
 
 def numbers(text: str) -> list[float]:
