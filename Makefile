@@ -8,7 +8,8 @@ SHELL := /bin/bash
 PACKAGES := g++ python3 cmake ninja-build ccache pkg-config libsqlite3-dev libcli11-dev nlohmann-json3-dev \
             libgtest-dev libmodbus-dev libevdev-dev libftdi1-dev libhdf5-dev python3-h5py \
             qt6-base-dev qt6-charts-dev libqt6opengl6-dev \
-            pybind11-dev python3-dev python3-numpy python3-matplotlib python3-pytest mypy
+            pybind11-dev python3-dev python3-numpy python3-matplotlib python3-pytest mypy \
+            python3-clang-19
 PACKAGES_BENCH := libbenchmark-dev valgrind
 PACKAGES_DOC := doxygen graphviz
 PACKAGES_DEB := $(PACKAGES_DOC) debhelper dh-python dpkg-dev lintian

@@ -5,7 +5,6 @@
 #include "core/chassis.h"
 #include "core/collections.h"
 #include "modele/liaisons.h"
-#include "modele/plateforme.h"
 #include "modele/tables.h"
 
 namespace py = pybind11;
@@ -142,8 +141,6 @@ void LieLesOpérations(Classe<C>& classe) {
 template <class C>
 void Lie(py::module_& m, const char* nom, const char* doc) {
   Classe<C> classe(m, nom, doc);
-  classe.Brute().def(py::init([](PlateformeTenue& plateforme) { return plateforme.Nouveau<C>(); }),
-                     "plateforme"_a);
   LieLaMarche(classe);
   LieLesOpérations(classe);
 }

@@ -121,6 +121,32 @@ void LieLaMachine(py::class_<PlateformeTenue>& classe) {
           "registre"_a, "Hands over what its adapters told on their own.");
 }
 
+// Objects of no frame yet.
+template <class T>
+void LieLaCréation(py::module_& m, const char* nom) {
+  py::reinterpret_borrow<ClassePython<T>>(m.attr(nom))
+      .def(py::init([](PlateformeTenue& plateforme) { return plateforme.Nouveau<T>(); }),
+           "plateforme"_a, "One of no frame yet; it ends with the platform.");
+}
+
+void LieLesCréations(py::module_& m) {
+  LieLaCréation<Carte>(m, "Carte");
+  LieLaCréation<Fonction>(m, "Fonction");
+  LieLaCréation<Canal>(m, "Canal");
+  LieLaCréation<Capteur>(m, "Capteur");
+  LieLaCréation<Commande>(m, "Commande");
+  LieLaCréation<EntréeLogique>(m, "EntréeLogique");
+  LieLaCréation<SortieLogique>(m, "SortieLogique");
+  LieLaCréation<Watchdog>(m, "Watchdog");
+  LieLaCréation<Cartes>(m, "Cartes");
+  LieLaCréation<Fonctions>(m, "Fonctions");
+  LieLaCréation<Canals>(m, "Canals");
+  LieLaCréation<Capteurs>(m, "Capteurs");
+  LieLaCréation<Commandes>(m, "Commandes");
+  LieLaCréation<EntréeLogiques>(m, "EntréeLogiques");
+  LieLaCréation<SortieLogiques>(m, "SortieLogiques");
+}
+
 // A service that Python gives, under the name of the model. It counts for frames made from then on.
 template <class T>
 void LieLeService(py::class_<PlateformeTenue>& classe, const char* nom,
@@ -174,6 +200,7 @@ void LieLaPlateforme(py::module_& m) {
       py::init([] { return std::make_unique<PlateformeTenue>(std::make_shared<Machinerie>()); }));
   LieLaMachine(classe);
   LieLesServicesDonnés(classe);
+  LieLesCréations(m);
   m.def("PlateformeSimulée", &Simulée, "messages"_a = Ref<BoîteDeMessage>(),
         "cadence"_a = host::Cadence::Libre, "drivers"_a = Ref<RegistreDesDrivers>(),
         "A simulated machine: twins for all that a frame names, the demo frame's press included.");
