@@ -1,4 +1,5 @@
 // Objects that a host hands to a frame, and that Python may write.
+#include <chrono>
 #include <pybind11/functional.h>
 #include <pybind11/stl.h>
 
@@ -13,15 +14,25 @@ using namespace py::literals;
 namespace zuma::python::modele {
 namespace {
 
-// What a pass asks all the time keeps its last answer: no time is worse than an old one.
+// Waits end by the clock alone: one that fails goes on from its last reading at the pace of the
+// machine's own, so that the stop behind the failure is driven.
 class TimerPython : public ZED_Timer, public EcritEnPython {
  public:
   double LitMicrosecondes() override {
-    return dernier_ = DemandeSansEchec(static_cast<ZED_Timer*>(this), "LitMicrosecondes", dernier_);
+    const double heure = Microsecondes();
+    const double lue = DemandeSansEchec(static_cast<ZED_Timer*>(this), "LitMicrosecondes",
+                                        dernière_ + (heure - heureDeLecture_));
+    heureDeLecture_ = heure;
+    return dernière_ = lue;
   }
 
  private:
-  double dernier_ = 0;
+  static double Microsecondes() {
+    const auto heure = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double, std::micro>(heure).count();
+  }
+  double dernière_ = 0;
+  double heureDeLecture_ = Microsecondes();
 };
 
 class ErreurPython : public ZED_Erreur, public EcritEnPython {
@@ -60,9 +71,7 @@ class ParametrePython : public ZED_Parametre, public EcritEnPython {
   void ValeurParamètre(std::string valeur) override {
     PoseAttribut(Moi(), "ValeurParamètre", valeur);
   }
-  int Abonne(Abonné abonné) override {
-    return Demande<int>(Moi(), "Abonne", py::cpp_function(std::move(abonné)));
-  }
+  int Abonne(Abonné abonné) override { return Demande<int>(Moi(), "Abonne", abonné); }
   void Désabonne(int numéro) noexcept override { DisSansEchec(Moi(), "Désabonne", numéro); }
 
  private:
