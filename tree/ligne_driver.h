@@ -76,9 +76,11 @@ enum class AttenteCarte : std::uint8_t {
 
 /// Block types that a driver serves, one bit each.
 using TypesServis = std::uint8_t;
-/// The bit of a block type.
+/// The bit of a block type; none for a number that is no type, which a host may set.
 [[nodiscard]] constexpr TypesServis TypeServi(ENUM_TYPE_FONCTION type) noexcept {
-  return static_cast<TypesServis>(1U << static_cast<unsigned>(type));
+  constexpr unsigned kBits = 8;
+  const auto rang = static_cast<unsigned>(type);
+  return rang < kBits ? static_cast<TypesServis>(1U << rang) : TypesServis{0};
 }
 
 /// What one device of a driver may hold a pass up for when it does not answer or is started: one

@@ -41,6 +41,7 @@ void LieLaValeur(Classe<Capteur>& classe) {
       .ZUMA_PROPRIETE(Enabled_bln, "False on a sensor out of service: its value reads 0.")
       .ZUMA_LECTURE(Age, "Seconds since the oldest of what the value is made from was read.")
       .ZUMA_LECTURE(EstVieux, "Something that the value is made from is too old.")
+      .ZUMA_LECTURE(EstDUnInstrument, "It asks an instrument itself, or the host gives its value.")
       .ZUMA_LECTURE(EstLu, "False while an instrument behind it has given nothing: no measure.")
       .Lecture(
           "LAge", [](Capteur& c) { return c.LAge(); }, "Age, EstVieux and EstLu at once.")
