@@ -35,9 +35,10 @@ inline constexpr double kAbsent = std::numeric_limits<double>::quiet_NaN();
   constexpr auto kNonValide = static_cast<std::int16_t>(ENUM_ETAT_CAPTEUR::LectureNonValide);
   const Capteur::AgeDeMesure âge = capteur.LAge();
   // Without branches: all of it lies in the same two lines of the cache.
-  const bool lisible = capteur.Enabled_bln() & capteur.CapteurSelectionne() & âge.lue &
-                       (capteur.Etat() != kNonValide);
-  return {lisible ? capteur.ValeurCourante() : kAbsent, âge.secondes,
+  const unsigned lisible = unsigned{capteur.Enabled_bln()} &
+                           unsigned{capteur.CapteurSelectionne()} & unsigned{âge.lue} &
+                           unsigned{capteur.Etat() != kNonValide};
+  return {lisible != 0 ? capteur.ValeurCourante() : kAbsent, âge.secondes,
           Bits(capteur.Enabled_bln(), kEnService) | Bits(âge.lue, kLu) | Bits(âge.vieux, kVieux) |
               Bits(capteur.CapteurSelectionne(), kSélectionné) | Bits(capteur.AU(), kSorti) |
               (static_cast<std::uint32_t>(capteur.Etat()) << kDécalageDeLEtat)};

@@ -5,7 +5,8 @@
 
 PYBIND11_MODULE(_zuma, module) {
   module.doc() = "Native part of the package zuma.";
-  pybind11::module_ modèle = module.def_submodule("modele", "The object model, under its own names.");
+  pybind11::module_ modèle =
+      module.def_submodule("modele", "The object model, under its own names.");
   zuma::python::LieLeModèle(modèle);
   zuma::python::LieLHôte(module);
 }
