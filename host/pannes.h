@@ -9,7 +9,7 @@
 
 namespace zuma::host {
 
-/// Reads KIND[:WHERE][@FROM[-TO]], the kinds being those of the table in the README and "random",
+/// Reads `KIND[:WHERE][@FROM[-TO]]`, the kinds being those of the table in the README and "random",
 /// which draws faults of all kinds by `graine`; where "all" (lines and CAN, or the boards for what
 /// only boards have), "can", "usb", "boards", the number of a serial port or, behind "0x", the base
 /// of a board; seconds after the first pass. Without seconds the fault is there before the start
