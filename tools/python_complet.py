@@ -6,6 +6,7 @@
 What Python does without stands in python_complet.tsv with the reason; a row there that excuses nothing
 is told as well.
 """
+import os
 import pathlib
 import subprocess
 import sys
@@ -41,8 +42,9 @@ MEMBRES = (K.CXX_METHOD, K.FUNCTION_TEMPLATE, K.FIELD_DECL, K.FUNCTION_DECL)
 
 def arguments():
     """As g++ sees them: its own headers."""
+    entourage = {nom: valeur for nom, valeur in os.environ.items() if nom != "LD_PRELOAD"}
     vu = subprocess.run(["g++", "-E", "-v", "-xc++", "/dev/null"], capture_output=True, text=True,
-                        check=True).stderr
+                        check=True, env=entourage).stderr
     dossiers = vu.split("search starts here:")[-1].split("End of search list")[0].split()
     return ["-std=c++20", "-xc++", f"-I{RACINE}"] + [f"-isystem{d}" for d in dossiers]
 

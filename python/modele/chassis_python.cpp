@@ -14,7 +14,10 @@ using namespace py::literals;
 namespace zuma::python::modele {
 
 ChassisTenu::ChassisTenu(std::shared_ptr<Machinerie> machinerie)
-    : machinerie_(std::move(machinerie)), services_(machinerie_->services), chassis_(services_) {}
+    : machinerie_(std::move(machinerie)),
+      données_(machinerie_->données),
+      services_(machinerie_->services),
+      chassis_(services_) {}
 
 std::unique_ptr<PoignéeDe<Chassis>> ChassisTenu::Crée(const PlateformeTenue& plateforme) {
   const auto tenu = std::make_shared<ChassisTenu>(plateforme.LaMachinerie());

@@ -32,6 +32,7 @@ class ChassisTenu {
 
  private:
   std::shared_ptr<Machinerie> machinerie_;
+  Données données_;  ///< what `services_` points at, whatever Python gives the platform later
   Plateforme services_;
   Ref<ZED_Securite> sécurité_;
   std::weak_ptr<Laisse> laisse_;

@@ -105,7 +105,9 @@ void LieLeTimer(py::module_& m) {
       .def(py::init<>())
       .def(
           "LitMicrosecondes",
-          [](ZED_Timer& t) { return ExigeLaBibliothèque(t).LitMicrosecondes(); },
+          [](ZED_Timer& t) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(t).LitMicrosecondes(); });
+          },
           "Monotonic time in microseconds since an arbitrary origin.");
 }
 
@@ -118,7 +120,7 @@ void LieLErreur(py::module_& m) {
       .def(
           "AjouteErreur",
           [](ZED_Erreur& e, const std::string& message, const TableVariables& variables) {
-            ExigeLaBibliothèque(e).AjouteErreur(message, variables);
+            AppelleLibre([&] { ExigeLaBibliothèque(e).AjouteErreur(message, variables); });
           },
           "message"_a, "variables"_a = TableVariables(1),
           "Stores an entry: its text, and rows of text and value, the first one empty.");
@@ -133,12 +135,14 @@ void LieLaSécurité(py::module_& m) {
       .def(
           "PositionneCauseAU",
           [](ZED_Securite& s, const std::string& cause) {
-            ExigeLaBibliothèque(s).PositionneCauseAU(cause);
+            AppelleLibre([&] { ExigeLaBibliothèque(s).PositionneCauseAU(cause); });
           },
           "cause"_a, "Keeps the cause, a complete text in the operator's language.")
       .def(
           "DéclencheSécurité",
-          [](ZED_Securite& s) { return ExigeLaBibliothèque(s).DéclencheSécurité(); },
+          [](ZED_Securite& s) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(s).DéclencheSécurité(); });
+          },
           "Fires the stop; expected to end in Chassis.DéclencheAU.");
 }
 
@@ -149,26 +153,38 @@ void LieLeParamètre(py::module_& m) {
       "Python writes Key, NomParamètre and ValeurParamètre (properties), Abonne and Désabonne.")
       .def(py::init<>())
       .def_property_readonly(
-          "Key", [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).Key(); },
+          "Key",
+          [](ZED_Parametre& p) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(p).Key(); });
+          },
           "Key in the host's collection, the decimal text of its index.")
       .def_property_readonly(
-          "NomParamètre", [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).NomParamètre(); },
+          "NomParamètre",
+          [](ZED_Parametre& p) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(p).NomParamètre(); });
+          },
           "Name, compared exactly with the names of the configuration.")
       .def_property(
           "ValeurParamètre",
-          [](ZED_Parametre& p) { return ExigeLaBibliothèque(p).ValeurParamètre(); },
+          [](ZED_Parametre& p) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(p).ValeurParamètre(); });
+          },
           [](ZED_Parametre& p, std::string v) {
-            ExigeLaBibliothèque(p).ValeurParamètre(std::move(v));
+            AppelleLibre([&] { ExigeLaBibliothèque(p).ValeurParamètre(std::move(v)); });
           },
           "The text; writing it tells the listeners.")
       .def(
           "Abonne",
           [](ZED_Parametre& p, py::function f) {
-            return ExigeLaBibliothèque(p).Abonne(Rappel<>(std::move(f)));
+            return AppelleLibre(
+                [&] { return ExigeLaBibliothèque(p).Abonne(Rappel<>(std::move(f))); });
           },
           "f"_a, "Registers a handler of Change and returns its number, for Désabonne.")
       .def(
-          "Désabonne", [](ZED_Parametre& p, int n) { ExigeLaBibliothèque(p).Désabonne(n); },
+          "Désabonne",
+          [](ZED_Parametre& p, int n) {
+            AppelleLibre([&] { ExigeLaBibliothèque(p).Désabonne(n); });
+          },
           "numéro"_a, "Removes a handler; nothing on a number that is not there.")
       .def(
           "Change",
@@ -212,19 +228,25 @@ void LieLaTraduction(py::module_& m) {
       .def(py::init<>())
       .def_property(
           "LangueCourante",
-          [](ZED_Traduction& t) { return ExigeLaBibliothèque(t).LangueCourante(); },
+          [](ZED_Traduction& t) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(t).LangueCourante(); });
+          },
           [](ZED_Traduction& t, std::string l) {
-            ExigeLaBibliothèque(t).LangueCourante(std::move(l));
+            AppelleLibre([&] { ExigeLaBibliothèque(t).LangueCourante(std::move(l)); });
           },
           "Name of the language that texts are given in, one of Langues.")
       .def_property_readonly(
-          "Langues", [](ZED_Traduction& t) { return ExigeLaBibliothèque(t).Langues(); },
+          "Langues",
+          [](ZED_Traduction& t) {
+            return AppelleLibre([&] { return ExigeLaBibliothèque(t).Langues(); });
+          },
           "The languages known.")
       .def(
           "Traduit",
           [](ZED_Traduction& t, const std::string& clé, const std::string& défaut,
              const std::string& section) {
-            return ExigeLaBibliothèque(t).Traduit(clé, défaut, section);
+            return AppelleLibre(
+                [&] { return ExigeLaBibliothèque(t).Traduit(clé, défaut, section); });
           },
           "clé"_a, "défaut"_a = "", "section"_a = "Zuma",
           "Translation of the key; without one the default, without a default the key.");

@@ -1,6 +1,8 @@
 // Collaborators for a host that brings none of its own.
+#include <map>
 #include <pybind11/functional.h>
 #include <pybind11/stl.h>
+#include <span>
 
 #include "core/chassis.h"
 #include "modele/liaisons.h"
@@ -53,11 +55,50 @@ void LieLeRegistre(py::module_& m) {
       .def("Vide", &RegistreErreurs::Vide, "Forgets the entries in memory.");
 }
 
+// Frames of each safety object: what it does to them is a call on them.
+using Laisses = std::vector<std::weak_ptr<Laisse>>;
+std::map<const Securite*, Laisses>& LesBranchés() {
+  static auto* const branchés = new std::map<const Securite*, Laisses>;  // ends with the process
+  return *branchés;
+}
+
+// Runs `travail` within a call on each of the frames that are open.
+template <class Travail>
+auto DansLesChassis(std::span<const std::weak_ptr<Laisse>> laisses, const Travail& travail)
+    -> decltype(travail()) {
+  if (laisses.empty()) return AppelleLibre(travail);
+  const auto laisse = laisses.back().lock();
+  const auto autres = laisses.first(laisses.size() - 1);
+  if (!laisse || !laisse->Ouverte()) return DansLesChassis(autres, travail);
+  const Séjour séjour(laisse);
+  laisse->Touche();
+  return DansLesChassis(autres, travail);
+}
+
+void Maintient(Securite& sécurité) {
+  const Laisses laisses = LesBranchés()[&sécurité];
+  DansLesChassis(laisses, [&] {
+    const py::gil_scoped_release libre;
+    sécurité.Maintient();
+  });
+}
+
+Valeur Déclenche(Securite& sécurité) {
+  const Laisses laisses = LesBranchés()[&sécurité];
+  return DansLesChassis(laisses, [&] {
+    const py::gil_scoped_release libre;
+    return sécurité.DéclencheSécurité();
+  });
+}
+
 // The frame is forgotten before it ends, by whatever way.
 void Branche(const std::shared_ptr<Securite>& sécurité, PoignéeDe<Chassis>& chassis,
              const std::shared_ptr<RegistreErreurs>& registre) {
   Chassis& objet = chassis.Objet();
   sécurité->Branche(objet, registre);
+  Laisses& laisses = LesBranchés()[sécurité.get()];
+  std::erase_if(laisses, [](const auto& laisse) { return laisse.expired(); });
+  laisses.emplace_back(chassis.LaLaisse());
   chassis.LaLaisse()->ALaFin([suivie = std::weak_ptr(sécurité), &objet] {
     if (const auto là = suivie.lock()) là->Débranche(objet);
   });
@@ -83,13 +124,9 @@ void LieLaSécurité(py::module_& m) {
           "Débranche", [](Securite& s) { s.Débranche(); }, "Forgets all frames.")
       .def("Bornes", &Securite::Bornes, "traducteur"_a,
            "Takes the text between origin and value of a cause, in all languages.")
-      .def(
-          "Maintient",
-          [](Securite& s) {
-            const py::gil_scoped_release libre;
-            s.Maintient();
-          },
-          "Drives a latched stop again when it is due; for each turn of a host's loop.")
+      .def("DéclencheSécurité", &Déclenche, "Fires the stop of every frame that is plugged in.")
+      .def("Maintient", &Maintient,
+           "Drives a latched stop again when it is due; for each turn of a host's loop.")
       .def_property_readonly("Déclenchée", &Securite::Déclenchée,
                              "True from the first cause to the acknowledgement.")
       .def_property_readonly("ArrêtComplet", &Securite::ArrêtComplet,

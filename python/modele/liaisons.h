@@ -68,6 +68,25 @@ auto Appelle(const std::shared_ptr<Laisse>& laisse, const std::string& source, G
   }
 }
 
+/// One call on what belongs to no frame: a collaborator.
+template <class Travail>
+auto AppelleLibre(Travail&& travail) -> decltype(travail()) {
+  Séjour séjour;
+  try {
+    if constexpr (std::is_void_v<decltype(travail())>) {
+      travail();
+      séjour.Conclut();
+    } else {
+      auto résultat = travail();
+      séjour.Conclut();
+      return résultat;
+    }
+  } catch (const std::exception&) {  // what Python raised goes first
+    séjour.Conclut();
+    throw;
+  }
+}
+
 namespace détail {
 
 template <class F>

@@ -13,14 +13,16 @@
 
 namespace zuma::python::modele {
 
+/// What Python gave of a platform, by its name.
+using Données = std::map<std::string, std::shared_ptr<pybind11::object>>;
+
 /// What frames stand on: a machine, or the services that Python gives. It lasts as long as a frame.
 struct Machinerie {
   /// Messages go to Python, or to the error output.
   std::shared_ptr<BoîteDeMessage> messages;
   std::unique_ptr<host::Machine> machine;  ///< none for services of Python alone
   Plateforme services;                     ///< what frames take a copy of
-  /// What Python gave of it, by its name.
-  std::map<std::string, std::shared_ptr<pybind11::object>> données;
+  Données données;                         ///< what `services` has of Python
   /// One call at a time on the machine, whichever of its frames it is for.
   std::shared_ptr<std::recursive_mutex> passage = std::make_shared<std::recursive_mutex>();
   double heure = 0;  ///< the machine's, in seconds after the start

@@ -13,7 +13,7 @@ std::shared_ptr<py::object> Retenu(py::object objet) {
 }
 
 Echec Retient(py::error_already_set&& exception) {
-  const Echec échec(Numéro::ErreurDeLObjet, std::string("Python : ") + exception.what());
+  const Echec échec(Numéro::ErreurDeLObjet, TexteDe(exception));
   Séjour::Retient(std::move(exception));
   return échec;
 }

@@ -136,17 +136,26 @@ Séjour::Séjour(std::shared_ptr<Laisse> laisse) : laisse_(std::move(laisse)), d
   enCours = this;
 }
 
+Séjour::Séjour() : dessus_(enCours) {
+  enCours = this;
+}
+
 Séjour::~Séjour() {
   enCours = dessus_;
-  laisse_->Sort();
+  if (laisse_) laisse_->Sort();
+}
+
+std::string TexteDe(const py::error_already_set& exception) {
+  const std::string texte = exception.what();
+  return "Python : " + texte.substr(0, texte.find('\n'));
 }
 
 void Séjour::Conclut(bool passe) {
   if (!retenue_) return;
   const std::shared_ptr<py::error_already_set> retenue = std::move(retenue_);
-  if (passe) {
+  if (passe && laisse_) {
     try {
-      laisse_->Arrête(std::string("Python : ") + retenue->what());
+      laisse_->Arrête(TexteDe(*retenue));
     } catch (const Echec&) {  // told in the error record; the exception goes first
     }
     retenue_ = nullptr;  // the stop itself met it again

@@ -115,6 +115,8 @@ class Séjour {
   /// Throws `ChassisFermé`; waits for the call of another thread.
   explicit Séjour(std::shared_ptr<Laisse> laisse);
   explicit Séjour(const Plateforme& plateforme) : Séjour(Laisse::De(plateforme)) {}
+  /// A call on what belongs to no frame: keeps the exception alone.
+  Séjour();
   ~Séjour();
   Séjour(const Séjour&) = delete;
   Séjour& operator=(const Séjour&) = delete;
@@ -150,11 +152,14 @@ void FaitUnePasse(const Plateforme& plateforme, Travail&& travail) {
   séjour.Conclut(true);
 }
 
+/// The first line of what an exception says, for who reads it as a cause or in the error record.
+[[nodiscard]] std::string TexteDe(const pybind11::error_already_set& exception);
+
 /// The frame itself as Python's `zuma.modele.Chassis`. Its platform must be open; whoever opened it
 /// holds the frame.
 [[nodiscard]] pybind11::object ChassisEnPython(Chassis& chassis);
 /// An object of an open frame as an object of `zuma.modele`; None for Nothing. For the classes that
-/// stand in a frame's collections.
+/// stand in a frame's collections; defined in `modele/poignees.h`.
 template <class T>
 [[nodiscard]] pybind11::object EnPython(const Ref<T>& objet);
 

@@ -1,18 +1,13 @@
-import os
-import pathlib
-import subprocess
-
 import pytest
 
+import zuma
 import zuma.modele as zm
 
 
 @pytest.fixture(scope="session")
 def fichier(tmp_path_factory):
-    """The demo frames, as the program writes them."""
-    chemin = tmp_path_factory.mktemp("base") / "demo.db"
-    subprocess.run([os.environ["ZUMA_PROGRAMME"], "init", str(chemin)], check=True, capture_output=True)
-    return str(chemin)
+    """The demo frames."""
+    return zuma.demo(tmp_path_factory.mktemp("base") / "demo.db")
 
 
 class Muette(zm.BoîteDeMessage):

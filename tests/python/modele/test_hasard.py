@@ -13,7 +13,7 @@ SAUF = {"Décharge", "__init__", "__class__", "__new__", "__init_subclass__", "_
         "ChargeLeChassis", "__exit__"}
 VALEURS = [None, True, False, 0, 1, -1, 7, 20, 21, 32768, -2**31, 2**31, 2**70, 0.0, -1.5, 1e308,
            float("nan"), float("inf"), "", "1", "2", "zz", "Force", "é☃", "\0", "3,9600,N,8,1", b"", b"x",
-           [], ["", ""], [1, 2], {}, (), object(), len, print, lambda *a: None, lambda *a: 1 / 0]
+           [], ["", ""], [1, 2], {}, (), object(), len, lambda *a: None, lambda *a: 1 / 0]
 
 
 def membres(objet):

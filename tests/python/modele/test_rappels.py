@@ -67,6 +67,17 @@ class Faux(Exception):
     pass
 
 
+def test_un_parametre_qui_n_est_d_aucun_chassis():
+    def casse():
+        raise Faux("à l'écoute")
+    paramètre, vus = zm.Parametre("1", "1", "avant"), []
+    with paramètre.Change(casse), paramètre.Change(lambda: vus.append(paramètre.ValeurParamètre)):
+        with pytest.raises(Faux, match="à l'écoute"):
+            paramètre.ValeurParamètre = "après"
+    paramètre.ValeurParamètre = "encore"
+    assert vus == ["après"]
+
+
 def test_une_exception_dans_la_passe_arrete_le_chassis(montage):
     chassis = montage.chassis
     chassis.Commandes["2"].Enabled = True
@@ -85,7 +96,8 @@ def test_une_exception_dans_la_passe_arrete_le_chassis(montage):
         montage.passe(5000)
     assert borne(canal).split()[0] == "+0.0000"
     assert chassis.SortiesLogiques["1"].ValeurCourante == INACTIF
-    assert montage.sécurité.Déclenchée and "dans la passe" in montage.sécurité.Causes[0].texte
+    assert montage.sécurité.Déclenchée
+    assert montage.sécurité.Causes[0].texte == "Python : Faux: dans la passe"
 
 
 def test_des_collaborateurs_de_python(sur_python):

@@ -5,6 +5,7 @@ import subprocess
 import sys
 import threading
 import time
+import weakref
 
 import pytest
 
@@ -152,6 +153,18 @@ def test_la_plateforme_peut_partir_avant(sur_python):
         seul.Key
 
 
+def test_des_services_remplaces_servent_leur_chassis(sur_python):
+    import conftest
+    montage = sur_python()
+    anciens, montage.plateforme.ports = montage.plateforme.ports, conftest.Ports()
+    nombre = anciens.nombre
+    suivis = weakref.ref(anciens)
+    del anciens
+    gc.collect()
+    montage.chassis.DéclencheAU()
+    assert suivis().nombre > nombre and montage.plateforme.ports.nombre == 0
+
+
 def test_fermer_depuis_l_interieur_d_une_passe(montage):
     entrée = zm.EntréeLogique(montage.plateforme)
     entrée.TimerExact(montage.timer)
@@ -192,7 +205,9 @@ def test_plusieurs_fils(montage):
     def lit():
         for capteur in montage.chassis.Capteurs:
             capteur.ValeurCourante, capteur.Canal
-    fils = [protège(montage.passe), protège(lit), protège(lit), protège(montage.chassis.DéclencheAU)]
+    fils = [protège(travail) for travail in (
+        montage.passe, lit, lit, montage.chassis.DéclencheAU, montage.sécurité.DéclencheSécurité,
+        montage.sécurité.Maintient)]
     for fil in fils:
         fil.start()
     time.sleep(0.5)
